@@ -1,0 +1,29 @@
+# SPDX-License-Identifier: Apache-2.0
+# Headers, libraries, command, CMake package and pkg-config files.
+
+include(CMakePackageConfigHelpers)
+
+set(RECORDKIT_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/recordkit)
+set(RECORDKIT_INSTALLED recordkit)
+if(RECORDKIT_PLATFORM STREQUAL "host")
+    list(APPEND RECORDKIT_INSTALLED recordkit-host)
+    install(TARGETS recordkit-command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(FILES docs/man/recordkit.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    set(RECORDKIT_REQUIRES "Requires.private: recordkit-host")
+    configure_file(cmake/recordkit-host.pc.in recordkit-host.pc @ONLY)
+    install(FILES ${CMAKE_BINARY_DIR}/recordkit-host.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endif()
+install(TARGETS ${RECORDKIT_INSTALLED} EXPORT recordkit-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT recordkit-targets NAMESPACE recordkit:: DESTINATION ${RECORDKIT_CMAKE_DIR})
+
+configure_package_config_file(cmake/recordkit-config.cmake.in recordkit-config.cmake
+    INSTALL_DESTINATION ${RECORDKIT_CMAKE_DIR})
+write_basic_package_version_file(recordkit-config-version.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/recordkit-config.cmake
+    ${CMAKE_BINARY_DIR}/recordkit-config-version.cmake DESTINATION ${RECORDKIT_CMAKE_DIR})
+
+configure_file(cmake/recordkit.pc.in recordkit.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/recordkit.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

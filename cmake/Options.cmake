@@ -1,0 +1,40 @@
+# SPDX-License-Identifier: Apache-2.0
+# What a builder may choose, and the compiler settings that every target shares.
+
+set(RECORDKIT_PLATFORM host CACHE STRING
+    "host: build the sibling libraries for a Linux host; external: leave their symbols undefined")
+set_property(CACHE RECORDKIT_PLATFORM PROPERTY STRINGS host external)
+if(NOT RECORDKIT_PLATFORM MATCHES "^(host|external)$")
+    message(FATAL_ERROR "RECORDKIT_PLATFORM is \"${RECORDKIT_PLATFORM}\", expected host or external")
+endif()
+
+set(RECORDKIT_SANITIZE "" CACHE STRING "sanitizers to compile in, as for -fsanitize")
+set(RECORDKIT_PUBLIC_DATA ${PROJECT_SOURCE_DIR}/../shared/data/public CACHE PATH
+    "public sample data that some tests compare with; those are skipped where it is not")
+option(RECORDKIT_BUILD_TESTS "build the tests" ON)
+option(RECORDKIT_BUILD_BENCH "build the benchmarks" OFF)
+
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "build type" FORCE)
+endif()
+
+add_library(recordkit_options INTERFACE)
+target_compile_features(recordkit_options INTERFACE cxx_std_17)
+target_include_directories(recordkit_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(recordkit_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Woverloaded-virtual -Werror)
+if(RECORDKIT_SANITIZE)
+    target_compile_options(recordkit_options INTERFACE
+        -fsanitize=${RECORDKIT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(recordkit_options INTERFACE -fsanitize=${RECORDKIT_SANITIZE})
+endif()
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+# A clang library leaves the sanitizers' symbols to the program, so it cannot be closed.
+set(RECORDKIT_NO_UNDEFINED -Wl,--no-undefined)
+if(RECORDKIT_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    set(RECORDKIT_NO_UNDEFINED "")
+endif()

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_PLATFORM_PEXCEPTION_H
+#define RECORDKIT_PLATFORM_PEXCEPTION_H
+
+#include <array>
+#include <string>
+
+#include <recordkit/platform/Export.h>
+
+namespace TAVLib {
+
+/// The one exception type of the firmware: thrown by value, caught by reference.
+///
+/// A message parameter is a number, or the address of a text as the catalogue entry of
+/// `messageNumber` says. Texts are copied by the constructor, so they may die with the throw.
+class RECORDKIT_API PException {
+public:
+    static constexpr unsigned int PARAMETERS = 8;
+
+    PException(unsigned char producer, unsigned char module, unsigned short location,
+               unsigned char action, unsigned short detail, int messageNumber, long p1, long p2,
+               long p3, long p4, long p5, long p6, long p7, long p8);
+
+    unsigned char getActionCode() const { return action; }
+    unsigned short getExceptionDetail() const { return detail; }
+    unsigned char getProducer() const { return producer; }
+    unsigned char getModuleCode() const { return module; }
+    unsigned short getLocationCode() const { return location; }
+    int getMessageNumber() const { return messageNumber; }
+
+    /// Parameter 0 to 7: a text as it was given, a number in decimal; empty for any other index.
+    std::string getParameter(unsigned int index) const;
+
+    /// The catalogue message with the parameters filled in, whatever its length.
+    const std::string& getMessage() const { return message; }
+
+private:
+    unsigned char producer;
+    unsigned char module;
+    unsigned short location;
+    unsigned char action;
+    unsigned short detail;
+    int messageNumber;
+    std::array<std::string, PARAMETERS> parameters;
+    std::string message;
+};
+
+}
+
+#endif

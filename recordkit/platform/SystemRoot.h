@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_PLATFORM_SYSTEMROOT_H
+#define RECORDKIT_PLATFORM_SYSTEMROOT_H
+
+#include <string>
+
+#include <recordkit/platform/Export.h>
+
+namespace TAVLib {
+
+/// Prefix of every compiled-in path; "" on the management board.
+RECORDKIT_API std::string systemRoot();
+
+}
+
+#endif

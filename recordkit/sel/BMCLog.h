@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_SEL_BMCLOG_H
+#define RECORDKIT_SEL_BMCLOG_H
+
+#include <recordkit/serial/SerializableObject.h>
+
+namespace TAVLib::RecordKit {
+
+/// A raw BMC log record of up to 135 bytes; its contents are not interpreted.
+class RECORDKIT_API BMCLog : public SerializableObject {
+public:
+    /// 0 and a trace line (module 83, location 0x1600, level 0, message 20008) when `size` is
+    /// below the serialized size.
+    unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
+    unsigned int getSerializedSize() const override { return validLength; }
+
+    /// Takes up to 135 bytes and ignores what lies beyond; always true.
+    bool setSerialized(const unsigned char* data, unsigned int size) override;
+
+private:
+    /// One byte more than is ever filled, so that a zero byte follows the longest image.
+    enum Size : unsigned int { BUFFER_SIZE = 136, MAX_SIZE = BUFFER_SIZE - 1 };
+
+    unsigned char buffer[BUFFER_SIZE] = {};
+    unsigned int validLength = 0;
+};
+
+}
+
+#endif

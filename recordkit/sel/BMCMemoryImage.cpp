@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/sel/BMCMemoryImage.h>
+
+#include <algorithm>
+
+#include <recordkit/serial/Failure.h>
+
+namespace TAVLib::RecordKit {
+
+unsigned int BMCMemoryImage::getSerialized(unsigned char* buf, unsigned int size) const
+{
+    // Reported under the location of BMCLog, with which it shares its codes.
+    return copyImage(BMC_LOG_LOCATION, "BMCMemoryImage::getSerialized", buffer, validLength, buf,
+                     size);
+}
+
+bool BMCMemoryImage::setSerialized(const unsigned char* data, unsigned int size)
+{
+    validLength = std::min<unsigned int>(size, MAX_SIZE);
+    std::copy_n(data, validLength, buffer);
+    return true;
+}
+
+}

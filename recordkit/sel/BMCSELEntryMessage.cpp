@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/sel/BMCSELEntryMessage.h>
+
+#include <algorithm>
+
+#include <recordkit/serial/ByteOrder.h>
+#include <recordkit/serial/Failure.h>
+
+namespace TAVLib::RecordKit {
+
+namespace {
+
+constexpr unsigned int SERIAL_NUMBER_LIMIT = 12;
+constexpr unsigned int LONG_SERIAL_NUMBER_LIMIT = 16;
+
+}
+
+void BMCSELEntryMessage::convert()
+{
+    resetTrailer();
+    BMCSELEntry::convert();
+}
+
+int BMCSELEntryMessage::convert(OEMSELEntry& src)
+{
+    resetTrailer();
+    return BMCSELEntry::convert(src);
+}
+
+unsigned int BMCSELEntryMessage::getSerializedSize() const
+{
+    return BMCSELEntry::getSerializedSize() + static_cast<unsigned int>(trailerLength);
+}
+
+unsigned int BMCSELEntryMessage::getSerialized(unsigned char* buf, unsigned int size) const
+{
+    const unsigned int needed = getSerializedSize();
+    if (needed > size) {
+        traceLengthError(BMC_SEL_ENTRY_MESSAGE_LOCATION, "BMCSELEntryMessage::getSerialized", size,
+                         needed);
+        return 0;
+    }
+    const unsigned int used = BMCSELEntry::getSerialized(buf, BMCSELEntry::getSerializedSize());
+    if (used == 0) {
+        return 0;
+    }
+    // The size is the most derived class's, which may exceed what this class holds.
+    const unsigned int rest = needed - used;
+    const unsigned int held = std::min<unsigned int>(rest, TRAILER_SIZE);
+    std::copy_n(trailer, held, buf + used);
+    std::fill_n(buf + used + held, rest - held, static_cast<unsigned char>(0));
+    return needed;
+}
+
+bool BMCSELEntryMessage::setSerialized(const unsigned char* data, unsigned int size)
+{
+    if (!BMCSELEntry::setSerialized(data, size)) {
+        traceOperationError(BMC_SEL_ENTRY_MESSAGE_LOCATION,
+                            "BMCSELEntryMessage::setSerialized(BMCSELEntry::setSerialized)");
+        return false;
+    }
+    const unsigned int used = BMCSELEntry::getSerializedSize();
+    // A record alone keeps the block it finds, so that more may be held than was given.
+    if (size > used) {
+        const unsigned int taken = std::min<unsigned int>(size - used, TRAILER_SIZE);
+        std::copy_n(data + used, taken, trailer);
+        trailerLength = static_cast<int>(taken);
+    }
+    return true;
+}
+
+unsigned short BMCSELEntryMessage::getPartitionBitmask() const
+{
+    return hasOwnBitmask() ? readLE16(trailer + TRAILER_PARTITION_BITMASK)
+                           : BMCSELEntry::getPartitionBitmask();
+}
+
+bool BMCSELEntryMessage::isPartitionValid(unsigned char p)
+{
+    return isPartitionSet(getPartitionBitmask(), p);
+}
+
+std::string BMCSELEntryMessage::getSerialNo()
+{
+    return BMCSELEntry::getSerialNo(hasOwnBitmask() ? LONG_SERIAL_NUMBER_LIMIT
+                                                    : SERIAL_NUMBER_LIMIT);
+}
+
+unsigned int BMCSELEntryMessage::getEventData(unsigned char* out)
+{
+    if (hasOwnBitmask()) {
+        return BMCSELEntry::getSerialized(out, BMCSELEntry::getSerializedSize());
+    }
+    std::copy_n(getImage(), +IMAGE_SIZE, out);
+    unsigned char* const oemData = out + IMAGE_SIZE;
+    std::copy_n(getBlock() + BLOCK_EVENT_DATA, +EVENT_DATA_SIZE, oemData);
+    std::copy_n(getBlock() + BLOCK_PARTITION_BITMASK, BMC_BLOCK_SIZE - BLOCK_PARTITION_BITMASK,
+                oemData + EXTENDED_PARTITION_BITMASK);
+    return OEM_IMAGE_SIZE;
+}
+
+void BMCSELEntryMessage::resetTrailer()
+{
+    trailerLength = TRAILER_SIZE;
+    trailer[TRAILER_KIND] = 0;
+}
+
+}

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_SEL_BMCSELENTRYMESSAGE_H
+#define RECORDKIT_SEL_BMCSELENTRYMESSAGE_H
+
+#include <string>
+
+#include <recordkit/sel/BMCSELEntry.h>
+
+namespace TAVLib::RecordKit {
+
+/// A BMC SEL entry with a trailer: the record that the event log files hold in each slot.
+///
+/// | offset | trailer byte | width | meaning                                                  |
+/// |--------|--------------|-------|----------------------------------------------------------|
+/// | 0      |              | 130   | BMCSELEntry image                                        |
+/// | 130    | 0            | 1     | trailer kind; 1: the trailer has its own bitmask         |
+/// | 131    | 1            | 1     | carried unchanged                                        |
+/// | 132    | 2            | 2     | partition bitmask of trailer kind 1, low byte first      |
+/// | 134    | 4            | 4     | carried unchanged                                        |
+///
+/// A fresh entry holds zeroed buffers and no valid byte. Failures to move an image are traced
+/// (module 83, location 0x1400, level 0); this class throws nothing of its own.
+class RECORDKIT_API BMCSELEntryMessage : public BMCSELEntry {
+public:
+    enum TrailerSize : unsigned int {
+        TRAILER_SIZE = 8,
+        MESSAGE_IMAGE_SIZE = BMC_IMAGE_SIZE + TRAILER_SIZE,
+    };
+
+    /// Offsets in the trailer.
+    enum TrailerOffset : unsigned int { TRAILER_KIND = 0, TRAILER_PARTITION_BITMASK = 2 };
+
+    /// The trailer kind that carries a partition bitmask and a serial number of 16 bytes.
+    static constexpr unsigned char KIND_WITH_BITMASK = 1;
+
+    /// As BMCSELEntry; the trailer becomes complete and of kind 0, its other bytes stay.
+    void convert();
+    int convert(OEMSELEntry& src);
+
+    unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
+    unsigned int getSerializedSize() const override;
+
+    /// Takes up to 138 bytes; what lies beyond is ignored. An image that ends with the BMC block
+    /// deliberately leaves the trailer as it was. Fewer than 2 bytes are refused and leave the
+    /// object unchanged.
+    bool setSerialized(const unsigned char* data, unsigned int size) override;
+
+    /// The trailer's bitmask for trailer kind 1 (never throws), that of BMCSELEntry otherwise.
+    unsigned short getPartitionBitmask() const;
+    bool isPartitionValid(unsigned char p);
+
+    /// At most 16 bytes of the serial number for trailer kind 1, at most 12 otherwise.
+    std::string getSerialNo();
+
+    /// Writes the event as its sender knows it and returns the length: the BMCSELEntry image
+    /// for trailer kind 1 (up to 130 bytes), an OEMSELEntry image rebuilt from the block
+    /// otherwise (74 bytes). `out` must hold as many.
+    unsigned int getEventData(unsigned char* out);
+
+private:
+    bool hasOwnBitmask() const { return trailer[TRAILER_KIND] == KIND_WITH_BITMASK; }
+    void resetTrailer();
+
+    unsigned char trailer[TRAILER_SIZE] = {};
+    int trailerLength = 0;
+};
+
+}
+
+#endif

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_SEL_OEMSELENTRY_H
+#define RECORDKIT_SEL_OEMSELENTRY_H
+
+#include <string>
+
+#include <recordkit/sel/SELEntry.h>
+
+namespace TAVLib::RecordKit {
+
+/// A SEL entry with the extended event data that the board controllers append to it.
+///
+/// | offset | extended byte | width | meaning                                              |
+/// |--------|---------------|-------|------------------------------------------------------|
+/// | 0      |               | 18    | SELEntry image                                       |
+/// | 18     | 0             | 13    | OEM event data 1 to 13                               |
+/// | 31     | 13            | 2     | partition bitmask, low byte first; bit p: partition p |
+/// | 33     | 15            | 1     | part number type/length byte                         |
+/// | 34     | 16            | 18    | part number                                          |
+/// | 52     | 34            | 1     | serial number type/length byte                       |
+/// | 53     | 35            | 12    | serial number                                        |
+/// | 65     | 47            | 9     | further OEM bytes                                    |
+///
+/// Type/length bytes are those of the IPMI FRU Information Storage Definition v1.0, section 13.
+/// A fresh entry holds zeroed buffers and no valid byte.
+///
+/// Failures to move an image are traced (module 83, location 0x0A00, level 0). The accessors
+/// throw PException (location 0x0A00, action 1, detail 0x0B00, message 20008, "OEMSELEntry",
+/// extended bytes held, extended bytes needed) when too few extended bytes are held.
+class RECORDKIT_API OEMSELEntry : public SELEntry {
+public:
+    enum ExtendedSize : unsigned int {
+        EVENT_DATA_SIZE = 13,
+        EXTENDED_SIZE = 56,
+        OEM_IMAGE_SIZE = IMAGE_SIZE + EXTENDED_SIZE,
+    };
+
+    /// Offsets in the extended data.
+    enum ExtendedOffset : unsigned int {
+        EXTENDED_EVENT_DATA = 0,
+        EXTENDED_PARTITION_BITMASK = 13,
+        EXTENDED_PART_NUMBER_TYPE_LENGTH = 15,
+        EXTENDED_PART_NUMBER = 16,
+        EXTENDED_SERIAL_NUMBER_TYPE_LENGTH = 34,
+        EXTENDED_SERIAL_NUMBER = 35,
+    };
+
+    /// Bytes of the coded fields.
+    enum FieldSize : unsigned int { PART_NUMBER_SIZE = 18, SERIAL_NUMBER_SIZE = 12 };
+
+    unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
+    unsigned int getSerializedSize() const override;
+
+    /// Takes up to 74 bytes; what lies beyond is ignored. An image of at most 18 bytes
+    /// deliberately leaves the extended data as they were: callers put a new record before the
+    /// OEM data they hold. Fewer than 2 bytes are refused and leave the object unchanged.
+    bool setSerialized(const unsigned char* data, unsigned int size) override;
+
+    /// OEM event data byte n, from 1; throws beyond the extended bytes held, 0 below 1.
+    unsigned char getSpecifiedEventData(int n) const;
+
+    /// The partitions that the event concerns; needs 15 extended bytes.
+    unsigned short getPartitionBitmask() const;
+
+    /// Whether partition p exists and the event concerns it; needs 15 extended bytes.
+    bool isPartitionValid(unsigned char p);
+
+    /// Part number of the unit involved, at most 18 bytes of it; needs 34 extended bytes.
+    std::string getPartNo();
+
+    /// Serial number of the unit involved, at most 12 bytes of it.
+    ///
+    /// Needs 45 extended bytes although the field ends with the 47th: images that stop short of
+    /// its end are accepted on purpose, and the missing bytes are those held before.
+    std::string getSerialNo();
+
+    /// The text of a coded field of at most `maxLength` bytes: hex digits for binary, the
+    /// characters up to the first zero byte for 8-bit text, nothing for BCD plus and 6-bit ASCII.
+    /// A length of 1 counts as empty, as FRU fields use that code for their end mark.
+    /// `data` reaches min(length in `typeLength`, maxLength) bytes.
+    std::string getFRUData(unsigned char typeLength, unsigned char* data, unsigned int maxLength);
+
+protected:
+    /// The extended data storage, 56 bytes, valid or not.
+    const unsigned char* getExtendedData() const { return extended; }
+
+    /// Whether partition p exists and its bit is set.
+    static bool isPartitionSet(unsigned short bitmask, unsigned char p);
+
+private:
+    void requireExtendedLength(int needed) const;
+
+    unsigned char extended[EXTENDED_SIZE] = {};
+    int extendedLength = 0;
+};
+
+}
+
+#endif

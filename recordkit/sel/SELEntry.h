@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_SEL_SELENTRY_H
+#define RECORDKIT_SEL_SELENTRY_H
+
+#include <string>
+
+#include <recordkit/serial/SerializableObject.h>
+
+namespace TAVLib::RecordKit {
+
+/// The body of an IPMI Get SEL Entry response: the next record id and one SEL record
+/// (IPMI v2.0, section 32.1).
+///
+/// | offset | record byte | width | meaning                                               |
+/// |--------|-------------|-------|-------------------------------------------------------|
+/// | 0      |             | 2     | next record id, low byte first                        |
+/// | 2      | 1           | 2     | record id, low byte first                             |
+/// | 4      | 3           | 1     | record type                                           |
+/// | 5      | 4           | 4     | timestamp, low byte first                             |
+/// | 9      | 8           | 1     | generator id 1: bit 0 clear: slave address in bits    |
+/// |        |             |       | 7..1; bit 0 set: system software id                   |
+/// | 10     | 9           | 1     | generator id 2: bits 1..0 LUN of the generator        |
+/// | 11     | 10          | 1     | event message format revision                         |
+/// | 12     | 11          | 1     | sensor type                                           |
+/// | 13     | 12          | 1     | sensor number                                         |
+/// | 14     | 13          | 1     | bit 7 direction, bits 6..0 event/reading type         |
+/// | 15     | 14          | 3     | event data 1 to 3                                     |
+///
+/// Record bytes are numbered from 1 as IPMI numbers them: record byte n lies at offset n + 1.
+/// A fresh entry holds a zeroed image and no record byte.
+///
+/// Failures to move an image are traced (module 83, location 0x0900, level 0, message 20008).
+/// The accessors throw PException (location 0x0900, action 1) when the record is too short for
+/// them (detail 0x0B00, message 20008, "SELEntry", bytes held, bytes needed).
+class RECORDKIT_API SELEntry : public SerializableObject {
+public:
+    enum Size : unsigned int { HEADER_SIZE = 2, RECORD_SIZE = 16, IMAGE_SIZE = 18 };
+
+    /// Record bytes by their IPMI number.
+    enum RecordByte : int {
+        RECORD_ID = 1,
+        RECORD_TYPE = 3,
+        TIMESTAMP = 4,
+        GENERATOR_ID_1 = 8,
+        GENERATOR_ID_2 = 9,
+        EVM_REVISION = 10,
+        SENSOR_TYPE = 11,
+        SENSOR_NUMBER = 12,
+        EVENT_TYPE = 13,
+        EVENT_DATA_1 = 14,
+    };
+
+    /// 0 and a trace line when `size` is below the serialized size.
+    unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
+    unsigned int getSerializedSize() const override { return HEADER_SIZE + recordSize(); }
+
+    /// Takes up to 18 bytes; what lies beyond is ignored. Fewer than 2 bytes are refused with a
+    /// trace line and leave the object unchanged.
+    bool setSerialized(const unsigned char* data, unsigned int size) override;
+
+    /// The 16 record bytes as 32 lower-case hex digits; needs a complete record.
+    std::string printSELData() const;
+
+    /// Record byte `pos`, 1 to 16; throws for a byte beyond the record held.
+    ///
+    /// There is no lower bound: 0 and -1 give the next record id's high and low byte, which
+    /// callers use. What lies before the image is answered with 0.
+    unsigned char getSpecifiedBytePosData(int pos) const;
+
+    /// The 8-bit IPMB slave address of the generator; needs record byte 8.
+    ///
+    /// System software ids stand for one of the two controllers: 5Fh, 71h and 81h for 24h; 01h,
+    /// 37h and 41h for 20h. Throws for any other (detail 0x0B01, message 20030,
+    /// "Get Slave Address", "GeneratorID_byte1", the id).
+    unsigned char getSlaveAddress() const;
+
+    /// The LUN of the generator, 0 to 3; needs record byte 9. Software id 5Fh is always LUN 1.
+    ///
+    /// Throws for a software id that is not listed at getSlaveAddress (detail 0x0B01, message
+    /// 20030, "Get LUN", "GeneratorID_byte1", and generator id byte 2 as the value).
+    unsigned char getLUN() const;
+
+protected:
+    /// The whole image storage, 18 bytes, of which recordLength + 2 are valid.
+    const unsigned char* getImage() const { return image; }
+    int getRecordLength() const { return recordLength; }
+    unsigned int recordSize() const { return static_cast<unsigned int>(recordLength); }
+
+private:
+    unsigned char at(RecordByte byte) const { return image[byte + 1]; }
+    void requireRecordLength(int needed) const;
+
+    unsigned char image[IMAGE_SIZE] = {};
+    int recordLength = 0;
+};
+
+}
+
+#endif

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/sel/SELEntryLongText.h>
+
+#include <algorithm>
+
+#include <recordkit/serial/Failure.h>
+
+namespace TAVLib::RecordKit {
+
+unsigned int SELEntryLongText::getSerialized(unsigned char* buf, unsigned int size) const
+{
+    return copyImage(SEL_ENTRY_LONG_TEXT_LOCATION, "SELEntryLongText::getSerialized", buffer,
+                     validLength, buf, size);
+}
+
+bool SELEntryLongText::setSerialized(const unsigned char* data, unsigned int size)
+{
+    // Kept even when the image is then refused: callers look at what was too short.
+    validLength = std::min<unsigned int>(size, MAX_SIZE);
+    std::copy_n(data, validLength, buffer);
+    if (validLength < MIN_SIZE) {
+        throwLengthError(SEL_ENTRY_LONG_TEXT_LOCATION, "SELEntryLongText", validLength, MIN_SIZE);
+    }
+    text.assign(buffer + TEXT_OFFSET, std::find(buffer + TEXT_OFFSET, buffer + BUFFER_SIZE, 0));
+    return true;
+}
+
+}

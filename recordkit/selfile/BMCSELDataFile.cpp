@@ -1,0 +1,725 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/selfile/BMCSELDataFile.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <numeric>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <recordkit/platform/BMCMessageFile.h>
+#include <recordkit/platform/CommonUtil.h>
+#include <recordkit/platform/LockedFile.h>
+#include <recordkit/platform/PException.h>
+#include <recordkit/platform/SystemRoot.h>
+#include <recordkit/selfile/SELFileLayout.h>
+#include <recordkit/serial/Failure.h>
+
+using TAVLib::BMC_SEL_DATA_FILE_LOCATION;
+using TAVLib::BMCMessageFile;
+using TAVLib::LEVEL_ERROR;
+using TAVLib::LockedFile;
+using TAVLib::MESSAGE_TEXT;
+using TAVLib::PException;
+using TAVLib::RecordKit::BMCSELEntryMessage;
+using namespace TAVLib::RecordKit::SELFileLayout;
+
+namespace {
+
+constexpr const char* WORKING_FOLDER = "/tmp/";
+constexpr const char* PERSISTENT_FOLDER = "/var/tav/fmem/ipmi/";
+constexpr const char* SHIFT_REQUEST_FILE = "/var/tmp/shift_sel_sync";
+
+/// Size of the answer in the shift request file.
+constexpr std::size_t SHIFT_ANSWER_SIZE = 16;
+
+/// Slots that a search takes with one system call.
+constexpr unsigned int SLOTS_AT_ONCE = 160;
+
+/// Closes a descriptor of the store with its scope.
+class OpenFile {
+public:
+    OpenFile(BMCSELDataFile& owner, const std::string& name)
+        : store(owner), fd(store.openFile(name))
+    {
+    }
+    ~OpenFile()
+    {
+        if (isOpen()) {
+            store.closeFile(fd);
+        }
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+    bool isOpen() const { return fd >= 0; }
+    bool seek(unsigned long offset) const
+    {
+        return store.lseek(fd, static_cast<long>(offset), SEEK_SET) >= 0;
+    }
+    long read(unsigned char* slot) const { return store.read(fd, slot, SLOT_SIZE); }
+    int descriptor() const { return fd; }
+
+private:
+    BMCSELDataFile& store;
+    int fd;
+};
+
+/// Searches on from `addr`, one slot with each read, as far as the file can be read.
+unsigned int searchBySlot(const OpenFile& file, unsigned short wanted, BMCSELEntryMessage& out,
+                          unsigned long& addr)
+{
+    if (addr != 0 && !file.seek(addr)) {
+        return BMCSELDataFile::POSITION_FAILED;
+    }
+    for (;;) {
+        unsigned char slot[SLOT_SIZE] = {};
+        const long count = file.read(slot);
+        if (count <= 0) {
+            return BMCSELDataFile::NOT_FOUND;
+        }
+        // A short slot at the end of a file still has a record id if it reaches that far.
+        BMCSELEntryMessage entry;
+        entry.setSerialized(slot, static_cast<unsigned int>(count));
+        constexpr unsigned int RECORD_ID_SIZE = 2;
+        const unsigned int recordLength =
+            entry.TAVLib::RecordKit::SELEntry::getSerializedSize() - RECORD_ID_OFFSET;
+        if (recordLength < RECORD_ID_SIZE) {
+            TAVLib::throwLengthError(TAVLib::SEL_ENTRY_LOCATION, "SELEntry", recordLength,
+                                     RECORD_ID_SIZE);
+        }
+        if (idOf(slot) == wanted) {
+            out.setSerialized(slot, SLOT_SIZE);
+            return BMCSELDataFile::SUCCESS;
+        }
+        addr += SLOT_SIZE;
+        if (!file.seek(addr)) {
+            return BMCSELDataFile::POSITION_FAILED;
+        }
+    }
+}
+
+/// Searches whole slots, many with one system call. What the file gives beyond them (a short
+/// last slot, an error, a file that cannot be read at a position) is left to searchBySlot.
+unsigned int search(const OpenFile& file, unsigned short wanted, BMCSELEntryMessage& out,
+                    unsigned long& addr)
+{
+    unsigned char slots[SLOTS_AT_ONCE * SLOT_SIZE];
+    ssize_t count = 0;
+    do {
+        count = ::pread(file.descriptor(), slots, sizeof slots, static_cast<off_t>(addr));
+        const long whole = count < 0 ? 0 : count / static_cast<long>(SLOT_SIZE);
+        const unsigned char* const end = slots + whole * SLOT_SIZE;
+        for (const unsigned char* slot = slots; slot != end; slot += SLOT_SIZE) {
+            if (idOf(slot) == wanted) {
+                out.setSerialized(slot, SLOT_SIZE);
+                return BMCSELDataFile::SUCCESS;
+            }
+            addr += SLOT_SIZE;
+        }
+    } while (count == static_cast<ssize_t>(sizeof slots));
+    return searchBySlot(file, wanted, out, addr);
+}
+
+/// What the search for the first empty slot says of a file.
+unsigned int judgeTail(unsigned int searchCode, unsigned long addr, const BMCSELEntryMessage& found)
+{
+    if (searchCode == BMCSELDataFile::NOT_FOUND && addr == FILE_SIZE) {
+        return BMCSELDataFile::FILE_FULL;
+    }
+    if (searchCode != BMCSELDataFile::SUCCESS) {
+        return searchCode;
+    }
+    unsigned char slot[SLOT_SIZE] = {};
+    found.getSerialized(slot, sizeof slot);
+    return isEmpty(slot) ? BMCSELDataFile::SUCCESS : BMCSELDataFile::DAMAGED_TAIL;
+}
+
+/// Whether `addr` is still the first empty slot of a file that is now locked.
+bool isStillTail(LockedFile& file, unsigned long addr)
+{
+    unsigned char slots[2 * SLOT_SIZE];
+    const unsigned int before = addr == 0 ? 0 : SLOT_SIZE;
+    const unsigned int size = before + SLOT_SIZE;
+    file.lseek(static_cast<long>(addr - before), SEEK_SET);
+    return file.read(slots, size) == static_cast<int>(size) && isEmpty(slots + before) &&
+           (before == 0 || idOf(slots) != EMPTY_RECORD_ID);
+}
+
+/// Whether a file whose ids run from `first` to `last` (round the end of the ids, if need be)
+/// holds `wanted`.
+bool isInRange(unsigned short first, unsigned short last, unsigned short wanted)
+{
+    return first <= last ? first <= wanted && wanted <= last : wanted >= first || wanted <= last;
+}
+
+/// Records of one file for getEntryNumEx; 0 and a trace line when its tail is not found.
+unsigned short countRecords(BMCSELDataFile& store, unsigned char sb, int fileNo, int kind,
+                            const char* label, int shownFileNo)
+{
+    unsigned long addr = 0;
+    const unsigned int code = store.getTailAddrEx(sb, fileNo, addr, kind);
+    switch (code) {
+    case BMCSELDataFile::SUCCESS:
+        return static_cast<unsigned short>(addr / SLOT_SIZE);
+    case BMCSELDataFile::FILE_FULL:
+        return SLOTS;
+    default:
+        store.writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                         "BMCSELDataFile::getEntryNumEx%s SB#%d sel%d ret(%d)", label, sb,
+                         shownFileNo, static_cast<int>(code));
+        return 0;
+    }
+}
+
+bool exists(const std::string& name, struct stat& status)
+{
+    return ::stat(name.c_str(), &status) == 0;
+}
+
+int runCopy(const std::string& from, const std::string& to, const char* redirection)
+{
+    const std::string command = "/bin/cp " + from + " " + to + redirection;
+    return std::system(command.c_str());
+}
+
+/// Takes the request for a shift: SUCCESS, REWRITE_FAILED, or NOT_REQUESTED where there is none.
+int takeShiftRequest(BMCSELDataFile& store)
+{
+    const std::string path = BMCSELDataFile::getShiftRequestFile();
+    if (std::remove(path.c_str()) == 0) {
+        return BMCSELDataFile::SUCCESS;
+    }
+    if (errno == ENOENT) {
+        return BMCSELDataFile::NOT_REQUESTED;
+    }
+    // The text names another operation; logs are searched for it as it is.
+    store.writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "BMCSELDataFile::clearAllRecord %s remove(%d)",
+                     path.c_str(), errno);
+    return BMCSELDataFile::REWRITE_FAILED;
+}
+
+/// Leaves the result of a shift where the request was: 16 bytes, whatever its length.
+void answerShiftRequest(int result)
+{
+    std::FILE* const file = std::fopen(BMCSELDataFile::getShiftRequestFile().c_str(), "wbe");
+    if (file == nullptr) {
+        return;
+    }
+    char answer[SHIFT_ANSWER_SIZE] = {};
+    std::snprintf(answer, sizeof answer, "%d", result);
+    std::fwrite(answer, 1, sizeof answer, file);
+    std::fclose(file);
+}
+
+/// Renames each file of the chain to the next index, from the oldest down.
+unsigned int shiftChain(BMCSELDataFile& store, unsigned char sb)
+{
+    for (int i = OLDEST_FILE - 1; i >= 0; --i) {
+        const std::string from = store.getFileName(sb, i, PERSISTENT);
+        struct stat status = {};
+        if (!exists(from, status)) {
+            if (errno == ENOENT) {
+                continue;
+            }
+            store.writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                             "BMCSELDataFile::shiftSelFile sel%d stat(%d)", i, errno);
+            return BMCSELDataFile::STAT_FAILED;
+        }
+        if (std::rename(from.c_str(), store.getFileName(sb, i + 1, PERSISTENT).c_str()) == -1) {
+            // The error stands where the index is expected and the index behind it: who reads
+            // these lines counts on that order.
+            store.writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                             "BMCSELDataFile::shiftSelFile sel%d rename(%d)", errno, i);
+            return BMCSELDataFile::MOVE_FAILED;
+        }
+        ::sync();
+    }
+    return BMCSELDataFile::SUCCESS;
+}
+
+}
+
+std::string BMCSELDataFile::getFileName(unsigned char sb, int fileNo, int kind)
+{
+    const bool isPersistent = fileNo != 0 || kind != TEMPORARY;
+    return TAVLib::systemRoot() + (isPersistent ? PERSISTENT_FOLDER : WORKING_FOLDER) + "sb" +
+           std::to_string(sb) + "_bmc_sel" + std::to_string(fileNo);
+}
+
+std::string BMCSELDataFile::getShiftRequestFile()
+{
+    return TAVLib::systemRoot() + SHIFT_REQUEST_FILE;
+}
+
+int BMCSELDataFile::openFile(std::string name)
+{
+    const int fd = TEMP_FAILURE_RETRY(::open(name.c_str(), O_RDONLY | O_CLOEXEC));
+    if (fd < 0) {
+        const int error = errno;
+        const std::string text = "open filename:[" + name.substr(0, 255) + "]";
+        TAVLib::traceSystemCallError(BMC_SEL_DATA_FILE_LOCATION, text.c_str(), error);
+    }
+    return fd;
+}
+
+long BMCSELDataFile::lseek(int fd, long offset, int whence)
+{
+    const long at = ::lseek(fd, offset, whence);
+    if (at < 0) {
+        TAVLib::traceSystemCallError(BMC_SEL_DATA_FILE_LOCATION, "lseek", errno);
+    }
+    return at;
+}
+
+long BMCSELDataFile::read(int fd, void* buf, unsigned int len)
+{
+    const long count = TEMP_FAILURE_RETRY(::read(fd, buf, len));
+    if (count < 0) {
+        TAVLib::traceSystemCallError(BMC_SEL_DATA_FILE_LOCATION, "read", errno);
+    }
+    return count;
+}
+
+int BMCSELDataFile::closeFile(int fd)
+{
+    const int result = ::close(fd);
+    if (result < 0) {
+        TAVLib::traceSystemCallError(BMC_SEL_DATA_FILE_LOCATION, "close", errno);
+    }
+    return result;
+}
+
+void BMCSELDataFile::writeTrace(unsigned char level, int msgNo, const char* format, ...)
+{
+    char text[256] = {};
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    TAVLib::traceText(BMC_SEL_DATA_FILE_LOCATION, level, msgNo, text);
+}
+
+unsigned int BMCSELDataFile::searchRecord(std::string name, unsigned short recordId,
+                                          BMCSELEntryMessage& out, unsigned long& addr)
+{
+    addr = 0;
+    try {
+        const OpenFile file(*this, name);
+        if (!file.isOpen()) {
+            return OPEN_FAILED;
+        }
+        return search(file, recordId, out, addr);
+    } catch (const PException&) {
+        writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "searchRecord");
+        return READ_FAILED;
+    }
+}
+
+unsigned int BMCSELDataFile::getTailAddr(unsigned char sb, unsigned long& addr)
+{
+    BMCSELEntryMessage found;
+    const unsigned int code =
+        searchRecord(getFileName(sb, 0, TEMPORARY), EMPTY_RECORD_ID, found, addr);
+    return judgeTail(code, addr, found);
+}
+
+unsigned int BMCSELDataFile::getTailAddrEx(unsigned char sb, int fileNo, unsigned long& addr,
+                                           int kind)
+{
+    BMCSELEntryMessage found;
+    const unsigned int code =
+        searchRecord(getFileName(sb, fileNo, kind), EMPTY_RECORD_ID, found, addr);
+    const unsigned int tail = judgeTail(code, addr, found);
+    if (tail != SUCCESS && tail != FILE_FULL && tail != DAMAGED_TAIL) {
+        writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "BMCSELDataFile::getTailAddrEx SB#%d sel%d ret(%d)",
+                   sb, fileNo, static_cast<int>(code));
+    }
+    return tail;
+}
+
+unsigned int BMCSELDataFile::getLastRecAddr(unsigned char sb, unsigned long& addr)
+{
+    const unsigned int code = getTailAddr(sb, addr);
+    switch (code) {
+    case NOT_FOUND:
+        addr = LAST_SLOT;
+        return SUCCESS;
+    case SUCCESS:
+        if (addr < SLOT_SIZE) {
+            return NO_RECORD;
+        }
+        addr -= SLOT_SIZE;
+        return SUCCESS;
+    default:
+        // FILE_FULL too: callers tell a full file from one with room by this code, and readRecord
+        // then finds nothing until the file is rotated.
+        return code;
+    }
+}
+
+unsigned int BMCSELDataFile::getEntryNumEx(unsigned char sb, unsigned short& total,
+                                           unsigned short& lastFileNo,
+                                           std::vector<unsigned short>& counts)
+{
+    unsigned short found[OLDEST_FILE + 1] = {};
+    for (lastFileNo = 1; lastFileNo <= OLDEST_FILE; ++lastFileNo) {
+        struct stat status = {};
+        if (!exists(getFileName(sb, lastFileNo, PERSISTENT), status)) {
+            if (errno == ENOENT) {
+                break;
+            }
+            writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                       "BMCSELDataFile::getEntryNumEx SB#%d sel%d stat(%d)", sb, lastFileNo, errno);
+            return STAT_FAILED;
+        }
+        // A file of another size ends the chain: it and all older ones are not counted.
+        if (status.st_size != FILE_SIZE) {
+            break;
+        }
+        found[lastFileNo] = countRecords(*this, sb, lastFileNo, PERSISTENT, "", lastFileNo);
+    }
+    --lastFileNo;
+    found[0] = countRecords(*this, sb, 0, TEMPORARY, "(tmp)", lastFileNo);
+
+    counts.assign(found, found + lastFileNo + 1);
+    total = std::accumulate(counts.begin(), counts.end(), static_cast<unsigned short>(0));
+    return SUCCESS;
+}
+
+unsigned int BMCSELDataFile::getEntryNum(unsigned char sb, unsigned short& total,
+                                         unsigned short& lastFileNo)
+{
+    std::vector<unsigned short> counts;
+    return getEntryNumEx(sb, total, lastFileNo, counts);
+}
+
+unsigned int BMCSELDataFile::fullEntryCheck(unsigned char sb)
+{
+    struct stat status = {};
+    if (!exists(getFileName(sb, 0, TEMPORARY), status)) {
+        if (errno != ENOENT) {
+            return STAT_FAILED;
+        }
+        return truncate(sb, 0, TEMPORARY);
+    }
+    if (status.st_size != FILE_SIZE) {
+        return truncate(sb, 0, TEMPORARY);
+    }
+    unsigned long addr = 0;
+    return getTailAddr(sb, addr);
+}
+
+int BMCSELDataFile::writeRecord(unsigned char sb, BMCSELEntryMessage& rec)
+{
+    unsigned char slot[SLOT_SIZE] = {};
+    if (rec.getSerialized(slot, sizeof slot) != sizeof slot) {
+        return 0;
+    }
+    // Found before the file is opened for writing, which would create a missing one.
+    unsigned long addr = 0;
+    if (getTailAddr(sb, addr) != SUCCESS) {
+        return 0;
+    }
+    try {
+        LockedFile file(getFileName(sb, 0, TEMPORARY));
+        // Another writer may have taken the slot before the lock was held.
+        if (!isStillTail(file, addr) && getTailAddr(sb, addr) != SUCCESS) {
+            return 0;
+        }
+        file.lseek(static_cast<long>(addr), SEEK_SET);
+        if (file.write(slot, sizeof slot) == static_cast<int>(sizeof slot)) {
+            return 1;
+        }
+    } catch (const PException&) {
+    }
+    writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "writeRecord");
+    return 0;
+}
+
+unsigned int BMCSELDataFile::readRecord(unsigned char sb, unsigned short recordId,
+                                        BMCSELEntryMessage& out)
+{
+    for (int i = 0; i <= OLDEST_FILE; ++i) {
+        const std::string name = getFileName(sb, i, TEMPORARY);
+        {
+            const OpenFile file(*this, name);
+            if (!file.isOpen()) {
+                return OPEN_FAILED;
+            }
+            unsigned char slot[SLOT_SIZE] = {};
+            if (file.read(slot) < 0) {
+                return READ_FAILED;
+            }
+            const unsigned short first = idOf(slot);
+            unsigned long lastAddr = LAST_SLOT;
+            if (i == 0) {
+                if (first == EMPTY_RECORD_ID) {
+                    return NO_RECORD;
+                }
+                // A full working file ends the search here: see getLastRecAddr.
+                if (getLastRecAddr(sb, lastAddr) != SUCCESS) {
+                    return NOT_FOUND;
+                }
+            }
+            if (!file.seek(lastAddr)) {
+                return POSITION_FAILED;
+            }
+            if (file.read(slot) != SLOT_SIZE) {
+                return READ_FAILED;
+            }
+            if (!isInRange(first, idOf(slot), recordId)) {
+                continue;
+            }
+        }
+        unsigned long addr = 0;
+        return searchRecord(name, recordId, out, addr);
+    }
+    return NOT_FOUND;
+}
+
+int BMCSELDataFile::readFirstRecord(unsigned char sb, BMCSELEntryMessage& out)
+{
+    for (int i = OLDEST_FILE; i >= 0; --i) {
+        const std::string name = getFileName(sb, i, TEMPORARY);
+        if (::access(name.c_str(), R_OK) != 0) {
+            if (errno == ENOENT) {
+                continue;
+            }
+            return 0;
+        }
+        const OpenFile file(*this, name);
+        if (!file.isOpen()) {
+            // Callers take a file that is there for a log that is there, and keep their record.
+            return 1;
+        }
+        unsigned char slot[SLOT_SIZE] = {};
+        if (file.read(slot) != SLOT_SIZE || idOf(slot) == EMPTY_RECORD_ID) {
+            return 0;
+        }
+        return out.setSerialized(slot, sizeof slot) ? 1 : 0;
+    }
+    return 0;
+}
+
+int BMCSELDataFile::readLastRecordEx(unsigned char sb, int fileNo, BMCSELEntryMessage& out,
+                                     int kind)
+{
+    unsigned long addr = 0;
+    switch (getTailAddrEx(sb, fileNo, addr, kind)) {
+    case SUCCESS:
+        if (addr < SLOT_SIZE) {
+            return 0;
+        }
+        addr -= SLOT_SIZE;
+        break;
+    case FILE_FULL:
+        addr = LAST_SLOT;
+        break;
+    default:
+        return 0;
+    }
+    const OpenFile file(*this, getFileName(sb, fileNo, kind));
+    unsigned char slot[SLOT_SIZE] = {};
+    if (!file.isOpen() || !file.seek(addr) || file.read(slot) != SLOT_SIZE) {
+        return 0;
+    }
+    return out.setSerialized(slot, sizeof slot) ? 1 : 0;
+}
+
+int BMCSELDataFile::readLastRecord(unsigned char sb, BMCSELEntryMessage& out)
+{
+    if (readLastRecordEx(sb, 0, out, TEMPORARY) != 0) {
+        return 1;
+    }
+    return readLastRecordEx(sb, 1, out, PERSISTENT);
+}
+
+unsigned int BMCSELDataFile::readStoredRecord(unsigned char sb, unsigned short logNum,
+                                              BMCSELEntryMessage& out)
+{
+    unsigned short total = 0;
+    unsigned short lastFileNo = 0;
+    std::vector<unsigned short> counts;
+    const unsigned int code = getEntryNumEx(sb, total, lastFileNo, counts);
+    if (code != SUCCESS) {
+        writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                   "BMCSELDataFile::readStoredRecord SB#%d failed to get SEL entry num", sb);
+        return code;
+    }
+    if (total == 0) {
+        writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                   "BMCSELDataFile::readStoredRecord SB#%d SEL entry is not exists", sb);
+        return NOT_FOUND;
+    }
+    if (total < logNum) {
+        writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "BMCSELDataFile::readStoredRecord logNum over(%d)",
+                   logNum);
+        return NOT_FOUND;
+    }
+
+    const auto index = static_cast<unsigned short>(logNum - 1);
+    int fileNo = lastFileNo;
+    unsigned int start = 0;
+    while (index < start || index >= start + counts[fileNo]) {
+        start += counts[fileNo];
+        if (fileNo == 0) {
+            writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                       "BMCSELDataFile::readStoredRecord SB#%d SEL entry total is mismatch(%d)", sb,
+                       static_cast<int>(start));
+            return NOT_FOUND;
+        }
+        --fileNo;
+    }
+
+    const OpenFile file(*this, getFileName(sb, fileNo, fileNo > 0 ? PERSISTENT : TEMPORARY));
+    if (!file.isOpen()) {
+        return OPEN_FAILED;
+    }
+    if (!file.seek((index - start) * SLOT_SIZE)) {
+        return POSITION_FAILED;
+    }
+    unsigned char slot[SLOT_SIZE] = {};
+    if (file.read(slot) < 0) {
+        return READ_FAILED;
+    }
+    out.setSerialized(slot, sizeof slot);
+    return SUCCESS;
+}
+
+unsigned int BMCSELDataFile::truncate(unsigned char sb, int fileNo, int kind)
+{
+    const std::vector<unsigned char> emptySlots(FILE_SIZE, EMPTY_BYTE);
+    const std::string name = getFileName(sb, fileNo, kind);
+    try {
+        LockedFile file(name);
+        file.truncFile(0);
+        if (file.write(emptySlots.data(), FILE_SIZE) == FILE_SIZE) {
+            return SUCCESS;
+        }
+    } catch (const PException&) {
+    }
+    writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "BMCSELDataFile::truncate %s ", name.c_str());
+    return REWRITE_FAILED;
+}
+
+unsigned int BMCSELDataFile::clearAllRecord(unsigned char sb)
+{
+    if (truncate(sb, 0, TEMPORARY) != SUCCESS) {
+        return REWRITE_FAILED;
+    }
+    for (int i = 0; i <= OLDEST_FILE; ++i) {
+        if (truncate(sb, i, PERSISTENT) != SUCCESS) {
+            return REWRITE_FAILED;
+        }
+    }
+    return BMCMessageFile().clearMessageFile(sb) ? SUCCESS : REWRITE_FAILED;
+}
+
+unsigned int BMCSELDataFile::makeCopySELFile(unsigned char sb)
+{
+    if (sb >= CommonUtil::getMaxUnitNum(CommonUtil::SYSTEM_BOARDS)) {
+        return POSITION_FAILED;
+    }
+    const std::string to = getFileName(sb, 0, PERSISTENT);
+    const std::string from = getFileName(sb, 0, TEMPORARY);
+    struct stat status = {};
+    if (exists(to, status)) {
+        if (std::remove(to.c_str()) != 0) {
+            writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "BMCSELDataFile::makeCopySELFile %s remove(%d)",
+                       to.c_str(), errno);
+            return REWRITE_FAILED;
+        }
+    } else if (errno != ENOENT) {
+        writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "BMCSELDataFile::makeCopySELFile %s stat(%d)",
+                   to.c_str(), errno);
+        return STAT_FAILED;
+    }
+    const int copied = runCopy(from, to, ">/dev/null 2>&1");
+    if (copied != 0) {
+        // Reported as mv, under which name this step is known.
+        writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "BMCSELDataFile::makeCopySELFile mv(%d)", copied);
+        return MOVE_FAILED;
+    }
+    return truncate(sb, 0, TEMPORARY);
+}
+
+int BMCSELDataFile::shiftSelFile(unsigned char sb, bool noSync)
+{
+    int result = noSync ? static_cast<int>(SUCCESS) : takeShiftRequest(*this);
+    if (result == SUCCESS) {
+        if (!BMCMessageFile().shiftSelMessageFile(sb)) {
+            writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                       "BMCSELDataFile::shiftSelFile shiftSelMessageFile");
+        }
+        result = static_cast<int>(makeCopySELFile(sb));
+    }
+    if (result == SUCCESS) {
+        result = static_cast<int>(shiftChain(*this, sb));
+    }
+    if (!noSync) {
+        answerShiftRequest(result);
+    }
+    return result;
+}
+
+int BMCSELDataFile::backupTmpSel(unsigned char sb)
+{
+    if (!BMCMessageFile().backupTmpMessageFile(sb)) {
+        return 0;
+    }
+    const int copied =
+        runCopy(getFileName(sb, 0, TEMPORARY), getFileName(sb, 0, PERSISTENT), " >/dev/null 2>&1");
+    if (copied != 0) {
+        writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                   "BMCSELDataFile::backupTmpSel cp SB#%d ret(%d) errno(%d)", sb, copied, errno);
+        return 0;
+    }
+    return 1;
+}
+
+int BMCSELDataFile::restoreTmpSel(unsigned char sb)
+{
+    if (!BMCMessageFile().restoreTmpMessageFile(sb)) {
+        return 0;
+    }
+    const std::string backup = getFileName(sb, 0, PERSISTENT);
+    struct stat status = {};
+    if (!exists(backup, status)) {
+        if (errno != ENOENT) {
+            writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                       "BMCSELDataFile::restoreTmpSel stat SB#%d stat(%d)", sb, errno);
+        }
+        return 0;
+    }
+    if (status.st_size != FILE_SIZE) {
+        writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                   "BMCSELDataFile::restoreTmpSel invalid size SB#%d size(%d)", sb,
+                   static_cast<int>(status.st_size));
+        return 0;
+    }
+    const int copied = runCopy(backup, getFileName(sb, 0, TEMPORARY), " >/dev/null 2>&1");
+    if (copied != 0) {
+        writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
+                   "BMCSELDataFile::restoreTmpSel cp SB#%d ret(%d) errno(%d)", sb, copied, errno);
+        return 0;
+    }
+    return 1;
+}
+
+int BMCSELDataFile::initialTruncate()
+{
+    int boards = CommonUtil::getMaxUnitNum(CommonUtil::SYSTEM_BOARDS);
+    for (int board = 0; board < boards; ++board) {
+        const auto sb = static_cast<unsigned char>(board);
+        if (restoreTmpSel(sb) == 0 && ::access(getFileName(sb, 0, TEMPORARY).c_str(), F_OK) != 0) {
+            truncate(sb, 0, TEMPORARY);
+        }
+        boards = CommonUtil::getMaxUnitNum(CommonUtil::SYSTEM_BOARDS);
+    }
+    return boards;
+}

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/selfile/SELChainReader.h>
+
+#include <algorithm>
+#include <utility>
+
+#include <recordkit/selfile/BMCSELDataFile.h>
+
+#include "SELFileScan.h"
+
+namespace TAVLib::RecordKit {
+
+using namespace SELFileLayout;
+
+SELChainReader::SELChainReader(unsigned char sb, Order walkOrder) : order(walkOrder)
+{
+    addRotatedFiles(sb);
+    std::reverse(files.begin(), files.end());
+    addFile(sb, 0);
+    for (File& each : files) {
+        if (each.firstLogNumber != 0) {
+            each.firstLogNumber = total + 1;
+            total += each.count;
+        }
+    }
+    if (order == NEWEST_FIRST) {
+        std::reverse(files.begin(), files.end());
+    }
+}
+
+bool SELChainReader::next(Record& record)
+{
+    while (file < files.size() && position == files[file].count) {
+        ++file;
+        position = 0;
+    }
+    if (file == files.size()) {
+        return false;
+    }
+    const File& current = files[file];
+    record.slot = order == OLDEST_FIRST ? position : current.count - 1 - position;
+    record.fileIndex = current.index;
+    record.logNumber = current.firstLogNumber == 0 ? 0 : current.firstLogNumber + record.slot;
+    record.image = current.bytes.data() + std::size_t{record.slot} * SLOT_SIZE;
+    ++position;
+    return true;
+}
+
+void SELChainReader::addRotatedFiles(unsigned char sb)
+{
+    for (int index = 1; index <= OLDEST_FILE; ++index) {
+        const std::size_t before = files.size();
+        addFile(sb, index);
+        // A missing file, or one of another size, ends the chain.
+        if (files.size() == before) {
+            return;
+        }
+    }
+}
+
+void SELChainReader::addFile(unsigned char sb, int index)
+{
+    const std::string path = BMCSELDataFile().getFileName(sb, index, TEMPORARY);
+    SELFileScan scan(path);
+    const std::string text = scan.describeDamage();
+    const bool isWorkingFile = index == 0;
+    if (!text.empty() && (isWorkingFile || !scan.isMissing())) {
+        damage.push_back({index, path, text});
+    }
+    if (!isWorkingFile && (scan.isMissing() || (scan.getError() == 0 && !scan.isRightSize()))) {
+        return;
+    }
+    const bool isCounted =
+        scan.getCode() == BMCSELDataFile::SUCCESS || scan.getCode() == BMCSELDataFile::FILE_FULL;
+    files.push_back({index, isCounted ? 1U : 0U, scan.getCount(), scan.takeBytes()});
+}
+
+}

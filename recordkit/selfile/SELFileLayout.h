@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_SELFILE_SELFILELAYOUT_H
+#define RECORDKIT_SELFILE_SELFILELAYOUT_H
+
+#include <recordkit/sel/BMCSELEntryMessage.h>
+#include <recordkit/serial/ByteOrder.h>
+
+namespace TAVLib::RecordKit {
+
+/// The form of every event log file: 800 slots of one BMCSELEntryMessage image each, neither
+/// header nor trailer. An empty slot is all 0xFF; slots are filled from the first one upward.
+namespace SELFileLayout {
+
+constexpr unsigned int SLOT_SIZE = BMCSELEntryMessage::MESSAGE_IMAGE_SIZE;
+constexpr unsigned int SLOTS = 800;
+constexpr unsigned int FILE_SIZE = SLOTS * SLOT_SIZE;
+constexpr unsigned int LAST_SLOT = FILE_SIZE - SLOT_SIZE;
+constexpr unsigned int RECORD_ID_OFFSET = 2;
+
+/// Index 0 is the working file and its backup; 1 to 7 are the rotated files, 7 the oldest.
+constexpr int OLDEST_FILE = 7;
+
+/// Which file of index 0 is meant.
+enum FileKind : int { TEMPORARY = 0, PERSISTENT = 1 };
+
+constexpr unsigned char EMPTY_BYTE = 0xFF;
+
+/// A slot with this record id is empty, or damaged when its other bytes say otherwise.
+constexpr unsigned short EMPTY_RECORD_ID = 0xFFFF;
+
+static_assert(SLOT_SIZE == 138 && FILE_SIZE == 110400 && LAST_SLOT == 110262,
+              "the sizes of files in the field");
+
+/// Record id of the record that a slot holds.
+inline unsigned short idOf(const unsigned char* slot)
+{
+    return readLE16(slot + RECORD_ID_OFFSET);
+}
+
+/// Whether all bytes of a slot are those of an empty one.
+inline bool isEmpty(const unsigned char* slot)
+{
+    for (unsigned int i = 0; i < SLOT_SIZE; ++i) {
+        if (slot[i] != EMPTY_BYTE) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}
+
+}
+
+#endif

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/selfile/SELFileScan.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+#include <recordkit/selfile/BMCSELDataFile.h>
+
+namespace TAVLib::RecordKit {
+
+using namespace SELFileLayout;
+
+SELFileScan::SELFileScan(const std::string& path) : code(BMCSELDataFile::OPEN_FAILED)
+{
+    load(path);
+    if (error == 0) {
+        findTail();
+        findStrays();
+    }
+}
+
+bool SELFileScan::isMissing() const
+{
+    return error == ENOENT;
+}
+
+std::string SELFileScan::describeDamage() const
+{
+    if (error != 0) {
+        return "cannot be read: " + std::generic_category().message(error);
+    }
+    const auto at = [](unsigned int index) {
+        return "slot " + std::to_string(index) + " (offset " + std::to_string(index * SLOT_SIZE) +
+               ")";
+    };
+    std::vector<std::string> findings;
+    if (!isRightSize()) {
+        findings.push_back(std::to_string(size) + " bytes long, expected " +
+                           std::to_string(FILE_SIZE));
+    }
+    if (code == BMCSELDataFile::DAMAGED_TAIL) {
+        findings.push_back(at(count) + " has record id FFFFh but is not empty");
+    }
+    if (strayCount != 0) {
+        findings.push_back(std::to_string(strayCount) + " slots used behind the tail, from " +
+                           at(firstStray) + " on");
+    }
+    std::string text;
+    for (const std::string& finding : findings) {
+        text += (text.empty() ? "" : "; ") + finding;
+    }
+    return text;
+}
+
+void SELFileScan::load(const std::string& path)
+{
+    const int fd = TEMP_FAILURE_RETRY(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (fd == -1) {
+        error = errno;
+        return;
+    }
+    struct stat status = {};
+    if (::fstat(fd, &status) == -1) {
+        error = errno;
+    } else {
+        size = static_cast<long>(status.st_size);
+        bytes.resize(FILE_SIZE);
+        std::size_t filled = 0;
+        ssize_t got = 1;
+        while (filled < bytes.size() && got > 0) {
+            got = TEMP_FAILURE_RETRY(::read(fd, bytes.data() + filled, bytes.size() - filled));
+            filled += got > 0 ? static_cast<std::size_t>(got) : 0;
+        }
+        error = got < 0 ? errno : 0;
+        bytes.resize(filled);
+    }
+    ::close(fd);
+}
+
+void SELFileScan::findTail()
+{
+    const auto slots = static_cast<unsigned int>(bytes.size() / SLOT_SIZE);
+    while (count < slots && idOf(slot(count)) != EMPTY_RECORD_ID) {
+        ++count;
+    }
+    if (count < slots) {
+        code = isEmpty(slot(count)) ? BMCSELDataFile::SUCCESS : BMCSELDataFile::DAMAGED_TAIL;
+        return;
+    }
+    // A short slot behind the whole ones is judged as the store's own search does.
+    const std::size_t rest = bytes.size() % SLOT_SIZE;
+    constexpr std::size_t RECORD_ID_END = RECORD_ID_OFFSET + 2;
+    if (rest != 0 && rest < RECORD_ID_END) {
+        code = BMCSELDataFile::READ_FAILED;
+    } else if (rest != 0 && idOf(slot(count)) == EMPTY_RECORD_ID) {
+        code = BMCSELDataFile::DAMAGED_TAIL;
+    } else {
+        code = isRightSize() ? BMCSELDataFile::FILE_FULL : BMCSELDataFile::NOT_FOUND;
+    }
+}
+
+void SELFileScan::findStrays()
+{
+    const auto slots = static_cast<unsigned int>(bytes.size() / SLOT_SIZE);
+    for (unsigned int i = count + 1; i < slots; ++i) {
+        if (!isEmpty(slot(i))) {
+            firstStray = strayCount == 0 ? i : firstStray;
+            ++strayCount;
+        }
+    }
+}
+
+}

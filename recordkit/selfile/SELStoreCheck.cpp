@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/selfile/SELStoreCheck.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+#include <unistd.h>
+
+#include <recordkit/selfile/BMCSELDataFile.h>
+
+#include "SELFileScan.h"
+
+namespace TAVLib::RecordKit {
+
+using namespace SELFileLayout;
+
+namespace {
+
+constexpr unsigned int TIMESTAMP_OFFSET = SELEntry::TIMESTAMP + 1;
+
+/// Where the files stand in the list.
+constexpr std::size_t WORKING = 0;
+constexpr std::size_t BACKUP = 1;
+constexpr std::size_t FIRST_ROTATED = 2;
+
+std::string pathOf(unsigned char sb, int index, int kind)
+{
+    return BMCSELDataFile().getFileName(sb, index, kind);
+}
+
+std::string selName(int index)
+{
+    return "sel" + std::to_string(index);
+}
+
+/// Renames one persistent file of a board and says so.
+bool move(unsigned char sb, int from, int to, std::vector<std::string>& actions)
+{
+    const std::string oldPath = pathOf(sb, from, PERSISTENT);
+    const std::string newPath = pathOf(sb, to, PERSISTENT);
+    if (std::rename(oldPath.c_str(), newPath.c_str()) != 0) {
+        actions.push_back(oldPath + " could not be renamed to " + newPath + ": " +
+                          std::generic_category().message(errno));
+        return false;
+    }
+    ::sync();
+    actions.push_back(selName(from) + " renamed to " + selName(to));
+    return true;
+}
+
+}
+
+SELStoreCheck::SELStoreCheck(unsigned char sb) : board(sb)
+{
+    addFile(0, TEMPORARY);
+    addFile(0, PERSISTENT);
+    for (int index = 1; index <= OLDEST_FILE; ++index) {
+        addFile(index, PERSISTENT);
+    }
+    findMissingWorkingFile();
+    findDamage();
+    findCutOffRotation();
+    findGap();
+    findShiftRequest();
+}
+
+bool SELStoreCheck::isSound() const
+{
+    return std::none_of(findings.begin(), findings.end(),
+                        [](const Finding& finding) { return finding.isDamage; });
+}
+
+bool SELStoreCheck::recover(std::vector<std::string>& actions) const
+{
+    std::vector<int> present = presentIndexes();
+    const auto isPresent = [&present](int index) {
+        return std::find(present.begin(), present.end(), index) != present.end();
+    };
+    int firstGap = 1;
+    while (isPresent(firstGap)) {
+        ++firstGap;
+    }
+    if (isCutOff) {
+        if (firstGap > OLDEST_FILE) {
+            actions.push_back(selName(OLDEST_FILE) + " dropped, as the rotation does");
+            firstGap = OLDEST_FILE;
+        } else {
+            present.push_back(firstGap);
+        }
+        for (int index = firstGap - 1; index >= 0; --index) {
+            if (!move(board, index, index + 1, actions)) {
+                return false;
+            }
+        }
+    }
+    int next = 1;
+    std::sort(present.begin(), present.end());
+    for (const int index : present) {
+        if (index != next && !move(board, index, next, actions)) {
+            return false;
+        }
+        ++next;
+    }
+    return true;
+}
+
+void SELStoreCheck::addFile(int index, int kind)
+{
+    const std::string path = pathOf(board, index, kind);
+    const SELFileScan scan(path);
+    File file = {};
+    file.index = index;
+    file.kind = kind;
+    file.path = path;
+    file.isMissing = scan.isMissing();
+    file.size = scan.getSize();
+    file.count = scan.getCount();
+    file.damage = scan.isMissing() ? "" : scan.describeDamage();
+    if (file.count != 0) {
+        const unsigned char* const first = scan.slot(0);
+        const unsigned char* const last = scan.slot(file.count - 1);
+        file.firstId = idOf(first);
+        file.lastId = idOf(last);
+        file.firstTime = readLE32(first + TIMESTAMP_OFFSET);
+        file.lastTime = readLE32(last + TIMESTAMP_OFFSET);
+    }
+    files.push_back(file);
+}
+
+void SELStoreCheck::findMissingWorkingFile()
+{
+    const File& working = files[WORKING];
+    if (working.isMissing) {
+        findings.push_back({WORKING_FILE_MISSING, true,
+                            working.path + " is missing: no event can be stored until the board "
+                                           "is initialised"});
+    }
+}
+
+void SELStoreCheck::findDamage()
+{
+    for (const File& file : files) {
+        if (!file.damage.empty()) {
+            findings.push_back({FILE_DAMAGED, true, file.path + ": " + file.damage});
+        }
+    }
+}
+
+void SELStoreCheck::findCutOffRotation()
+{
+    const File& working = files[WORKING];
+    const File& backup = files[BACKUP];
+    // Without a working file the backup waits to be restored; a broken one would hide the chain.
+    if (working.isMissing || backup.count == 0 || backup.size != FILE_SIZE) {
+        return;
+    }
+    if (!isBackupPartOfWorkingFile()) {
+        isCutOff = true;
+        findings.push_back({ROTATION_CUT_OFF, true,
+                            backup.path + " holds " + std::to_string(backup.count) +
+                                " events that the working file does not: a rotation was cut off, "
+                                "and the next one would delete them"});
+    }
+}
+
+bool SELStoreCheck::isBackupPartOfWorkingFile() const
+{
+    const File& working = files[WORKING];
+    const File& backup = files[BACKUP];
+    if (backup.count > working.count) {
+        return false;
+    }
+    const SELFileScan current(working.path);
+    const SELFileScan saved(backup.path);
+    return current.getCount() >= backup.count && saved.getCount() == backup.count &&
+           std::equal(saved.slot(0), saved.slot(backup.count), current.slot(0));
+}
+
+void SELStoreCheck::findGap()
+{
+    const std::vector<int> present = presentIndexes();
+    if (!present.empty() && present.back() != static_cast<int>(present.size())) {
+        int firstGap = 1;
+        for (const int index : present) {
+            firstGap += index == firstGap ? 1 : 0;
+        }
+        findings.push_back({CHAIN_GAP, true,
+                            pathOf(board, firstGap, PERSISTENT) +
+                                " is missing: the files behind it, up to " +
+                                selName(present.back()) + ", cannot be reached"});
+    }
+}
+
+void SELStoreCheck::findShiftRequest()
+{
+    const std::string path = BMCSELDataFile::getShiftRequestFile();
+    std::FILE* const file = std::fopen(path.c_str(), "rbe");
+    if (file == nullptr) {
+        return;
+    }
+    char content[17] = {};
+    const std::size_t count = std::fread(content, 1, sizeof content, file);
+    std::fclose(file);
+    // Sixteen bytes that begin with a number are the answer of an earlier shift.
+    const bool isAnswer = count == sizeof content - 1 &&
+                          (content[0] == '-' || (content[0] >= '0' && content[0] <= '9'));
+    findings.push_back(
+        {SHIFT_REQUEST_LEFT, false,
+         path + (isAnswer ? " holds the result " + std::string(content) +
+                                " of an earlier rotation that nobody took: the next rotation "
+                                "takes it for a request"
+                          : " is there: a rotation was requested and has not run")});
+}
+
+std::vector<int> SELStoreCheck::presentIndexes() const
+{
+    std::vector<int> indexes;
+    for (std::size_t i = FIRST_ROTATED; i < files.size(); ++i) {
+        if (!files[i].isMissing) {
+            indexes.push_back(files[i].index);
+        }
+    }
+    return indexes;
+}
+
+}

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_SELFILE_SELSTORECHECK_H
+#define RECORDKIT_SELFILE_SELSTORECHECK_H
+
+#include <string>
+#include <vector>
+
+#include <recordkit/platform/Export.h>
+
+namespace TAVLib::RecordKit {
+
+/// What an administrator must know of one board's event log after a power cut, and the repair of
+/// a rotation that was cut off.
+///
+/// Nothing is thrown but std::bad_alloc; what fails is said in words.
+class RECORDKIT_API SELStoreCheck {
+public:
+    /// One file of the set.
+    struct File {
+        int index; ///< 0 to 7
+        int kind;  ///< of index 0: 0 the working file, 1 its backup
+        std::string path;
+        bool isMissing;
+        long size;              ///< bytes; -1 when missing or unreadable
+        unsigned int count;     ///< records up to the tail or to the damage
+        std::string damage;     ///< in words; empty for a sound or a missing file
+        unsigned short firstId; ///< the four fields below mean something when count is not 0
+        unsigned short lastId;
+        unsigned int firstTime; ///< IPMI timestamps
+        unsigned int lastTime;
+    };
+
+    enum FindingKind {
+        WORKING_FILE_MISSING,
+        FILE_DAMAGED,       ///< wrong size, damaged tail, records behind the tail, unreadable
+        CHAIN_GAP,          ///< files behind a missing one cannot be reached
+        ROTATION_CUT_OFF,   ///< the backup holds events that the working file does not
+        SHIFT_REQUEST_LEFT, ///< the shift request file is there
+    };
+
+    struct Finding {
+        FindingKind kind;
+        bool isDamage; ///< false: worth knowing, nothing is wrong
+        std::string text;
+    };
+
+    /// Looks at every file of the board once.
+    explicit SELStoreCheck(unsigned char sb);
+
+    /// Working file, backup, then the rotated files 1 to 7.
+    const std::vector<File>& getFiles() const { return files; }
+    const std::vector<Finding>& getFindings() const { return findings; }
+
+    /// Whether nothing is wrong.
+    bool isSound() const;
+
+    /// Finishes a rotation that was cut off and closes gaps in the chain, by renames alone.
+    ///
+    /// A backup whose events the working file does not hold moves into the chain: the files up to
+    /// the first gap move up by one. Only where there is no gap is the oldest file dropped, as the
+    /// rotation would have done. Any other gap is closed by moving the older files down. `actions`
+    /// gets a line for each thing done or not possible; false when a rename failed.
+    ///
+    /// The object describes the files as they were before; a fresh one tells what is now.
+    bool recover(std::vector<std::string>& actions) const;
+
+private:
+    void addFile(int index, int kind);
+    void findMissingWorkingFile();
+    void findDamage();
+    void findCutOffRotation();
+    void findGap();
+    void findShiftRequest();
+    bool isBackupPartOfWorkingFile() const;
+    std::vector<int> presentIndexes() const;
+
+    unsigned char board;
+    bool isCutOff = false;
+    std::vector<File> files;
+    std::vector<Finding> findings;
+};
+
+}
+
+#endif

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_SERIAL_BITFIELD_H
+#define RECORDKIT_SERIAL_BITFIELD_H
+
+#include <type_traits>
+
+namespace TAVLib {
+
+/// The field of `width` bits that starts at bit `position` of a byte (bit 0 is the least
+/// significant), shifted down to bit 0.
+///
+/// Widths of 8 and more take all bits from the position up, width 0 gives 0, and positions of
+/// 8 and more give 0.
+template <typename T> T get_bit(T value, unsigned int position, unsigned int width)
+{
+    static_assert(std::is_same_v<T, unsigned char>, "images are read byte by byte");
+    constexpr unsigned int BITS = 8;
+    const unsigned int mask = width >= BITS ? 0xFFU : (1U << width) - 1U;
+    return position >= BITS ? T{0} : static_cast<T>((value >> position) & mask);
+}
+
+}
+
+#endif

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_SERIAL_BYTEORDER_H
+#define RECORDKIT_SERIAL_BYTEORDER_H
+
+namespace TAVLib {
+
+/// Two bytes, least significant first.
+inline unsigned short readLE16(const unsigned char* bytes)
+{
+    return static_cast<unsigned short>(bytes[0] | (bytes[1] << 8));
+}
+
+/// Four bytes, least significant first.
+inline unsigned int readLE32(const unsigned char* bytes)
+{
+    return readLE16(bytes) | (static_cast<unsigned int>(readLE16(bytes + 2)) << 16);
+}
+
+}
+
+#endif

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/serial/Failure.h>
+
+#include <algorithm>
+
+#include <recordkit/platform/MessageCatalogue.h>
+#include <recordkit/platform/PException.h>
+#include <recordkit/platform/TavTrace.h>
+
+namespace TAVLib {
+
+namespace {
+
+constexpr unsigned char PRODUCER = 1;
+constexpr unsigned char DATA_OBJECT_MODULE = 83;
+constexpr unsigned char ARGUMENT_ERROR_ACTION = 1;
+constexpr unsigned short OUT_OF_RANGE_DETAIL = 0x0B00;
+constexpr unsigned short FIELD_NOT_PRESENT_DETAIL = 0x0B01;
+
+/// The most that lmsg_getmsg writes.
+constexpr unsigned int MESSAGE_BUFFER_SIZE = 120;
+
+void put(unsigned short where, unsigned char level, const char* message)
+{
+    trace::TavTrace(PRODUCER, DATA_OBJECT_MODULE, where).putLog(level, message);
+}
+
+/// A text as a message parameter: its address, which the catalogue knows to be a text.
+long textParameter(const char* text)
+{
+    static_assert(sizeof(long) == sizeof(text), "a long parameter carries the address of a text");
+    return reinterpret_cast<long>(text);
+}
+
+}
+
+void traceLengthError(FailureLocation where, const char* text, unsigned int length,
+                      unsigned int needed)
+{
+    char message[MESSAGE_BUFFER_SIZE];
+    lmsg_getmsg(MESSAGE_LENGTH, message, text, static_cast<long>(length),
+                static_cast<long>(needed));
+    put(where, LEVEL_ERROR, message);
+}
+
+unsigned int copyImage(FailureLocation where, const char* text, const unsigned char* image,
+                       unsigned int length, unsigned char* buffer, unsigned int size)
+{
+    if (length > size) {
+        traceLengthError(where, text, size, length);
+        return 0;
+    }
+    std::copy_n(image, length, buffer);
+    return length;
+}
+
+void traceOperationError(FailureLocation where, const char* text)
+{
+    traceText(where, LEVEL_ERROR, MESSAGE_OPERATION_FAILED, text);
+}
+
+void traceSystemCallError(FailureLocation where, const char* text, int error)
+{
+    char message[MESSAGE_BUFFER_SIZE];
+    lmsg_getmsg(MESSAGE_SYSTEM_CALL, message, text, static_cast<long>(error));
+    put(where, LEVEL_ERROR, message);
+}
+
+void traceText(FailureLocation where, unsigned char level, int messageNumber, const char* text)
+{
+    char message[MESSAGE_BUFFER_SIZE];
+    lmsg_getmsg(messageNumber, message, text);
+    put(where, level, message);
+}
+
+void traceParameterError(unsigned char unitKind, const char* text, int value)
+{
+    char message[MESSAGE_BUFFER_SIZE];
+    lmsg_getmsg(MESSAGE_BAD_PARAMETER, message, text, static_cast<long>(value));
+    put(unitKind, LEVEL_PARAMETER, message);
+}
+
+void throwLengthError(FailureLocation where, const char* text, long held, long needed)
+{
+    throw PException(PRODUCER, DATA_OBJECT_MODULE, where, ARGUMENT_ERROR_ACTION,
+                     OUT_OF_RANGE_DETAIL, MESSAGE_LENGTH, textParameter(text), held, needed, 0, 0,
+                     0, 0, 0);
+}
+
+void throwFieldError(FailureLocation where, const char* text, const char* field, long value)
+{
+    throw PException(PRODUCER, DATA_OBJECT_MODULE, where, ARGUMENT_ERROR_ACTION,
+                     FIELD_NOT_PRESENT_DETAIL, MESSAGE_FIELD_NOT_PRESENT, textParameter(text),
+                     textParameter(field), value, 0, 0, 0, 0, 0);
+}
+
+}

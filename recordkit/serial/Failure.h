@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_SERIAL_FAILURE_H
+#define RECORDKIT_SERIAL_FAILURE_H
+
+namespace TAVLib {
+
+/// Who reports: the class's number in the high byte.
+enum FailureLocation : unsigned short {
+    SEL_ENTRY_LOCATION = 0x0900,
+    OEM_SEL_ENTRY_LOCATION = 0x0A00,
+    BMC_SEL_DATA_FILE_LOCATION = 0x1000,
+    BMC_SEL_ENTRY_LOCATION = 0x1300,
+    BMC_SEL_ENTRY_MESSAGE_LOCATION = 0x1400,
+    SEL_ENTRY_LONG_TEXT_LOCATION = 0x1500,
+    BMC_LOG_LOCATION = 0x1600,
+};
+
+/// Numbers of the catalogue messages that the library writes.
+enum FailureMessage : int {
+    MESSAGE_TEXT = 20003,              ///< text
+    MESSAGE_LENGTH = 20008,            ///< text, length or index, limit
+    MESSAGE_SYSTEM_CALL = 20011,       ///< text, errno
+    MESSAGE_BAD_PARAMETER = 20027,     ///< text, value
+    MESSAGE_FIELD_NOT_PRESENT = 20030, ///< text, field, value
+    MESSAGE_OPERATION_FAILED = 20031,  ///< text
+};
+
+/// Trace levels.
+enum FailureLevel : unsigned char { LEVEL_ERROR = 0, LEVEL_PARAMETER = 200 };
+
+/// Traces that an image or a buffer of `length` bytes is shorter than the `needed` ones.
+void traceLengthError(FailureLocation where, const char* text, unsigned int length,
+                      unsigned int needed);
+
+/// Copies a whole image of `length` bytes to a buffer of `size` and returns its length; traces
+/// the length error and returns 0 when the buffer is too short.
+unsigned int copyImage(FailureLocation where, const char* text, const unsigned char* image,
+                       unsigned int length, unsigned char* buffer, unsigned int size);
+
+/// Traces that the operation named in `text` failed.
+void traceOperationError(FailureLocation where, const char* text);
+
+/// Traces the failure of a system call.
+void traceSystemCallError(FailureLocation where, const char* text, int error);
+
+/// Traces a text under a message that takes a text alone.
+void traceText(FailureLocation where, unsigned char level, int messageNumber, const char* text);
+
+/// Traces that the value of a parameter is out of its range; the unit kind is the location.
+void traceParameterError(unsigned char unitKind, const char* text, int value);
+
+/// Throws that a record holds `held` bytes where `needed` are asked for (detail 0x0B00).
+[[noreturn]] void throwLengthError(FailureLocation where, const char* text, long held, long needed);
+
+/// Throws that a record does not carry the asked-for field (detail 0x0B01).
+[[noreturn]] void throwFieldError(FailureLocation where, const char* text, const char* field,
+                                  long value);
+
+}
+
+#endif

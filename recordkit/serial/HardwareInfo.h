@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_SERIAL_HARDWAREINFO_H
+#define RECORDKIT_SERIAL_HARDWAREINFO_H
+
+#include <recordkit/serial/FixedSizeSerializableObject.h>
+
+namespace TAVLib::RecordKit {
+
+/// Which units of the cabinet are installed or connected, as the controller reports it.
+///
+/// | byte    | width | meaning                                                      |
+/// |---------|-------|--------------------------------------------------------------|
+/// | 0       | 1     | bits 0 and 1: management board 0 and 1                       |
+/// | 1       | 1     | bits 0 and 1: GSPB 0 and 1; bits 2 to 5: SAS unit 0 to 3     |
+/// | 3       | 1     | bits 0 to 3: system board 0 to 3                             |
+/// | 5       | 1     | bits 0 and 1: IOB 0 and 1                                    |
+/// | 7       | 1     | bits 0 and 1: PCI box 0 and 1                                |
+/// | 2, 4, 6 | 1     | carried unchanged                                            |
+///
+/// Each query takes the unit's index. An index outside the range given is false and writes one
+/// trace line (level 200, message 20027, the unit kind as location); nothing is thrown. The
+/// ranges belong to the image and do not follow the machine's own unit counts.
+class RECORDKIT_API HardwareInfo : public FixedSizeSerializableObject {
+public:
+    bool isTAVInstalled(int index) const;    ///< 0 and 1
+    bool isGSPBInstalled(int index) const;   ///< 0 and 1
+    bool isSASUInstalled(int index) const;   ///< 0 to 3
+    bool isSBInstalled(int index) const;     ///< 0 to 3
+    bool isIOBInstalled(int index) const;    ///< 0 and 1
+    bool isPCIBOXInstalled(int index) const; ///< 0 and 1
+
+    /// Writes the trace line of a bad index; the text is only read.
+    void getParamErrorTrace(unsigned char unitKind, char* text, int value) const;
+
+    unsigned int getSerializedSize() const override { return SIZE; }
+
+protected:
+    unsigned char* getInternalData() const override { return image; }
+
+private:
+    enum Offset { TAV = 0, GSPB_AND_SASU = 1, SB = 3, IOB = 5, PCI_BOX = 7, SIZE = 8 };
+
+    struct Unit {
+        unsigned char kind;
+        int count;
+        Offset byte;
+        unsigned int firstBit;
+        const char* text;
+    };
+
+    bool isPresent(const Unit& unit, int index) const;
+
+    mutable unsigned char image[SIZE] = {};
+};
+
+}
+
+#endif
