@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/platform/PException.h>
+
+#include <gtest/gtest.h>
+
+using TAVLib::PException;
+
+namespace {
+
+/// Thrown with a text that is gone when it is caught.
+[[noreturn]] void throwWithDyingText()
+{
+    char text[] = "getSpeed(fan)";
+    const PException e(1, 83, 0x1900, 1, 0x0B00, 20034, reinterpret_cast<long>(text), 4, 0, 0, 0,
+                       0, 0, 0);
+    text[0] = 'X';
+    throw e;
+}
+
+}
+
+TEST(PException, GivesBackItsCodes)
+{
+    const PException e(1, 128, 0x000E, 2, 0xFFFF, 20031, reinterpret_cast<long>("text"), 0, 0, 0,
+                       0, 0, 0, 0);
+    EXPECT_EQ(e.getProducer(), 1);
+    EXPECT_EQ(e.getModuleCode(), 128);
+    EXPECT_EQ(e.getLocationCode(), 0x000E);
+    EXPECT_EQ(e.getActionCode(), 2);
+    EXPECT_EQ(e.getExceptionDetail(), 0xFFFF);
+    EXPECT_EQ(e.getMessageNumber(), 20031);
+}
+
+TEST(PException, CopiesItsTextsBeforeTheyDie)
+{
+    try {
+        throwWithDyingText();
+    } catch (const PException& e) {
+        EXPECT_EQ(e.getParameter(0), "getSpeed(fan)");
+        EXPECT_EQ(e.getParameter(1), "4");
+        EXPECT_NE(e.getMessage().find("getSpeed(fan)"), std::string::npos);
+        return;
+    }
+    FAIL();
+}
+
+TEST(PException, ParametersAreTextsOrDecimalNumbers)
+{
+    const PException e(1, 83, 0x0900, 1, 0x0B01, 20030, reinterpret_cast<long>("first"),
+                       reinterpret_cast<long>("second"), -3, 4, 5, 6, 7, 8);
+    const char* const expected[] = {"first", "second", "-3", "4", "5", "6", "7", "8"};
+    for (unsigned int i = 0; i < 8; ++i) {
+        EXPECT_EQ(e.getParameter(i), expected[i]);
+    }
+    EXPECT_EQ(e.getParameter(8), "");
+    EXPECT_EQ(e.getParameter(0xFFFFFFFFU), "");
+}
+
+TEST(PException, MessageIsNotCut)
+{
+    const std::string text(500, 'x');
+    const PException e(1, 83, 0, 1, 0, 20003, reinterpret_cast<long>(text.c_str()), 0, 0, 0, 0, 0,
+                       0, 0);
+    EXPECT_NE(e.getMessage().find(text), std::string::npos);
+}
+
+TEST(PException, UnknownMessageHasNumbersAlone)
+{
+    const PException e(1, 83, 0, 1, 0, 1, 11, 22, 0, 0, 0, 0, 0, 0);
+    EXPECT_EQ(e.getParameter(0), "11");
+    EXPECT_FALSE(e.getMessage().empty());
+}
