@@ -99,7 +99,9 @@ void SELFileScan::findTail()
     } else if (rest != 0 && idOf(slot(count)) == EMPTY_RECORD_ID) {
         code = BMCSELDataFile::DAMAGED_TAIL;
     } else {
-        code = isRightSize() ? BMCSELDataFile::FILE_FULL : BMCSELDataFile::NOT_FOUND;
+        const std::size_t end = bytes.size() + (rest == 0 ? 0 : SLOT_SIZE - rest);
+        code = end == FILE_SIZE && size <= static_cast<long>(FILE_SIZE) ? BMCSELDataFile::FILE_FULL
+                                                                        : BMCSELDataFile::NOT_FOUND;
     }
 }
 
