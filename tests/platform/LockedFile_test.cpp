@@ -182,7 +182,8 @@ TEST(LockedFile, WaitsForTheLockThroughSignals)
     if (holder == 0) {
         const LockedFile file(path);
         char byte = 0;
-        const bool told = ::write(heldPipe[1], "x", 1) == 1 && ::read(releasePipe[0], &byte, 1) == 1;
+        const bool told =
+            ::write(heldPipe[1], "x", 1) == 1 && ::read(releasePipe[0], &byte, 1) == 1;
         ::_exit(told ? 0 : 1);
     }
     char byte = 0;

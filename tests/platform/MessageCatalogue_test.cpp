@@ -14,18 +14,15 @@ struct Buffer {
     char bytes[LIMIT + 8];
 
     Buffer() { std::memset(bytes, '#', sizeof bytes); }
-    bool isWrittenWithinTheLimit() const
-    {
-        return std::string(bytes + LIMIT, 8) == "########";
-    }
+    bool isWrittenWithinTheLimit() const { return std::string(bytes + LIMIT, 8) == "########"; }
 };
 
 }
 
 TEST(MessageCatalogue, EveryMessageOfTheLibraryShowsItsTexts)
 {
-    for (const int number : {20003, 20008, 20010, 20011, 20019, 20020, 20027, 20030, 20031, 20032,
-                             20034}) {
+    for (const int number :
+         {20003, 20008, 20010, 20011, 20019, 20020, 20027, 20030, 20031, 20032, 20034}) {
         Buffer buffer;
         const int length = lmsg_getmsg(number, buffer.bytes, "the text", "another text", 4711L);
         EXPECT_EQ(length, static_cast<int>(std::strlen(buffer.bytes))) << number;

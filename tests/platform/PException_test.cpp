@@ -11,8 +11,8 @@ namespace {
 [[noreturn]] void throwWithDyingText()
 {
     char text[] = "getSpeed(fan)";
-    const PException e(1, 83, 0x1900, 1, 0x0B00, 20034, reinterpret_cast<long>(text), 4, 0, 0, 0,
-                       0, 0, 0);
+    const PException e(1, 83, 0x1900, 1, 0x0B00, 20034, reinterpret_cast<long>(text), 4, 0, 0, 0, 0,
+                       0, 0);
     text[0] = 'X';
     throw e;
 }
@@ -21,8 +21,8 @@ namespace {
 
 TEST(PException, GivesBackItsCodes)
 {
-    const PException e(1, 128, 0x000E, 2, 0xFFFF, 20031, reinterpret_cast<long>("text"), 0, 0, 0,
-                       0, 0, 0, 0);
+    const PException e(1, 128, 0x000E, 2, 0xFFFF, 20031, reinterpret_cast<long>("text"), 0, 0, 0, 0,
+                       0, 0, 0);
     EXPECT_EQ(e.getProducer(), 1);
     EXPECT_EQ(e.getModuleCode(), 128);
     EXPECT_EQ(e.getLocationCode(), 0x000E);

@@ -30,7 +30,10 @@ protected:
         writeFile(root.at(path), "a file where a folder should be");
     }
     /// The answer that a shift leaves: decimal text, zero bytes up to 16.
-    static Bytes answer(const std::string& text) { return textBytes(text) + Bytes(16 - text.size(), 0); }
+    static Bytes answer(const std::string& text)
+    {
+        return textBytes(text) + Bytes(16 - text.size(), 0);
+    }
     /// A folder in the place of a message file makes every operation on it fail.
     void breakMessages() const { std::filesystem::create_directories(messages() + "/x"); }
 };
@@ -326,8 +329,9 @@ TEST_F(StoreRestore, BackupOfAnotherSizeIsRefused)
         other.resize(size);
         writeFile(kept(0), other);
         EXPECT_EQ(store.restoreTmpSel(SB), 0);
-        EXPECT_EQ(trace.take(), Lines({line("BMCSELDataFile::restoreTmpSel invalid size SB#1 size(" +
-                                            std::to_string(size) + ")")}));
+        EXPECT_EQ(trace.take(),
+                  Lines({line("BMCSELDataFile::restoreTmpSel invalid size SB#1 size(" +
+                              std::to_string(size) + ")")}));
         EXPECT_EQ(readFile(working()), fileOf(2));
     }
 }

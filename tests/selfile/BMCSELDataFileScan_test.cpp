@@ -378,10 +378,9 @@ TEST_F(StoreCount, WorkingFileWithoutATailCountsNothing)
     writeFile(kept(1), fileOf(800));
     EXPECT_EQ(count(), 0U);
     EXPECT_EQ(counts, Counts({0, 800}));
-    EXPECT_EQ(trace.take(),
-              Lines({openFailed(working(), ENOENT),
-                     line("BMCSELDataFile::getTailAddrEx SB#1 sel0 ret(4)"),
-                     line("BMCSELDataFile::getEntryNumEx(tmp) SB#1 sel1 ret(4)")}));
+    EXPECT_EQ(trace.take(), Lines({openFailed(working(), ENOENT),
+                                   line("BMCSELDataFile::getTailAddrEx SB#1 sel0 ret(4)"),
+                                   line("BMCSELDataFile::getEntryNumEx(tmp) SB#1 sel1 ret(4)")}));
 }
 
 TEST_F(StoreCount, StatFailureIsCodeFourteen)

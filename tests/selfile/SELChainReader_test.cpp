@@ -159,8 +159,8 @@ TEST_F(ChainReader, RecordsBehindTheTailAreReported)
     std::copy(stray.begin(), stray.end(), file.begin() + 12 * 138);
     writeFile(working(), file);
     EXPECT_EQ(oldestFirst(), Lines({"1:0:0:30", "2:0:1:31"}));
-    EXPECT_EQ(damage(),
-              Lines({"0 " + working() + " 2 slots used behind the tail, from slot 10 (offset 1380) on"}));
+    EXPECT_EQ(damage(), Lines({"0 " + working() +
+                               " 2 slots used behind the tail, from slot 10 (offset 1380) on"}));
 }
 
 TEST_F(ChainReader, TracesNothingAndLeavesNoDescriptorOpen)

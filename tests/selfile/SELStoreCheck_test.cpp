@@ -90,11 +90,10 @@ TEST_F(StoreCheckTest, EveryKindOfFileDamageIsNamed)
     writeFile(working(), damaged);
     writeFile(kept(1), "short");
     std::filesystem::create_directory(kept(2));
-    EXPECT_EQ(findings(),
-              Lines({"damage: " + working() +
-                         ": slot 5 (offset 690) has record id FFFFh but is not empty",
-                     "damage: " + kept(1) + ": 5 bytes long, expected 110400",
-                     "damage: " + kept(2) + ": cannot be read: Is a directory"}));
+    EXPECT_EQ(findings(), Lines({"damage: " + working() +
+                                     ": slot 5 (offset 690) has record id FFFFh but is not empty",
+                                 "damage: " + kept(1) + ": 5 bytes long, expected 110400",
+                                 "damage: " + kept(2) + ": cannot be read: Is a directory"}));
 }
 
 TEST_F(StoreCheckTest, BackupThatBeginsTheWorkingFileIsNoLeftOver)
@@ -191,8 +190,8 @@ TEST_F(StoreCheckTest, RecoverFillsOneGapAndClosesTheOthers)
     for (const int i : {0, 1, 3, 6}) {
         writeFile(kept(i), fileOf(800, 1000 + static_cast<unsigned int>(i)));
     }
-    EXPECT_EQ(recover(), Lines({"sel1 renamed to sel2", "sel0 renamed to sel1",
-                                "sel6 renamed to sel4"}));
+    EXPECT_EQ(recover(),
+              Lines({"sel1 renamed to sel2", "sel0 renamed to sel1", "sel6 renamed to sel4"}));
     EXPECT_EQ(readFile(kept(1)), fileOf(800, 1000));
     EXPECT_EQ(readFile(kept(2)), fileOf(800, 1001));
     EXPECT_EQ(readFile(kept(3)), fileOf(800, 1003));
@@ -217,7 +216,8 @@ TEST_F(StoreCheckTest, FailedRenameIsSaid)
     std::filesystem::create_directories(kept(2) + "/x");
     Lines actions;
     EXPECT_FALSE(check.recover(actions));
-    EXPECT_EQ(actions, Lines({kept(1) + " could not be renamed to " + kept(2) + ": Is a directory"}));
+    EXPECT_EQ(actions,
+              Lines({kept(1) + " could not be renamed to " + kept(2) + ": Is a directory"}));
     EXPECT_TRUE(fileExists(kept(0)));
 }
 
@@ -225,9 +225,10 @@ TEST_F(StoreCheckTest, ShiftRequestIsANoteOnly)
 {
     writeFile(working(), fileOf(0));
     writeFile(shiftRequest(), Bytes({'-', '1'}) + Bytes(14, 0));
-    EXPECT_EQ(findings(), Lines({"note: " + shiftRequest() +
-                                 " holds the result -1 of an earlier rotation that nobody took: the "
-                                 "next rotation takes it for a request"}));
+    EXPECT_EQ(findings(),
+              Lines({"note: " + shiftRequest() +
+                     " holds the result -1 of an earlier rotation that nobody took: the "
+                     "next rotation takes it for a request"}));
     EXPECT_TRUE(SELStoreCheck(SB).isSound());
     writeFile(shiftRequest(), "");
     EXPECT_EQ(findings(), Lines({"note: " + shiftRequest() +

@@ -361,7 +361,7 @@ TEST_F(SeverityMapTest, OnlyTheFirstMasksOfAPairAreKept)
 TEST_F(SeverityMapTest, OffsetsBeyondFifteenAndOtherSeveritiesSetNothing)
 {
     const SeverityMap::offsetToSev_t list[] = {
-        {15, severityOf(1)}, {16, severityOf(1)}, {31, severityOf(2)}, {32, severityOf(2)},
+        {15, severityOf(1)}, {16, severityOf(1)}, {31, severityOf(2)},   {32, severityOf(2)},
         {64, severityOf(3)}, {79, severityOf(3)}, {0xFF, severityOf(4)}, {3, severityOf(0)},
         {4, severityOf(6)},  {5, severityOf(-1)},
     };

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: Apache-2.0
+// Several processes and threads on one board's event log.
+#include <map>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include <recordkit/selfile/SELChainReader.h>
+
+#include "StoreFixture.h"
+
+using namespace testing_support;
+using TAVLib::RecordKit::SELChainReader;
+
+namespace {
+
+constexpr unsigned int WRITERS = 4;
+constexpr unsigned int EACH = 190;
+
+class StoreConcurrency : public StoreTest {
+protected:
+    /// Appends this writer's records; the number of those that were answered with 1.
+    static unsigned int append(unsigned int writer)
+    {
+        BMCSELDataFile own;
+        unsigned int written = 0;
+        for (unsigned int i = 0; i < EACH; ++i) {
+            auto record = fromBytes<Message>(slotOf(1 + writer * 1000 + i));
+            written += own.writeRecord(SB, record) == 1 ? 1 : 0;
+        }
+        return written;
+    }
+
+    /// Reads everything there is; false when a record is torn. The last one may be, as readers
+    /// take no lock.
+    static bool readsWhole()
+    {
+        SELChainReader reader(SB);
+        SELChainReader::Record record = {};
+        bool isWhole = true;
+        while (reader.next(record)) {
+            if (!isWhole) {
+                return false;
+            }
+            const unsigned int id = record.image[2] + 256U * record.image[3];
+            isWhole = Bytes(record.image, record.image + SLOT) == slotOf(id);
+        }
+        return true;
+    }
+
+    void expectEveryRecordOnce() const
+    {
+        std::map<unsigned int, int> ids;
+        SELChainReader reader(SB);
+        SELChainReader::Record record = {};
+        while (reader.next(record)) {
+            const unsigned int id = record.image[2] + 256U * record.image[3];
+            ASSERT_EQ(Bytes(record.image, record.image + SLOT), slotOf(id));
+            ++ids[id];
+        }
+        EXPECT_TRUE(reader.getDamage().empty());
+        EXPECT_EQ(ids.size(), std::size_t{WRITERS * EACH});
+        for (unsigned int writer = 0; writer < WRITERS; ++writer) {
+            for (unsigned int i = 0; i < EACH; ++i) {
+                ASSERT_EQ(ids[1 + writer * 1000 + i], 1);
+            }
+        }
+    }
+};
+
+bool exitedWith(pid_t child, int status)
+{
+    int result = 0;
+    return ::waitpid(child, &result, 0) == child && WIFEXITED(result) &&
+           WEXITSTATUS(result) == status;
+}
+
+}
+
+TEST_F(StoreConcurrency, ProcessesLoseTearAndRepeatNoRecord)
+{
+    store.truncate(SB, 0, 0);
+    int done[2];
+    ASSERT_EQ(::pipe(done), 0);
+    const pid_t reader = ::fork();
+    if (reader == 0) {
+        // Reads until the writers are through, that is until the pipe has no writing end.
+        ::close(done[1]);
+        bool isWhole = true;
+        char byte = 0;
+        do {
+            isWhole = readsWhole() && isWhole;
+        } while (::read(done[0], &byte, 1) > 0);
+        ::_exit(isWhole ? 0 : 1);
+    }
+    std::vector<pid_t> writers;
+    for (unsigned int writer = 0; writer < WRITERS; ++writer) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            unsigned int written = 0;
+            BMCSELDataFile own;
+            for (unsigned int i = 0; i < EACH; ++i) {
+                auto record = fromBytes<Message>(slotOf(1 + writer * 1000 + i));
+                written += own.writeRecord(SB, record) == 1 ? 1 : 0;
+                if (::write(done[1], "x", 1) != 1) {
+                    ::_exit(2);
+                }
+            }
+            ::_exit(written == EACH ? 0 : 1);
+        }
+        writers.push_back(child);
+    }
+    ::close(done[0]);
+    ::close(done[1]);
+    for (const pid_t writer : writers) {
+        EXPECT_TRUE(exitedWith(writer, 0));
+    }
+    EXPECT_TRUE(exitedWith(reader, 0));
+    expectEveryRecordOnce();
+}
+
+TEST_F(StoreConcurrency, ThreadsLoseTearAndRepeatNoRecord)
+{
+    store.truncate(SB, 0, 0);
+    unsigned int written[WRITERS] = {};
+    std::vector<std::thread> threads;
+    for (unsigned int writer = 0; writer < WRITERS; ++writer) {
+        threads.emplace_back([writer, &written] { written[writer] = append(writer); });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    for (const unsigned int count : written) {
+        EXPECT_EQ(count, EACH);
+    }
+    expectEveryRecordOnce();
+}
+
+TEST_F(StoreConcurrency, FullFileTellsEachWriterWhatItStored)
+{
+    writeFile(working(), fileOf(700, 5000));
+    unsigned int written[WRITERS] = {};
+    std::vector<std::thread> threads;
+    for (unsigned int writer = 0; writer < WRITERS; ++writer) {
+        threads.emplace_back([writer, &written] { written[writer] = append(writer); });
+    }
+    unsigned int total = 0;
+    for (unsigned int writer = 0; writer < WRITERS; ++writer) {
+        threads[writer].join();
+        total += written[writer];
+    }
+    EXPECT_EQ(total, 100U);
+    EXPECT_EQ(store.fullEntryCheck(SB), 2U);
+    EXPECT_TRUE(readsWhole());
+}
