@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_COMMANDS_H
+#define RECORDKIT_TOOL_COMMANDS_H
+
+#include <CLI/CLI.hpp>
+
+#include "Globals.h"
+
+namespace recordkit::tool {
+
+// Each adds one sub-command to its parent. What it does runs when the command line is parsed;
+// errors are thrown as CommandError.
+
+void addSelCommands(CLI::App& app, Globals& globals);
+void addSeverityCommand(CLI::App& app, Globals& globals);
+
+void addSelAdd(CLI::App& sel, Globals& globals);
+void addSelList(CLI::App& sel, Globals& globals);
+void addSelShow(CLI::App& sel, Globals& globals);
+void addSelStatus(CLI::App& sel, Globals& globals);
+void addSelCheck(CLI::App& sel, Globals& globals);
+void addSelInit(CLI::App& sel, Globals& globals);
+void addSelRotate(CLI::App& sel, Globals& globals);
+void addSelBackup(CLI::App& sel, Globals& globals);
+void addSelRestore(CLI::App& sel, Globals& globals);
+void addSelClear(CLI::App& sel, Globals& globals);
+
+/// A sub-command with an example at the end of its help.
+CLI::App* addCommand(CLI::App& parent, const char* name, const char* description,
+                     const char* example);
+
+}
+
+#endif

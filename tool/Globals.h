@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_GLOBALS_H
+#define RECORDKIT_TOOL_GLOBALS_H
+
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace recordkit::tool {
+
+/// What every sub-command is given: the root, the machine, and where output goes.
+class Globals {
+public:
+    /// Adds the options that stand in front of every sub-command.
+    void addTo(CLI::App& app);
+
+    /// Hands root and machine to the host platform; to be called when the options are parsed.
+    /// Throws CommandError (usage).
+    void apply();
+
+    int getBoards() const { return boards; }
+    int getPartitions() const { return partitions; }
+
+    /// Whether standard output is a terminal that wants colour.
+    bool wantsColour() const;
+
+    /// Whether standard error is a terminal that a progress bar may be drawn on.
+    bool wantsProgress() const;
+
+private:
+    std::string root;
+    int boards = 4;
+    int partitions = 4;
+    bool isVerbose = false;
+};
+
+/// The option --board of a sub-command: one board.
+class BoardOption {
+public:
+    void addTo(CLI::App& command);
+    /// The board; throws CommandError (usage) for one that the machine does not have.
+    unsigned char get(const Globals& globals) const;
+
+private:
+    std::string text = "0";
+};
+
+/// The option --board of a sub-command that can work on all of them.
+class BoardsOption {
+public:
+    /// `byDefault`: a number or "all".
+    void addTo(CLI::App& command, const std::string& byDefault);
+    std::vector<unsigned char> get(const Globals& globals) const;
+
+private:
+    std::string text;
+};
+
+}
+
+#endif

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Numbers.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <sstream>
+
+namespace recordkit::tool {
+
+bool parseNumber(const std::string& text, unsigned long limit, unsigned long& number)
+{
+    std::string digits = text;
+    int base = 10;
+    if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X')) {
+        digits = text.substr(2);
+        base = 16;
+    } else if (text.size() > 1 && (text.back() == 'h' || text.back() == 'H')) {
+        digits = text.substr(0, text.size() - 1);
+        base = 16;
+    }
+    const char* const allowed = base == 16 ? "0123456789abcdefABCDEF" : "0123456789";
+    if (digits.empty() || digits.find_first_not_of(allowed) != std::string::npos) {
+        return false;
+    }
+    errno = 0;
+    const unsigned long value = std::strtoul(digits.c_str(), nullptr, base);
+    if (errno != 0 || value > limit) {
+        return false;
+    }
+    number = value;
+    return true;
+}
+
+bool parseNumberList(const std::string& text, unsigned long limit,
+                     std::vector<unsigned long>& numbers)
+{
+    std::istringstream stream(text);
+    std::vector<unsigned long> found;
+    for (std::string word; std::getline(stream, word, ',');) {
+        unsigned long number = 0;
+        if (!parseNumber(word, limit, number)) {
+            return false;
+        }
+        found.push_back(number);
+    }
+    if (found.empty() || text.back() == ',') {
+        return false;
+    }
+    numbers = found;
+    return true;
+}
+
+std::vector<unsigned int> bitsOf(unsigned int mask)
+{
+    std::vector<unsigned int> bits;
+    for (unsigned int bit = 0; mask >> bit != 0; ++bit) {
+        if ((mask >> bit & 1U) != 0) {
+            bits.push_back(bit);
+        }
+        if (bit == 31) {
+            break;
+        }
+    }
+    return bits;
+}
+
+}

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Event.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include <recordkit/sel/BMCSELEntryMessage.h>
+#include <recordkit/serial/BitField.h>
+
+#include "../tables/EventTypes.h"
+#include "../tables/EventWords.h"
+
+namespace recordkit::tool {
+
+using TAVLib::get_bit;
+using TAVLib::RecordKit::BMCSELEntryMessage;
+using TAVLib::RecordKit::SELEntry;
+
+namespace {
+
+constexpr unsigned char SYSTEM_EVENT_RECORD = 0x02;
+constexpr unsigned char FIRST_OEM_TIMESTAMPED = 0xC0;
+constexpr unsigned char FIRST_OEM_UNTIMESTAMPED = 0xE0;
+
+/// Record bytes of the OEM records: manufacturer id and data behind a timestamp, or data alone.
+constexpr int MANUFACTURER_ID = 8;
+constexpr int OEM_TIMESTAMPED_DATA = 11;
+constexpr int OEM_UNTIMESTAMPED_DATA = 4;
+
+EventKind kindOf(unsigned char recordType)
+{
+    if (recordType == SYSTEM_EVENT_RECORD) {
+        return EventKind::SYSTEM_EVENT;
+    }
+    if (recordType >= FIRST_OEM_UNTIMESTAMPED) {
+        return EventKind::OEM_UNTIMESTAMPED;
+    }
+    return recordType >= FIRST_OEM_TIMESTAMPED ? EventKind::OEM_TIMESTAMPED : EventKind::OTHER;
+}
+
+unsigned int littleEndian(const SELEntry& entry, int byte, int width)
+{
+    unsigned int value = 0;
+    for (int i = width - 1; i >= 0; --i) {
+        value = value << 8 | entry.getSpecifiedBytePosData(byte + i);
+    }
+    return value;
+}
+
+void decodeSystemEvent(const SELEntry& entry, Event& event)
+{
+    event.generatorId[0] = entry.getSpecifiedBytePosData(SELEntry::GENERATOR_ID_1);
+    event.generatorId[1] = entry.getSpecifiedBytePosData(SELEntry::GENERATOR_ID_2);
+    event.sensorType = entry.getSpecifiedBytePosData(SELEntry::SENSOR_TYPE);
+    event.sensorNumber = entry.getSpecifiedBytePosData(SELEntry::SENSOR_NUMBER);
+    const unsigned char type = entry.getSpecifiedBytePosData(SELEntry::EVENT_TYPE);
+    event.isDeassertion = get_bit(type, 7, 1) != 0;
+    event.eventType = get_bit(type, 0, 7);
+    for (int i = 0; i < 3; ++i) {
+        event.data[i] = entry.getSpecifiedBytePosData(SELEntry::EVENT_DATA_1 + i);
+    }
+    event.offset = get_bit(event.data[0], 0, 4);
+    event.severity = severityOfEvent(event.eventType, event.sensorType, event.offset);
+}
+
+void decodeOemData(const SELEntry& entry, int from, Event& event)
+{
+    for (int byte = from; byte <= static_cast<int>(SELEntry::RECORD_SIZE); ++byte) {
+        event.oemData.push_back(entry.getSpecifiedBytePosData(byte));
+    }
+}
+
+}
+
+Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::Record& record)
+{
+    BMCSELEntryMessage entry;
+    entry.setSerialized(record.image, BMCSELEntryMessage::MESSAGE_IMAGE_SIZE);
+    Event event;
+    event.board = board;
+    event.logNumber = record.logNumber;
+    event.fileIndex = record.fileIndex;
+    event.slot = record.slot;
+    event.recordId = littleEndian(entry, SELEntry::RECORD_ID, 2);
+    event.recordType = entry.getSpecifiedBytePosData(SELEntry::RECORD_TYPE);
+    event.kind = kindOf(event.recordType);
+    event.hasTime = event.kind != EventKind::OEM_UNTIMESTAMPED;
+    if (event.hasTime) {
+        event.time = Timestamp(littleEndian(entry, SELEntry::TIMESTAMP, 4));
+    }
+    switch (event.kind) {
+    case EventKind::SYSTEM_EVENT:
+        decodeSystemEvent(entry, event);
+        break;
+    case EventKind::OEM_TIMESTAMPED:
+        event.manufacturer = littleEndian(entry, MANUFACTURER_ID, 3);
+        decodeOemData(entry, OEM_TIMESTAMPED_DATA, event);
+        break;
+    case EventKind::OEM_UNTIMESTAMPED:
+        decodeOemData(entry, OEM_UNTIMESTAMPED_DATA, event);
+        break;
+    case EventKind::OTHER:
+        decodeOemData(entry, MANUFACTURER_ID, event);
+        break;
+    }
+    event.partitions = entry.getPartitionBitmask();
+    event.partNumber = entry.getPartNo();
+    event.serialNumber = entry.getSerialNo();
+    std::copy_n(record.image, event.image.size(), event.image.begin());
+    return event;
+}
+
+const char* kindName(EventKind kind)
+{
+    switch (kind) {
+    case EventKind::SYSTEM_EVENT:
+        return "system-event";
+    case EventKind::OEM_TIMESTAMPED:
+        return "oem-timestamped";
+    case EventKind::OEM_UNTIMESTAMPED:
+        return "oem-untimestamped";
+    case EventKind::OTHER:
+        break;
+    }
+    return "other";
+}
+
+std::string eventText(const Event& event)
+{
+    switch (event.kind) {
+    case EventKind::SYSTEM_EVENT:
+        if (const char* const words = eventWords(event.eventType, event.sensorType, event.offset)) {
+            return words;
+        }
+        return fmt::format("{} event {:02X}h, offset {}", eventTypeName(event.eventType),
+                           event.eventType, event.offset);
+    case EventKind::OEM_TIMESTAMPED:
+        return fmt::format("OEM record {:02X}h, manufacturer {:06X}h", event.recordType,
+                           event.manufacturer);
+    case EventKind::OEM_UNTIMESTAMPED:
+        return fmt::format("OEM record {:02X}h without a time", event.recordType);
+    case EventKind::OTHER:
+        break;
+    }
+    return fmt::format("record of unknown type {:02X}h", event.recordType);
+}
+
+std::string toHex(const unsigned char* bytes, std::size_t count)
+{
+    constexpr const char* DIGITS = "0123456789abcdef";
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        text += DIGITS[bytes[i] >> 4];
+        text += DIGITS[bytes[i] & 0x0F];
+    }
+    return text;
+}
+
+}

@@ -1,0 +1,283 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "EventImport.h"
+
+#include <algorithm>
+#include <cctype>
+#include <sstream>
+
+#include <fmt/format.h>
+
+#include <recordkit/selfile/SELFileLayout.h>
+
+#include "../Errors.h"
+#include "../print/Json.h"
+
+namespace recordkit::tool {
+
+using TAVLib::RecordKit::BMCSELEntry;
+using TAVLib::RecordKit::BMCSELEntryMessage;
+using TAVLib::RecordKit::OEMSELEntry;
+using TAVLib::RecordKit::SELEntry;
+namespace Layout = TAVLib::RecordKit::SELFileLayout;
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+constexpr const char* LENGTHS = "16, 18, 74, 130 or 138 bytes";
+
+/// A record that was read by itself has no next one: IPMI says so with FFFFh.
+constexpr unsigned char NO_NEXT_RECORD = 0xFF;
+
+/// 8-bit text in a FRU type/length byte.
+constexpr unsigned char TEXT_FIELD = 0xC0;
+
+CommandError badRecord(const std::string& name, const std::string& place, const std::string& text)
+{
+    return dataError(fmt::format("{}, {}: {}", name, place, text));
+}
+
+/// Puts a text field (type/length byte and characters) into OEM extended data.
+void putField(Bytes& extended, unsigned int typeLengthOffset, const std::string& text)
+{
+    if (!text.empty()) {
+        extended[typeLengthOffset] = static_cast<unsigned char>(TEXT_FIELD | text.size());
+        std::copy(text.begin(), text.end(), extended.begin() + typeLengthOffset + 1);
+    }
+}
+
+Bytes extendedData(const OemFields& fields)
+{
+    Bytes extended(OEMSELEntry::EXTENDED_SIZE, 0);
+    extended[OEMSELEntry::EXTENDED_PARTITION_BITMASK] =
+        static_cast<unsigned char>(fields.partitions & 0xFF);
+    extended[OEMSELEntry::EXTENDED_PARTITION_BITMASK + 1] =
+        static_cast<unsigned char>(fields.partitions >> 8);
+    putField(extended, OEMSELEntry::EXTENDED_PART_NUMBER_TYPE_LENGTH, fields.partNumber);
+    putField(extended, OEMSELEntry::EXTENDED_SERIAL_NUMBER_TYPE_LENGTH, fields.serialNumber);
+    return extended;
+}
+
+BMCSELEntryMessage fromOemImage(const Bytes& image)
+{
+    OEMSELEntry oem;
+    oem.setSerialized(image.data(), static_cast<unsigned int>(image.size()));
+    BMCSELEntryMessage message;
+    message.convert(oem);
+    return message;
+}
+
+/// Makes a complete message of a record of one of the accepted lengths.
+BMCSELEntryMessage complete(const Bytes& record, const OemFields& fields, const std::string& name,
+                            const std::string& place)
+{
+    Bytes image = record;
+    if (image.size() == SELEntry::RECORD_SIZE) {
+        image.insert(image.begin(), SELEntry::HEADER_SIZE, NO_NEXT_RECORD);
+    }
+    if (image.size() == SELEntry::IMAGE_SIZE) {
+        const Bytes extended = extendedData(fields);
+        image.insert(image.end(), extended.begin(), extended.end());
+        return fromOemImage(image);
+    }
+    if (fields.areGiven) {
+        throw badRecord(name, place,
+                        fmt::format("a record of {} bytes has OEM data of its own; --partitions, "
+                                    "--part-number and --serial-number are for those without",
+                                    record.size()));
+    }
+    if (image.size() == OEMSELEntry::OEM_IMAGE_SIZE) {
+        return fromOemImage(image);
+    }
+    if (image.size() == BMCSELEntry::BMC_IMAGE_SIZE) {
+        image.resize(BMCSELEntryMessage::MESSAGE_IMAGE_SIZE, 0);
+    }
+    if (image.size() != BMCSELEntryMessage::MESSAGE_IMAGE_SIZE) {
+        throw badRecord(name, place, fmt::format("{} bytes, expected {}", record.size(), LENGTHS));
+    }
+    BMCSELEntryMessage message;
+    message.setSerialized(image.data(), BMCSELEntryMessage::MESSAGE_IMAGE_SIZE);
+    return message;
+}
+
+/// Turns back what `ipmitool sel writeraw` saves: it keeps the manufacturer id of OEM records
+/// with a time (C0h to DFh) reversed in its own memory, and saves that.
+void turnManufacturerBack(Bytes& record)
+{
+    constexpr std::size_t RECORD_TYPE = SELEntry::RECORD_TYPE - 1;
+    constexpr long MANUFACTURER_ID = 7;
+    constexpr long MANUFACTURER_ID_SIZE = 3;
+    if (record[RECORD_TYPE] >= 0xC0 && record[RECORD_TYPE] <= 0xDF) {
+        std::reverse(record.begin() + MANUFACTURER_ID,
+                     record.begin() + MANUFACTURER_ID + MANUFACTURER_ID_SIZE);
+    }
+}
+
+std::vector<ImportedEvent> fromBinary(const std::string& name, const std::string& content,
+                                      bool isWireOrder, const OemFields& fields)
+{
+    const std::size_t whole = content.size() / SELEntry::RECORD_SIZE * SELEntry::RECORD_SIZE;
+    if (whole != content.size()) {
+        throw badRecord(name, fmt::format("offset {}", whole),
+                        fmt::format("{} bytes, expected a record of 16", content.size() - whole));
+    }
+    std::vector<ImportedEvent> events;
+    for (std::size_t at = 0; at < whole; at += SELEntry::RECORD_SIZE) {
+        Bytes record(content.begin() + static_cast<long>(at),
+                     content.begin() + static_cast<long>(at + SELEntry::RECORD_SIZE));
+        if (!isWireOrder) {
+            turnManufacturerBack(record);
+        }
+        const std::string place = fmt::format("offset {}", at);
+        events.push_back({complete(record, fields, name, place), place});
+    }
+    return events;
+}
+
+/// The value of a hex digit, -1 for any other character.
+int digitValue(char character)
+{
+    if (character >= '0' && character <= '9') {
+        return character - '0';
+    }
+    const int lower = std::tolower(static_cast<unsigned char>(character));
+    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+/// The bytes of hex text; blanks, commas and 0x between them are passed over.
+Bytes parseHex(const std::string& text, const std::string& name, const std::string& place)
+{
+    Bytes bytes;
+    std::size_t i = 0;
+    while (i < text.size()) {
+        if (std::isspace(static_cast<unsigned char>(text[i])) != 0 || text[i] == ',') {
+            ++i;
+        } else if (text.compare(i, 2, "0x") == 0 || text.compare(i, 2, "0X") == 0) {
+            i += 2;
+        } else {
+            const int high = digitValue(text[i]);
+            const int low = i + 1 < text.size() ? digitValue(text[i + 1]) : -1;
+            if (high < 0 || low < 0) {
+                throw badRecord(name, place,
+                                fmt::format("column {}: expected two hex digits for each byte",
+                                            (high < 0 ? i : i + 1) + 1));
+            }
+            bytes.push_back(static_cast<unsigned char>(high << 4 | low));
+            i += 2;
+        }
+    }
+    return bytes;
+}
+
+std::string withoutComment(const std::string& line)
+{
+    return line.substr(0, line.find('#'));
+}
+
+bool isBlank(const std::string& text)
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; });
+}
+
+std::vector<ImportedEvent> fromHexText(const std::string& name, const std::string& content,
+                                       const OemFields& fields)
+{
+    std::vector<ImportedEvent> events;
+    std::istringstream lines(content);
+    unsigned int number = 0;
+    for (std::string line; std::getline(lines, line);) {
+        const std::string place = fmt::format("line {}", ++number);
+        const std::string text = withoutComment(line);
+        if (!isBlank(text)) {
+            events.push_back({complete(parseHex(text, name, place), fields, name, place), place});
+        }
+    }
+    return events;
+}
+
+std::vector<ImportedEvent> fromNdjson(const std::string& name, const std::string& content,
+                                      const OemFields& fields)
+{
+    std::vector<ImportedEvent> events;
+    std::istringstream lines(content);
+    unsigned int number = 0;
+    for (std::string line; std::getline(lines, line);) {
+        const std::string place = fmt::format("line {}", ++number);
+        if (isBlank(line)) {
+            continue;
+        }
+        const Json object = Json::parse(line, nullptr, false);
+        if (!object.is_object() || !object.contains("image") || !object["image"].is_string()) {
+            throw badRecord(name, place, "expected an object with a text \"image\" of hex digits");
+        }
+        const Bytes record = parseHex(object["image"].get<std::string>(), name, place);
+        events.push_back({complete(record, fields, name, place), place});
+    }
+    return events;
+}
+
+bool isText(const std::string& content)
+{
+    return std::all_of(content.begin(), content.end(), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return std::isprint(byte) != 0 || std::isspace(byte) != 0 || byte >= 0x80;
+    });
+}
+
+ImportFormat formatOf(const std::string& content)
+{
+    if (!isText(content)) {
+        return ImportFormat::WRITERAW;
+    }
+    const std::size_t first = content.find_first_not_of(" \t\r\n");
+    return first != std::string::npos && content[first] == '{' ? ImportFormat::NDJSON
+                                                               : ImportFormat::HEX;
+}
+
+std::vector<ImportedEvent> import(const std::string& name, const std::string& content,
+                                  ImportFormat format, const OemFields& fields)
+{
+    switch (format) {
+    case ImportFormat::HEX:
+        return fromHexText(name, content, fields);
+    case ImportFormat::NDJSON:
+        return fromNdjson(name, content, fields);
+    default:
+        return fromBinary(name, content, format == ImportFormat::WIRE, fields);
+    }
+}
+
+}
+
+std::vector<ImportedEvent> importEvents(const std::string& name, const std::string& content,
+                                        ImportFormat format, const OemFields& fields)
+{
+    if (content.empty()) {
+        throw dataError(name + " is empty, expected event records");
+    }
+    const ImportFormat actual = format == ImportFormat::AUTO ? formatOf(content) : format;
+    std::vector<ImportedEvent> events = import(name, content, actual, fields);
+    if (events.empty()) {
+        throw dataError(name + " holds no event record");
+    }
+    return events;
+}
+
+unsigned short recordIdOf(const BMCSELEntryMessage& message)
+{
+    return static_cast<unsigned short>(message.getSpecifiedBytePosData(SELEntry::RECORD_ID) |
+                                       message.getSpecifiedBytePosData(SELEntry::RECORD_ID + 1)
+                                           << 8);
+}
+
+void setRecordId(BMCSELEntryMessage& message, unsigned short id)
+{
+    unsigned char image[Layout::SLOT_SIZE] = {};
+    message.getSerialized(image, sizeof image);
+    image[Layout::RECORD_ID_OFFSET] = static_cast<unsigned char>(id & 0xFF);
+    image[Layout::RECORD_ID_OFFSET + 1] = static_cast<unsigned char>(id >> 8);
+    message.setSerialized(image, sizeof image);
+}
+
+}

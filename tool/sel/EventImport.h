@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_SEL_EVENTIMPORT_H
+#define RECORDKIT_TOOL_SEL_EVENTIMPORT_H
+
+#include <string>
+#include <vector>
+
+#include <recordkit/sel/BMCSELEntryMessage.h>
+
+namespace recordkit::tool {
+
+/// The forms in which people have event records.
+enum class ImportFormat {
+    AUTO,     ///< told by the content: ndjson, hex text, otherwise writeraw
+    WRITERAW, ///< 16-byte records as `ipmitool sel writeraw` saves them
+    WIRE,     ///< 16-byte records as the controller sends them
+    HEX,      ///< one record a line, hex digits of 16, 18, 74, 130 or 138 bytes
+    NDJSON,   ///< what `sel list --ndjson` writes; its field "image" is taken
+};
+
+/// What fills the OEM data of records that come without.
+struct OemFields {
+    bool areGiven = false;
+    unsigned short partitions = 0;
+    std::string partNumber;   ///< empty, or 2 to 18 characters
+    std::string serialNumber; ///< empty, or 2 to 12 characters
+};
+
+/// One complete record and where it came from ("line 3", "offset 48").
+struct ImportedEvent {
+    TAVLib::RecordKit::BMCSELEntryMessage message;
+    std::string place;
+};
+
+/// Reads every record of an input. `name` is what messages call it. Throws CommandError (data)
+/// that names the place and what was expected there; nothing is read by halves.
+std::vector<ImportedEvent> importEvents(const std::string& name, const std::string& content,
+                                        ImportFormat format, const OemFields& fields);
+
+/// The record id of a complete message, and a message with another one.
+unsigned short recordIdOf(const TAVLib::RecordKit::BMCSELEntryMessage& message);
+void setRecordId(TAVLib::RecordKit::BMCSELEntryMessage& message, unsigned short id);
+
+}
+
+#endif

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_SEL_EVENTJSON_H
+#define RECORDKIT_TOOL_SEL_EVENTJSON_H
+
+#include "../print/Json.h"
+#include "Event.h"
+
+namespace recordkit::tool {
+
+/// Every field of an event under its stable name; a field that a kind of record does not have is
+/// null. JSON, ndjson and CSV all come from here.
+Json toJson(const Event& event);
+
+}
+
+#endif

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Store.h"
+
+#include <fmt/format.h>
+
+#include <recordkit/platform/LockedFile.h>
+#include <recordkit/platform/PException.h>
+#include <recordkit/selfile/SELFileLayout.h>
+#include <recordkit/selfile/SELStoreCheck.h>
+
+namespace recordkit::tool {
+
+using namespace TAVLib::RecordKit::SELFileLayout;
+
+namespace {
+
+/// Why a file cannot be opened for writing, in the words of the system; empty when it can.
+std::string writeProblem(const std::string& path)
+{
+    try {
+        const TAVLib::LockedFile file(path);
+        return "";
+    } catch (const TAVLib::PException& e) {
+        return e.getMessage();
+    }
+}
+
+}
+
+std::string workingFile(unsigned char board)
+{
+    return BMCSELDataFile().getFileName(board, 0, TEMPORARY);
+}
+
+std::string backupFile(unsigned char board)
+{
+    return BMCSELDataFile().getFileName(board, 0, PERSISTENT);
+}
+
+CommandError storeError(unsigned int code, const std::string& path)
+{
+    switch (code) {
+    case BMCSELDataFile::NO_RECORD:
+        return dataError(path + " holds no record");
+    case BMCSELDataFile::FILE_FULL:
+        return dataError(path + " is full");
+    case BMCSELDataFile::DAMAGED_TAIL:
+        return dataError(path + " is damaged: the first slot with record id FFFFh is not empty");
+    case BMCSELDataFile::NOT_FOUND:
+        return dataError(path + " has no empty slot where one is expected");
+    case BMCSELDataFile::REWRITE_FAILED: {
+        const std::string problem = writeProblem(path);
+        return fileError(problem.empty() ? path + " cannot be rewritten" : problem);
+    }
+    case BMCSELDataFile::MOVE_FAILED:
+        return fileError(path + " cannot be copied or renamed");
+    default:
+        return fileError(fmt::format("{} cannot be read (code {})", path, code));
+    }
+}
+
+unsigned int prepareWorkingFile(unsigned char board)
+{
+    const unsigned int code = BMCSELDataFile().fullEntryCheck(board);
+    if (code != BMCSELDataFile::SUCCESS && code != BMCSELDataFile::FILE_FULL) {
+        throw storeError(code, workingFile(board));
+    }
+    return code;
+}
+
+void rotate(unsigned char board)
+{
+    // The rotation begins with deleting the backup: not while that holds events of its own.
+    const TAVLib::RecordKit::SELStoreCheck check(board);
+    for (const auto& finding : check.getFindings()) {
+        if (finding.kind == TAVLib::RecordKit::SELStoreCheck::ROTATION_CUT_OFF) {
+            throw dataError(finding.text + ": run \"recordkit sel check --recover\" first");
+        }
+    }
+    const int result = BMCSELDataFile().shiftSelFile(board, true);
+    if (result != BMCSELDataFile::SUCCESS) {
+        throw storeError(static_cast<unsigned int>(result), backupFile(board));
+    }
+}
+
+}

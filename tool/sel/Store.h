@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_SEL_STORE_H
+#define RECORDKIT_TOOL_SEL_STORE_H
+
+#include <string>
+
+#include <recordkit/selfile/BMCSELDataFile.h>
+
+#include "../Errors.h"
+
+namespace recordkit::tool {
+
+/// The working file and the backup of a board.
+std::string workingFile(unsigned char board);
+std::string backupFile(unsigned char board);
+
+/// The error for a code of the event file store on the file at `path`.
+CommandError storeError(unsigned int code, const std::string& path);
+
+/// Makes sure that a board has a sound working file, creating or rewriting it as the store does.
+/// The code is SUCCESS or FILE_FULL; throws CommandError for any other.
+unsigned int prepareWorkingFile(unsigned char board);
+
+/// Rotates a board's working file into the chain; throws CommandError.
+void rotate(unsigned char board);
+
+}
+
+#endif

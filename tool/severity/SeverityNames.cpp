@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "SeverityNames.h"
+
+#include <iterator>
+
+#include "../tables/EventTypes.h"
+
+namespace recordkit::tool {
+
+namespace {
+
+struct Row {
+    Severity severity;
+    const char* name;
+    int rank; ///< how bad it is
+    Style style;
+};
+
+constexpr Row ROWS[] = {
+    {SeverityMap::SEV_NONE, "none", 0, Style::PLAIN},
+    {SeverityMap::SEV_NONCRITICAL, "warning", 3, Style::WARNING},
+    {SeverityMap::SEV_CRITICAL, "critical", 4, Style::ALARM},
+    {SeverityMap::SEV_NONRECOVERABLE, "non-recoverable", 5, Style::FATAL},
+    {SeverityMap::SEV_MONITOR, "monitor", 2, Style::NOTICE},
+    {SeverityMap::SEV_INFORMATIONAL, "informational", 1, Style::GOOD},
+};
+static_assert(std::size(ROWS) == SeverityMap::SEV_INFORMATIONAL + 1, "one row for each severity");
+
+/// Severities of the threshold events by offset: non-critical, critical and non-recoverable, each
+/// going low and going high, for the lower and then for the upper thresholds.
+constexpr Severity THRESHOLDS[] = {
+    SeverityMap::SEV_NONCRITICAL, SeverityMap::SEV_NONCRITICAL,    SeverityMap::SEV_CRITICAL,
+    SeverityMap::SEV_CRITICAL,    SeverityMap::SEV_NONRECOVERABLE, SeverityMap::SEV_NONRECOVERABLE,
+    SeverityMap::SEV_NONCRITICAL, SeverityMap::SEV_NONCRITICAL,    SeverityMap::SEV_CRITICAL,
+    SeverityMap::SEV_CRITICAL,    SeverityMap::SEV_NONRECOVERABLE, SeverityMap::SEV_NONRECOVERABLE,
+};
+
+constexpr const char* ALARMS[] = {"none", "warning", "alarm"};
+
+}
+
+const char* severityName(Severity severity)
+{
+    return ROWS[severity].name;
+}
+
+bool findSeverity(const std::string& name, Severity& severity)
+{
+    for (const Row& row : ROWS) {
+        if (name == row.name) {
+            severity = row.severity;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool isAtLeast(Severity severity, Severity least)
+{
+    return ROWS[severity].rank >= ROWS[least].rank;
+}
+
+const char* alarmName(int alarmStatus)
+{
+    return ALARMS[alarmStatus];
+}
+
+Style styleOf(Severity severity)
+{
+    return ROWS[severity].style;
+}
+
+Severity severityOfEvent(unsigned char eventType, unsigned char sensorType, unsigned char offset)
+{
+    if (eventType == THRESHOLD_EVENT) {
+        return offset < std::size(THRESHOLDS) ? THRESHOLDS[offset] : SeverityMap::SEV_NONE;
+    }
+    return SeverityMap::getInstance()->getSeverity(eventType, sensorType,
+                                                   static_cast<unsigned short>(1U << offset));
+}
+
+}
