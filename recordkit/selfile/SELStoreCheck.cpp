@@ -17,7 +17,11 @@ using namespace SELFileLayout;
 
 namespace {
 
+constexpr unsigned int RECORD_TYPE_OFFSET = SELEntry::RECORD_TYPE + 1;
 constexpr unsigned int TIMESTAMP_OFFSET = SELEntry::TIMESTAMP + 1;
+
+/// From this record type on, OEM records have no timestamp (IPMI v2.0, section 32.3).
+constexpr unsigned char FIRST_UNTIMESTAMPED_TYPE = 0xE0;
 
 /// Where the files stand in the list.
 constexpr std::size_t WORKING = 0;
@@ -118,12 +122,16 @@ void SELStoreCheck::addFile(int index, int kind)
     file.count = scan.getCount();
     file.damage = scan.isMissing() ? "" : scan.describeDamage();
     if (file.count != 0) {
-        const unsigned char* const first = scan.slot(0);
-        const unsigned char* const last = scan.slot(file.count - 1);
-        file.firstId = idOf(first);
-        file.lastId = idOf(last);
-        file.firstTime = readLE32(first + TIMESTAMP_OFFSET);
-        file.lastTime = readLE32(last + TIMESTAMP_OFFSET);
+        file.firstId = idOf(scan.slot(0));
+        file.lastId = idOf(scan.slot(file.count - 1));
+    }
+    for (unsigned int i = 0; i < file.count; ++i) {
+        const unsigned char* const slot = scan.slot(i);
+        if (slot[RECORD_TYPE_OFFSET] < FIRST_UNTIMESTAMPED_TYPE) {
+            file.lastTime = readLE32(slot + TIMESTAMP_OFFSET);
+            file.firstTime = file.hasTimes ? file.firstTime : file.lastTime;
+            file.hasTimes = true;
+        }
     }
     files.push_back(file);
 }

@@ -24,9 +24,10 @@ public:
         long size;              ///< bytes; -1 when missing or unreadable
         unsigned int count;     ///< records up to the tail or to the damage
         std::string damage;     ///< in words; empty for a sound or a missing file
-        unsigned short firstId; ///< the four fields below mean something when count is not 0
+        unsigned short firstId; ///< this and the next mean something when count is not 0
         unsigned short lastId;
-        unsigned int firstTime; ///< IPMI timestamps
+        bool hasTimes;          ///< whether a record has a timestamp: some OEM records have none
+        unsigned int firstTime; ///< IPMI timestamps of the first and the last record with one
         unsigned int lastTime;
     };
 

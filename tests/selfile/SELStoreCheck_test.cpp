@@ -63,6 +63,7 @@ TEST_F(StoreCheckTest, DescribesEachFile)
     EXPECT_EQ(first.firstId, 900);
     EXPECT_EQ(first.lastId, 904);
     // slotOf(900) counts up from 0x40 + 900, so its byte 5 is C9h.
+    EXPECT_TRUE(first.hasTimes);
     EXPECT_EQ(first.firstTime, 0xCCCBCAC9U);
     EXPECT_EQ(first.lastTime, 0xD0CFCECDU);
     const auto& backup = check.getFiles()[1];
@@ -73,6 +74,23 @@ TEST_F(StoreCheckTest, DescribesEachFile)
     EXPECT_EQ(second.index, 2);
     EXPECT_EQ(second.size, 5);
     EXPECT_EQ(second.damage, "5 bytes long, expected 110400");
+}
+
+TEST_F(StoreCheckTest, RecordsWithoutATimestampAreNotTakenForTimes)
+{
+    Bytes file = fileOf(4, 900);
+    for (const int slot : {0, 3}) {
+        file[static_cast<std::size_t>(slot) * SLOT + 4] = 0xE0;
+    }
+    file[1 * SLOT + 4] = 0xDF;
+    writeFile(working(), file);
+    writeFile(kept(1), Bytes(SLOT, 0xE1) + Bytes(FULL_FILE - SLOT, 0xFF));
+    const SELStoreCheck check(SB);
+    EXPECT_TRUE(check.getFiles()[0].hasTimes);
+    EXPECT_EQ(check.getFiles()[0].firstTime, 0xCDCCCBCAU);
+    EXPECT_EQ(check.getFiles()[0].lastTime, 0xCECDCCCBU);
+    EXPECT_EQ(check.getFiles()[2].count, 1U);
+    EXPECT_FALSE(check.getFiles()[2].hasTimes);
 }
 
 TEST_F(StoreCheckTest, MissingWorkingFileIsDamage)

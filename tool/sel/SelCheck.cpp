@@ -35,8 +35,10 @@ void printFiles(const SELStoreCheck& check)
         }
         fmt::print("  {}: {} events", file.path, file.count);
         if (file.count != 0) {
-            fmt::print(", ids {:04X}h to {:04X}h, {} to {}", file.firstId, file.lastId,
-                       timeOf(file.firstTime), timeOf(file.lastTime));
+            fmt::print(", ids {:04X}h to {:04X}h", file.firstId, file.lastId);
+        }
+        if (file.hasTimes) {
+            fmt::print(", {} to {}", timeOf(file.firstTime), timeOf(file.lastTime));
         }
         fmt::print("\n");
     }
@@ -61,8 +63,8 @@ Json toJson(const SELStoreCheck::File& file)
     json["events"] = file.count;
     json["first_id"] = hasEvents ? Json(file.firstId) : Json(nullptr);
     json["last_id"] = hasEvents ? Json(file.lastId) : Json(nullptr);
-    json["first_timestamp"] = hasEvents ? Json(file.firstTime) : Json(nullptr);
-    json["last_timestamp"] = hasEvents ? Json(file.lastTime) : Json(nullptr);
+    json["first_timestamp"] = file.hasTimes ? Json(file.firstTime) : Json(nullptr);
+    json["last_timestamp"] = file.hasTimes ? Json(file.lastTime) : Json(nullptr);
     json["damage"] = file.damage.empty() ? Json(nullptr) : Json(file.damage);
     return json;
 }

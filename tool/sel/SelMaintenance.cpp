@@ -61,6 +61,11 @@ void initialise(const Globals& globals)
 
 void rotateBoard(unsigned char board)
 {
+    unsigned long tail = 0;
+    if (BMCSELDataFile().getTailAddr(board, tail) == BMCSELDataFile::SUCCESS && tail == 0) {
+        // It would become a file of the chain all the same, and could push the oldest one out.
+        throw dataError(workingFile(board) + " holds no event, there is nothing to rotate");
+    }
     rotate(board);
     fmt::print("board {}: the working file is sel1 now, and empty\n", board);
 }

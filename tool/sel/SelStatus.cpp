@@ -34,7 +34,8 @@ struct Status {
     unsigned int total = 0;
     bool hasBackup = false;
     unsigned int inBackup = 0;
-    unsigned int oldest = 0; ///< timestamps; meaningful when total is not 0
+    bool hasTimes = false;   ///< whether any event has a timestamp
+    unsigned int oldest = 0; ///< IPMI timestamps
     unsigned int newest = 0;
     std::size_t findings = 0;
 };
@@ -62,10 +63,11 @@ Status statusOf(unsigned char board)
             break;
         }
         status.rotatedFiles += file.index != 0 ? 1 : 0;
-        if (file.count != 0) {
-            status.newest = status.total == 0 ? file.lastTime : status.newest;
+        status.total += file.count;
+        if (file.hasTimes) {
+            status.newest = status.hasTimes ? status.newest : file.lastTime;
             status.oldest = file.firstTime;
-            status.total += file.count;
+            status.hasTimes = true;
         }
     }
     return status;
@@ -75,7 +77,7 @@ Json toJson(const Status& status)
 {
     const auto time = [&status](unsigned int seconds) {
         const std::string iso = Timestamp(seconds).toIso();
-        return status.total == 0 || iso.empty() ? Json(nullptr) : Json(iso);
+        return !status.hasTimes || iso.empty() ? Json(nullptr) : Json(iso);
     };
     Json json;
     json["board"] = status.board;
@@ -94,7 +96,7 @@ Json toJson(const Status& status)
 std::vector<Cell> toCells(const Status& status)
 {
     const auto time = [&status](unsigned int seconds) {
-        return status.total == 0 ? "-" : Timestamp(seconds).toText();
+        return !status.hasTimes ? "-" : Timestamp(seconds).toText();
     };
     const bool isSound = status.findings == 0;
     return {{std::to_string(status.board)},
