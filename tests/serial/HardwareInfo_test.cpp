@@ -21,6 +21,12 @@ struct Query {
     const char* text;
 };
 
+/// What test listings show of a query.
+void PrintTo(const Query& query, std::ostream* out)
+{
+    *out << query.name;
+}
+
 const Query QUERIES[] = {
     {"TAV", &HardwareInfo::isTAVInstalled, 2, 0, 0, 1, "Get TAV information(install)"},
     {"GSPB", &HardwareInfo::isGSPBInstalled, 2, 1, 0, 3, "Get GSPB information(install)"},

@@ -10,6 +10,7 @@
 
 #include "../tables/EventTypes.h"
 #include "../tables/EventWords.h"
+#include "../tables/FirmwareWords.h"
 
 namespace recordkit::tool {
 
@@ -62,6 +63,29 @@ void decodeSystemEvent(const SELEntry& entry, Event& event)
     }
     event.offset = get_bit(event.data[0], 0, 4);
     event.severity = severityOfEvent(event.eventType, event.sensorType, event.offset);
+}
+
+/// What event data 2 adds to the words of an event; nullptr where it adds nothing.
+const char* extensionWords(const Event& event)
+{
+    constexpr unsigned char FIRMWARE_SENSOR = 0x0F;
+    constexpr unsigned char SENSOR_SPECIFIC_DATA = 3;
+    const bool isExtended = get_bit(event.data[0], 6, 2) == SENSOR_SPECIFIC_DATA;
+    return isExtended && event.eventType == SENSOR_SPECIFIC_EVENT &&
+                   event.sensorType == FIRMWARE_SENSOR
+               ? firmwareWords(event.offset, event.data[1])
+               : nullptr;
+}
+
+std::string systemEventText(const Event& event)
+{
+    const char* const words = eventWords(event.eventType, event.sensorType, event.offset);
+    if (words == nullptr) {
+        return fmt::format("{} event {:02X}h, offset {}", eventTypeName(event.eventType),
+                           event.eventType, event.offset);
+    }
+    const char* const extension = extensionWords(event);
+    return extension == nullptr ? words : fmt::format("{}: {}", words, extension);
 }
 
 void decodeOemData(const SELEntry& entry, int from, Event& event)
@@ -130,11 +154,7 @@ std::string eventText(const Event& event)
 {
     switch (event.kind) {
     case EventKind::SYSTEM_EVENT:
-        if (const char* const words = eventWords(event.eventType, event.sensorType, event.offset)) {
-            return words;
-        }
-        return fmt::format("{} event {:02X}h, offset {}", eventTypeName(event.eventType),
-                           event.eventType, event.offset);
+        return systemEventText(event);
     case EventKind::OEM_TIMESTAMPED:
         return fmt::format("OEM record {:02X}h, manufacturer {:06X}h", event.recordType,
                            event.manufacturer);
