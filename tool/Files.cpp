@@ -13,9 +13,8 @@ namespace recordkit::tool {
 std::string readInput(const std::string& path)
 {
     const bool isStandardInput = path == "-";
-    const int fd = isStandardInput
-                       ? STDIN_FILENO
-                       : TEMP_FAILURE_RETRY(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const int fd = isStandardInput ? STDIN_FILENO
+                                   : TEMP_FAILURE_RETRY(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (fd == -1) {
         throw systemError(path, "opened", errno);
     }

@@ -84,7 +84,9 @@ bool Globals::wantsProgress() const
 
 void BoardOption::addTo(CLI::App& command)
 {
-    command.add_option("--board", text, "System board, from 0")->capture_default_str()->type_name("N");
+    command.add_option("--board", text, "System board, from 0")
+        ->capture_default_str()
+        ->type_name("N");
 }
 
 unsigned char BoardOption::get(const Globals& globals) const

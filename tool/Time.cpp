@@ -38,7 +38,8 @@ Date toDate(long days)
         (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
     const long dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
     const long monthFromMarch = (5 * dayOfYear + 2) / 153;
-    const int month = static_cast<int>(monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9);
+    const int month =
+        static_cast<int>(monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9);
     return {static_cast<int>(era * 400 + yearOfEra + (month <= 2 ? 1 : 0)), month,
             static_cast<int>(dayOfYear - (153 * monthFromMarch + 2) / 5 + 1)};
 }

@@ -38,7 +38,7 @@ constexpr const char* SHIFT_REQUEST_FILE = "/var/tmp/shift_sel_sync";
 constexpr std::size_t SHIFT_ANSWER_SIZE = 16;
 
 /// Slots that a search takes with one system call.
-constexpr unsigned int SLOTS_AT_ONCE = 160;
+constexpr unsigned int SLOTS_AT_ONCE = 200;
 
 /// Closes a descriptor of the store with its scope.
 class OpenFile {

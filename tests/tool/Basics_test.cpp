@@ -113,9 +113,9 @@ TEST(Time, IsReadAsISODatesAndTimes)
 
 TEST(Time, WhatIsNoTimeIsRefused)
 {
-    for (const char* text : {"", "yesterday", "2024-13-01", "2024-02-30", "2023-02-29",
-                             "2024-11-05T", "2024-11-05 06", "05.11.2024", "1969-12-31",
-                             "2106-02-07T06:28:15Z", "2024-11-05T06:07:08+01"}) {
+    for (const char* text :
+         {"", "yesterday", "2024-13-01", "2024-02-30", "2023-02-29", "2024-11-05T", "2024-11-05 06",
+          "05.11.2024", "1969-12-31", "2106-02-07T06:28:15Z", "2024-11-05T06:07:08+01"}) {
         EXPECT_EQ(seconds(text), "none") << text;
     }
 }
@@ -139,8 +139,8 @@ TEST(Table, ColoursOnlyWhenAskedTo)
 
 TEST(Csv, QuotesWhatNeedsQuotes)
 {
-    const Json object = {{"a", "x,y"}, {"b", "say \"hi\""}, {"c", nullptr}, {"d", 5},
-                         {"e", {1, 2}}, {"f", true}, {"g", "two\nlines"}};
+    const Json object = {{"a", "x,y"},  {"b", "say \"hi\""}, {"c", nullptr},     {"d", 5},
+                         {"e", {1, 2}}, {"f", true},         {"g", "two\nlines"}};
     EXPECT_EQ(csvHeader(object), "a,b,c,d,e,f,g\r\n");
     EXPECT_EQ(csvLine(object), "\"x,y\",\"say \"\"hi\"\"\",,5,1 2,true,\"two\nlines\"\r\n");
 }

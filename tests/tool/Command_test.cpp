@@ -171,8 +171,8 @@ TEST_F(Command, InitCreatesFoldersAndWorkingFiles)
     std::filesystem::remove_all(root.at("/var"));
     const Outcome outcome = run(recordkit({"--root", root.path(), "--boards", "2", "sel", "init"}));
     EXPECT_EQ(outcome.status, 0) << outcome.err;
-    EXPECT_EQ(outcome.out, "board 0: " + working(0) + " created\nboard 1: " + working(1) +
-                               " created\n");
+    EXPECT_EQ(outcome.out,
+              "board 0: " + working(0) + " created\nboard 1: " + working(1) + " created\n");
     EXPECT_EQ(readFile(working(1)), Bytes(FULL_FILE, 0xFF));
     EXPECT_FALSE(fileExists(working(2)));
     EXPECT_TRUE(fileExists(root.at("/var/tav/fmem/ipmi")));
@@ -347,8 +347,8 @@ TEST_F(Command, AddToADamagedFileIsStatusOne)
 TEST_F(Command, EveryBoardIsRefusedThatTheMachineDoesNotHave)
 {
     initialise();
-    for (const char* name : {"list", "show", "status", "check", "rotate", "backup", "restore",
-                             "clear"}) {
+    for (const char* name :
+         {"list", "show", "status", "check", "rotate", "backup", "restore", "clear"}) {
         expectRefused(2, {name, "--board", "300"}, "is no board, expected 0 to 3");
         expectRefused(2, {name, "--board", "4"}, "is no board, expected 0 to 3");
         expectRefused(2, {name, "--board", "x"}, "is no board, expected 0 to 3");
@@ -425,9 +425,9 @@ TEST_F(Command, ListWritesTheSameEventsInEveryFormat)
 TEST_F(Command, ListChoosesEvents)
 {
     initialise();
-    const std::string records =
-        eventAt(1, TIME_1, THERMAL_TRIP) + eventAt(2, TIME_2, FAN_WARNING) +
-        eventAt(3, "00010000", FAN_INSERTED) + hexRecord(4, "e00102030405060708090a0b0c0d");
+    const std::string records = eventAt(1, TIME_1, THERMAL_TRIP) + eventAt(2, TIME_2, FAN_WARNING) +
+                                eventAt(3, "00010000", FAN_INSERTED) +
+                                hexRecord(4, "e00102030405060708090a0b0c0d");
     ASSERT_EQ(sel({"add", "-", "--partitions", "1"}, records).status, 0);
     ASSERT_EQ(sel({"add", "-"}, eventAt(5, TIME_2, THERMAL_TRIP)).status, 0);
     EXPECT_EQ(listedIds({}), Ids({1, 2, 3, 4, 5}));
@@ -524,7 +524,8 @@ public:
     {
         char* line = nullptr;
         std::size_t size = 0;
-        const int id = ::getline(&line, &size, output) > 0 ? Json::parse(line)["id"].get<int>() : -1;
+        const int id =
+            ::getline(&line, &size, output) > 0 ? Json::parse(line)["id"].get<int>() : -1;
         std::free(line);
         return id;
     }
@@ -636,10 +637,8 @@ TEST_F(Command, StatusShowsEachBoard)
                   .status,
               0);
     ASSERT_EQ(sel({"rotate", "--board", "1"}).status, 0);
-    ASSERT_EQ(sel({"add", "-", "--board", "1"},
-                  hexRecord(3, "e00102030405060708090a0b0c0d"))
-                  .status,
-              0);
+    ASSERT_EQ(
+        sel({"add", "-", "--board", "1"}, hexRecord(3, "e00102030405060708090a0b0c0d")).status, 0);
     ASSERT_EQ(sel({"backup", "--board", "1"}).status, 0);
     std::filesystem::remove(working(2));
     const Outcome outcome = sel({"status", "--json"});
@@ -776,16 +775,13 @@ TEST_F(Command, RootMayComeFromTheEnvironmentAndBeRelative)
     initialise();
     const Arguments root_ = {"RECORDKIT_ROOT=" + root.path()};
     EXPECT_EQ(run(recordkit({"sel", "status"}), "", root_).out, sel({"status"}).out);
-    const Outcome outcome = run({"sh", "-c",
-                                 "cd " + root.path() + "/tmp && exec " +
-                                     [] {
-                                         std::string line;
-                                         for (const std::string& word : recordkit({})) {
-                                             line += word + " ";
-                                         }
-                                         return line;
-                                     }() +
-                                     "--root .. sel status"});
+    const Outcome outcome = run({"sh", "-c", "cd " + root.path() + "/tmp && exec " + [] {
+                                     std::string line;
+                                     for (const std::string& word : recordkit({})) {
+                                         line += word + " ";
+                                     }
+                                     return line;
+                                 }() + "--root .. sel status"});
     EXPECT_EQ(outcome.out, sel({"status"}).out) << outcome.err;
 }
 
@@ -842,8 +838,7 @@ TEST_F(Command, SeverityRefusesWhatIsNoCode)
     for (const Arguments& words :
          {Arguments{"severity", "256", "1", "1"}, Arguments{"severity", "1", "toast", "1"},
           Arguments{"severity", "1", "1", "16"}, Arguments{"severity", "1", "1"},
-          Arguments{"severity", "1", "1", "1", "--table"},
-          Arguments{"severity", "1", "--table"}}) {
+          Arguments{"severity", "1", "1", "1", "--table"}, Arguments{"severity", "1", "--table"}}) {
         EXPECT_EQ(run(recordkit(words)).status, 2);
     }
 }

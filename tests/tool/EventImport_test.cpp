@@ -175,7 +175,8 @@ TEST(EventImport, BadInputIsRefusedWithItsPlace)
               "FILE, offset 16: 1 bytes, expected a record of 16");
     EXPECT_EQ(refusal(textOf(RECORD).substr(0, 15)),
               "FILE, offset 0: 15 bytes, expected a record of 16");
-    EXPECT_EQ(refusal("0102\n03 0"), "FILE, line 1: 2 bytes, expected 16, 18, 74, 130 or 138 bytes");
+    EXPECT_EQ(refusal("0102\n03 0"),
+              "FILE, line 1: 2 bytes, expected 16, 18, 74, 130 or 138 bytes");
     EXPECT_EQ(refusal("This is a text file."),
               "FILE, line 1: column 1: expected two hex digits for each byte");
     EXPECT_EQ(refusal(hexOf(RECORD) + "\n12 3"),

@@ -6,6 +6,7 @@
 
 #include "tool/tables/EventTypes.h"
 #include "tool/tables/EventWords.h"
+#include "tool/tables/FirmwareWords.h"
 #include "tool/tables/SensorTypes.h"
 
 using namespace recordkit::tool;
@@ -50,8 +51,7 @@ const Code SENSORS[] = {
      "Secure Mode (Front Panel Lockout) Violation attempt",
      "Out-of-band Access Password Violation"},
     {0x07, 0x1FFF, "Processor", "IERR", "Correctable Machine Check Error"},
-    {0x08, 0x00FF, "Power Supply", "Presence detected",
-     "Power Supply Inactive (in standby state)"},
+    {0x08, 0x00FF, "Power Supply", "Presence detected", "Power Supply Inactive (in standby state)"},
     {0x09, 0x00FF, "Power Unit", "Power Off / Power Down", "Predictive Failure"},
     {0x0A, 0, "Cooling Device", "", ""},
     {0x0B, 0, "Other Units-based Sensor", "", ""},
@@ -66,8 +66,7 @@ const Code SENSORS[] = {
     {0x11, 0x00FF, "Watchdog 1", "BIOS Watchdog Reset",
      "OS Watchdog pre-timeout Interrupt, non-NMI"},
     {0x12, 0x003F, "System Event", "System Reconfigured", "Timestamp Clock Synch"},
-    {0x13, 0x0FFF, "Critical Interrupt", "Front Panel NMI / Diagnostic Interrupt",
-     "Bus Degraded"},
+    {0x13, 0x0FFF, "Critical Interrupt", "Front Panel NMI / Diagnostic Interrupt", "Bus Degraded"},
     {0x14, 0x001F, "Button / Switch", "Power Button pressed", "FRU service request button"},
     {0x15, 0, "Module / Board", "", ""},
     {0x16, 0, "Microcontroller / Coprocessor", "", ""},
@@ -87,7 +86,7 @@ const Code SENSORS[] = {
      "Agent Not Responding"},
     {0x21, 0x03FF, "Slot / Connector", "Fault Status asserted", "Slot holds spare device"},
     {0x22, 0x5FFF, "System ACPI Power State", "S0/G0 working", "Unknown"},
-    {0x23, 0x010F, "Watchdog 2", "Timer expired, status only", "Timer interrupt"},
+    {0x23, 0x01FF, "Watchdog 2", "Timer expired, status only", "Timer interrupt"},
     {0x24, 0x000F, "Platform Alert", "Platform generated page",
      "Platform generated SNMP trap, OEM format"},
     {0x25, 0x0007, "Entity Presence", "Entity Present", "Entity Disabled"},
@@ -175,7 +174,7 @@ TEST(EventWords, TablesAreSortedAndHoldEveryRowOnce)
     EXPECT_EQ(count, 57U);
     expectSortedWithoutRepeats(rows, count);
     rows = sensorEventRows(count);
-    EXPECT_EQ(count, 204U);
+    EXPECT_EQ(count, 208U);
     expectSortedWithoutRepeats(rows, count);
 }
 
@@ -228,4 +227,18 @@ TEST(SensorTypes, AreFoundByNameAndNumber)
     EXPECT_FALSE(findSensorType("256", type));
     EXPECT_FALSE(findSensorType("toaster", type));
     EXPECT_EQ(type, 0x55);
+}
+
+TEST(FirmwareWords, ErrorsAndProgressHaveTheirOwnCodes)
+{
+    EXPECT_STREQ(firmwareWords(0, 0x01), "No system memory is physically installed");
+    EXPECT_STREQ(firmwareWords(0, 0x0D), "CPU speed matching failure");
+    EXPECT_EQ(firmwareWords(0, 0x0E), nullptr);
+    for (const unsigned char offset : {1, 2}) {
+        EXPECT_STREQ(firmwareWords(offset, 0x00), "Unspecified");
+        EXPECT_STREQ(firmwareWords(offset, 0x01), "Memory initialization");
+        EXPECT_STREQ(firmwareWords(offset, 0x19), "Primary processor initialization");
+        EXPECT_EQ(firmwareWords(offset, 0x1A), nullptr);
+    }
+    EXPECT_EQ(firmwareWords(3, 0x01), nullptr);
 }

@@ -189,8 +189,7 @@ void compareOemRecord(const Event& event, Answer answer, bool hasReversedManufac
     EXPECT_EQ(data.substr(0, data.find(' ')), toHex(event.oemData.data(), event.oemData.size()));
 }
 
-class Peers : public testing::TestWithParam<Sample> {
-};
+class Peers : public testing::TestWithParam<Sample> {};
 
 }
 

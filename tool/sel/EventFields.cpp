@@ -93,8 +93,8 @@ void dump(std::string& text, const Event& event, const ImageField& field)
         const unsigned int count = std::min(BYTES_A_LINE, field.size - done);
         std::string digits;
         for (unsigned int i = 0; i < count; ++i) {
-            digits += fmt::format("{}{:02x}", i == 0 ? "" : " ",
-                                  event.image[field.offset + done + i]);
+            digits +=
+                fmt::format("{}{:02x}", i == 0 ? "" : " ", event.image[field.offset + done + i]);
         }
         text += fmt::format("{:>6}  {:<47}  {}\n", field.offset + done, digits,
                             done == 0 ? field.name : "");
@@ -134,10 +134,9 @@ std::string generatorText(const Event& event)
 {
     const unsigned char first = event.generatorId[0];
     const unsigned char second = event.generatorId[1];
-    return (first & 1) != 0
-               ? fmt::format("software id {:02X}h", first >> 1)
-               : fmt::format("slave address {:02X}h, LUN {}, channel {}", first, second & 3,
-                             second >> 4);
+    return (first & 1) != 0 ? fmt::format("software id {:02X}h", first >> 1)
+                            : fmt::format("slave address {:02X}h, LUN {}, channel {}", first,
+                                          second & 3, second >> 4);
 }
 
 /// What event data 2 and 3 hold, by bits 7..6 and 5..4 of event data 1 (IPMI v2.0, table 29-6).

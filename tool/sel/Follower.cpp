@@ -24,7 +24,8 @@ std::vector<Event> NewEvents::take(std::vector<std::string>& problems)
     // Back to the last event given; when that is gone, everything is new.
     std::vector<Event> events;
     SELChainReader::Record record = {};
-    while (reader.next(record) && !(hasLast && std::equal(last.begin(), last.end(), record.image))) {
+    while (reader.next(record) &&
+           !(hasLast && std::equal(last.begin(), last.end(), record.image))) {
         events.push_back(decodeEvent(board, record));
     }
     std::reverse(events.begin(), events.end());

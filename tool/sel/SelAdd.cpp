@@ -90,13 +90,13 @@ private:
 
 void checkField(const char* option, const std::string& text, std::size_t longest)
 {
-    const bool isPrintable = text.find_first_not_of(" !\"#$%&'()*+,-./0123456789:;<=>?@"
-                                                    "ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`"
-                                                    "abcdefghijklmnopqrstuvwxyz{|}~") ==
-                             std::string::npos;
+    const bool isPrintable =
+        text.find_first_not_of(" !\"#$%&'()*+,-./0123456789:;<=>?@"
+                               "ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`"
+                               "abcdefghijklmnopqrstuvwxyz{|}~") == std::string::npos;
     if (text.size() < 2 || text.size() > longest || !isPrintable) {
-        throw usageError(fmt::format("{}: expected 2 to {} printable ASCII characters", option,
-                                     longest));
+        throw usageError(
+            fmt::format("{}: expected 2 to {} printable ASCII characters", option, longest));
     }
 }
 
@@ -112,8 +112,7 @@ OemFields oemFields(const CLI::App& command, const Options& options, const Globa
                                          options.partitions, last));
         }
         for (const unsigned long partition : partitions) {
-            fields.partitions =
-                static_cast<unsigned short>(fields.partitions | 1U << partition);
+            fields.partitions = static_cast<unsigned short>(fields.partitions | 1U << partition);
         }
         fields.areGiven = true;
     }
@@ -165,8 +164,7 @@ void add(const CLI::App& command, const Options& options, const Globals& globals
     const OemFields fields = oemFields(command, options, globals);
     const std::string name = inputName(options.file);
     const ImportFormat format = options.isNdjson ? ImportFormat::NDJSON : options.format;
-    std::vector<ImportedEvent> events =
-        importEvents(name, readInput(options.file), format, fields);
+    std::vector<ImportedEvent> events = importEvents(name, readInput(options.file), format, fields);
     if (!options.renumbers) {
         refuseEmptyId(name, events);
     }
@@ -187,9 +185,9 @@ void add(const CLI::App& command, const Options& options, const Globals& globals
                                         name));
         }
     }
-    fmt::print("{} event{} stored on board {}{}\n", events.size(), events.size() == 1 ? "" : "s",
-               board,
-               rotations == 0 ? "" : fmt::format(", {} rotation{}", rotations, rotations == 1 ? "" : "s"));
+    fmt::print(
+        "{} event{} stored on board {}{}\n", events.size(), events.size() == 1 ? "" : "s", board,
+        rotations == 0 ? "" : fmt::format(", {} rotation{}", rotations, rotations == 1 ? "" : "s"));
 }
 
 }
@@ -223,7 +221,8 @@ void addSelAdd(CLI::App& sel, Globals& globals)
                      "Partitions that the events concern, as 0,2")
         ->type_name("LIST");
     command
-        ->add_option("--part-number", options->fields.partNumber, "Part number of the unit involved")
+        ->add_option("--part-number", options->fields.partNumber,
+                     "Part number of the unit involved")
         ->type_name("TEXT");
     command
         ->add_option("--serial-number", options->fields.serialNumber,

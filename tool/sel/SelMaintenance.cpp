@@ -52,9 +52,9 @@ void initialise(const Globals& globals)
             throw storeError(BMCSELDataFile::REWRITE_FAILED, workingFile(sb));
         }
         const bool isRestored = isFile(backupFile(sb));
-        const char* const what = isRestored            ? "taken from its backup"
+        const char* const what = isRestored     ? "taken from its backup"
                                  : wasThere[sb] ? "kept"
-                                                       : "created";
+                                                : "created";
         fmt::print("board {}: {} {}\n", board, workingFile(sb), what);
     }
 }
@@ -92,8 +92,8 @@ void restore(unsigned char board)
             : fileError(path + " cannot be read: " + error.message());
     }
     if (size != Layout::FILE_SIZE) {
-        throw dataError(fmt::format("{}: {} bytes long, expected {}", path, size,
-                                    +Layout::FILE_SIZE));
+        throw dataError(
+            fmt::format("{}: {} bytes long, expected {}", path, size, +Layout::FILE_SIZE));
     }
     createFolderOf(workingFile(board));
     if (BMCSELDataFile().restoreTmpSel(board) != 1) {
@@ -116,8 +116,8 @@ void addBoardCommand(CLI::App& sel, Globals& globals, const char* name, const ch
                      void (*action)(unsigned char))
 {
     const auto board = std::make_shared<BoardOption>();
-    CLI::App* const command = addCommand(sel, name, description,
-                                         fmt::format("recordkit sel {} --board 1", name).c_str());
+    CLI::App* const command =
+        addCommand(sel, name, description, fmt::format("recordkit sel {} --board 1", name).c_str());
     board->addTo(*command);
     command->callback([board, action, &globals] { action(board->get(globals)); });
 }

@@ -48,11 +48,10 @@ Pair lookUp(unsigned char eventType, unsigned char sensorType)
     map.getAlarmMasks(eventType, sensorType, pair.alarm, pair.warning);
     pair.isKnown = pair.alarm != UNWRITTEN;
     pair.alarm = pair.isKnown ? pair.alarm : 0;
-    map.getSeverityMasks(eventType, sensorType, pair.masks[SeverityMap::SEV_NONCRITICAL],
-                         pair.masks[SeverityMap::SEV_CRITICAL],
-                         pair.masks[SeverityMap::SEV_NONRECOVERABLE],
-                         pair.masks[SeverityMap::SEV_MONITOR],
-                         pair.masks[SeverityMap::SEV_INFORMATIONAL]);
+    map.getSeverityMasks(
+        eventType, sensorType, pair.masks[SeverityMap::SEV_NONCRITICAL],
+        pair.masks[SeverityMap::SEV_CRITICAL], pair.masks[SeverityMap::SEV_NONRECOVERABLE],
+        pair.masks[SeverityMap::SEV_MONITOR], pair.masks[SeverityMap::SEV_INFORMATIONAL]);
     return pair;
 }
 
@@ -106,8 +105,9 @@ void printTable(bool isJson, bool hasColour)
         fmt::print("{}", indented(json));
         return;
     }
-    const Table table({{"EVENT TYPE", 20}, {"SENSOR TYPE", 38}, {"OFFSET", 6}, {"SEVERITY", 15}, {"EVENT", 0}},
-                      hasColour);
+    const Table table(
+        {{"EVENT TYPE", 20}, {"SENSOR TYPE", 38}, {"OFFSET", 6}, {"SEVERITY", 15}, {"EVENT", 0}},
+        hasColour);
     std::string text = table.header();
     for (const Pair& pair : pairs) {
         const std::string eventType =

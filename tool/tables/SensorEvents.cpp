@@ -174,6 +174,10 @@ constexpr EventWordsRow ROWS[] = {
     {0x23, 1, "Hard Reset"},
     {0x23, 2, "Power Down"},
     {0x23, 3, "Power Cycle"},
+    {0x23, 4, "reserved"},
+    {0x23, 5, "reserved"},
+    {0x23, 6, "reserved"},
+    {0x23, 7, "reserved"},
     {0x23, 8, "Timer interrupt"},
     {0x24, 0, "Platform generated page"},
     {0x24, 1, "Platform generated LAN alert"},
@@ -215,7 +219,7 @@ constexpr EventWordsRow ROWS[] = {
     {0x2C, 7, "FRU Communication Lost"},
 };
 // clang-format on
-static_assert(std::size(ROWS) == 204, "the sensor-specific offsets of sensor types 01h to 2Ch");
+static_assert(std::size(ROWS) == 208, "the sensor-specific offsets of sensor types 01h to 2Ch");
 
 }
 
