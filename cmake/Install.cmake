@@ -9,7 +9,7 @@ if(RECORDKIT_PLATFORM STREQUAL "host")
     list(APPEND RECORDKIT_INSTALLED recordkit-host)
     install(TARGETS recordkit-command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
     install(FILES docs/man/recordkit.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-    set(RECORDKIT_REQUIRES "Requires.private: recordkit-host")
+    set(RECORDKIT_REQUIRES "Requires: recordkit-host")
     configure_file(cmake/recordkit-host.pc.in recordkit-host.pc @ONLY)
     install(FILES ${CMAKE_BINARY_DIR}/recordkit-host.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

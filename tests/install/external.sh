@@ -1,0 +1,26 @@
+#!/bin/sh
+# SPDX-License-Identifier: Apache-2.0
+# The library alone, against a firmware's own siblings: it leaves exactly their symbols undefined.
+#
+#   external.sh SOURCE-FOLDER CXX
+set -eu
+source=$1
+cxx=$2
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+
+cmake -S "$source" -B "$scratch" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_BUILD_TYPE=Debug \
+    -DRECORDKIT_PLATFORM=external >"$scratch/log"
+cmake --build "$scratch" >>"$scratch/log"
+[ ! -e "$scratch/librecordkit-host.so" ] || {
+    echo "external: a host library was built" >&2
+    exit 1
+}
+cmake --install "$scratch" --prefix "$scratch/prefix" >>"$scratch/log"
+
+# What the C and C++ libraries define has a version; what is weak need not be there.
+nm -D --undefined-only --with-symbol-versions "$scratch/librecordkit.so" |
+    awk '$1 == "U" && $2 !~ /@/ { print $2 }' | c++filt | LC_ALL=C sort >"$scratch/symbols"
+grep -v "^#" "$source/tests/install/sibling_symbols.txt" >"$scratch/expected"
+diff -u "$scratch/expected" "$scratch/symbols"
+echo "external: exactly the siblings' symbols are undefined"

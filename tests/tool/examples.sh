@@ -1,0 +1,20 @@
+#!/bin/sh
+# SPDX-License-Identifier: Apache-2.0
+# The example programs do what they say.
+#
+#   examples.sh EXAMPLES-FOLDER [EMULATOR...]
+set -eu
+examples=$1
+shift
+root=$(mktemp -d)
+trap 'rm -rf "$root"' EXIT
+mkdir -p "$root/tmp" "$root/var/tmp" "$root/var/tav/fmem/ipmi"
+record=0100020cb62967200004
+[ "$("$@" "$examples/classify_event")" = "0100020000000020000407606f01ffff severity 3" ]
+[ "$("$@" "$examples/store_event" "$root")" = stored ]
+[ "$("$@" "$examples/store_event" "$root")" = stored ]
+"$@" "$examples/list_events" "$root" >"$root/listing"
+diff "$root/listing" - <<LISTING
+2 ${record}07606f01ffff
+1 ${record}07606f01ffff
+LISTING
