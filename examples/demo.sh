@@ -49,6 +49,7 @@ if "$build/tests/rotation_victim" "$root" 1 "$(first_rename)" 2>/dev/null; then
     echo "the rotation was not killed" >&2
     exit 1
 fi
+echo "(killed before the first file of the chain was renamed)"
 
 step "What the administrator is told: the working file is empty, its events are in the backup."
 show sel check --board 1 || echo "(exit status $?)"

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <numeric>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -107,10 +108,8 @@ std::vector<unsigned char> BoardsOption::get(const Globals& globals) const
     if (text != "all") {
         return {parseBoard(text, globals)};
     }
-    std::vector<unsigned char> all;
-    for (int board = 0; board < globals.getBoards(); ++board) {
-        all.push_back(static_cast<unsigned char>(board));
-    }
+    std::vector<unsigned char> all(static_cast<std::size_t>(globals.getBoards()));
+    std::iota(all.begin(), all.end(), static_cast<unsigned char>(0));
     return all;
 }
 

@@ -73,10 +73,9 @@ public:
     /// ipmitool asks again until the simulator has come up.
     Outcome ipmitool(const Arguments& arguments) const
     {
-        Arguments words = {"ipmitool", "-I",   "lan",       "-H", "127.0.0.1",
-                           "-p",       std::to_string(port), "-U", "admin",
-                           "-P",       "test", "-N",        "1",  "-R",
-                           "30"};
+        Arguments words = {
+            "ipmitool", "-I",   "lan", "-H", "127.0.0.1", "-p", std::to_string(port), "-U", "admin",
+            "-P",       "test", "-N",  "1",  "-R",        "30"};
         words.insert(words.end(), arguments.begin(), arguments.end());
         return run(words);
     }
@@ -165,8 +164,8 @@ TEST(Simulator, HasNoWordsForAnEventThatWeHaveNone)
     const auto theirs = linesById(simulator.ipmitool({"sel", "elist"}).out);
 
     const Bytes raw = readFile(root.at("/events.raw"));
-    const auto ours = importEvents("events.raw", std::string(raw.begin(), raw.end()),
-                                   ImportFormat::AUTO, {});
+    const auto ours =
+        importEvents("events.raw", std::string(raw.begin(), raw.end()), ImportFormat::AUTO, {});
     // The simulator may begin with an event of its own for the clearing.
     ASSERT_GE(ours.size(), sent.size());
     const std::size_t before = ours.size() - sent.size();

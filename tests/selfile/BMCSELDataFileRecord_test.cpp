@@ -3,7 +3,9 @@
 #include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include "StoreFixture.h"
 
@@ -24,22 +26,17 @@ using StoreFirst = StoreRecord;
 using StoreLast = StoreRecord;
 using StoreByNumber = StoreRecord;
 
-/// Lets the process open no further descriptor for the lifetime of the object.
-class NoMoreDescriptors {
-public:
-    NoMoreDescriptors()
-    {
-        ::getrlimit(RLIMIT_NOFILE, &before);
-        const rlimit none = {0, before.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &none);
-    }
-    ~NoMoreDescriptors() { ::setrlimit(RLIMIT_NOFILE, &before); }
-    NoMoreDescriptors(const NoMoreDescriptors&) = delete;
-    NoMoreDescriptors& operator=(const NoMoreDescriptors&) = delete;
-
-private:
-    rlimit before = {};
-};
+/// Puts a socket in the place of a file: it may be read, but open(2) refuses it.
+void makeSocket(const std::string& path)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path.size(), sizeof address.sun_path);
+    path.copy(address.sun_path, path.size());
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(::bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ::close(fd);
+}
 
 }
 
@@ -290,15 +287,10 @@ TEST_F(StoreFirst, FileThatMayNotBeReadIsZero)
 
 TEST_F(StoreFirst, FileThatCannotBeOpenedIsOneWithTheRecordUntouched)
 {
-    writeFile(kept(3), fileOf(800, 500));
-    int result = 0;
-    {
-        const NoMoreDescriptors limit;
-        result = store.readFirstRecord(SB, out);
-    }
-    EXPECT_EQ(result, 1);
+    makeSocket(kept(3));
+    EXPECT_EQ(store.readFirstRecord(SB, out), 1);
     EXPECT_EQ(imageOf(out), UNTOUCHED);
-    EXPECT_EQ(trace.lines(), Lines({openFailed(kept(3), EMFILE)}));
+    EXPECT_EQ(trace.lines(), Lines({openFailed(kept(3), ENXIO)}));
 }
 
 TEST_F(StoreLast, ReadsTheNewestRecordOfOneFile)

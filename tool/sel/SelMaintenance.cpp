@@ -40,21 +40,21 @@ void initialise(const Globals& globals)
     createFolderOf(workingFile(0));
     createFolderOf(backupFile(0));
     createFolderOf(BMCSELDataFile::getShiftRequestFile());
-    const int boards = globals.getBoards();
-    std::vector<bool> wasThere;
-    for (int board = 0; board < boards; ++board) {
-        wasThere.push_back(isFile(workingFile(static_cast<unsigned char>(board))));
+    const auto boards = static_cast<std::size_t>(globals.getBoards());
+    std::vector<bool> wasThere(boards);
+    for (std::size_t board = 0; board < boards; ++board) {
+        wasThere[board] = isFile(workingFile(static_cast<unsigned char>(board)));
     }
     BMCSELDataFile().initialTruncate();
-    for (int board = 0; board < boards; ++board) {
+    for (std::size_t board = 0; board < boards; ++board) {
         const auto sb = static_cast<unsigned char>(board);
         if (!isFile(workingFile(sb))) {
             throw storeError(BMCSELDataFile::REWRITE_FAILED, workingFile(sb));
         }
-        const bool isRestored = isFile(backupFile(sb));
-        const char* const what = isRestored     ? "taken from its backup"
-                                 : wasThere[sb] ? "kept"
-                                                : "created";
+        const char* what = wasThere[board] ? "kept" : "created";
+        if (isFile(backupFile(sb))) {
+            what = "taken from its backup";
+        }
         fmt::print("board {}: {} {}\n", board, workingFile(sb), what);
     }
 }
