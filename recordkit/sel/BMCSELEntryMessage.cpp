@@ -44,11 +44,7 @@ unsigned int BMCSELEntryMessage::getSerialized(unsigned char* buf, unsigned int 
     if (used == 0) {
         return 0;
     }
-    // The size is the most derived class's, which may exceed what this class holds.
-    const unsigned int rest = needed - used;
-    const unsigned int held = std::min<unsigned int>(rest, TRAILER_SIZE);
-    std::copy_n(trailer, held, buf + used);
-    std::fill_n(buf + used + held, rest - held, static_cast<unsigned char>(0));
+    appendPart(buf + used, needed - used, trailer, TRAILER_SIZE);
     return needed;
 }
 

@@ -51,11 +51,7 @@ unsigned int OEMSELEntry::getSerialized(unsigned char* buf, unsigned int size) c
     if (used == 0 || used == needed) {
         return used;
     }
-    // The size is the most derived class's, which may exceed what this class holds.
-    const unsigned int rest = needed - used;
-    const unsigned int held = std::min<unsigned int>(rest, EXTENDED_SIZE);
-    std::copy_n(extended, held, buf + used);
-    std::fill_n(buf + used + held, rest - held, static_cast<unsigned char>(0));
+    appendPart(buf + used, needed - used, extended, EXTENDED_SIZE);
     return needed;
 }
 

@@ -110,6 +110,14 @@ unsigned char SELEntry::getLUN() const
     return generatorId1 == PINNED_SOFTWARE_ID ? PINNED_LUN : get_bit(generatorId2, 0, 2);
 }
 
+void SELEntry::appendPart(unsigned char* end, unsigned int rest, const unsigned char* part,
+                          unsigned int partSize)
+{
+    const unsigned int held = std::min(rest, partSize);
+    std::copy_n(part, held, end);
+    std::fill_n(end + held, rest - held, static_cast<unsigned char>(0));
+}
+
 void SELEntry::requireRecordLength(int needed) const
 {
     if (needed > recordLength) {

@@ -84,6 +84,10 @@ protected:
     /// The whole image storage, 18 bytes, of which recordLength + 2 are valid.
     const unsigned char* getImage() const { return image; }
     int getRecordLength() const { return recordLength; }
+    /// Ends an image with the `rest` bytes that its size claims: those held, then zeroes where
+    /// the size is that of a derived class which claims more.
+    static void appendPart(unsigned char* end, unsigned int rest, const unsigned char* part,
+                           unsigned int partSize);
     unsigned int recordSize() const { return static_cast<unsigned int>(recordLength); }
 
 private:

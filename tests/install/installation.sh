@@ -43,7 +43,7 @@ find "$prefix/include/recordkit" -name '*.h' | while read -r header; do
         exit 1
 done >"$scratch/headers.log" || fail "a header does not compile by itself"
 
-cmake -S "$source/tests/install/consumer" -B "$scratch/cmake" -DCMAKE_CXX_COMPILER="$cxx" \
+cmake -S "$source/tests/install/consumer" -B "$scratch/cmake" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" \
     -DCMAKE_PREFIX_PATH="$prefix" >"$scratch/cmake.log" || fail "find_package"
 cmake --build "$scratch/cmake" >>"$scratch/cmake.log" || fail "the CMake program"
 "$scratch/cmake/consumer" | grep -q "^$expected" || fail "what the CMake program prints"

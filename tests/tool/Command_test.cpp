@@ -6,6 +6,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <pty.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -117,6 +118,38 @@ protected:
 };
 
 using Ids = std::vector<int>;
+
+/// Runs a program with a terminal for its streams; false when there is none to be had.
+bool runOnTerminal(const Arguments& words, const Arguments& environment, std::string& shown)
+{
+    int terminal = -1;
+    const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == -1) {
+        return false;
+    }
+    if (child == 0) {
+        ::unsetenv("NO_COLOR");
+        for (const std::string& entry : environment) {
+            ::putenv(const_cast<char*>(entry.c_str()));
+        }
+        std::vector<char*> arguments;
+        for (const std::string& word : words) {
+            arguments.push_back(const_cast<char*>(word.c_str()));
+        }
+        arguments.push_back(nullptr);
+        ::execvp(arguments[0], arguments.data());
+        ::_exit(127);
+    }
+    shown.clear();
+    char piece[4096];
+    // The terminal reports an error when its last user is gone.
+    for (ssize_t count = 0; (count = ::read(terminal, piece, sizeof piece)) > 0;) {
+        shown.append(piece, static_cast<std::size_t>(count));
+    }
+    ::close(terminal);
+    ::waitpid(child, nullptr, 0);
+    return true;
+}
 
 }
 
@@ -371,18 +404,33 @@ TEST_F(Command, ListIsColouredOnATerminal)
 {
     initialise();
     ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, THERMAL_TRIP)).status, 0);
-    // script(1) gives the command a terminal.
-    std::string line;
-    for (const std::string& word : recordkit({"--root", root.path(), "sel", "list"})) {
-        line += word + " ";
+    const Arguments words = recordkit({"--root", root.path(), "sel", "list"});
+    std::string shown;
+    if (!runOnTerminal(words, {}, shown)) {
+        GTEST_SKIP() << "no terminal can be made here";
     }
-    if (run({"script", "--version"}).status != 0) {
-        GTEST_SKIP() << "there is no script(1) here";
+    EXPECT_NE(shown.find("\033[1;31mnon-recoverable\033[0m"), std::string::npos) << shown;
+    ASSERT_TRUE(runOnTerminal(words, {"NO_COLOR=1"}, shown));
+    EXPECT_NE(shown.find("non-recoverable"), std::string::npos);
+    EXPECT_EQ(shown.find('\033'), std::string::npos) << shown;
+}
+
+TEST_F(Command, AddDrawsAProgressBarOnATerminal)
+{
+    initialise();
+    std::string lines;
+    for (unsigned int id = 1; id <= 2500; ++id) {
+        lines += eventAt(id, TIME_1, THERMAL_TRIP);
     }
-    const std::string red = "\033[1;31mnon-recoverable\033[0m";
-    EXPECT_NE(run({"script", "-qec", line, "/dev/null"}).out.find(red), std::string::npos);
-    EXPECT_EQ(run({"script", "-qec", line, "/dev/null"}, "", {"NO_COLOR=1"}).out.find('\033'),
-              std::string::npos);
+    writeFile(root.at("/events"), lines);
+    std::string shown;
+    if (!runOnTerminal(
+            recordkit({"--root", root.path(), "sel", "add", root.at("/events"), "--rotate"}), {},
+            shown)) {
+        GTEST_SKIP() << "no terminal can be made here";
+    }
+    EXPECT_NE(shown.find("] 50 %"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("2500 events stored on board 0, 3 rotations"), std::string::npos);
 }
 
 TEST_F(Command, ListGivesStableFieldNames)
@@ -406,6 +454,19 @@ TEST_F(Command, ListGivesStableFieldNames)
     EXPECT_EQ(actual["image"].get<std::string>().size(), 276U);
     actual.erase("image");
     EXPECT_EQ(actual, expected);
+}
+
+TEST_F(Command, EveryFieldNameIsInTheManualPage)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, FAN_WARNING)).status, 0);
+    const Bytes bytes = readFile(RECORDKIT_SOURCE "/docs/man/recordkit.1");
+    const std::string page(bytes.begin(), bytes.end());
+    const std::string fields = page.substr(page.find(".SH FIELDS"), page.find(".SH EXIT STATUS"));
+    const std::vector<Json> events = listed({});
+    for (const auto& field : events.at(0).items()) {
+        EXPECT_NE((" " + fields).find(" " + field.key()), std::string::npos) << field.key();
+    }
 }
 
 TEST_F(Command, ListWritesTheSameEventsInEveryFormat)

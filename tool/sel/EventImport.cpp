@@ -169,50 +169,45 @@ Bytes parseHex(const std::string& text, const std::string& name, const std::stri
     return bytes;
 }
 
-std::string withoutComment(const std::string& line)
-{
-    return line.substr(0, line.find('#'));
-}
-
 bool isBlank(const std::string& text)
 {
     return std::all_of(text.begin(), text.end(),
                        [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; });
 }
 
-std::vector<ImportedEvent> fromHexText(const std::string& name, const std::string& content,
-                                       const OemFields& fields)
+/// The record bytes of one line; none for a line without a record.
+using LineParser = Bytes (*)(const std::string& line, const std::string& name,
+                             const std::string& place);
+
+Bytes fromHexLine(const std::string& line, const std::string& name, const std::string& place)
 {
-    std::vector<ImportedEvent> events;
-    std::istringstream lines(content);
-    unsigned int number = 0;
-    for (std::string line; std::getline(lines, line);) {
-        const std::string place = fmt::format("line {}", ++number);
-        const std::string text = withoutComment(line);
-        if (!isBlank(text)) {
-            events.push_back({complete(parseHex(text, name, place), fields, name, place), place});
-        }
-    }
-    return events;
+    return parseHex(line.substr(0, line.find('#')), name, place);
 }
 
-std::vector<ImportedEvent> fromNdjson(const std::string& name, const std::string& content,
-                                      const OemFields& fields)
+Bytes fromNdjsonLine(const std::string& line, const std::string& name, const std::string& place)
+{
+    if (isBlank(line)) {
+        return {};
+    }
+    const Json object = Json::parse(line, nullptr, false);
+    if (!object.is_object() || !object.contains("image") || !object["image"].is_string()) {
+        throw badRecord(name, place, "expected an object with a text \"image\" of hex digits");
+    }
+    return parseHex(object["image"].get<std::string>(), name, place);
+}
+
+std::vector<ImportedEvent> fromLines(const std::string& name, const std::string& content,
+                                     LineParser parse, const OemFields& fields)
 {
     std::vector<ImportedEvent> events;
     std::istringstream lines(content);
     unsigned int number = 0;
     for (std::string line; std::getline(lines, line);) {
         const std::string place = fmt::format("line {}", ++number);
-        if (isBlank(line)) {
-            continue;
+        const Bytes record = parse(line, name, place);
+        if (!record.empty()) {
+            events.push_back({complete(record, fields, name, place), place});
         }
-        const Json object = Json::parse(line, nullptr, false);
-        if (!object.is_object() || !object.contains("image") || !object["image"].is_string()) {
-            throw badRecord(name, place, "expected an object with a text \"image\" of hex digits");
-        }
-        const Bytes record = parseHex(object["image"].get<std::string>(), name, place);
-        events.push_back({complete(record, fields, name, place), place});
     }
     return events;
 }
@@ -240,9 +235,9 @@ std::vector<ImportedEvent> import(const std::string& name, const std::string& co
 {
     switch (format) {
     case ImportFormat::HEX:
-        return fromHexText(name, content, fields);
+        return fromLines(name, content, fromHexLine, fields);
     case ImportFormat::NDJSON:
-        return fromNdjson(name, content, fields);
+        return fromLines(name, content, fromNdjsonLine, fields);
     default:
         return fromBinary(name, content, format == ImportFormat::WIRE, fields);
     }
