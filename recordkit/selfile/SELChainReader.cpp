@@ -26,13 +26,15 @@ SELChainReader::SELChainReader(unsigned char sb, Order walkOrder) : order(walkOr
     if (order == NEWEST_FIRST) {
         std::reverse(files.begin(), files.end());
     }
+    goToFile(0);
 }
+
+SELChainReader::~SELChainReader() = default;
 
 bool SELChainReader::next(Record& record)
 {
     while (file < files.size() && position == files[file].count) {
-        ++file;
-        position = 0;
+        goToFile(file + 1);
     }
     if (file == files.size()) {
         return false;
@@ -41,9 +43,21 @@ bool SELChainReader::next(Record& record)
     record.slot = order == OLDEST_FIRST ? position : current.count - 1 - position;
     record.fileIndex = current.index;
     record.logNumber = current.firstLogNumber == 0 ? 0 : current.firstLogNumber + record.slot;
-    record.image = current.bytes.data() + std::size_t{record.slot} * SLOT_SIZE;
+    record.image = current.scan->slot(record.slot);
     ++position;
     return true;
+}
+
+void SELChainReader::goToFile(std::size_t number)
+{
+    file = number;
+    position = 0;
+    if (file < files.size() && files[file].count != 0) {
+        File& current = files[file];
+        current.scan->read();
+        // Emptied since it was counted, by a rotation or by clearing: its records are elsewhere.
+        current.count = std::min(current.count, current.scan->getCount());
+    }
 }
 
 void SELChainReader::addRotatedFiles(unsigned char sb)
@@ -61,18 +75,19 @@ void SELChainReader::addRotatedFiles(unsigned char sb)
 void SELChainReader::addFile(unsigned char sb, int index)
 {
     const std::string path = BMCSELDataFile().getFileName(sb, index, TEMPORARY);
-    SELFileScan scan(path);
-    const std::string text = scan.describeDamage();
+    auto scan = std::make_unique<SELFileScan>(path, buffer);
+    const std::string text = scan->describeDamage();
     const bool isWorkingFile = index == 0;
-    if (!text.empty() && (isWorkingFile || !scan.isMissing())) {
+    if (!text.empty() && (isWorkingFile || !scan->isMissing())) {
         damage.push_back({index, path, text});
     }
-    if (!isWorkingFile && (scan.isMissing() || (scan.getError() == 0 && !scan.isRightSize()))) {
+    if (!isWorkingFile && (scan->isMissing() || (scan->getError() == 0 && !scan->isRightSize()))) {
         return;
     }
     const bool isCounted =
-        scan.getCode() == BMCSELDataFile::SUCCESS || scan.getCode() == BMCSELDataFile::FILE_FULL;
-    files.push_back({index, isCounted ? 1U : 0U, scan.getCount(), scan.takeBytes()});
+        scan->getCode() == BMCSELDataFile::SUCCESS || scan->getCode() == BMCSELDataFile::FILE_FULL;
+    const unsigned int count = scan->getCount();
+    files.push_back({index, isCounted ? 1U : 0U, count, std::move(scan)});
 }
 
 }

@@ -2,6 +2,7 @@
 #ifndef RECORDKIT_SELFILE_SELCHAINREADER_H
 #define RECORDKIT_SELFILE_SELCHAINREADER_H
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,11 +10,15 @@
 
 namespace TAVLib::RecordKit {
 
+class SELFileScan;
+
 /// Walks the whole event log of one board, for callers that list everything: each file is opened
 /// once and read in one piece, where readStoredRecord counts the chain again for every record.
 ///
-/// The constructor reads the chain; what is written later is not seen. At most eight files of
-/// 110400 bytes are held. Nothing is traced or thrown but std::bad_alloc.
+/// The constructor opens the chain and counts it; the descriptors stay open as long as the
+/// reader, so that a rotation in the meantime does not mix files up. One file is in memory at a
+/// time (110400 bytes). Events stored after the constructor are not given. Nothing is traced or
+/// thrown but std::bad_alloc.
 class RECORDKIT_API SELChainReader {
 public:
     enum Order { OLDEST_FIRST, NEWEST_FIRST };
@@ -24,7 +29,7 @@ public:
         unsigned int logNumber;
         int fileIndex;              ///< 0 working file, 1 to 7 rotated
         unsigned int slot;          ///< 0 to 799
-        const unsigned char* image; ///< 138 bytes, valid as long as the reader
+        const unsigned char* image; ///< 138 bytes, valid until the next record is asked for
     };
 
     /// A file that could not be read as one of the chain.
@@ -35,6 +40,9 @@ public:
     };
 
     explicit SELChainReader(unsigned char sb, Order order = OLDEST_FIRST);
+    ~SELChainReader();
+    SELChainReader(const SELChainReader&) = delete;
+    SELChainReader& operator=(const SELChainReader&) = delete;
 
     /// Gives the next record; false behind the last.
     bool next(Record& record);
@@ -48,13 +56,15 @@ private:
         int index;
         unsigned int firstLogNumber; ///< 0 for a damaged file
         unsigned int count;
-        std::vector<unsigned char> bytes;
+        std::unique_ptr<SELFileScan> scan;
     };
 
     void addRotatedFiles(unsigned char sb);
     void addFile(unsigned char sb, int index);
+    void goToFile(std::size_t number);
 
     Order order;
+    std::vector<unsigned char> buffer;
     std::vector<File> files; ///< in the order of the walk
     std::vector<Damage> damage;
     unsigned int total = 0;

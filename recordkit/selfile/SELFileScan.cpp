@@ -14,9 +14,33 @@ namespace TAVLib::RecordKit {
 
 using namespace SELFileLayout;
 
-SELFileScan::SELFileScan(const std::string& path) : code(BMCSELDataFile::OPEN_FAILED)
+SELFileScan::SELFileScan(const std::string& path, Buffer& sharedBuffer)
+    : buffer(sharedBuffer), fd(TEMP_FAILURE_RETRY(::open(path.c_str(), O_RDONLY | O_CLOEXEC))),
+      code(BMCSELDataFile::OPEN_FAILED)
 {
-    load(path);
+    if (fd == -1) {
+        error = errno;
+    } else {
+        read();
+    }
+}
+
+SELFileScan::~SELFileScan()
+{
+    if (fd != -1) {
+        ::close(fd);
+    }
+}
+
+void SELFileScan::read()
+{
+    if (fd == -1) {
+        return;
+    }
+    count = 0;
+    strayCount = 0;
+    code = BMCSELDataFile::OPEN_FAILED;
+    fillBuffer();
     if (error == 0) {
         findTail();
         findStrays();
@@ -56,34 +80,28 @@ std::string SELFileScan::describeDamage() const
     return text;
 }
 
-void SELFileScan::load(const std::string& path)
+void SELFileScan::fillBuffer()
 {
-    const int fd = TEMP_FAILURE_RETRY(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (fd == -1) {
-        error = errno;
-        return;
-    }
     struct stat status = {};
     if (::fstat(fd, &status) == -1) {
         error = errno;
-    } else {
-        size = static_cast<long>(status.st_size);
-        bytes.resize(FILE_SIZE);
-        std::size_t filled = 0;
-        ssize_t got = 1;
-        while (filled < bytes.size() && got > 0) {
-            got = TEMP_FAILURE_RETRY(::read(fd, bytes.data() + filled, bytes.size() - filled));
-            filled += got > 0 ? static_cast<std::size_t>(got) : 0;
-        }
-        error = got < 0 ? errno : 0;
-        bytes.resize(filled);
+        return;
     }
-    ::close(fd);
+    size = static_cast<long>(status.st_size);
+    buffer.resize(FILE_SIZE);
+    filled = 0;
+    ssize_t got = 1;
+    while (filled < buffer.size() && got > 0) {
+        got = TEMP_FAILURE_RETRY(::pread(fd, buffer.data() + filled, buffer.size() - filled,
+                                         static_cast<off_t>(filled)));
+        filled += got > 0 ? static_cast<std::size_t>(got) : 0;
+    }
+    error = got < 0 ? errno : 0;
 }
 
 void SELFileScan::findTail()
 {
-    const auto slots = static_cast<unsigned int>(bytes.size() / SLOT_SIZE);
+    const auto slots = static_cast<unsigned int>(filled / SLOT_SIZE);
     while (count < slots && idOf(slot(count)) != EMPTY_RECORD_ID) {
         ++count;
     }
@@ -92,14 +110,14 @@ void SELFileScan::findTail()
         return;
     }
     // A short slot behind the whole ones is judged as the store's own search does.
-    const std::size_t rest = bytes.size() % SLOT_SIZE;
+    const std::size_t rest = filled % SLOT_SIZE;
     constexpr std::size_t RECORD_ID_END = RECORD_ID_OFFSET + 2;
     if (rest != 0 && rest < RECORD_ID_END) {
         code = BMCSELDataFile::READ_FAILED;
     } else if (rest != 0 && idOf(slot(count)) == EMPTY_RECORD_ID) {
         code = BMCSELDataFile::DAMAGED_TAIL;
     } else {
-        const std::size_t end = bytes.size() + (rest == 0 ? 0 : SLOT_SIZE - rest);
+        const std::size_t end = filled + (rest == 0 ? 0 : SLOT_SIZE - rest);
         code = end == FILE_SIZE && size <= static_cast<long>(FILE_SIZE) ? BMCSELDataFile::FILE_FULL
                                                                         : BMCSELDataFile::NOT_FOUND;
     }
@@ -107,7 +125,7 @@ void SELFileScan::findTail()
 
 void SELFileScan::findStrays()
 {
-    const auto slots = static_cast<unsigned int>(bytes.size() / SLOT_SIZE);
+    const auto slots = static_cast<unsigned int>(filled / SLOT_SIZE);
     for (unsigned int i = count + 1; i < slots; ++i) {
         if (!isEmpty(slot(i))) {
             firstStray = strayCount == 0 ? i : firstStray;

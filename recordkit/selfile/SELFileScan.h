@@ -3,20 +3,29 @@
 #define RECORDKIT_SELFILE_SELFILESCAN_H
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <recordkit/selfile/SELFileLayout.h>
 
 namespace TAVLib::RecordKit {
 
-/// One event log file, opened once and read whole, and what its slots hold.
+/// One event log file, opened once and read in one piece, and what its slots hold.
 ///
-/// Of a file that is longer than it should be, only the leading 800 slots are looked at.
+/// Of a file that is longer than it should be, only the leading 800 slots are looked at. Nothing
+/// is traced or thrown but std::bad_alloc.
 class SELFileScan {
 public:
-    /// Reads the file; nothing is traced or thrown.
-    explicit SELFileScan(const std::string& path);
+    /// Where a file is read to: 110400 bytes, which several scans may share one after another.
+    using Buffer = std::vector<unsigned char>;
+
+    /// Opens the file and reads it for the first time.
+    SELFileScan(const std::string& path, Buffer& buffer);
+    ~SELFileScan();
+    SELFileScan(const SELFileScan&) = delete;
+    SELFileScan& operator=(const SELFileScan&) = delete;
+
+    /// Reads the file again, to have it in the buffer; what is known of it is known anew.
+    void read();
 
     bool isMissing() const;
     /// errno of the call that failed, 0 when the file was read.
@@ -29,32 +38,30 @@ public:
     unsigned int getCode() const { return code; }
     /// Records from slot 0 to the tail or to the damage.
     unsigned int getCount() const { return count; }
-    /// Slots behind the first empty one that are not empty, and the first of them.
-    unsigned int getStrayCount() const { return strayCount; }
-    unsigned int getFirstStray() const { return firstStray; }
 
     /// What an administrator must know of this file, in words; empty for a sound one.
     std::string describeDamage() const;
 
+    /// A slot in the buffer; it is this file's until another one is read.
     const unsigned char* slot(unsigned int index) const
     {
-        return bytes.data() + std::size_t{index} * SELFileLayout::SLOT_SIZE;
+        return buffer.data() + std::size_t{index} * SELFileLayout::SLOT_SIZE;
     }
-    /// The records from slot 0 on, getCount() slots; taken out of this object.
-    std::vector<unsigned char> takeBytes() { return std::move(bytes); }
 
 private:
-    void load(const std::string& path);
+    void fillBuffer();
     void findTail();
     void findStrays();
 
+    Buffer& buffer;
+    int fd;
     int error = 0;
     long size = -1;
+    std::size_t filled = 0;
     unsigned int code;
     unsigned int count = 0;
-    unsigned int strayCount = 0;
+    unsigned int strayCount = 0; ///< slots behind the first empty one that are not empty
     unsigned int firstStray = 0;
-    std::vector<unsigned char> bytes;
 };
 
 }

@@ -112,7 +112,8 @@ bool SELStoreCheck::recover(std::vector<std::string>& actions) const
 void SELStoreCheck::addFile(int index, int kind)
 {
     const std::string path = pathOf(board, index, kind);
-    const SELFileScan scan(path);
+    SELFileScan::Buffer buffer;
+    const SELFileScan scan(path, buffer);
     File file = {};
     file.index = index;
     file.kind = kind;
@@ -179,8 +180,10 @@ bool SELStoreCheck::isBackupPartOfWorkingFile() const
     if (backup.count > working.count) {
         return false;
     }
-    const SELFileScan current(working.path);
-    const SELFileScan saved(backup.path);
+    SELFileScan::Buffer currentSlots;
+    SELFileScan::Buffer savedSlots;
+    const SELFileScan current(working.path, currentSlots);
+    const SELFileScan saved(backup.path, savedSlots);
     return current.getCount() >= backup.count && saved.getCount() == backup.count &&
            std::equal(saved.slot(0), saved.slot(backup.count), current.slot(0));
 }

@@ -163,6 +163,27 @@ TEST_F(ChainReader, RecordsBehindTheTailAreReported)
                                " 2 slots used behind the tail, from slot 10 (offset 1380) on"}));
 }
 
+TEST_F(ChainReader, RotationInTheMeantimeDoesNotMixFilesUp)
+{
+    writeFile(working(), fileOf(2, 30));
+    writeFile(kept(1), fileOf(1, 20));
+    writeFile(kept(2), fileOf(2, 10));
+    SELChainReader reader(SB);
+    ASSERT_EQ(store.shiftSelFile(SB, true), 0);
+    // The rotated files are those that were opened; the working file is empty now.
+    EXPECT_EQ(walk(reader), Lines({"1:2:0:10", "2:2:1:11", "3:1:0:20"}));
+    EXPECT_EQ(oldestFirst(), Lines({"1:3:0:10", "2:3:1:11", "3:2:0:20", "4:1:0:30", "5:1:1:31"}));
+}
+
+TEST_F(ChainReader, EventsStoredInTheMeantimeAreNotGiven)
+{
+    writeFile(working(), fileOf(2, 30));
+    SELChainReader reader(SB, SELChainReader::NEWEST_FIRST);
+    auto record = fromBytes<Message>(slotOf(40));
+    ASSERT_EQ(store.writeRecord(SB, record), 1);
+    EXPECT_EQ(walk(reader), Lines({"2:0:1:31", "1:0:0:30"}));
+}
+
 TEST_F(ChainReader, TracesNothingAndLeavesNoDescriptorOpen)
 {
     writeFile(kept(1), fileOf(1, 20));
@@ -189,7 +210,8 @@ TEST_F(ChainReader, JudgesEveryFileAsTheStoreDoes)
     for (const Bytes& file : files) {
         writeFile(kept(4), file);
         unsigned long addr = 0;
-        EXPECT_EQ(SELFileScan(kept(4)).getCode(), store.getTailAddrEx(SB, 4, addr, 1))
+        SELFileScan::Buffer buffer;
+        EXPECT_EQ(SELFileScan(kept(4), buffer).getCode(), store.getTailAddrEx(SB, 4, addr, 1))
             << file.size();
     }
 }

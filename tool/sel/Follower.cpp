@@ -23,10 +23,16 @@ std::vector<Event> NewEvents::take(std::vector<std::string>& problems)
     }
     // Back to the last event given; when that is gone, everything is new.
     std::vector<Event> events;
+    bool isFound = false;
     SELChainReader::Record record = {};
-    while (reader.next(record) &&
-           !(hasLast && std::equal(last.begin(), last.end(), record.image))) {
-        events.push_back(decodeEvent(board, record));
+    while (!isFound && reader.next(record)) {
+        isFound = hasLast && std::equal(last.begin(), last.end(), record.image);
+        if (!isFound) {
+            events.push_back(decodeEvent(board, record));
+        }
+    }
+    if (hasLast && !isFound && isLastInBackup()) {
+        return {};
     }
     std::reverse(events.begin(), events.end());
     if (!events.empty()) {
@@ -36,19 +42,36 @@ std::vector<Event> NewEvents::take(std::vector<std::string>& problems)
     return events;
 }
 
+/// Between emptying the working file and the last rename, a rotation has it there alone.
+bool NewEvents::isLastInBackup() const
+{
+    TAVLib::RecordKit::BMCSELEntryMessage found;
+    unsigned long addr = 0;
+    std::array<unsigned char, SELFileLayout::SLOT_SIZE> image = {};
+    return BMCSELDataFile().searchRecord(backupFile(board), SELFileLayout::idOf(last.data()), found,
+                                         addr) == BMCSELDataFile::SUCCESS &&
+           found.getSerialized(image.data(), SELFileLayout::SLOT_SIZE) != 0 && image == last;
+}
+
 WriteWatch::WriteWatch(const std::vector<unsigned char>& boards) : fd(::inotify_init1(IN_CLOEXEC))
 {
     if (fd == -1) {
         throw systemError("the working files", "watched", errno);
     }
-    std::string folder;
+    // The folders, not the files: a restore or a rotation puts a new file in an old one's place.
     for (const unsigned char board : boards) {
-        const std::filesystem::path path = workingFile(board);
-        folder = path.parent_path().string();
-        names.push_back(path.filename().string());
+        const std::filesystem::path working = workingFile(board);
+        const std::filesystem::path newest = BMCSELDataFile().getFileName(board, 1, 1);
+        names.push_back(working.filename().string());
+        names.push_back(newest.filename().string());
+        watch(working.parent_path().string(), IN_MODIFY | IN_CREATE | IN_MOVED_TO);
+        watch(newest.parent_path().string(), IN_MOVED_TO);
     }
-    // The folder, not the files: a restore may put a new file in the place of an old one.
-    if (::inotify_add_watch(fd, folder.c_str(), IN_MODIFY | IN_CREATE | IN_MOVED_TO) == -1) {
+}
+
+void WriteWatch::watch(const std::string& folder, unsigned int events)
+{
+    if (::inotify_add_watch(fd, folder.c_str(), events) == -1) {
         const int error = errno;
         ::close(fd);
         throw systemError(folder, "watched", error);

@@ -15,15 +15,18 @@ public:
     explicit NewEvents(unsigned char sb) : board(sb) {}
 
     /// Oldest first. `problems` gets a line for each file that could not be read as it should.
+    /// Nothing is new in the middle of a rotation; when the last event is gone, all others are.
     std::vector<Event> take(std::vector<std::string>& problems);
 
 private:
+    bool isLastInBackup() const;
+
     unsigned char board;
     bool hasLast = false;
     std::array<unsigned char, SELFileLayout::SLOT_SIZE> last = {};
 };
 
-/// Waits for writes to the working files of some boards.
+/// Waits for writes to the working files of some boards, and for the ends of rotations.
 class WriteWatch {
 public:
     /// Begins to watch; throws CommandError (file).
@@ -36,8 +39,10 @@ public:
     void wait() const;
 
 private:
+    void watch(const std::string& folder, unsigned int events);
+
     int fd;
-    std::vector<std::string> names;
+    std::vector<std::string> names; ///< of files whose changes matter
 };
 
 }

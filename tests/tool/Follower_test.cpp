@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tool/sel/Follower.h"
+
+#include <filesystem>
+
+#include "selfile/StoreFixture.h"
+
+using namespace testing_support;
+using recordkit::tool::NewEvents;
+
+namespace {
+
+class NewEventsTest : public StoreTest {
+protected:
+    std::vector<unsigned int> taken()
+    {
+        std::vector<std::string> problems;
+        std::vector<unsigned int> ids;
+        for (const auto& event : events.take(problems)) {
+            ids.push_back(event.recordId);
+        }
+        return ids;
+    }
+
+    NewEvents events = NewEvents(SB);
+};
+
+using Ids = std::vector<unsigned int>;
+
+}
+
+TEST_F(NewEventsTest, AreGivenOnceAndOldestFirst)
+{
+    writeFile(working(), fileOf(3, 10));
+    EXPECT_EQ(taken(), Ids({10, 11, 12}));
+    EXPECT_EQ(taken(), Ids());
+    writeFile(working(), fileOf(5, 10));
+    EXPECT_EQ(taken(), Ids({13, 14}));
+}
+
+TEST_F(NewEventsTest, AreFoundBehindARotation)
+{
+    writeFile(working(), fileOf(3, 10));
+    EXPECT_EQ(taken(), Ids({10, 11, 12}));
+    writeFile(working(), fileOf(5, 10));
+    ASSERT_EQ(store.shiftSelFile(SB, true), 0);
+    writeFile(working(), fileOf(1, 15));
+    EXPECT_EQ(taken(), Ids({13, 14, 15}));
+}
+
+TEST_F(NewEventsTest, WaitForTheEndOfARotation)
+{
+    writeFile(kept(1), fileOf(800, 100));
+    writeFile(working(), fileOf(3, 10));
+    ASSERT_EQ(taken().size(), 803U);
+    // The working file is copied and emptied; then the chain is renamed, file by file.
+    writeFile(working(), fileOf(4, 10));
+    ASSERT_EQ(store.makeCopySELFile(SB), 0U);
+    EXPECT_EQ(taken(), Ids());
+    std::filesystem::rename(kept(1), kept(2));
+    EXPECT_EQ(taken(), Ids());
+    std::filesystem::rename(kept(0), kept(1));
+    EXPECT_EQ(taken(), Ids({13}));
+}
+
+TEST_F(NewEventsTest, AreAllOfThemWhenTheLogWasCleared)
+{
+    writeFile(working(), fileOf(3, 10));
+    EXPECT_EQ(taken(), Ids({10, 11, 12}));
+    ASSERT_EQ(store.clearAllRecord(SB), 0U);
+    EXPECT_EQ(taken(), Ids());
+    writeFile(working(), fileOf(2, 1));
+    EXPECT_EQ(taken(), Ids({1, 2}));
+}
