@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Several processes and threads on one board's event log.
+#include <fstream>
 #include <map>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
+#include <recordkit/platform/LockedFile.h>
 #include <recordkit/selfile/SELChainReader.h>
 
 #include "StoreFixture.h"
@@ -75,6 +78,86 @@ bool exitedWith(pid_t child, int status)
            WEXITSTATUS(result) == status;
 }
 
+}
+
+namespace {
+
+/// Returns when somebody waits for the lock of a file; false where the system does not tell.
+bool waitForSomebodyToWait(const std::string& path)
+{
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) {
+        return false;
+    }
+    const std::string inode = ":" + std::to_string(status.st_ino) + " ";
+    for (;;) {
+        std::ifstream locks("/proc/locks");
+        if (!locks) {
+            return false;
+        }
+        for (std::string line; std::getline(locks, line);) {
+            if (line.find("-> FLOCK") != std::string::npos &&
+                line.find(inode) != std::string::npos) {
+                return true;
+            }
+        }
+        std::this_thread::yield();
+    }
+}
+
+}
+
+TEST_F(StoreConcurrency, WriterFindsTheTailAgainUnderTheLock)
+{
+    writeFile(working(), fileOf(700, 5000));
+    int result = 0;
+    bool isTold = true;
+    std::thread writer;
+    {
+        TAVLib::LockedFile file(working());
+        writer = std::thread([&result] {
+            auto record = fromBytes<Message>(slotOf(1));
+            result = BMCSELDataFile().writeRecord(SB, record);
+        });
+        isTold = waitForSomebodyToWait(working());
+        // The slot that the writer found is taken by another record meanwhile.
+        const Bytes other = slotOf(2);
+        file.lseek(700 * SLOT, SEEK_SET);
+        file.write(other.data(), SLOT);
+    }
+    writer.join();
+    if (!isTold) {
+        GTEST_SKIP() << "there is no /proc/locks here";
+    }
+    EXPECT_EQ(result, 1);
+    const Bytes file = readFile(working());
+    EXPECT_EQ(part(file, 700 * SLOT, SLOT), slotOf(2));
+    EXPECT_EQ(part(file, 701 * SLOT, SLOT), slotOf(1));
+}
+
+TEST_F(StoreConcurrency, WriterLeavesNoGapWhenTheFileWasEmptiedMeanwhile)
+{
+    writeFile(working(), fileOf(700, 5000));
+    int result = 0;
+    bool isTold = true;
+    std::thread writer;
+    {
+        TAVLib::LockedFile file(working());
+        writer = std::thread([&result] {
+            auto record = fromBytes<Message>(slotOf(1));
+            result = BMCSELDataFile().writeRecord(SB, record);
+        });
+        isTold = waitForSomebodyToWait(working());
+        const Bytes empty(FULL_FILE, 0xFF);
+        file.truncFile(0);
+        file.write(empty.data(), FULL_FILE);
+    }
+    writer.join();
+    if (!isTold) {
+        GTEST_SKIP() << "there is no /proc/locks here";
+    }
+    EXPECT_EQ(result, 1);
+    EXPECT_EQ(readFile(working()), slotOf(1) + Bytes(FULL_FILE - SLOT, 0xFF));
 }
 
 TEST_F(StoreConcurrency, ProcessesLoseTearAndRepeatNoRecord)

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <filesystem>
 #include <map>
+#include <sstream>
 
 #include <recordkit/selfile/SELChainReader.h>
 #include <recordkit/selfile/SELStoreCheck.h>
@@ -114,6 +115,23 @@ TEST_P(RotationKill, LosesNoEventAtAnyStep)
         EXPECT_EQ(store.fullEntryCheck(SB), 0U);
     }
     EXPECT_GE(recovered, 3) << "the steps between emptying the working file and the last rename";
+}
+
+TEST_P(RotationKill, EveryRenameIsOnTheMediumBeforeTheNext)
+{
+    fill();
+    std::string steps = rotateAndDieAt(0).out;
+    steps = steps.substr(steps.find(" copy\n")); // behind the message files
+    std::string order;
+    std::istringstream lines(steps);
+    for (std::string name; lines >> name;) {
+        order += name == "rename" ? "r" : name == "sync" ? "s" : "";
+    }
+    std::string expected;
+    for (int i = 0; i < std::min(GetParam(), 6) + 1; ++i) {
+        expected += "rs";
+    }
+    EXPECT_EQ(order, expected);
 }
 
 TEST_P(RotationKill, WithoutRecoveryTheNextRotationWouldDeleteEvents)
