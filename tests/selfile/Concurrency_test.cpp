@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Several processes and threads on one board's event log.
 #include <fstream>
+#include <functional>
 #include <map>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -20,8 +21,53 @@ namespace {
 constexpr unsigned int WRITERS = 4;
 constexpr unsigned int EACH = 190;
 
+/// Returns when somebody waits for the lock of a file; false where the system does not tell.
+bool waitForSomebodyToWait(const std::string& path)
+{
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) {
+        return false;
+    }
+    const std::string inode = ":" + std::to_string(status.st_ino) + " ";
+    for (;;) {
+        std::ifstream locks("/proc/locks");
+        if (!locks) {
+            return false;
+        }
+        for (std::string line; std::getline(locks, line);) {
+            if (line.find("-> FLOCK") != std::string::npos &&
+                line.find(inode) != std::string::npos) {
+                return true;
+            }
+        }
+        std::this_thread::yield();
+    }
+}
+
 class StoreConcurrency : public StoreTest {
 protected:
+    /// Changes a file of 700 records under its lock while a writer that has found slot 700 waits
+    /// to store record 1; false where the system does not tell that it waits.
+    bool writeWhile(const std::function<void(TAVLib::LockedFile&)>& change)
+    {
+        writeFile(working(), fileOf(700, 5000));
+        int result = 0;
+        bool isTold = true;
+        std::thread writer;
+        {
+            TAVLib::LockedFile file(working());
+            writer = std::thread([&result] {
+                auto record = fromBytes<Message>(slotOf(1));
+                result = BMCSELDataFile().writeRecord(SB, record);
+            });
+            isTold = waitForSomebodyToWait(working());
+            change(file);
+        }
+        writer.join();
+        EXPECT_EQ(result, 1);
+        return isTold;
+    }
+
     /// Appends this writer's records; the number of those that were answered with 1.
     static unsigned int append(unsigned int writer)
     {
@@ -80,83 +126,30 @@ bool exitedWith(pid_t child, int status)
 
 }
 
-namespace {
-
-/// Returns when somebody waits for the lock of a file; false where the system does not tell.
-bool waitForSomebodyToWait(const std::string& path)
-{
-    struct stat status = {};
-    if (::stat(path.c_str(), &status) != 0) {
-        return false;
-    }
-    const std::string inode = ":" + std::to_string(status.st_ino) + " ";
-    for (;;) {
-        std::ifstream locks("/proc/locks");
-        if (!locks) {
-            return false;
-        }
-        for (std::string line; std::getline(locks, line);) {
-            if (line.find("-> FLOCK") != std::string::npos &&
-                line.find(inode) != std::string::npos) {
-                return true;
-            }
-        }
-        std::this_thread::yield();
-    }
-}
-
-}
-
 TEST_F(StoreConcurrency, WriterFindsTheTailAgainUnderTheLock)
 {
-    writeFile(working(), fileOf(700, 5000));
-    int result = 0;
-    bool isTold = true;
-    std::thread writer;
-    {
-        TAVLib::LockedFile file(working());
-        writer = std::thread([&result] {
-            auto record = fromBytes<Message>(slotOf(1));
-            result = BMCSELDataFile().writeRecord(SB, record);
-        });
-        isTold = waitForSomebodyToWait(working());
-        // The slot that the writer found is taken by another record meanwhile.
-        const Bytes other = slotOf(2);
-        file.lseek(700 * SLOT, SEEK_SET);
-        file.write(other.data(), SLOT);
-    }
-    writer.join();
-    if (!isTold) {
+    // The slot that the writer found is taken by another record while it waits.
+    const Bytes other = slotOf(2);
+    if (!writeWhile([&other](TAVLib::LockedFile& file) {
+            file.lseek(700 * SLOT, SEEK_SET);
+            file.write(other.data(), SLOT);
+        })) {
         GTEST_SKIP() << "there is no /proc/locks here";
     }
-    EXPECT_EQ(result, 1);
     const Bytes file = readFile(working());
-    EXPECT_EQ(part(file, 700 * SLOT, SLOT), slotOf(2));
+    EXPECT_EQ(part(file, 700 * SLOT, SLOT), other);
     EXPECT_EQ(part(file, 701 * SLOT, SLOT), slotOf(1));
 }
 
 TEST_F(StoreConcurrency, WriterLeavesNoGapWhenTheFileWasEmptiedMeanwhile)
 {
-    writeFile(working(), fileOf(700, 5000));
-    int result = 0;
-    bool isTold = true;
-    std::thread writer;
-    {
-        TAVLib::LockedFile file(working());
-        writer = std::thread([&result] {
-            auto record = fromBytes<Message>(slotOf(1));
-            result = BMCSELDataFile().writeRecord(SB, record);
-        });
-        isTold = waitForSomebodyToWait(working());
-        const Bytes empty(FULL_FILE, 0xFF);
-        file.truncFile(0);
-        file.write(empty.data(), FULL_FILE);
-    }
-    writer.join();
-    if (!isTold) {
+    const Bytes empty(FULL_FILE, 0xFF);
+    if (!writeWhile([&empty](TAVLib::LockedFile& file) {
+            file.truncFile(0);
+            file.write(empty.data(), FULL_FILE);
+        })) {
         GTEST_SKIP() << "there is no /proc/locks here";
     }
-    EXPECT_EQ(result, 1);
     EXPECT_EQ(readFile(working()), slotOf(1) + Bytes(FULL_FILE - SLOT, 0xFF));
 }
 

@@ -50,25 +50,22 @@ private:
     int fd = -1;
 };
 
-[[noreturn]] void becomeProgram(const Arguments& arguments, const Arguments& environment,
-                                const StreamFile& in, const StreamFile& out, const StreamFile& err)
+}
+
+void execute(const Arguments& arguments, const Arguments& extraEnvironment)
 {
-    ::dup2(in.descriptor(), STDIN_FILENO);
-    ::dup2(out.descriptor(), STDOUT_FILENO);
-    ::dup2(err.descriptor(), STDERR_FILENO);
-    for (const std::string& entry : environment) {
+    for (const std::string& entry : extraEnvironment) {
         const std::size_t equals = entry.find('=');
         ::setenv(entry.substr(0, equals).c_str(), entry.substr(equals + 1).c_str(), 1);
     }
     std::vector<char*> words;
+    words.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments) {
         words.push_back(const_cast<char*>(argument.c_str()));
     }
     words.push_back(nullptr);
     ::execvp(words[0], words.data());
     ::_exit(127);
-}
-
 }
 
 Outcome run(const Arguments& arguments, const std::string& input, const Arguments& extraEnvironment)
@@ -78,7 +75,10 @@ Outcome run(const Arguments& arguments, const std::string& input, const Argument
     const StreamFile err;
     const pid_t child = ::fork();
     if (child == 0) {
-        becomeProgram(arguments, extraEnvironment, in, out, err);
+        ::dup2(in.descriptor(), STDIN_FILENO);
+        ::dup2(out.descriptor(), STDOUT_FILENO);
+        ::dup2(err.descriptor(), STDERR_FILENO);
+        execute(arguments, extraEnvironment);
     }
     int status = 0;
     while (::waitpid(child, &status, 0) == -1 && errno == EINTR) {

@@ -16,6 +16,9 @@ struct Outcome {
 
 using Arguments = std::vector<std::string>;
 
+/// Becomes a program; for children of the tests.
+[[noreturn]] void execute(const Arguments& arguments, const Arguments& extraEnvironment = {});
+
 /// Runs a program to its end. `extraEnvironment` holds NAME=value entries.
 Outcome run(const Arguments& arguments, const std::string& input = "",
             const Arguments& extraEnvironment = {});

@@ -129,16 +129,7 @@ bool runOnTerminal(const Arguments& words, const Arguments& environment, std::st
     }
     if (child == 0) {
         ::unsetenv("NO_COLOR");
-        for (const std::string& entry : environment) {
-            ::putenv(const_cast<char*>(entry.c_str()));
-        }
-        std::vector<char*> arguments;
-        for (const std::string& word : words) {
-            arguments.push_back(const_cast<char*>(word.c_str()));
-        }
-        arguments.push_back(nullptr);
-        ::execvp(arguments[0], arguments.data());
-        ::_exit(127);
+        execute(words, environment);
     }
     shown.clear();
     char piece[4096];
@@ -560,13 +551,7 @@ public:
         if (child == 0) {
             ::dup2(ends[1], STDOUT_FILENO);
             ::close(ends[0]);
-            std::vector<char*> arguments;
-            for (const std::string& word : words) {
-                arguments.push_back(const_cast<char*>(word.c_str()));
-            }
-            arguments.push_back(nullptr);
-            ::execvp(arguments[0], arguments.data());
-            ::_exit(127);
+            execute(words);
         }
         ::close(ends[1]);
         output = ::fdopen(ends[0], "r");
@@ -770,7 +755,7 @@ TEST_F(Command, RotateDoesNotDeleteALeftOverBackup)
 
 TEST_F(Command, RotateNeedsAWorkingFile)
 {
-    expectRefused(3, {"rotate"}, "cannot be copied or renamed");
+    expectRefused(1, {"rotate"}, "there is nothing to rotate");
     initialise();
     expectRefused(1, {"rotate"}, "nothing to rotate");
 }
@@ -785,6 +770,48 @@ TEST_F(Command, BackupAndRestoreCarryTheLogOverAnEmptyVolatileFolder)
     EXPECT_EQ(sel({"restore", "--board", "1"}).out,
               "board 1: " + kept(1, 0) + " copied to " + working(1) + "\n");
     EXPECT_EQ(listedIds({"--board", "1"}), Ids({1, 2, 3, 4}));
+}
+
+TEST_F(Command, AddDoesNotRewriteAFileThatHoldsEvents)
+{
+    initialise();
+    fill(3);
+    std::filesystem::resize_file(working(1), FULL_FILE - 1);
+    expectRefused(1, {"add", EVENTS, "--board", "1"},
+                  "110399 bytes long, expected 110400; it holds 3 events and is left as it is");
+    std::filesystem::resize_file(working(1), 0);
+    EXPECT_EQ(sel({"add", EVENTS, "--board", "1"}).status, 0);
+}
+
+TEST_F(Command, InitDoesNotOverwriteEventsThatWereNotBackedUp)
+{
+    initialise();
+    fill(3);
+    ASSERT_EQ(sel({"backup", "--board", "1"}).status, 0);
+    ASSERT_EQ(sel({"add", "-", "--board", "1"}, eventAt(4, TIME_1, THERMAL_TRIP)).status, 0);
+    ASSERT_EQ(sel({"init"}).status, 0);
+    EXPECT_EQ(listedIds({"--board", "1"}), Ids({1, 2, 3, 4}));
+}
+
+TEST_F(Command, RestoreLosesEventsOnlyWhenToldTo)
+{
+    initialise();
+    fill(3);
+    ASSERT_EQ(sel({"backup", "--board", "1"}).status, 0);
+    EXPECT_EQ(sel({"restore", "--board", "1"}).status, 0);
+    ASSERT_EQ(sel({"add", "-", "--board", "1"}, eventAt(4, TIME_1, THERMAL_TRIP)).status, 0);
+    expectRefused(2, {"restore", "--board", "1"}, "to lose them, say --yes");
+    EXPECT_EQ(sel({"restore", "--board", "1", "--yes"}).status, 0);
+    EXPECT_EQ(listedIds({"--board", "1"}), Ids({1, 2, 3}));
+}
+
+TEST_F(Command, BackupDoesNotOverwriteALeftOverOne)
+{
+    initialise();
+    fill(5);
+    ASSERT_EQ(sel({"backup", "--board", "1"}).status, 0);
+    writeFile(working(1), Bytes(FULL_FILE, 0xFF));
+    expectRefused(1, {"backup", "--board", "1"}, "run \"recordkit sel check --recover\" first");
 }
 
 TEST_F(Command, BackupAndRestoreRefuseWhatIsNotThere)
@@ -848,12 +875,13 @@ TEST_F(Command, RootMayComeFromTheEnvironmentAndBeRelative)
 
 TEST_F(Command, TracesAreShownOnlyWhenAskedFor)
 {
-    const Outcome quiet = sel({"rotate"});
+    std::filesystem::remove_all(root.at("/tmp"));
+    const Outcome quiet = sel({"add", EVENTS});
     EXPECT_EQ(quiet.err.find("recordkit["), std::string::npos);
-    const Outcome verbose = sel({"rotate", "--verbose"});
-    EXPECT_NE(verbose.err.find("recordkit[1:83:0x1000] level 0: BMCSELDataFile::makeCopySELFile "
-                               "mv(256)\n"),
-              std::string::npos)
+    const Outcome verbose = sel({"add", EVENTS, "--verbose"});
+    EXPECT_NE(
+        verbose.err.find("recordkit[1:83:0x1000] level 0: BMCSELDataFile::truncate " + working(0)),
+        std::string::npos)
         << verbose.err;
 }
 

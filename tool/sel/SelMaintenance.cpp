@@ -7,8 +7,10 @@
 
 #include <recordkit/selfile/SELChainReader.h>
 #include <recordkit/selfile/SELFileLayout.h>
+#include <recordkit/selfile/SELStoreCheck.h>
 
 #include "../Commands.h"
+#include "../Files.h"
 #include "Store.h"
 
 namespace recordkit::tool {
@@ -35,32 +37,46 @@ void createFolderOf(const std::string& path)
     }
 }
 
-void initialise(const Globals& globals)
+void requireFile(const std::string& path, const char* action)
+{
+    if (!isFile(path)) {
+        throw dataError(fmt::format("{} is missing, there is nothing to {}", path, action));
+    }
+}
+
+/// Gives a board a working file. Unlike the firmware's start it never overwrites one: events may
+/// have been stored since the last backup.
+const char* initialise(unsigned char board)
+{
+    const std::string path = workingFile(board);
+    if (isFile(path)) {
+        return "kept";
+    }
+    if (BMCSELDataFile().restoreTmpSel(board) == 1) {
+        return "taken from its backup";
+    }
+    const unsigned int code = BMCSELDataFile().truncate(board, 0, Layout::TEMPORARY);
+    if (code != BMCSELDataFile::SUCCESS) {
+        throw storeError(code, path);
+    }
+    return "created";
+}
+
+void initialiseAll(const Globals& globals)
 {
     createFolderOf(workingFile(0));
     createFolderOf(backupFile(0));
     createFolderOf(BMCSELDataFile::getShiftRequestFile());
-    const auto boards = static_cast<std::size_t>(globals.getBoards());
-    std::vector<bool> wasThere(boards);
-    for (std::size_t board = 0; board < boards; ++board) {
-        wasThere[board] = isFile(workingFile(static_cast<unsigned char>(board)));
-    }
-    BMCSELDataFile().initialTruncate();
-    for (std::size_t board = 0; board < boards; ++board) {
+    for (int board = 0; board < globals.getBoards(); ++board) {
         const auto sb = static_cast<unsigned char>(board);
-        if (!isFile(workingFile(sb))) {
-            throw storeError(BMCSELDataFile::REWRITE_FAILED, workingFile(sb));
-        }
-        const char* what = wasThere[board] ? "kept" : "created";
-        if (isFile(backupFile(sb))) {
-            what = "taken from its backup";
-        }
+        const char* const what = initialise(sb);
         fmt::print("board {}: {} {}\n", board, workingFile(sb), what);
     }
 }
 
 void rotateBoard(unsigned char board)
 {
+    requireFile(workingFile(board), "rotate");
     unsigned long tail = 0;
     if (BMCSELDataFile().getTailAddr(board, tail) == BMCSELDataFile::SUCCESS && tail == 0) {
         // It would become a file of the chain all the same, and could push the oldest one out.
@@ -72,28 +88,44 @@ void rotateBoard(unsigned char board)
 
 void backup(unsigned char board)
 {
-    if (!isFile(workingFile(board))) {
-        throw dataError(workingFile(board) + " is missing, there is nothing to back up");
-    }
+    requireFile(workingFile(board), "back up");
+    refuseWhileCutOff(board);
     if (BMCSELDataFile().backupTmpSel(board) != 1) {
         throw storeError(BMCSELDataFile::MOVE_FAILED, workingFile(board));
     }
     fmt::print("board {}: {} copied to {}\n", board, workingFile(board), backupFile(board));
 }
 
-void restore(unsigned char board)
+/// Whether the backup has every event that the working file has.
+bool isWorkingFileInBackup(unsigned char board)
+{
+    const TAVLib::RecordKit::SELStoreCheck check(board);
+    const auto& working = check.getFiles()[0];
+    const auto& saved = check.getFiles()[1];
+    if (working.count == 0) {
+        return true;
+    }
+    const std::size_t used = std::size_t{working.count} * Layout::SLOT_SIZE;
+    return working.count <= saved.count &&
+           readInput(working.path).compare(0, used, readInput(saved.path), 0, used) == 0;
+}
+
+void restore(unsigned char board, bool isSure)
 {
     const std::string path = backupFile(board);
+    requireFile(path, "restore");
     std::error_code error;
     const auto size = fs::file_size(path, error);
     if (error) {
-        throw error == std::errc::no_such_file_or_directory
-            ? dataError(path + " is missing, there is nothing to restore")
-            : fileError(path + " cannot be read: " + error.message());
+        throw fileError(path + " cannot be read: " + error.message());
     }
     if (size != Layout::FILE_SIZE) {
         throw dataError(
             fmt::format("{}: {} bytes long, expected {}", path, size, +Layout::FILE_SIZE));
+    }
+    if (!isSure && isFile(workingFile(board)) && !isWorkingFileInBackup(board)) {
+        throw usageError(workingFile(board) +
+                         " holds events that the backup does not; to lose them, say --yes");
     }
     createFolderOf(workingFile(board));
     if (BMCSELDataFile().restoreTmpSel(board) != 1) {
@@ -126,10 +158,11 @@ void addBoardCommand(CLI::App& sel, Globals& globals, const char* name, const ch
 
 void addSelInit(CLI::App& sel, Globals& globals)
 {
-    CLI::App* const command = addCommand(
-        sel, "init", "Prepare every board: folders, working files, restored from their backups",
-        "recordkit --root board sel init");
-    command->callback([&globals] { initialise(globals); });
+    CLI::App* const command =
+        addCommand(sel, "init",
+                   "Prepare every board: folders, and working files, from their backups if need be",
+                   "recordkit --root board sel init");
+    command->callback([&globals] { initialiseAll(globals); });
 }
 
 void addSelRotate(CLI::App& sel, Globals& globals)
@@ -146,7 +179,13 @@ void addSelBackup(CLI::App& sel, Globals& globals)
 
 void addSelRestore(CLI::App& sel, Globals& globals)
 {
-    addBoardCommand(sel, globals, "restore", "Copy the backup back to the working file", restore);
+    const auto board = std::make_shared<BoardOption>();
+    const auto isSure = std::make_shared<bool>(false);
+    CLI::App* const command = addCommand(sel, "restore", "Copy the backup back to the working file",
+                                         "recordkit sel restore --board 1");
+    board->addTo(*command);
+    command->add_flag("--yes", *isSure, "Also when events are lost that the backup does not hold");
+    command->callback([board, isSure, &globals] { restore(board->get(globals), *isSure); });
 }
 
 void addSelClear(CLI::App& sel, Globals& globals)

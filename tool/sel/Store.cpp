@@ -10,6 +10,7 @@
 
 namespace recordkit::tool {
 
+using TAVLib::RecordKit::SELStoreCheck;
 using namespace TAVLib::RecordKit::SELFileLayout;
 
 namespace {
@@ -61,6 +62,14 @@ CommandError storeError(unsigned int code, const std::string& path)
 
 unsigned int prepareWorkingFile(unsigned char board)
 {
+    const SELStoreCheck check(board);
+    const SELStoreCheck::File& working = check.getFiles().front();
+    if (!working.isMissing && working.size != FILE_SIZE && working.count != 0) {
+        throw dataError(
+            fmt::format("{}: {} bytes long, expected {}; it holds {} events and is left "
+                        "as it is",
+                        working.path, working.size, FILE_SIZE, working.count));
+    }
     const unsigned int code = BMCSELDataFile().fullEntryCheck(board);
     if (code != BMCSELDataFile::SUCCESS && code != BMCSELDataFile::FILE_FULL) {
         throw storeError(code, workingFile(board));
@@ -68,15 +77,19 @@ unsigned int prepareWorkingFile(unsigned char board)
     return code;
 }
 
-void rotate(unsigned char board)
+void refuseWhileCutOff(unsigned char board)
 {
-    // The rotation begins with deleting the backup: not while that holds events of its own.
-    const TAVLib::RecordKit::SELStoreCheck check(board);
+    const SELStoreCheck check(board);
     for (const auto& finding : check.getFindings()) {
-        if (finding.kind == TAVLib::RecordKit::SELStoreCheck::ROTATION_CUT_OFF) {
+        if (finding.kind == SELStoreCheck::ROTATION_CUT_OFF) {
             throw dataError(finding.text + ": run \"recordkit sel check --recover\" first");
         }
     }
+}
+
+void rotate(unsigned char board)
+{
+    refuseWhileCutOff(board);
     const int result = BMCSELDataFile().shiftSelFile(board, true);
     if (result != BMCSELDataFile::SUCCESS) {
         throw storeError(static_cast<unsigned int>(result), backupFile(board));
