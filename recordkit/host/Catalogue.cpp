@@ -13,6 +13,7 @@ namespace {
 
 constexpr CatalogueMessage MESSAGES[] = {
     {20003, "s", "{}"},
+    {20004, "s", "{}"},
     {20008, "snn", "{}: {} where {} is needed"},
     {20010, "ss", "{}: {}"},
     {20011, "sn", "{} failed: errno {}"},
@@ -25,7 +26,7 @@ constexpr CatalogueMessage MESSAGES[] = {
     {20034, "sn", "{}: {} is beyond the table"},
     {MESSAGE_FILE_OPERATION, "sssn", "{} {}: {} (errno {})"},
 };
-static_assert(std::size(MESSAGES) == 12, "the library's eleven messages and the host's own");
+static_assert(std::size(MESSAGES) == 13, "the library's twelve messages and the host's own");
 
 constexpr CatalogueMessage UNKNOWN = {0, "", "unknown message"};
 

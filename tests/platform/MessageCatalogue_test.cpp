@@ -22,7 +22,7 @@ struct Buffer {
 TEST(MessageCatalogue, EveryMessageOfTheLibraryShowsItsTexts)
 {
     for (const int number :
-         {20003, 20008, 20010, 20011, 20019, 20020, 20027, 20030, 20031, 20032, 20034}) {
+         {20003, 20004, 20008, 20010, 20011, 20019, 20020, 20027, 20030, 20031, 20032, 20034}) {
         Buffer buffer;
         const int length = lmsg_getmsg(number, buffer.bytes, "the text", "another text", 4711L);
         EXPECT_EQ(length, static_cast<int>(std::strlen(buffer.bytes))) << number;

@@ -626,6 +626,17 @@ TEST_F(Command, ShowExplainsEveryFieldAndByte)
     EXPECT_EQ(Json::parse(sel({"show", "26", "--json"}).out)["id"], 26);
 }
 
+TEST_F(Command, ShowLetsNoControlCharacterOfARecordThrough)
+{
+    initialise();
+    std::string oem(112, '0');           // 56 extended bytes as hex
+    oem.replace(30, 12, "c5411b5b319b"); // part number: A, ESC, [, 1, CSI
+    const std::string image = "ffff" + eventAt(1, TIME_2, FAN_WARNING).substr(0, 32) + oem;
+    ASSERT_EQ(sel({"add", "-"}, image).status, 0);
+    EXPECT_NE(sel({"show", "1"}).out.find("part number       A?[1?\n"), std::string::npos);
+    EXPECT_EQ(listed({}).at(0)["part_number"], "A\x1b[1\xc2\x9b");
+}
+
 TEST_F(Command, ShowDumpsEveryByteOfEveryKindOfRecordOnce)
 {
     initialise();

@@ -170,9 +170,16 @@ void describeSystemEvent(std::string& text, const Event& event)
     line(text, "event data", dataText(event));
 }
 
+/// A text of a record for a terminal: a control character in it must not reach that.
 std::string orDash(const std::string& text)
 {
-    return text.empty() ? "-" : toUtf8(text);
+    std::string harmless = text;
+    for (char& character : harmless) {
+        const auto byte = static_cast<unsigned char>(character);
+        const bool isControl = byte < 0x20 || (byte >= 0x7F && byte < 0xA0);
+        character = isControl ? '?' : character;
+    }
+    return harmless.empty() ? "-" : toUtf8(harmless);
 }
 
 }
