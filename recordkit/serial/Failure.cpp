@@ -2,6 +2,7 @@
 #include <recordkit/serial/Failure.h>
 
 #include <algorithm>
+#include <cstdio>
 
 #include <recordkit/platform/MessageCatalogue.h>
 #include <recordkit/platform/PException.h>
@@ -13,16 +14,19 @@ namespace {
 
 constexpr unsigned char PRODUCER = 1;
 constexpr unsigned char DATA_OBJECT_MODULE = 83;
+constexpr unsigned char FRU_MODULE = 128;
 constexpr unsigned char ARGUMENT_ERROR_ACTION = 1;
+constexpr unsigned short FRU_DETAIL = 1;
 constexpr unsigned short OUT_OF_RANGE_DETAIL = 0x0B00;
 constexpr unsigned short FIELD_NOT_PRESENT_DETAIL = 0x0B01;
 
 /// The most that lmsg_getmsg writes.
 constexpr unsigned int MESSAGE_BUFFER_SIZE = 120;
 
-void put(unsigned short where, unsigned char level, const char* message)
+void put(unsigned short where, unsigned char level, const char* message,
+         unsigned char module = DATA_OBJECT_MODULE)
 {
-    trace::TavTrace(PRODUCER, DATA_OBJECT_MODULE, where).putLog(level, message);
+    trace::TavTrace(PRODUCER, module, where).putLog(level, message);
 }
 
 /// A text as a message parameter: its address, which the catalogue knows to be a text.
@@ -92,6 +96,26 @@ void throwFieldError(FailureLocation where, const char* text, const char* field,
     throw PException(PRODUCER, DATA_OBJECT_MODULE, where, ARGUMENT_ERROR_ACTION,
                      FIELD_NOT_PRESENT_DETAIL, MESSAGE_FIELD_NOT_PRESENT, textParameter(text),
                      textParameter(field), value, 0, 0, 0, 0, 0);
+}
+
+void traceFRUError(FailureLevel level, const char* text)
+{
+    char message[MESSAGE_BUFFER_SIZE];
+    lmsg_getmsg(MESSAGE_FRU, message, text);
+    put(FRU_LOCATION, level, message, FRU_MODULE);
+}
+
+void throwFRUText(int messageNumber, const char* text, long parameter)
+{
+    throw PException(PRODUCER, FRU_MODULE, FRU_LOCATION, ARGUMENT_ERROR_ACTION, FRU_DETAIL,
+                     messageNumber, textParameter(text), parameter, 0, 0, 0, 0, 0, 0);
+}
+
+void throwFRUError(int messageNumber, const char* format, int value)
+{
+    char text[MESSAGE_BUFFER_SIZE];
+    std::snprintf(text, sizeof text, format, value);
+    throwFRUText(messageNumber, text);
 }
 
 }

@@ -13,20 +13,23 @@ enum FailureLocation : unsigned short {
     BMC_SEL_ENTRY_MESSAGE_LOCATION = 0x1400,
     SEL_ENTRY_LONG_TEXT_LOCATION = 0x1500,
     BMC_LOG_LOCATION = 0x1600,
+    FRU_LOCATION = 13, ///< in the module of the FRU classes
 };
 
 /// Numbers of the catalogue messages that the library writes.
 enum FailureMessage : int {
     MESSAGE_TEXT = 20003,              ///< text
+    MESSAGE_FRU = 20004,               ///< text
     MESSAGE_LENGTH = 20008,            ///< text, length or index, limit
     MESSAGE_SYSTEM_CALL = 20011,       ///< text, errno
+    MESSAGE_FRU_PARAMETER = 20019,     ///< text
     MESSAGE_BAD_PARAMETER = 20027,     ///< text, value
     MESSAGE_FIELD_NOT_PRESENT = 20030, ///< text, field, value
     MESSAGE_OPERATION_FAILED = 20031,  ///< text
 };
 
 /// Trace levels.
-enum FailureLevel : unsigned char { LEVEL_ERROR = 0, LEVEL_PARAMETER = 200 };
+enum FailureLevel : unsigned char { LEVEL_ERROR = 0, LEVEL_DEVICE = 100, LEVEL_PARAMETER = 200 };
 
 /// Traces that an image or a buffer of `length` bytes is shorter than the `needed` ones.
 void traceLengthError(FailureLocation where, const char* text, unsigned int length,
@@ -55,6 +58,16 @@ void traceParameterError(unsigned char unitKind, const char* text, int value);
 /// Throws that a record does not carry the asked-for field (detail 0x0B01).
 [[noreturn]] void throwFieldError(FailureLocation where, const char* text, const char* field,
                                   long value);
+
+/// Traces a failure of the FRU classes (module 128, location 13, message 20004).
+void traceFRUError(FailureLevel level, const char* text);
+
+/// Throws a failure of the FRU classes (module 128, location 13, detail 1): a text, and a number
+/// that it does not show.
+[[noreturn]] void throwFRUText(int messageNumber, const char* text, long parameter = 0);
+
+/// The same with a text that shows one number, by %d.
+[[noreturn]] void throwFRUError(int messageNumber, const char* format, int value);
 
 }
 

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/fru/FRUMember.h>
+
+#include <recordkit/serial/BitField.h>
+
+namespace {
+
+/// 8-bit text in bits 7..6: what every field is declared as that was edited.
+constexpr unsigned char TEXT_TYPE = 0xC0;
+
+}
+
+FRUMember::FRUMember(const unsigned char* src, FRU_ITEM fruItem, unsigned int size)
+    : typelength(size == 0 ? src[0] : 0), item(fruItem), hasTypeLength(size == 0),
+      length(size == 0 ? TAVLib::get_bit(src[0], 0, 6) : static_cast<unsigned short>(size))
+{
+    const unsigned char* const value = hasTypeLength ? src + 1 : src;
+    data.assign(value, value + length);
+}
+
+FRUMember::FRUMember(unsigned int size)
+    : typelength(0), data(size, '\0'), item(FRU_ITEM_RESERVED), hasTypeLength(false),
+      length(static_cast<unsigned short>(size))
+{
+}
+
+FRUMember::~FRUMember() = default;
+
+void FRUMember::settypelength(unsigned char len)
+{
+    typelength = len | TEXT_TYPE;
+    length = len;
+}
+
+void FRUMember::settypelength()
+{
+    if (hasTypeLength) {
+        typelength = static_cast<unsigned char>(data.size() | TEXT_TYPE);
+        length = static_cast<unsigned short>(data.size());
+    }
+}

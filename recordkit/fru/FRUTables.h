@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_FRU_FRUTABLES_H
+#define RECORDKIT_FRU_FRUTABLES_H
+
+#include <recordkit/fru/FRUMember.h>
+
+/// How one area is laid out, and where its offset stands.
+struct FRUAreaTbl {
+    FRU_AREA areaId;
+    const FRUMemberTbl* members; ///< ended by FRU_ITEM_TERMINATOR
+    FRU_ITEM offsetItem;         ///< field of the header; FRU_ITEM_TERMINATOR for none
+    unsigned int size;           ///< 0: read from the area's length byte
+};
+
+/// The row of an area; nullptr for one that cannot be opened.
+const FRUAreaTbl* findFRUArea(FRU_AREA areaId);
+
+#endif
