@@ -230,7 +230,8 @@ unsigned int shiftChain(BMCSELDataFile& store, unsigned char sb)
                              "BMCSELDataFile::shiftSelFile sel%d stat(%d)", i, errno);
             return BMCSELDataFile::STAT_FAILED;
         }
-        if (std::rename(from.c_str(), store.getFileName(sb, i + 1, PERSISTENT).c_str()) == -1) {
+        const std::string to = store.getFileName(sb, i + 1, PERSISTENT);
+        if (std::rename(from.c_str(), to.c_str()) == -1) {
             // The error stands where the index is expected and the index behind it: who reads
             // these lines counts on that order.
             store.writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
@@ -368,8 +369,9 @@ unsigned int BMCSELDataFile::getEntryNumEx(unsigned char sb, unsigned short& tot
 {
     unsigned short found[OLDEST_FILE + 1] = {};
     for (lastFileNo = 1; lastFileNo <= OLDEST_FILE; ++lastFileNo) {
+        const std::string name = getFileName(sb, lastFileNo, PERSISTENT);
         struct stat status = {};
-        if (!exists(getFileName(sb, lastFileNo, PERSISTENT), status)) {
+        if (!exists(name, status)) {
             if (errno == ENOENT) {
                 break;
             }
@@ -400,8 +402,9 @@ unsigned int BMCSELDataFile::getEntryNum(unsigned char sb, unsigned short& total
 
 unsigned int BMCSELDataFile::fullEntryCheck(unsigned char sb)
 {
+    const std::string name = getFileName(sb, 0, TEMPORARY);
     struct stat status = {};
-    if (!exists(getFileName(sb, 0, TEMPORARY), status)) {
+    if (!exists(name, status)) {
         if (errno != ENOENT) {
             return STAT_FAILED;
         }
@@ -436,6 +439,7 @@ int BMCSELDataFile::writeRecord(unsigned char sb, BMCSELEntryMessage& rec)
             return 1;
         }
     } catch (const PException&) {
+        // Reported like a short write.
     }
     writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "writeRecord");
     return 0;
@@ -602,6 +606,7 @@ unsigned int BMCSELDataFile::truncate(unsigned char sb, int fileNo, int kind)
             return SUCCESS;
         }
     } catch (const PException&) {
+        // Reported like a short write.
     }
     writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "BMCSELDataFile::truncate %s ", name.c_str());
     return REWRITE_FAILED;

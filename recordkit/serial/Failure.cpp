@@ -14,6 +14,8 @@ namespace {
 
 constexpr unsigned char PRODUCER = 1;
 constexpr unsigned char DATA_OBJECT_MODULE = 83;
+constexpr unsigned char UTIL_MODULE = 82;
+constexpr unsigned short MAPPING_DETAIL = 0x0701;
 constexpr unsigned char FRU_MODULE = 128;
 constexpr unsigned char ARGUMENT_ERROR_ACTION = 1;
 constexpr unsigned short FRU_DETAIL = 1;
@@ -116,6 +118,19 @@ void throwFRUError(int messageNumber, const char* format, int value)
     char text[MESSAGE_BUFFER_SIZE];
     std::snprintf(text, sizeof text, format, value);
     throwFRUText(messageNumber, text);
+}
+
+void traceUtilError(const char* text)
+{
+    char message[MESSAGE_BUFFER_SIZE];
+    lmsg_getmsg(MESSAGE_TEXT, message, text);
+    put(UTIL_LOCATION, LEVEL_ERROR, message, UTIL_MODULE);
+}
+
+void throwUtilError(const char* text, long value)
+{
+    throw PException(PRODUCER, UTIL_MODULE, UTIL_LOCATION, ARGUMENT_ERROR_ACTION, MAPPING_DETAIL,
+                     MESSAGE_BAD_PARAMETER, textParameter(text), value, 0, 0, 0, 0, 0, 0);
 }
 
 }

@@ -6,6 +6,7 @@ namespace TAVLib {
 
 /// Who reports: the class's number in the high byte.
 enum FailureLocation : unsigned short {
+    UTIL_LOCATION = 0x0800, ///< in the module of the identification utilities
     SEL_ENTRY_LOCATION = 0x0900,
     OEM_SEL_ENTRY_LOCATION = 0x0A00,
     BMC_SEL_DATA_FILE_LOCATION = 0x1000,
@@ -68,6 +69,12 @@ void traceFRUError(FailureLevel level, const char* text);
 
 /// The same with a text that shows one number, by %d.
 [[noreturn]] void throwFRUError(int messageNumber, const char* format, int value);
+
+/// Traces a failure of the identification utilities (module 82, message 20003).
+void traceUtilError(const char* text);
+
+/// Throws that a unit or node cannot be mapped (module 82, detail 0x0701, message 20027).
+[[noreturn]] void throwUtilError(const char* text, long value);
 
 }
 

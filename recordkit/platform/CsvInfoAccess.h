@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_PLATFORM_CSVINFOACCESS_H
+#define RECORDKIT_PLATFORM_CSVINFOACCESS_H
+
+#include <string>
+
+#include <recordkit/platform/Export.h>
+
+namespace TAVLib {
+
+/// One CSV table, opened for reading.
+class RECORDKIT_API CsvInfoAccess {
+public:
+    CsvInfoAccess(const std::string& directory, const std::string& fileName);
+
+    /// True when the table could not be opened.
+    bool isFault() const;
+
+    /// Finds the first record whose column (from 0) equals the key and gives its raw line; false
+    /// and an untouched `record` when there is none.
+    bool searchRecord(int column, const std::string& key, std::string& record);
+
+private:
+    std::string path;
+    bool fault;
+};
+
+}
+
+#endif

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/platform/CsvInfoAccess.h>
+
+#include <gtest/gtest.h>
+
+#include "support/ScratchRoot.h"
+
+using TAVLib::CsvInfoAccess;
+using namespace testing_support;
+
+namespace {
+
+class CsvInfoAccessTest : public testing::Test {
+protected:
+    std::string found(const std::string& content, int column, const std::string& key)
+    {
+        writeFile(root.at("/tmp/table.csv"), content);
+        CsvInfoAccess table(root.at("/tmp/"), "table.csv");
+        EXPECT_FALSE(table.isFault());
+        std::string record = "untouched";
+        const bool isFound = table.searchRecord(column, key, record);
+        EXPECT_EQ(isFound, record != "untouched");
+        return record;
+    }
+
+    ScratchRoot root;
+};
+
+}
+
+TEST_F(CsvInfoAccessTest, TableThatIsNotThereIsAFault)
+{
+    CsvInfoAccess table(root.at("/tmp/"), "none.csv");
+    EXPECT_TRUE(table.isFault());
+    std::string record;
+    EXPECT_FALSE(table.searchRecord(0, "a", record));
+}
+
+TEST_F(CsvInfoAccessTest, GivesTheFirstRecordWithTheKeyAsItStands)
+{
+    EXPECT_EQ(found("a,1\nb,2\nb,3\n", 0, "b"), "b,2");
+    EXPECT_EQ(found("a,1\r\n", 0, "a"), "a,1\r");
+    EXPECT_EQ(found("\"a,b\",1\n", 0, "a,b"), "\"a,b\",1");
+}
+
+TEST_F(CsvInfoAccessTest, LooksAtTheColumnAskedFor)
+{
+    EXPECT_EQ(found("a,1\nb,2\n", 1, "2"), "b,2");
+    EXPECT_EQ(found("a,1\r\nb,2\r\n", 1, "2"), "b,2\r");
+    EXPECT_EQ(found("a,1\nb,2\n", 1, "a"), "untouched");
+    EXPECT_EQ(found("a,1\n", 5, "1"), "untouched");
+}
+
+TEST_F(CsvInfoAccessTest, WholeColumnsAreCompared)
+{
+    EXPECT_EQ(found("abc,1\n", 0, "ab"), "untouched");
+    EXPECT_EQ(found("ab,1\n", 0, "abc"), "untouched");
+    EXPECT_EQ(found("", 0, ""), "untouched");
+}
