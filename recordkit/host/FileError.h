@@ -15,6 +15,7 @@ constexpr unsigned char HOST_MODULE = 200;
 enum HostLocation : unsigned short {
     LOCKED_FILE_LOCATION = 0x0100,
     BMC_MESSAGE_FILE_LOCATION = 0x0200,
+    FILE_FRU_LOCATION = 0x0300,
 };
 
 /// The exception for a failed operation on a file: action 2, errno as detail, and the
