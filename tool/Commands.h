@@ -4,7 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Globals.h"
+#include "BoardOptions.h"
 
 namespace recordkit::tool {
 

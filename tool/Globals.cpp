@@ -3,18 +3,14 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <numeric>
 #include <stdexcept>
 #include <unistd.h>
-
-#include <fmt/format.h>
 
 #include <recordkit/host/HostRoot.h>
 #include <recordkit/host/Machine.h>
 #include <recordkit/host/TraceLog.h>
 
 #include "Errors.h"
-#include "Numbers.h"
 
 namespace recordkit::tool {
 
@@ -24,16 +20,6 @@ namespace {
 constexpr int MAX_BOARDS = 256;
 /// The partition bitmask of an event has 16 bits.
 constexpr int MAX_PARTITIONS = 16;
-
-unsigned char parseBoard(const std::string& text, const Globals& globals)
-{
-    unsigned long board = 0;
-    if (!parseNumber(text, static_cast<unsigned long>(globals.getBoards() - 1), board)) {
-        throw usageError(fmt::format("--board: \"{}\" is no board, expected 0 to {}", text,
-                                     globals.getBoards() - 1));
-    }
-    return static_cast<unsigned char>(board);
-}
 
 }
 
@@ -81,36 +67,6 @@ bool Globals::wantsColour() const
 bool Globals::wantsProgress() const
 {
     return ::isatty(STDERR_FILENO) != 0;
-}
-
-void BoardOption::addTo(CLI::App& command)
-{
-    command.add_option("--board", text, "System board, from 0")
-        ->capture_default_str()
-        ->type_name("N");
-}
-
-unsigned char BoardOption::get(const Globals& globals) const
-{
-    return parseBoard(text, globals);
-}
-
-void BoardsOption::addTo(CLI::App& command, const std::string& byDefault)
-{
-    text = byDefault;
-    command.add_option("--board", text, "System board, from 0, or all")
-        ->capture_default_str()
-        ->type_name("N|all");
-}
-
-std::vector<unsigned char> BoardsOption::get(const Globals& globals) const
-{
-    if (text != "all") {
-        return {parseBoard(text, globals)};
-    }
-    std::vector<unsigned char> all(static_cast<std::size_t>(globals.getBoards()));
-    std::iota(all.begin(), all.end(), static_cast<unsigned char>(0));
-    return all;
 }
 
 }

@@ -3,7 +3,6 @@
 #define RECORDKIT_TOOL_GLOBALS_H
 
 #include <string>
-#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -33,28 +32,6 @@ private:
     int boards = 4;
     int partitions = 4;
     bool isVerbose = false;
-};
-
-/// The option --board of a sub-command: one board.
-class BoardOption {
-public:
-    void addTo(CLI::App& command);
-    /// The board; throws CommandError (usage) for one that the machine does not have.
-    unsigned char get(const Globals& globals) const;
-
-private:
-    std::string text = "0";
-};
-
-/// The option --board of a sub-command that can work on all of them.
-class BoardsOption {
-public:
-    /// `byDefault`: a number or "all".
-    void addTo(CLI::App& command, const std::string& byDefault);
-    std::vector<unsigned char> get(const Globals& globals) const;
-
-private:
-    std::string text;
 };
 
 }

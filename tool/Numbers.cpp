@@ -53,12 +53,9 @@ bool parseNumberList(const std::string& text, unsigned long limit,
 std::vector<unsigned int> bitsOf(unsigned int mask)
 {
     std::vector<unsigned int> bits;
-    for (unsigned int bit = 0; mask >> bit != 0; ++bit) {
-        if ((mask >> bit & 1U) != 0) {
+    for (unsigned int bit = 0; mask != 0; ++bit, mask >>= 1) {
+        if ((mask & 1U) != 0) {
             bits.push_back(bit);
-        }
-        if (bit == 31) {
-            break;
         }
     }
     return bits;

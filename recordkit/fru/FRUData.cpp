@@ -74,11 +74,7 @@ unsigned int FRUData::getAreaOffset(FRU_AREA id)
         }
         item = row->offsetItem;
     }
-    const auto header = areas.find(FRU_AREA_COMMON_HEADER);
-    if (header == areas.end()) {
-        TAVLib::throwFRUText(TAVLib::MESSAGE_FRU, "FRUData::getAreaOffset Not Found CommonHeader");
-    }
-    const TwoBytes offset(header->second->getItemMember(item)->getData());
+    const TwoBytes offset(areas[FRU_AREA_COMMON_HEADER]->getItemMember(item)->getData());
     return offset.first * (id < FRU_AREA_CPU_HEADER ? INFORMATION_UNIT : CPU_UNIT);
 }
 

@@ -48,6 +48,17 @@ public:
         SENSOR_NUMBER = 12,
         EVENT_TYPE = 13,
         EVENT_DATA_1 = 14,
+        // Of OEM records: with a timestamp, and without.
+        OEM_MANUFACTURER_ID = 8,
+        OEM_TIMESTAMPED_DATA = 11,
+        OEM_UNTIMESTAMPED_DATA = 4,
+    };
+
+    /// Record types (IPMI v2.0, sections 32.1 to 32.3); those of the OEM go on to DFh and FFh.
+    enum RecordType : unsigned char {
+        SYSTEM_EVENT_RECORD = 0x02,
+        FIRST_OEM_TIMESTAMPED_RECORD = 0xC0,
+        FIRST_OEM_UNTIMESTAMPED_RECORD = 0xE0,
     };
 
     /// 0 and a trace line when `size` is below the serialized size.

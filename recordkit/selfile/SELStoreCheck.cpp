@@ -20,9 +20,6 @@ namespace {
 constexpr unsigned int RECORD_TYPE_OFFSET = SELEntry::RECORD_TYPE + 1;
 constexpr unsigned int TIMESTAMP_OFFSET = SELEntry::TIMESTAMP + 1;
 
-/// From this record type on, OEM records have no timestamp (IPMI v2.0, section 32.3).
-constexpr unsigned char FIRST_UNTIMESTAMPED_TYPE = 0xE0;
-
 /// Where the files stand in the list.
 constexpr std::size_t WORKING = 0;
 constexpr std::size_t BACKUP = 1;
@@ -128,7 +125,7 @@ void SELStoreCheck::addFile(int index, int kind)
     }
     for (unsigned int i = 0; i < file.count; ++i) {
         const unsigned char* const slot = scan.slot(i);
-        if (slot[RECORD_TYPE_OFFSET] < FIRST_UNTIMESTAMPED_TYPE) {
+        if (slot[RECORD_TYPE_OFFSET] < SELEntry::FIRST_OEM_UNTIMESTAMPED_RECORD) {
             file.lastTime = readLE32(slot + TIMESTAMP_OFFSET);
             file.firstTime = file.hasTimes ? file.firstTime : file.lastTime;
             file.hasTimes = true;

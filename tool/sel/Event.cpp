@@ -20,24 +20,16 @@ using TAVLib::RecordKit::SELEntry;
 
 namespace {
 
-constexpr unsigned char SYSTEM_EVENT_RECORD = 0x02;
-constexpr unsigned char FIRST_OEM_TIMESTAMPED = 0xC0;
-constexpr unsigned char FIRST_OEM_UNTIMESTAMPED = 0xE0;
-
-/// Record bytes of the OEM records: manufacturer id and data behind a timestamp, or data alone.
-constexpr int MANUFACTURER_ID = 8;
-constexpr int OEM_TIMESTAMPED_DATA = 11;
-constexpr int OEM_UNTIMESTAMPED_DATA = 4;
-
 EventKind kindOf(unsigned char recordType)
 {
-    if (recordType == SYSTEM_EVENT_RECORD) {
+    if (recordType == SELEntry::SYSTEM_EVENT_RECORD) {
         return EventKind::SYSTEM_EVENT;
     }
-    if (recordType >= FIRST_OEM_UNTIMESTAMPED) {
+    if (recordType >= SELEntry::FIRST_OEM_UNTIMESTAMPED_RECORD) {
         return EventKind::OEM_UNTIMESTAMPED;
     }
-    return recordType >= FIRST_OEM_TIMESTAMPED ? EventKind::OEM_TIMESTAMPED : EventKind::OTHER;
+    return recordType >= SELEntry::FIRST_OEM_TIMESTAMPED_RECORD ? EventKind::OEM_TIMESTAMPED
+                                                                : EventKind::OTHER;
 }
 
 unsigned int littleEndian(const SELEntry& entry, int byte, int width)
@@ -118,14 +110,14 @@ Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::R
         decodeSystemEvent(entry, event);
         break;
     case EventKind::OEM_TIMESTAMPED:
-        event.manufacturer = littleEndian(entry, MANUFACTURER_ID, 3);
-        decodeOemData(entry, OEM_TIMESTAMPED_DATA, event);
+        event.manufacturer = littleEndian(entry, SELEntry::OEM_MANUFACTURER_ID, 3);
+        decodeOemData(entry, SELEntry::OEM_TIMESTAMPED_DATA, event);
         break;
     case EventKind::OEM_UNTIMESTAMPED:
-        decodeOemData(entry, OEM_UNTIMESTAMPED_DATA, event);
+        decodeOemData(entry, SELEntry::OEM_UNTIMESTAMPED_DATA, event);
         break;
     case EventKind::OTHER:
-        decodeOemData(entry, MANUFACTURER_ID, event);
+        decodeOemData(entry, SELEntry::OEM_MANUFACTURER_ID, event);
         break;
     }
     event.partitions = entry.getPartitionBitmask();

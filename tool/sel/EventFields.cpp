@@ -55,14 +55,15 @@ constexpr ImageField SYSTEM_EVENT[] = {
 };
 constexpr ImageField OEM_TIMESTAMPED[] = {
     {ofRecord(Message::TIMESTAMP), 4, "timestamp"},
-    {ofRecord(8), 3, "manufacturer id"},
-    {ofRecord(11), 6, "OEM data"},
+    {ofRecord(Message::OEM_MANUFACTURER_ID), 3, "manufacturer id"},
+    {ofRecord(Message::OEM_TIMESTAMPED_DATA), 6, "OEM data"},
 };
 constexpr ImageField OEM_UNTIMESTAMPED[] = {
-    {ofRecord(4), 13, "OEM data"},
+    {ofRecord(Message::OEM_UNTIMESTAMPED_DATA), 13, "OEM data"},
 };
 constexpr ImageField OTHER[] = {
-    {ofRecord(4), 13, "unknown"},
+    {ofRecord(Message::TIMESTAMP), 4, "timestamp"},
+    {ofRecord(8), 9, "unknown"},
 };
 constexpr ImageField TAIL[] = {
     {ofBlock(Message::BLOCK_EVENT_DATA_COUNT), 1, "OEM event data count"},

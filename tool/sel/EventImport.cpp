@@ -105,9 +105,10 @@ BMCSELEntryMessage complete(const Bytes& record, const OemFields& fields, const 
 void turnManufacturerBack(Bytes& record)
 {
     constexpr std::size_t RECORD_TYPE = SELEntry::RECORD_TYPE - 1;
-    constexpr long MANUFACTURER_ID = 7;
+    constexpr long MANUFACTURER_ID = SELEntry::OEM_MANUFACTURER_ID - 1;
     constexpr long MANUFACTURER_ID_SIZE = 3;
-    if (record[RECORD_TYPE] >= 0xC0 && record[RECORD_TYPE] <= 0xDF) {
+    if (record[RECORD_TYPE] >= SELEntry::FIRST_OEM_TIMESTAMPED_RECORD &&
+        record[RECORD_TYPE] < SELEntry::FIRST_OEM_UNTIMESTAMPED_RECORD) {
         std::reverse(record.begin() + MANUFACTURER_ID,
                      record.begin() + MANUFACTURER_ID + MANUFACTURER_ID_SIZE);
     }

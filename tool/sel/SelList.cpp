@@ -7,7 +7,8 @@
 #include "../Errors.h"
 #include "EventFilter.h"
 #include "EventPrinter.h"
-#include "Follower.h"
+#include "NewEvents.h"
+#include "WriteWatch.h"
 
 namespace recordkit::tool {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tool/sel/Follower.h"
+#include "tool/sel/NewEvents.h"
 
 #include <filesystem>
 
