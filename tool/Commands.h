@@ -13,6 +13,9 @@ namespace recordkit::tool {
 
 void addSelCommands(CLI::App& app, Globals& globals);
 void addSeverityCommand(CLI::App& app, Globals& globals);
+void addFruCommands(CLI::App& app, Globals& globals);
+void addCpuCommand(CLI::App& app, Globals& globals);
+void addNodeCommand(CLI::App& app, Globals& globals);
 
 void addSelAdd(CLI::App& sel, Globals& globals);
 void addSelList(CLI::App& sel, Globals& globals);
@@ -24,6 +27,11 @@ void addSelRotate(CLI::App& sel, Globals& globals);
 void addSelBackup(CLI::App& sel, Globals& globals);
 void addSelRestore(CLI::App& sel, Globals& globals);
 void addSelClear(CLI::App& sel, Globals& globals);
+
+void addFruShow(CLI::App& fru, Globals& globals);
+void addFruGet(CLI::App& fru);
+void addFruVerify(CLI::App& fru);
+void addFruSet(CLI::App& fru);
 
 /// A sub-command with an example at the end of its help.
 CLI::App* addCommand(CLI::App& parent, const char* name, const char* description,

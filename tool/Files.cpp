@@ -2,8 +2,12 @@
 #include "Files.h"
 
 #include <array>
+#include <utility>
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include "Errors.h"
@@ -32,6 +36,105 @@ std::string readInput(const std::string& path)
         throw systemError(inputName(path), "read", error);
     }
     return content;
+}
+
+namespace {
+
+/// A file that is removed unless it was renamed.
+class Temporary {
+public:
+    explicit Temporary(const std::string& pattern) : name(pattern)
+    {
+        fd = ::mkostemp(name.data(), O_CLOEXEC);
+        if (fd == -1) {
+            throw systemError(pattern, "created", errno);
+        }
+    }
+    ~Temporary()
+    {
+        if (fd != -1) {
+            ::close(fd);
+        }
+        if (!isRenamed) {
+            ::unlink(name.c_str());
+        }
+    }
+    Temporary(const Temporary&) = delete;
+    Temporary& operator=(const Temporary&) = delete;
+
+    void write(const std::string& content) const
+    {
+        for (std::size_t done = 0; done < content.size();) {
+            const ssize_t count =
+                TEMP_FAILURE_RETRY(::write(fd, content.data() + done, content.size() - done));
+            if (count == -1) {
+                throw systemError(name, "written", errno);
+            }
+            done += static_cast<std::size_t>(count);
+        }
+    }
+    void copyOwner(const struct stat& of) const
+    {
+        // Only root can give a file away; the permissions are the owner's to set.
+        static_cast<void>(::fchown(fd, of.st_uid, of.st_gid));
+        if (::fchmod(fd, of.st_mode & 07777) == -1) {
+            throw systemError(name, "given its permissions", errno);
+        }
+    }
+    void renameTo(const std::string& path)
+    {
+        if (::fsync(fd) == -1) {
+            throw systemError(name, "synchronised", errno);
+        }
+        const int error = ::close(std::exchange(fd, -1)) == -1 ? errno : 0;
+        if (error != 0) {
+            throw systemError(name, "closed", error);
+        }
+        if (::rename(name.c_str(), path.c_str()) == -1) {
+            throw systemError(path, "replaced", errno);
+        }
+        isRenamed = true;
+    }
+
+private:
+    std::string name;
+    int fd = -1;
+    bool isRenamed = false;
+};
+
+struct stat statusOf(const std::string& path)
+{
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) == -1) {
+        throw systemError(path, "read", errno);
+    }
+    return status;
+}
+
+}
+
+void replaceFile(const std::string& path, const std::string& content)
+{
+    char* const resolved = ::realpath(path.c_str(), nullptr);
+    if (resolved == nullptr) {
+        throw systemError(path, "read", errno);
+    }
+    const std::string target = resolved;
+    std::free(resolved);
+    Temporary temporary(target + ".XXXXXX");
+    temporary.copyOwner(statusOf(target));
+    temporary.write(content);
+    temporary.renameTo(target);
+}
+
+bool isDeviceNode(const std::string& path)
+{
+    constexpr long SYSFS = 0x62656572;
+    struct statfs system = {};
+    if (!S_ISREG(statusOf(path).st_mode)) {
+        return true;
+    }
+    return ::statfs(path.c_str(), &system) == 0 && system.f_type == SYSFS;
 }
 
 std::string inputName(const std::string& path)

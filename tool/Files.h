@@ -9,6 +9,14 @@ namespace recordkit::tool {
 /// The whole content of a file, of standard input for "-". Throws CommandError (file).
 std::string readInput(const std::string& path);
 
+/// Replaces a regular file, or the one that a symbolic link leads to: written to a temporary beside
+/// it, which is synchronised and renamed; owner and permissions stay. Throws CommandError (file).
+void replaceFile(const std::string& path, const std::string& content);
+
+/// Whether a path is a device: no regular file, or a node that the kernel serves, which cannot be
+/// replaced.
+bool isDeviceNode(const std::string& path);
+
 /// How an input is called in messages.
 std::string inputName(const std::string& path);
 

@@ -5,10 +5,9 @@
 #include <memory>
 #include <numeric>
 
+#include <recordkit/fru/FRUTables.h>
 #include <recordkit/platform/PException.h>
 #include <recordkit/serial/Failure.h>
-
-#include "FRUTables.h"
 
 using TAVLib::MESSAGE_FRU;
 using TAVLib::MESSAGE_TEXT;

@@ -3,11 +3,10 @@
 
 #include <memory>
 
+#include <recordkit/fru/FRUTables.h>
 #include <recordkit/platform/PException.h>
 #include <recordkit/serial/BitField.h>
 #include <recordkit/serial/Failure.h>
-
-#include "FRUTables.h"
 
 using TAVLib::get_bit;
 

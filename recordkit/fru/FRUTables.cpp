@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "FRUTables.h"
+#include <recordkit/fru/FRUTables.h>
 
 #include <iterator>
 

@@ -4,7 +4,8 @@
 
 #include <recordkit/fru/FRUMember.h>
 
-/// How one area is laid out, and where its offset stands.
+/// How one area is laid out, and where its offset stands. FRUArea reads by these rows; a program
+/// that walks images itself, as those with areas too long for FRUArea, needs no others.
 struct FRUAreaTbl {
     FRU_AREA areaId;
     const FRUMemberTbl* members; ///< ended by FRU_ITEM_TERMINATOR
@@ -13,6 +14,6 @@ struct FRUAreaTbl {
 };
 
 /// The row of an area; nullptr for one that cannot be opened.
-const FRUAreaTbl* findFRUArea(FRU_AREA areaId);
+RECORDKIT_API const FRUAreaTbl* findFRUArea(FRU_AREA areaId);
 
 #endif

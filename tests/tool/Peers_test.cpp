@@ -10,6 +10,7 @@
 #include <recordkit/selfile/SELChainReader.h>
 
 #include "PeerNames.h"
+#include "support/Answers.h"
 #include "support/Bytes.h"
 #include "support/ScratchRoot.h"
 #include "tool/sel/Event.h"
@@ -67,22 +68,6 @@ std::string trimmed(const std::string& text)
     return first == std::string::npos
                ? ""
                : text.substr(first, text.find_last_not_of(" \r") - first + 1);
-}
-
-std::string contentOf(const std::string& path)
-{
-    if (std::filesystem::path(path).extension() != ".gz") {
-        const Bytes bytes = readFile(path);
-        return std::string(bytes.begin(), bytes.end());
-    }
-    std::string content;
-    std::FILE* const pipe = ::popen(("zcat " + path).c_str(), "r");
-    char piece[4096];
-    while (const std::size_t count = std::fread(piece, 1, sizeof piece, pipe)) {
-        content.append(piece, count);
-    }
-    ::pclose(pipe);
-    return content;
 }
 
 using Answer = std::map<std::string, std::string>;

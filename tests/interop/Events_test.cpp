@@ -2,18 +2,12 @@
 // openipmi's simulated controller on loopback: one event for every sensor type and offset, listed
 // by ipmitool and by this project. Ours has words wherever ipmitool has them.
 #include <algorithm>
-#include <arpa/inet.h>
-#include <csignal>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <map>
 #include <sstream>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include "interop/Simulator.h"
 #include "support/Bytes.h"
-#include "support/Process.h"
 #include "support/ScratchRoot.h"
 #include "tool/PeerNames.h"
 #include "tool/sel/Event.h"
@@ -25,65 +19,6 @@ using namespace recordkit::tool;
 using namespace testing_support;
 
 namespace {
-
-/// A UDP port that nobody uses now.
-int freePort()
-{
-    const int fd = ::socket(AF_INET, SOCK_DGRAM, 0);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    const bool isBound = ::bind(fd, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-                         ::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-    ::close(fd);
-    return isBound ? ntohs(address.sin_port) : 0;
-}
-
-/// A simulated management controller for the lifetime of the object.
-class Simulator {
-public:
-    explicit Simulator(const std::string& folder) : port(freePort())
-    {
-        writeFile(folder + "/lan.conf",
-                  "name \"bmc1\"\nset_working_mc 0x20\nstartlan 1\n  addr 127.0.0.1 " +
-                      std::to_string(port) +
-                      "\n  priv_limit admin\n  allowed_auths_admin none md2 md5 straight\n"
-                      "  guid a123456789abcdefa123456789abcdef\nendlan\n"
-                      "user 2 true \"admin\" \"test\" admin 10 none md2 md5 straight\n");
-        writeFile(folder + "/bmc.emu",
-                  std::string("mc_setbmc 0x20\n"
-                              "mc_add 0x20 0 no-device-sdrs 0x23 9 8 0x9f 0x1291 0xf02\n"
-                              "sel_enable 0x20 1000 0x0a\nmc_enable 0x20\n"));
-        child = ::fork();
-        if (child == 0) {
-            ::execlp("ipmi_sim", "ipmi_sim", "-n", "-p", "-c", (folder + "/lan.conf").c_str(), "-f",
-                     (folder + "/bmc.emu").c_str(), "-s", folder.c_str(), nullptr);
-            ::_exit(127);
-        }
-    }
-    ~Simulator()
-    {
-        ::kill(child, SIGTERM);
-        ::waitpid(child, nullptr, 0);
-    }
-    Simulator(const Simulator&) = delete;
-    Simulator& operator=(const Simulator&) = delete;
-
-    /// ipmitool asks again until the simulator has come up.
-    Outcome ipmitool(const Arguments& arguments) const
-    {
-        Arguments words = {
-            "ipmitool", "-I",   "lan", "-H", "127.0.0.1", "-p", std::to_string(port), "-U", "admin",
-            "-P",       "test", "-N",  "1",  "-R",        "30"};
-        words.insert(words.end(), arguments.begin(), arguments.end());
-        return run(words);
-    }
-
-private:
-    int port;
-    pid_t child = -1;
-};
 
 struct Sent {
     unsigned char sensorType;
@@ -149,7 +84,7 @@ std::map<unsigned long, std::vector<std::string>> linesById(const std::string& l
 
 TEST(Simulator, HasNoWordsForAnEventThatWeHaveNone)
 {
-    if (run({"sh", "-c", "command -v ipmi_sim && command -v ipmitool"}).status != 0) {
+    if (!hasPrograms({"ipmi_sim", "ipmitool"})) {
         GTEST_SKIP() << "ipmi_sim and ipmitool are not here";
     }
     const ScratchRoot root;

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_FRU_INTERNALOPTION_H
+#define RECORDKIT_TOOL_FRU_INTERNALOPTION_H
+
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "FruImage.h"
+
+namespace recordkit::tool {
+
+/// The option --internal of a sub-command: how the internal use area is read.
+class InternalOption {
+public:
+    void addTo(CLI::App& command);
+    InternalLayout get() const;
+
+private:
+    std::string text;
+};
+
+}
+
+#endif
