@@ -13,6 +13,7 @@ set(RECORDKIT_PUBLIC_DATA ${PROJECT_SOURCE_DIR}/../shared/data/public CACHE PATH
     "public sample data that some tests compare with; those are skipped where it is not")
 option(RECORDKIT_BUILD_TESTS "build the tests" ON)
 option(RECORDKIT_BUILD_BENCH "build the benchmarks" OFF)
+option(RECORDKIT_BUILD_FUZZ "build the fuzz targets; needs clang" OFF)
 
 if(NOT CMAKE_BUILD_TYPE)
     set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "build type" FORCE)
@@ -27,6 +28,9 @@ if(RECORDKIT_SANITIZE)
     target_compile_options(recordkit_options INTERFACE
         -fsanitize=${RECORDKIT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(recordkit_options INTERFACE -fsanitize=${RECORDKIT_SANITIZE})
+endif()
+if(RECORDKIT_BUILD_FUZZ)
+    target_compile_options(recordkit_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)

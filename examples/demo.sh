@@ -73,3 +73,13 @@ show sel list --board all --severity critical --last 10
 
 step "Why a thermal trip is what it is."
 show severity 0x6F processor 1
+
+step "A FRU image: shown, edited, and what else changed: nothing."
+cp "$examples/data/fru/ascii-all.bin" "$scratch/board.bin"
+show fru show "$scratch/board.bin" | head -n 14
+show fru set "$scratch/board.bin" board.serial=SN-4711
+show fru verify "$scratch/board.bin"
+
+step "A processor's information ROM."
+echo "$ recordkit --root $examples/root cpu $examples/data/cpu/sample.bin"
+"$recordkit" --root "$examples/root" cpu "$examples/data/cpu/sample.bin" | head -n 8

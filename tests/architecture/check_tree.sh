@@ -42,8 +42,9 @@ if grep -rn '#include [<"]tool/' recordkit; then
     wrong=1
 fi
 
-for file in $(find .ci cmake recordkit tool tests bench examples docs dev CMakeLists.txt README.md \
-    -type f ! -path 'examples/data/*'); do
+for file in $(find .ci cmake recordkit tool tests bench fuzz examples docs dev CMakeLists.txt README.md \
+    -type f ! -path 'examples/data/*' ! -path 'examples/root/*' \
+    ! -path 'fuzz/corpus/*'); do
     if ! head -n 3 "$file" | grep -q 'SPDX-License-Identifier: Apache-2.0'; then
         echo "$file: no SPDX line"
         wrong=1

@@ -238,6 +238,14 @@ TEST(FruEdit, DamagedAreasAreRefused)
               "1: chassis (8 to 31) and multirecord (24 to 28) overlap");
 }
 
+TEST(FruEdit, AreaThatHoldsTheOffsetOfAnUnreadableOneIsRefused)
+{
+    // The chassis area begins in the board area's fields, which an edit would move.
+    const Bytes image = withChecksum({1, 0, 3, 1, 0, 0, 0}) + BOARD;
+    EXPECT_EQ(refusal(image, {{"board.serial", "SN-4711"}}, false, true),
+              "1: board (8 to 47) and chassis (24 to 24) overlap");
+}
+
 TEST(FruEdit, GrowingMovesWhatIsBehind)
 {
     const FruEditResult result = edit(IMAGE, {{"board.serial", "SN-01-and-a-long-tail"}}, true);

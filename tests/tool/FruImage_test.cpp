@@ -279,6 +279,9 @@ TEST(FruImage, OverlapsAreProblems)
     EXPECT_EQ(problems.back(), "board (8 to 47) and chassis (40 to 47) overlap");
     EXPECT_EQ(problemsOf(header({0, 1, 1, 0, 0}) + areaOf(8, {0x17, 0xC0, 0xC0, 0xC1})).back(),
               "chassis (8 to 15) and board (8 to 15) overlap");
+    // An area of unknown size may begin in another one.
+    EXPECT_EQ(problemsOf(header({0, 5, 1, 0, 0}) + BOARD).back(),
+              "board (8 to 47) holds the offset 40 of chassis");
     // Side by side is no overlap.
     EXPECT_EQ(problemsOf(header({0, 6, 1, 0, 0}) + BOARD + areaOf(8, {0x17, 0xC0, 0xC0, 0xC1})),
               Lines());

@@ -18,3 +18,7 @@ diff "$root/listing" - <<LISTING
 2 ${record}07606f01ffff
 1 ${record}07606f01ffff
 LISTING
+cp "$(dirname "$0")/../../examples/data/fru/ascii-all.bin" "$root/fru.bin"
+[ "$("$@" "$examples/read_fru" "$root/fru.bin")" = SBS00998877 ]
+[ "$("$@" "$examples/read_fru" "$root/fru.bin" SN-4711)" = SN-4711 ]
+[ "$("$@" "$examples/read_fru" "$root/fru.bin")" = SN-4711 ]

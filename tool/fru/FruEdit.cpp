@@ -233,15 +233,20 @@ private:
                                         area.extent.name, area.extent.size, area.extent.offset,
                                         MAX_AREA_SIZE));
         }
-        for (const FruExtent& other : image.extents) {
-            const bool isItself =
-                other.offset == area.extent.offset && other.name == area.extent.name;
-            // An internal use area is what others leave: it never reaches into one behind it.
-            if (!isItself && other.offset < area.extent.end() && area.extent.offset < other.end()) {
-                throw dataError(fmt::format(
-                    "{} ({} to {}) and {} ({} to {}) overlap", area.extent.name, area.extent.offset,
-                    area.extent.end() - 1, other.name, other.offset, other.end() - 1));
+        for (const auto* const others : {&image.extents, &image.lost}) {
+            for (const FruExtent& other : *others) {
+                checkApart(area.extent, other);
             }
+        }
+    }
+
+    static void checkApart(const FruExtent& area, const FruExtent& other)
+    {
+        const bool isItself = other.offset == area.offset && other.name == area.name;
+        if (!isItself && other.offset < area.end() && area.offset < other.end()) {
+            throw dataError(fmt::format("{} ({} to {}) and {} ({} to {}) overlap", area.name,
+                                        area.offset, area.end() - 1, other.name, other.offset,
+                                        other.end() - 1));
         }
     }
 

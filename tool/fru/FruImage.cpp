@@ -281,8 +281,15 @@ private:
     void addArea(FRU_AREA id, unsigned int offset)
     {
         image.areas.push_back(AreaParser(bytes, id, offset).parse());
-        if (image.areas.back().extent.size != 0) {
-            addExtent(image.areas.back().extent);
+        addExtentOrLost(image.areas.back().extent);
+    }
+
+    void addExtentOrLost(const FruExtent& extent)
+    {
+        if (extent.size != 0) {
+            addExtent(extent);
+        } else if (extent.offset < bytes.size()) {
+            image.lost.push_back({extent.name, extent.offset, 1});
         }
     }
 
@@ -327,9 +334,7 @@ private:
             image.records.push_back(record);
             at = record.extent.end();
         }
-        if (at > offset) {
-            addExtent({fruAreaName(FRU_AREA_MULTIRECORD), offset, at - offset});
-        }
+        addExtentOrLost({fruAreaName(FRU_AREA_MULTIRECORD), offset, at - offset});
     }
 
     void readInternalUse(unsigned int offset)
@@ -365,6 +370,14 @@ private:
                     problem(fmt::format("{} ({} to {}) and {} ({} to {}) overlap", earlier->name,
                                         earlier->offset, earlier->end() - 1, later->name,
                                         later->offset, later->end() - 1));
+                }
+            }
+        }
+        for (const FruExtent& lost : image.lost) {
+            for (const FruExtent& extent : image.extents) {
+                if (lost.offset >= extent.offset && lost.offset < extent.end()) {
+                    problem(fmt::format("{} ({} to {}) holds the offset {} of {}", extent.name,
+                                        extent.offset, extent.end() - 1, lost.offset, lost.name));
                 }
             }
         }

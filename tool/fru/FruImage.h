@@ -80,6 +80,7 @@ struct FruImage {
     std::vector<FruInternalUse> internalUse; ///< one or none
     std::vector<FruMultiRecord> records;
     std::vector<FruExtent> extents; ///< header and areas by offset; those that lie in the image
+    std::vector<FruExtent> lost;    ///< areas that begin in the image, and whose size is not known
     std::vector<std::string> headerProblems;
     std::vector<std::string> problems; ///< of multirecords and of how the areas lie
 

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: Apache-2.0
+// Gives a target every file of the folders named, as the fuzzer would.
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size);
+
+int main(int argc, char** argv)
+{
+    unsigned int inputs = 0;
+    for (int i = 1; i < argc; ++i) {
+        for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
+            std::ifstream file(entry.path(), std::ios::binary);
+            const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+            const std::vector<unsigned char> input(bytes.begin(), bytes.end());
+            LLVMFuzzerTestOneInput(input.data(), input.size());
+            ++inputs;
+        }
+    }
+    std::printf("%u inputs\n", inputs);
+    return inputs == 0 ? EXIT_FAILURE : EXIT_SUCCESS;
+}
