@@ -19,6 +19,13 @@ template <typename T> T get_bit(T value, unsigned int position, unsigned int wid
     return position >= BITS ? T{0} : static_cast<T>((value >> position) & mask);
 }
 
+/// Sets or clears one bit of a byte.
+inline void writeBit(unsigned char& byte, unsigned int position, bool isSet)
+{
+    const unsigned int bit = 1U << position;
+    byte = static_cast<unsigned char>(isSet ? byte | bit : byte & ~bit);
+}
+
 }
 
 #endif

@@ -72,6 +72,18 @@ void traceSystemCallError(FailureLocation where, const char* text, int error)
     put(where, LEVEL_ERROR, message);
 }
 
+void traceLine(FailureLocation where, unsigned char level, const char* text)
+{
+    put(where, level, text);
+}
+
+void traceNotFound(FailureLocation where, const char* text, const char* element)
+{
+    char message[MESSAGE_BUFFER_SIZE];
+    lmsg_getmsg(MESSAGE_NOT_FOUND, message, text, element);
+    put(where, LEVEL_ERROR, message);
+}
+
 void traceText(FailureLocation where, unsigned char level, int messageNumber, const char* text)
 {
     char message[MESSAGE_BUFFER_SIZE];
@@ -91,6 +103,20 @@ void throwLengthError(FailureLocation where, const char* text, long held, long n
     throw PException(PRODUCER, DATA_OBJECT_MODULE, where, ARGUMENT_ERROR_ACTION,
                      OUT_OF_RANGE_DETAIL, MESSAGE_LENGTH, textParameter(text), held, needed, 0, 0,
                      0, 0, 0);
+}
+
+void throwNotFound(FailureLocation where, const char* text, const char* element)
+{
+    throw PException(PRODUCER, DATA_OBJECT_MODULE, where, ARGUMENT_ERROR_ACTION,
+                     OUT_OF_RANGE_DETAIL, MESSAGE_NOT_FOUND, textParameter(text),
+                     textParameter(element), 0, 0, 0, 0, 0, 0);
+}
+
+void throwIndexError(FailureLocation where, const char* text, long index)
+{
+    throw PException(PRODUCER, DATA_OBJECT_MODULE, where, ARGUMENT_ERROR_ACTION,
+                     OUT_OF_RANGE_DETAIL, MESSAGE_INDEX, textParameter(text), index, 0, 0, 0, 0, 0,
+                     0);
 }
 
 void throwFieldError(FailureLocation where, const char* text, const char* field, long value)

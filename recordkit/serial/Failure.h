@@ -6,14 +6,22 @@ namespace TAVLib {
 
 /// Who reports: the class's number in the high byte.
 enum FailureLocation : unsigned short {
+    SB_BOARD_INFO_LOCATION = 0x0500,
+    IOU_BOARD_INFO_LOCATION = 0x0600,
+    RECORD_SENSOR_COMMON_LOCATION = 0x0700,
+    IOU_PORT_CONFIGURATION_LOCATION = 0x0800,
     UTIL_LOCATION = 0x0800, ///< in the module of the identification utilities
     SEL_ENTRY_LOCATION = 0x0900,
     OEM_SEL_ENTRY_LOCATION = 0x0A00,
+    PCI_BOX_INFO_LOCATION = 0x0D00,
+    GSPB_BOARD_INFO_LOCATION = 0x0F00,
     BMC_SEL_DATA_FILE_LOCATION = 0x1000,
+    DEVICE_ID_LOCATION = 0x1200,
     BMC_SEL_ENTRY_LOCATION = 0x1300,
     BMC_SEL_ENTRY_MESSAGE_LOCATION = 0x1400,
     SEL_ENTRY_LONG_TEXT_LOCATION = 0x1500,
     BMC_LOG_LOCATION = 0x1600,
+    SASU_BOARD_INFO_LOCATION = 0x1800,
     FRU_LOCATION = 13, ///< in the module of the FRU classes
 };
 
@@ -22,11 +30,13 @@ enum FailureMessage : int {
     MESSAGE_TEXT = 20003,              ///< text
     MESSAGE_FRU = 20004,               ///< text
     MESSAGE_LENGTH = 20008,            ///< text, length or index, limit
+    MESSAGE_NOT_FOUND = 20010,         ///< text, text
     MESSAGE_SYSTEM_CALL = 20011,       ///< text, errno
     MESSAGE_FRU_PARAMETER = 20019,     ///< text
     MESSAGE_BAD_PARAMETER = 20027,     ///< text, value
     MESSAGE_FIELD_NOT_PRESENT = 20030, ///< text, field, value
     MESSAGE_OPERATION_FAILED = 20031,  ///< text
+    MESSAGE_INDEX = 20034,             ///< text, index
 };
 
 /// Trace levels.
@@ -47,6 +57,12 @@ void traceOperationError(FailureLocation where, const char* text);
 /// Traces the failure of a system call.
 void traceSystemCallError(FailureLocation where, const char* text, int error);
 
+/// Traces a text that is no catalogue message.
+void traceLine(FailureLocation where, unsigned char level, const char* text);
+
+/// Traces that an element is not there.
+void traceNotFound(FailureLocation where, const char* text, const char* element);
+
 /// Traces a text under a message that takes a text alone.
 void traceText(FailureLocation where, unsigned char level, int messageNumber, const char* text);
 
@@ -55,6 +71,12 @@ void traceParameterError(unsigned char unitKind, const char* text, int value);
 
 /// Throws that a record holds `held` bytes where `needed` are asked for (detail 0x0B00).
 [[noreturn]] void throwLengthError(FailureLocation where, const char* text, long held, long needed);
+
+/// Throws that an element is not there (detail 0x0B00, message 20010).
+[[noreturn]] void throwNotFound(FailureLocation where, const char* text, const char* element);
+
+/// Throws that an index lies beyond a fixed table (detail 0x0B00, message 20034).
+[[noreturn]] void throwIndexError(FailureLocation where, const char* text, long index);
 
 /// Throws that a record does not carry the asked-for field (detail 0x0B01).
 [[noreturn]] void throwFieldError(FailureLocation where, const char* text, const char* field,

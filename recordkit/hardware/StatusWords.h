@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_HARDWARE_STATUSWORDS_H
+#define RECORDKIT_HARDWARE_STATUSWORDS_H
+
+#include <vector>
+
+namespace TAVLib::RecordKit {
+
+/// Counted lists of status words of 16 bits, low byte first in the image.
+using StatusWords = std::vector<unsigned short>;
+
+/// Replaces the words by `count` ones of an image.
+void readWords(const unsigned char* data, unsigned int count, StatusWords& words);
+
+/// Writes the words and gives back the place behind them.
+unsigned char* writeWords(const StatusWords& words, unsigned char* buffer);
+
+/// A word; throws the failure of an element that is not there, with these texts.
+unsigned short statusOf(const StatusWords& words, unsigned int index, unsigned short location,
+                        const char* method, const char* notFound);
+
+/// Replaces what `numbers` holds by 0, 1, ..., count - 1.
+void numberElements(std::vector<int>& numbers, std::size_t count);
+
+}
+
+#endif

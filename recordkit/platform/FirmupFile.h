@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_PLATFORM_FIRMUPFILE_H
+#define RECORDKIT_PLATFORM_FIRMUPFILE_H
+
+#include <recordkit/platform/Export.h>
+
+namespace TAVLib {
+
+/// Files of the firmware update.
+class RECORDKIT_API FirmupFile {
+public:
+    /// Value of one BCD byte.
+    static unsigned char BCDtoBin(char bcd);
+};
+
+}
+
+#endif

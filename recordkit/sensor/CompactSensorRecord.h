@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_SENSOR_COMPACTSENSORRECORD_H
+#define RECORDKIT_SENSOR_COMPACTSENSORRECORD_H
+
+#include <recordkit/sensor/RecordSensorCommon.h>
+#include <recordkit/serial/SerializableObject.h>
+
+namespace TAVLib::RecordKit {
+
+/// A compact sensor record (IPMI v2.0, section 43.2).
+///
+/// | byte | width | meaning                                                 |
+/// |------|-------|---------------------------------------------------------|
+/// | 0    | 23    | header and common fields, see RecordSensorCommon        |
+/// | 23   | 2     | carried unchanged                                       |
+/// | 25   | 1     | positive-going threshold hysteresis                     |
+/// | 26   | 1     | negative-going threshold hysteresis                     |
+/// | 27   | 4     | carried unchanged                                       |
+/// | 31   | 1     | type/length byte of the id string                       |
+/// | 32   | 16    | id string                                               |
+///
+/// A new record is all zero. A copy has an image of its own.
+class RECORDKIT_API CompactSensorRecord : public RecordSensorCommon, public SerializableObject {
+public:
+    CompactSensorRecord();
+    ~CompactSensorRecord() override;
+    CompactSensorRecord(const CompactSensorRecord& other);
+    CompactSensorRecord& operator=(const CompactSensorRecord& other);
+
+    unsigned char getPositiveGoingThresholdHyst() const override { return image[POSITIVE_HYST]; }
+    void setPositiveGoingThresholdHyst(unsigned char value) override
+    {
+        image[POSITIVE_HYST] = value;
+    }
+    unsigned char getNegativeGoingThresholdHyst() const override { return image[NEGATIVE_HYST]; }
+    void setNegativeGoingThresholdHyst(unsigned char value) override
+    {
+        image[NEGATIVE_HYST] = value;
+    }
+    unsigned char* getIDStringStruct() override { return image + ID_STRING; }
+    const unsigned char* getIDStringStructConst() const override { return image + ID_STRING; }
+    unsigned char getCurrentRecordLength() const override;
+
+    /// 0 and an untouched buffer when it is too short.
+    unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
+    /// 32 and the length of the id string, as its field has it.
+    unsigned int getSerializedSize() const override { return FIXED_SIZE + getIDStringLength(); }
+    /// Takes 32 bytes and the id string, of which it keeps 16 bytes; what lies behind is ignored.
+    /// False and an unchanged record below 32 bytes; false, and a record with a new fixed part and
+    /// the old string, when the string is cut off.
+    bool setSerialized(const unsigned char* data, unsigned int len) override;
+
+private:
+    enum Offset : unsigned int {
+        POSITIVE_HYST = 25,
+        NEGATIVE_HYST = 26,
+        ID_STRING = 31,
+        FIXED_SIZE = 32,
+        SIZE = FIXED_SIZE + VARIABLE_FIELD_LENGTH,
+    };
+
+    unsigned char image[SIZE] = {};
+};
+
+}
+
+#endif

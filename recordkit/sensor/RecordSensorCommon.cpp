@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/sensor/RecordSensorCommon.h>
+
+#include <algorithm>
+
+#include <recordkit/serial/Failure.h>
+
+namespace TAVLib::RecordKit {
+
+namespace {
+
+constexpr unsigned char LENGTH_BITS = 0x1F;
+
+/// Copies `count` bytes of a string that has 16; what lies beyond is 0.
+void copyString(const unsigned char* string, unsigned int count, unsigned char* out)
+{
+    const unsigned int held = std::min(count, RecordSensorCommon::VARIABLE_FIELD_LENGTH);
+    std::fill_n(std::copy_n(string, held, out), count - held, static_cast<unsigned char>(0));
+}
+
+}
+
+RecordSensorCommon::~RecordSensorCommon() = default;
+
+void RecordSensorCommon::setChannelNumber(unsigned char channel)
+{
+    common[OWNER_LUN] =
+        static_cast<unsigned char>(get_bit(channel, 0, 4) << 4 | (common[OWNER_LUN] & 0x0F));
+}
+
+void RecordSensorCommon::setSensorOwnerLUN(unsigned char lun)
+{
+    common[OWNER_LUN] = static_cast<unsigned char>(get_bit(lun, 0, 2) | (common[OWNER_LUN] & 0xFC));
+}
+
+void RecordSensorCommon::setIDStringBytes(const unsigned char* bytes, unsigned int len,
+                                          unsigned char type)
+{
+    if (len > VARIABLE_FIELD_LENGTH) {
+        throwIndexError(RECORD_SENSOR_COMMON_LOCATION, "setIDStringBytes(len)",
+                        static_cast<long>(len));
+    }
+    setIDStringLength(len);
+    setIDStringType(type);
+    std::copy_n(bytes, len, getIDStringStruct() + 1);
+    setRecordLength(getCurrentRecordLength());
+}
+
+unsigned int RecordSensorCommon::getIDStringBytes(unsigned char* buf, unsigned int size) const
+{
+    const unsigned int count = std::min(getIDStringLength(), size);
+    copyString(getIDStringStructConst() + 1, count, buf);
+    return count;
+}
+
+unsigned char RecordSensorCommon::getIDStringType() const
+{
+    return get_bit(*getIDStringStructConst(), 6, 2);
+}
+
+unsigned int RecordSensorCommon::getIDStringLength() const
+{
+    return *getIDStringStructConst() & LENGTH_BITS;
+}
+
+void RecordSensorCommon::setIDStringType(unsigned char type)
+{
+    unsigned char& byte = *getIDStringStruct();
+    byte = static_cast<unsigned char>(get_bit(type, 0, 2) << 6 | (byte & 0x3F));
+}
+
+void RecordSensorCommon::setIDStringLength(unsigned int length)
+{
+    unsigned char& byte = *getIDStringStruct();
+    byte = static_cast<unsigned char>(std::min(length, VARIABLE_FIELD_LENGTH) |
+                                      (byte & ~LENGTH_BITS & 0xFFU));
+}
+
+bool RecordSensorCommon::takeImage(const unsigned char* data, unsigned int length,
+                                   unsigned int fixedSize)
+{
+    if (length < fixedSize) {
+        return false;
+    }
+    std::copy_n(data, fixedSize, common);
+    const unsigned int string = std::min(getIDStringLength(), VARIABLE_FIELD_LENGTH);
+    // A string that is cut off is refused, and the fixed part is new all the same: callers read
+    // it after such a failure.
+    if (length < fixedSize + string) {
+        return false;
+    }
+    unsigned char* const rest = std::copy_n(data + fixedSize, string, common + fixedSize);
+    std::fill_n(rest, VARIABLE_FIELD_LENGTH - string, static_cast<unsigned char>(0));
+    return true;
+}
+
+unsigned int RecordSensorCommon::giveImage(unsigned char* buffer, unsigned int length,
+                                           unsigned int fixedSize) const
+{
+    const unsigned int size = fixedSize + getIDStringLength();
+    if (size > length) {
+        return 0;
+    }
+    copyString(common + fixedSize, getIDStringLength(), std::copy_n(common, fixedSize, buffer));
+    return size;
+}
+
+}
