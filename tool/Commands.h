@@ -16,6 +16,9 @@ void addSeverityCommand(CLI::App& app, Globals& globals);
 void addFruCommands(CLI::App& app, Globals& globals);
 void addCpuCommand(CLI::App& app, Globals& globals);
 void addNodeCommand(CLI::App& app, Globals& globals);
+void addDecodeCommand(CLI::App& app, Globals& globals);
+void addSdrCommands(CLI::App& app, Globals& globals);
+void addSpdCommands(CLI::App& app, Globals& globals);
 
 void addSelAdd(CLI::App& sel, Globals& globals);
 void addSelList(CLI::App& sel, Globals& globals);

@@ -36,6 +36,9 @@ int parseAndDo(const std::vector<std::string>& arguments)
     addFruCommands(app, globals);
     addCpuCommand(app, globals);
     addNodeCommand(app, globals);
+    addDecodeCommand(app, globals);
+    addSdrCommands(app, globals);
+    addSpdCommands(app, globals);
     try {
         // It takes them from the end.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

@@ -25,7 +25,7 @@ void set(const Arguments& words)
 {
     Arguments all = {"fru", "set"};
     all.insert(all.end(), words.begin(), words.end());
-    const Outcome outcome = run(recordkit(all));
+    const Outcome outcome = run(ourCommand(all));
     ASSERT_EQ(outcome.status, 0) << outcome.err;
 }
 

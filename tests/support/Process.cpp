@@ -98,7 +98,7 @@ Arguments programOfThisBuild(const std::string& path)
     return words;
 }
 
-Arguments recordkit(const Arguments& arguments)
+Arguments ourCommand(const Arguments& arguments)
 {
     Arguments words = programOfThisBuild(RECORDKIT_COMMAND);
     words.insert(words.end(), arguments.begin(), arguments.end());

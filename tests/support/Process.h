@@ -27,7 +27,7 @@ Outcome run(const Arguments& arguments, const std::string& input = "",
 Arguments programOfThisBuild(const std::string& path);
 
 /// The recordkit command of this build with these arguments.
-Arguments recordkit(const Arguments& arguments);
+Arguments ourCommand(const Arguments& arguments);
 
 }
 

@@ -50,7 +50,7 @@ protected:
     {
         Arguments words = {"--root", root.path(), "sel"};
         words.insert(words.end(), arguments.begin(), arguments.end());
-        return run(recordkit(words), input);
+        return run(ourCommand(words), input);
     }
     void initialise() const { ASSERT_EQ(sel({"init"}).status, 0); }
     void fill(unsigned int count) const
@@ -146,8 +146,8 @@ bool runOnTerminal(const Arguments& words, const Arguments& environment, std::st
 
 TEST_F(Command, TellsItsVersionAndItsHelp)
 {
-    EXPECT_EQ(run(recordkit({"--version"})).out, "recordkit 1.0.0\n");
-    const Outcome help = run(recordkit({"--help"}));
+    EXPECT_EQ(run(ourCommand({"--version"})).out, "recordkit 1.0.0\n");
+    const Outcome help = run(ourCommand({"--help"}));
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.out.find("Subcommands:"), std::string::npos);
 }
@@ -169,7 +169,7 @@ TEST_F(Command, EveryHelpHasAnExample)
                                   {}};
     for (Arguments words : commands) {
         words.push_back("--help");
-        const Outcome help = run(recordkit(words));
+        const Outcome help = run(ourCommand(words));
         EXPECT_EQ(help.status, 0);
         EXPECT_NE(help.out.find("Example:\n  "), std::string::npos) << help.out;
     }
@@ -183,7 +183,7 @@ TEST_F(Command, WrongUsageIsStatusTwo)
           Arguments{"sel", "list", "--json", "--csv"}, Arguments{"--boards", "0", "sel", "list"},
           Arguments{"--boards", "257", "sel", "list"}, Arguments{"--root", "a b", "sel", "list"},
           Arguments{"--root", "/a;b", "sel", "list"}, Arguments{"severity"}}) {
-        const Outcome outcome = run(recordkit(words));
+        const Outcome outcome = run(ourCommand(words));
         EXPECT_EQ(outcome.status, 2) << outcome.out << outcome.err;
         EXPECT_FALSE(outcome.err.empty());
     }
@@ -193,7 +193,8 @@ TEST_F(Command, InitCreatesFoldersAndWorkingFiles)
 {
     std::filesystem::remove_all(root.at("/tmp"));
     std::filesystem::remove_all(root.at("/var"));
-    const Outcome outcome = run(recordkit({"--root", root.path(), "--boards", "2", "sel", "init"}));
+    const Outcome outcome =
+        run(ourCommand({"--root", root.path(), "--boards", "2", "sel", "init"}));
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(outcome.out,
               "board 0: " + working(0) + " created\nboard 1: " + working(1) + " created\n");
@@ -217,7 +218,7 @@ TEST_F(Command, InitKeepsAndRestores)
 TEST_F(Command, InitOnAnUnwritableRootIsStatusThree)
 {
     writeFile(root.at("/file"), "x");
-    const Outcome outcome = run(recordkit({"--root", root.at("/file"), "sel", "init"}));
+    const Outcome outcome = run(ourCommand({"--root", root.at("/file"), "sel", "init"}));
     EXPECT_EQ(outcome.status, 3);
     EXPECT_NE(outcome.err.find("cannot be created: Not a directory"), std::string::npos);
 }
@@ -353,7 +354,7 @@ TEST_F(Command, AddRefusesWrongInput)
 TEST_F(Command, AddToAnUnwritableRootIsStatusThree)
 {
     writeFile(root.at("/file"), "x");
-    const Outcome outcome = run(recordkit({"--root", root.at("/file"), "sel", "add", EVENTS}));
+    const Outcome outcome = run(ourCommand({"--root", root.at("/file"), "sel", "add", EVENTS}));
     EXPECT_EQ(outcome.status, 3);
     EXPECT_FALSE(outcome.err.empty());
     std::filesystem::remove_all(root.at("/tmp"));
@@ -395,7 +396,7 @@ TEST_F(Command, ListIsColouredOnATerminal)
 {
     initialise();
     ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, THERMAL_TRIP)).status, 0);
-    const Arguments words = recordkit({"--root", root.path(), "sel", "list"});
+    const Arguments words = ourCommand({"--root", root.path(), "sel", "list"});
     std::string shown;
     if (!runOnTerminal(words, {}, shown)) {
         GTEST_SKIP() << "no terminal can be made here";
@@ -416,7 +417,7 @@ TEST_F(Command, AddDrawsAProgressBarOnATerminal)
     writeFile(root.at("/events"), lines);
     std::string shown;
     if (!runOnTerminal(
-            recordkit({"--root", root.path(), "sel", "add", root.at("/events"), "--rotate"}), {},
+            ourCommand({"--root", root.path(), "sel", "add", root.at("/events"), "--rotate"}), {},
             shown)) {
         GTEST_SKIP() << "no terminal can be made here";
     }
@@ -587,8 +588,8 @@ TEST_F(Command, ListFollowsABoardAcrossARotation)
 {
     initialise();
     fill(3);
-    Following listing(recordkit({"--root", root.path(), "sel", "list", "--board", "1", "--follow",
-                                 "--ndjson", "--last", "2"}));
+    Following listing(ourCommand({"--root", root.path(), "sel", "list", "--board", "1", "--follow",
+                                  "--ndjson", "--last", "2"}));
     EXPECT_EQ(listing.nextId(), 2);
     EXPECT_EQ(listing.nextId(), 3);
     ASSERT_EQ(sel({"add", "-", "--board", "1"}, eventAt(4, TIME_2, THERMAL_TRIP)).status, 0);
@@ -861,7 +862,7 @@ TEST_F(Command, OutputThatCannotBeWrittenIsStatusThree)
         GTEST_SKIP() << "there is no /dev/full here";
     }
     std::string line;
-    for (const std::string& word : recordkit({"--root", root.path(), "sel", "list"})) {
+    for (const std::string& word : ourCommand({"--root", root.path(), "sel", "list"})) {
         line += word + " ";
     }
     const Outcome outcome = run({"sh", "-c", line + "> /dev/full"});
@@ -873,10 +874,10 @@ TEST_F(Command, RootMayComeFromTheEnvironmentAndBeRelative)
 {
     initialise();
     const Arguments root_ = {"RECORDKIT_ROOT=" + root.path()};
-    EXPECT_EQ(run(recordkit({"sel", "status"}), "", root_).out, sel({"status"}).out);
+    EXPECT_EQ(run(ourCommand({"sel", "status"}), "", root_).out, sel({"status"}).out);
     const Outcome outcome = run({"sh", "-c", "cd " + root.path() + "/tmp && exec " + [] {
                                      std::string line;
-                                     for (const std::string& word : recordkit({})) {
+                                     for (const std::string& word : ourCommand({})) {
                                          line += word + " ";
                                      }
                                      return line;
@@ -898,18 +899,18 @@ TEST_F(Command, TracesAreShownOnlyWhenAskedFor)
 
 TEST_F(Command, SeverityAnswersForOffsets)
 {
-    const Outcome outcome = run(recordkit({"severity", "0x6F", "processor", "0,1"}));
+    const Outcome outcome = run(ourCommand({"severity", "0x6F", "processor", "0,1"}));
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     for (const char* part : {"severity      non-recoverable\n", "alarm         alarm\n",
                              "mask          183Dh critical: offsets 0, 2, 3, 4, 5, 11, 12\n",
                              "alarm mask    183Fh\n", "warning mask  4000h\n"}) {
         EXPECT_NE(outcome.out.find(part), std::string::npos) << outcome.out;
     }
-    const Json json = Json::parse(run(recordkit({"severity", "7", "21", "7", "--json"})).out);
+    const Json json = Json::parse(run(ourCommand({"severity", "7", "21", "7", "--json"})).out);
     EXPECT_EQ(json["severity"], "monitor");
     EXPECT_EQ(json["alarm"], "none");
     EXPECT_EQ(json["masks"]["critical"], 0x24);
-    const Json unknown = Json::parse(run(recordkit({"severity", "1", "1", "9", "--json"})).out);
+    const Json unknown = Json::parse(run(ourCommand({"severity", "1", "1", "9", "--json"})).out);
     EXPECT_EQ(unknown["known"], false);
     EXPECT_EQ(unknown["severity"], "none");
 }
@@ -917,16 +918,16 @@ TEST_F(Command, SeverityAnswersForOffsets)
 TEST_F(Command, SeverityFollowsThePowerSupplyMode)
 {
     const Arguments question = {"--root", root.path(), "severity", "0x0B", "9", "3", "--json"};
-    EXPECT_EQ(Json::parse(run(recordkit(question)).out)["severity"], "none");
+    EXPECT_EQ(Json::parse(run(ourCommand(question)).out)["severity"], "none");
     writeFile(root.at("/tmp/psumode"), Bytes({1}));
-    EXPECT_EQ(Json::parse(run(recordkit(question)).out)["severity"], "warning");
+    EXPECT_EQ(Json::parse(run(ourCommand(question)).out)["severity"], "warning");
 }
 
 TEST_F(Command, SeverityTableHasEveryPair)
 {
-    const Json table = Json::parse(run(recordkit({"severity", "--table", "--json"})).out);
+    const Json table = Json::parse(run(ourCommand({"severity", "--table", "--json"})).out);
     EXPECT_EQ(table.size(), 42U);
-    const std::string text = run(recordkit({"severity", "--table"})).out;
+    const std::string text = run(ourCommand({"severity", "--table"})).out;
     EXPECT_NE(text.find("6Fh sensor-specific   07h Processor                           1       "
                         "non-recoverable  Thermal Trip\n"),
               std::string::npos)
@@ -939,6 +940,6 @@ TEST_F(Command, SeverityRefusesWhatIsNoCode)
          {Arguments{"severity", "256", "1", "1"}, Arguments{"severity", "1", "toast", "1"},
           Arguments{"severity", "1", "1", "16"}, Arguments{"severity", "1", "1"},
           Arguments{"severity", "1", "1", "1", "--table"}, Arguments{"severity", "1", "--table"}}) {
-        EXPECT_EQ(run(recordkit(words)).status, 2);
+        EXPECT_EQ(run(ourCommand(words)).status, 2);
     }
 }

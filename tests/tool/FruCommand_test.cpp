@@ -25,7 +25,7 @@ protected:
     {
         Arguments words = {"fru"};
         words.insert(words.end(), arguments.begin(), arguments.end());
-        return run(recordkit(words), input);
+        return run(ourCommand(words), input);
     }
     /// A copy of a sample.
     std::string copy(const std::string& sample) const
@@ -318,7 +318,7 @@ Outcome cpu(const Arguments& arguments, const std::string& input = "")
 {
     Arguments words = {"--root", RECORDKIT_SOURCE "/examples/root", "cpu"};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    return run(recordkit(words), input);
+    return run(ourCommand(words), input);
 }
 
 }
@@ -360,7 +360,7 @@ TEST(CpuCommand, BoardTypeChoosesThePartNumberTable)
 TEST(CpuCommand, WithoutTablesTheRomSpeaksForItself)
 {
     const ScratchRoot root;
-    const Outcome outcome = run(recordkit({"--root", root.path(), "cpu", ROM, "--json"}));
+    const Outcome outcome = run(ourCommand({"--root", root.path(), "cpu", ROM, "--json"}));
     ASSERT_EQ(outcome.status, 0) << outcome.err;
     const Json json = Json::parse(outcome.out);
     EXPECT_EQ(json["model_name_markup"], "Intel&reg; Xeon&reg; Processor  2.66 GHz 24MB");
@@ -390,7 +390,7 @@ namespace {
 
 Json node(const std::string& value)
 {
-    const Outcome outcome = run(recordkit({"node", value, "--json"}));
+    const Outcome outcome = run(ourCommand({"node", value, "--json"}));
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     return Json::parse(outcome.out);
 }
@@ -419,7 +419,7 @@ TEST(NodeCommand, ConvertsBothWays)
 
 TEST(NodeCommand, ListsAllThatExist)
 {
-    const Outcome outcome = run(recordkit({"node", "--json"}));
+    const Outcome outcome = run(ourCommand({"node", "--json"}));
     const Json all = Json::parse(outcome.out);
     // 8 SB, 8 x 2 IOU, 8 x 2 GSPB, 8 MMB, 16 LSB, 16 LIOU.
     EXPECT_EQ(all.size(), 80U);
@@ -429,13 +429,13 @@ TEST(NodeCommand, ListsAllThatExist)
             EXPECT_EQ(node(each["unit_name"])["node_id"], each["node_id"]);
         }
     }
-    EXPECT_EQ(run(recordkit({"node"})).out.substr(0, 28), "NODE ID  UNIT      BOARD TYP");
+    EXPECT_EQ(run(ourCommand({"node"})).out.substr(0, 28), "NODE ID  UNIT      BOARD TYP");
 }
 
 TEST(NodeCommand, RefusesWhatDoesNotExist)
 {
     for (const char* const value :
          {"256", "SB8", "SB", "IOU3", "IOU3-2", "SB1-0", "LIOU16", "XY1", "-", "LSB1-0"}) {
-        EXPECT_EQ(run(recordkit({"node", "--", value})).status, 2) << value;
+        EXPECT_EQ(run(ourCommand({"node", "--", value})).status, 2) << value;
     }
 }

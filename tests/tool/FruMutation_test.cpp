@@ -163,8 +163,8 @@ TEST_P(FruMutation, ShowVerifyAndSetHoldOut)
     Arguments verify = {"fru", "verify"};
     show.insert(show.end(), files.begin(), files.end());
     verify.insert(verify.end(), files.begin(), files.end());
-    EXPECT_EQ(run(testing_support::recordkit(show)).status, 1);
-    const Outcome verified = run(testing_support::recordkit(verify));
+    EXPECT_EQ(run(ourCommand(show)).status, 1);
+    const Outcome verified = run(ourCommand(verify));
     EXPECT_EQ(verified.status, 1);
     EXPECT_EQ(std::count(verified.out.begin(), verified.out.end(), '\n'), IMAGES);
 

@@ -1,0 +1,385 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <cstdio>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <map>
+#include <sstream>
+
+#include "support/Answers.h"
+#include "support/Bytes.h"
+#include "support/Failures.h"
+#include "support/Process.h"
+#include "support/ScratchRoot.h"
+#include "tool/Errors.h"
+#include "tool/spd/Spd.h"
+#include "tool/text/HexDump.h"
+
+using namespace recordkit::tool;
+using namespace testing_support;
+
+namespace {
+
+/// A registered module of 8 GB with a right CRC.
+Bytes module()
+{
+    Bytes image(256, 0);
+    image[0] = 0x92; // the CRC covers 117 bytes
+    image[2] = 0x0B;
+    image[3] = 0x01;
+    image[4] = 0x04; // 4 Gbit
+    image[7] = 0x09; // two ranks of 8 bits
+    image[8] = 0x0B; // 64 bits and ECC
+    const unsigned short crc = spdCrc(image.data(), 117);
+    image[126] = static_cast<unsigned char>(crc & 0xFF);
+    image[127] = static_cast<unsigned char>(crc >> 8);
+    const Bytes serial = {0x12, 0x34, 0x56, 0x78};
+    std::copy(serial.begin(), serial.end(), image.begin() + 122);
+    const Bytes part = textBytes("RK-PART-4711      ");
+    std::copy(part.begin(), part.end(), image.begin() + 128);
+    return image;
+}
+
+std::string refusal(const Bytes& image)
+{
+    try {
+        parseSpd(image);
+        return "none";
+    } catch (const CommandError& e) {
+        return e.what();
+    }
+}
+
+}
+
+TEST(Spd, ReadsAModule)
+{
+    const Spd spd = parseSpd(module());
+    EXPECT_EQ(spd.megabytes, 8192U);
+    EXPECT_EQ(spd.ranks, 2U);
+    EXPECT_EQ(spd.deviceWidth, 8U);
+    EXPECT_EQ(spd.busWidth, 64U);
+    EXPECT_EQ(spd.eccWidth, 8U);
+    EXPECT_EQ(spd.densityMegabits, 4096U);
+    EXPECT_EQ(spd.moduleType, "RDIMM");
+    EXPECT_EQ(spd.serialNumber, 0x12345678U);
+    EXPECT_EQ(spd.partNumber, "RK-PART-4711      ");
+    EXPECT_EQ(spd.dimmSize, 3);
+    EXPECT_EQ(spd.dramSize, 2);
+    EXPECT_TRUE(spd.isCrcRight());
+}
+
+TEST(Spd, CrcCoversWhatByteZeroSays)
+{
+    // The check value of this CRC over "123456789".
+    EXPECT_EQ(spdCrc(textBytes("123456789").data(), 9), 0x31C3);
+    Bytes image = module();
+    image[120] = 9; // behind the 117 bytes
+    EXPECT_TRUE(parseSpd(image).isCrcRight());
+    image[116] = 9;
+    EXPECT_FALSE(parseSpd(image).isCrcRight());
+    image = module();
+    image[0] = 0x12; // now 126 bytes
+    EXPECT_FALSE(parseSpd(image).isCrcRight());
+    const unsigned short crc = spdCrc(image.data(), 126);
+    image[126] = static_cast<unsigned char>(crc & 0xFF);
+    image[127] = static_cast<unsigned char>(crc >> 8);
+    EXPECT_TRUE(parseSpd(image).isCrcRight());
+}
+
+TEST(Spd, WhatIsNoModuleIsNamed)
+{
+    EXPECT_EQ(refusal(Bytes(127, 0x0B)), "no DDR3 SPD: 127 bytes, expected at least 128");
+    EXPECT_EQ(refusal({}), "no DDR3 SPD: 0 bytes, expected at least 128");
+    Bytes image = module();
+    image[2] = 0x0C;
+    EXPECT_EQ(refusal(image), "no DDR3 SPD: device type 0Ch (DDR4) at offset 2, expected 0Bh");
+}
+
+TEST(Spd, ShortImageHasNoManufacturerData)
+{
+    const Bytes whole = module();
+    EXPECT_FALSE(parseSpd(part(whole, 0, 128)).hasManufacturerData);
+    EXPECT_FALSE(parseSpd(part(whole, 0, 145)).hasManufacturerData);
+    EXPECT_TRUE(parseSpd(part(whole, 0, 146)).hasManufacturerData);
+    EXPECT_EQ(parseSpd(part(whole, 0, 128)).megabytes, 8192U);
+    EXPECT_EQ(toJson(parseSpd(part(whole, 0, 128)))["part_number"], nullptr);
+}
+
+TEST(Spd, ReservedCodesHaveNoCapacity)
+{
+    for (const auto& [byte, value] :
+         std::map<std::size_t, unsigned char>{{4, 0x07}, {7, 0x0C}, {8, 0x04}}) {
+        Bytes image = module();
+        image[byte] = value;
+        EXPECT_EQ(parseSpd(image).megabytes, 0U) << byte;
+    }
+    Bytes image = module();
+    image[7] = 0x21; // five ranks
+    EXPECT_EQ(parseSpd(image).megabytes, 0U);
+    EXPECT_EQ(parseSpd(image).ranks, 0U);
+}
+
+namespace {
+
+/// The module as each tool prints it.
+std::string i2cdump(const Bytes& image)
+{
+    std::string text = "     0  1  2  3  4  5  6  7  8  9  a  b  c  d  e  f    0123456789abcdef\n";
+    for (std::size_t line = 0; line < image.size(); line += 16) {
+        char piece[32];
+        std::snprintf(piece, sizeof piece, "%02zx: ", line);
+        text += piece;
+        std::string characters;
+        for (std::size_t i = line; i < line + 16; ++i) {
+            std::snprintf(piece, sizeof piece, "%02x ", image[i]);
+            text += piece;
+            characters += image[i] >= 0x20 && image[i] < 0x7F ? static_cast<char>(image[i]) : '.';
+        }
+        text += "   " + characters + "\n";
+    }
+    return text;
+}
+
+std::string xxd(const Bytes& image)
+{
+    std::string text;
+    for (std::size_t line = 0; line < image.size(); line += 16) {
+        char piece[32];
+        std::snprintf(piece, sizeof piece, "%08zx: ", line);
+        text += piece;
+        for (std::size_t i = line; i < line + 16; ++i) {
+            std::snprintf(piece, sizeof piece, "%02x%s", image[i], i % 2 == 1 ? " " : "");
+            text += piece;
+        }
+        text += " ab cd ef 01 .....\n";
+    }
+    return text;
+}
+
+/// With a line that stands for those like the one before.
+std::string hexdump(const Bytes& image)
+{
+    std::string text;
+    bool isRepeating = false;
+    for (std::size_t line = 0; line < image.size(); line += 16) {
+        if (line != 0 && part(image, line, 16) == part(image, line - 16, 16)) {
+            text += isRepeating ? "" : "*\n";
+            isRepeating = true;
+            continue;
+        }
+        isRepeating = false;
+        char piece[32];
+        std::snprintf(piece, sizeof piece, "%08zx  ", line);
+        text += piece;
+        for (std::size_t i = line; i < line + 16; ++i) {
+            std::snprintf(piece, sizeof piece, "%02x %s", image[i], i % 16 == 7 ? " " : "");
+            text += piece;
+        }
+        text += " |................|\n";
+    }
+    char end[32];
+    std::snprintf(end, sizeof end, "%08zx\n", image.size());
+    return text + end;
+}
+
+std::string dumpRefusal(const std::string& text)
+{
+    try {
+        parseImage("f", text);
+        return "none";
+    } catch (const CommandError& e) {
+        return e.what();
+    }
+}
+
+}
+
+TEST(HexDump, IsReadAsToolsPrintIt)
+{
+    const Bytes image = module();
+    EXPECT_EQ(parseImage("f", i2cdump(image)), image);
+    EXPECT_EQ(parseImage("f", xxd(image)), image);
+    EXPECT_EQ(parseImage("f", hexdump(image)), image);
+    EXPECT_EQ(parseImage("f", std::string(image.begin(), image.end())), image);
+    EXPECT_EQ(parseImage("f", "92 10 0B\n0b 02\n"), Bytes({0x92, 0x10, 0x0B, 0x0B, 0x02}));
+    EXPECT_EQ(parseImage("f", "0x92, 0x10,0x0b"), Bytes({0x92, 0x10, 0x0B}));
+    EXPECT_EQ(parseImage("f", "92100b02"), Bytes({0x92, 0x10, 0x0B, 0x02}));
+    EXPECT_EQ(parseImage("f", "00000000: 9210 0b\r\n"), Bytes({0x92, 0x10, 0x0B}));
+}
+
+TEST(HexDump, WhatIsNoneIsNamedWithItsLine)
+{
+    EXPECT_EQ(dumpRefusal("00: 92 10 0b 0b 03 04 21 02 09 03 52 01 08 0a 00 fc\n10: XX 00\n"),
+              "f, line 2: \"10: XX 00\" is no line of a hex dump");
+    EXPECT_EQ(dumpRefusal("00: 92 10 0b 0b 03 04 21 02 09 03 52 01 08 0a 00 fc\n20: 00 00\n"),
+              "f, line 2: offset 20h, expected 10h");
+    EXPECT_EQ(dumpRefusal("00: 92 10\nend of dump\n"),
+              "f, line 2: \"end of dump\" is no line of a hex dump");
+    EXPECT_EQ(dumpRefusal("hello world"), "f: neither an image nor a hex dump");
+    EXPECT_EQ(dumpRefusal("921"), "f: neither an image nor a hex dump");
+    EXPECT_EQ(parseImage("f", ""), Bytes());
+}
+
+TEST(SpdCommand, ShowsOneModule)
+{
+    const Bytes image = module();
+    const Outcome outcome =
+        run(ourCommand({"spd", "show", "-"}), std::string(image.begin(), image.end()));
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out.substr(0, outcome.out.find("CRC")),
+              "capacity      8192 MB\n"
+              "module        RDIMM\n"
+              "ranks         2\n"
+              "device width  8 bits\n"
+              "bus width     64 + 8 bits\n"
+              "density       4096 Mbit\n"
+              "serial        12345678\n"
+              "part number   RK-PART-4711      \n"
+              "codes         DIMM size 3, DRAM size 2, rank field 1\n");
+    EXPECT_EQ(run(ourCommand({"spd", "show", "-"}), i2cdump(image)).out, outcome.out);
+    const auto json =
+        nlohmann::json::parse(run(ourCommand({"spd", "show", "-", "--json"}), xxd(image)).out);
+    EXPECT_EQ(json["capacity_mb"], 8192);
+    EXPECT_EQ(json["serial_number"], "12345678");
+}
+
+TEST(SpdCommand, ShowsSeveralModulesWithTheirTotal)
+{
+    const ScratchRoot root;
+    Bytes wrong = module();
+    wrong[126] ^= 1;
+    writeFile(root.at("/a"), module());
+    writeFile(root.at("/b"), part(module(), 0, 128));
+    writeFile(root.at("/c"), wrong);
+    Bytes other = module();
+    other[2] = 0x0C;
+    writeFile(root.at("/d"), other);
+    const Outcome outcome = run(
+        ourCommand({"spd", "show", root.at("/a"), root.at("/b"), root.at("/c"), root.at("/d")}));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.out.find("3 modules, 24576 MB\n"), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.out.find("WRONG  " + root.at("/c")), std::string::npos);
+    EXPECT_NE(outcome.err.find("/d: no DDR3 SPD: device type 0Ch (DDR4) at offset 2"),
+              std::string::npos);
+    EXPECT_NE(outcome.err.find("2 of 4 files are damaged"), std::string::npos);
+    EXPECT_EQ(run(ourCommand({"spd", "show", "/nowhere"})).status, 3);
+}
+
+namespace {
+
+struct Image {
+    std::string name;
+    std::string file;
+};
+
+void PrintTo(const Image& image, std::ostream* out)
+{
+    *out << image.name;
+}
+
+const std::string SHARED = RECORDKIT_PUBLIC_DATA "/spd/";
+
+std::vector<Image> imagesIn(const std::string& folder)
+{
+    std::vector<Image> images;
+    if (!std::filesystem::exists(folder)) {
+        return images;
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() == ".bin") {
+            images.push_back({entry.path().stem().string(), entry.path().string()});
+        }
+    }
+    std::sort(images.begin(), images.end(),
+              [](const Image& a, const Image& b) { return a.name < b.name; });
+    return images;
+}
+
+/// A line's value by its name; names end before two blanks.
+std::map<std::string, std::string> answersOf(const std::string& name)
+{
+    std::map<std::string, std::string> answers;
+    std::istringstream lines(contentOf(SHARED + "ref/" + name + ".decode-dimms.txt"));
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t gap = line.find("  ");
+        const std::size_t value = line.find_first_not_of(' ', gap);
+        if (gap != std::string::npos && gap != 0 && value != std::string::npos) {
+            answers[line.substr(0, gap)] = line.substr(value);
+        }
+    }
+    return answers;
+}
+
+std::string withoutPadding(std::string text)
+{
+    text.erase(text.find_last_not_of(std::string(" \0", 2)) + 1);
+    return text;
+}
+
+class SpdPeers : public testing::TestWithParam<Image> {};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(SpdPeers);
+
+}
+
+TEST_P(SpdPeers, ModuleIsThatOfDecodeDimms)
+{
+    const Spd spd = parseSpd(readFile(GetParam().file));
+    const auto answers = answersOf(GetParam().name);
+    if (answers.at("Fundamental Memory type") == "Unknown (0x0b)") {
+        // Byte 0 is 01h, which makes it take the module for one of an older kind, whose bytes it
+        // then reads. By Annex K, 0Bh in byte 2 is DDR3, and the CRC is right.
+        EXPECT_EQ(GetParam().name, "coreboot__pcengines_apu2_HYNIX-2G-1333");
+        EXPECT_TRUE(spd.isCrcRight());
+        EXPECT_EQ(spd.megabytes, 2048U);
+        return;
+    }
+    const auto answer = [&answers](const std::string& name) {
+        const auto found = answers.find(name);
+        return found == answers.end() ? "" : found->second;
+    };
+    EXPECT_EQ(std::to_string(spd.megabytes) + " MB", answer("Size"));
+    EXPECT_EQ(std::to_string(spd.ranks), answer("Ranks"));
+    EXPECT_EQ(std::to_string(spd.deviceWidth) + " bits", answer("SDRAM Device Width"));
+    EXPECT_EQ(std::to_string(spd.busWidth) + " bits", answer("Primary Bus Width"));
+    const std::string covered = (readFile(GetParam().file)[0] & 0x80) != 0 ? "116" : "125";
+    const std::string crc = answer("EEPROM CRC of bytes 0-" + covered);
+    EXPECT_EQ(crc.substr(0, crc.find(' ')), spd.isCrcRight() ? "OK" : "Bad");
+    char serial[16];
+    std::snprintf(serial, sizeof serial, "0x%08X", spd.serialNumber);
+    if (!answer("Assembly Serial Number").empty()) {
+        EXPECT_EQ(serial, answer("Assembly Serial Number"));
+    } else {
+        // It leaves out a serial number that is 0.
+        EXPECT_EQ(spd.serialNumber, 0U);
+    }
+    if (spd.hasManufacturerData && answer("Part Number") != "Undefined") {
+        // It cuts a part number at the first byte that is no ASCII character; one image has 88h.
+        const std::string ours = spd.partNumber.substr(0, spd.partNumber.find('\xC2'));
+        EXPECT_EQ(withoutPadding(ours), withoutPadding(answer("Part Number")));
+    }
+    // Only modules of 2 to 32 GB have a code.
+    const bool hasCode = spd.megabytes >= 2048;
+    EXPECT_EQ(spd.dimmSize == 15, !hasCode);
+    const bool isKnownWithoutCode =
+        GetParam().name == "coreboot__google_rambi_micron_1GiB_dimm_MT41K128M16JT-125" ||
+        GetParam().name == "coreboot__google_rambi_samsung_1GiB_dimm_K4B2G1646Q-BYK0";
+    EXPECT_EQ(hasCode, !isKnownWithoutCode);
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, SpdPeers, testing::ValuesIn(imagesIn(SHARED)),
+                         [](const auto& each) { return "Image" + std::to_string(each.index); });
+
+TEST(SpdSamples, AllOfThemAreThereAndOthersAreNamed)
+{
+    if (!std::filesystem::exists(SHARED)) {
+        GTEST_SKIP() << "the public samples are not at " RECORDKIT_PUBLIC_DATA;
+    }
+    EXPECT_EQ(imagesIn(SHARED).size(), 43U);
+    const std::vector<Image> others = imagesIn(SHARED + "other");
+    EXPECT_EQ(others.size(), 10U);
+    for (const Image& other : others) {
+        EXPECT_EQ(refusal(readFile(other.file)).substr(0, 12), "no DDR3 SPD:") << other.name;
+    }
+    const std::string hex = SHARED + "hex/rigred-SPD__dump-orig-2gb.spd.txt";
+    EXPECT_EQ(parseSpd(parseImage(hex, contentOf(hex))).megabytes, 2048U);
+}

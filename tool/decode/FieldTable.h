@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_DECODE_FIELDTABLE_H
+#define RECORDKIT_TOOL_DECODE_FIELDTABLE_H
+
+#include <fmt/format.h>
+#include <recordkit/platform/PException.h>
+#include <recordkit/serial/PaddedImage.h>
+
+#include "../Errors.h"
+#include "RecordClass.h"
+
+namespace recordkit::tool {
+
+/// What a value means; nullptr for fields that speak for themselves.
+using Meaning = std::string (*)(const Json& value);
+
+/// A row of a class's table: appends one field, or those of a list.
+template <typename Record> using Row = std::function<void(Record&, DecodedFields&)>;
+template <typename Record> using Rows = std::vector<Row<Record>>;
+
+inline Json toValue(bool value)
+{
+    return value;
+}
+
+inline Json toValue(int value)
+{
+    return value;
+}
+
+inline Json toValue(unsigned int value)
+{
+    return value;
+}
+
+/// Texts of records are Latin-1.
+inline Json toValue(const std::string& value)
+{
+    return toUtf8(value);
+}
+
+inline Json toValue(const Json& value)
+{
+    return value;
+}
+
+/// A field that `get` reads: a member function of the record, or a function of it.
+template <typename Record, typename Get>
+Row<Record> field(const char* name, Place place, Get get, Meaning meaning = nullptr)
+{
+    return [=](Record& record, DecodedFields& fields) {
+        DecodedField field = {name, place, nullptr, ""};
+        try {
+            field.value = toValue(std::invoke(get, record));
+            field.meaning = meaning == nullptr ? "" : meaning(field.value);
+        } catch (const TAVLib::PException&) {
+            field.meaning = "not in this record";
+        }
+        fields.push_back(field);
+    };
+}
+
+/// The rows of `rows` behind those of `first`.
+template <typename Record> Rows<Record> operator+(Rows<Record> first, const Rows<Record>& rows)
+{
+    first.insert(first.end(), rows.begin(), rows.end());
+    return first;
+}
+
+/// A class of the library by its table.
+template <typename Record> RecordClass describe(const char* name, const char* sizes,
+                                                const char* description, const Rows<Record>& rows)
+{
+    const auto refused = [=](const Image& image) {
+        return dataError(
+            fmt::format("{} bytes are no image of {}, expected {}", image.size(), name, sizes));
+    };
+    RecordClass description_ = {name, sizes, description, nullptr, nullptr};
+    description_.create = [] { return std::make_unique<Record>(); };
+    description_.decode = [=](const Image& image) {
+        Record record;
+        try {
+            if (!TAVLib::setSerializedPadded(record, image)) {
+                throw refused(image);
+            }
+        } catch (const TAVLib::PException&) {
+            throw refused(image);
+        }
+        DecodedFields fields;
+        for (const Row<Record>& row : rows) {
+            row(record, fields);
+        }
+        return fields;
+    };
+    return description_;
+}
+
+// Meanings that several classes share.
+std::string hexMeaning(const Json& value);
+std::string sensorTypeMeaning(const Json& value);
+std::string eventTypeMeaning(const Json& value);
+
+// The tables, a file for each subsystem.
+std::vector<RecordClass> serialClasses();
+std::vector<RecordClass> hardwareClasses();
+std::vector<RecordClass> versionClasses();
+std::vector<RecordClass> selClasses();
+std::vector<RecordClass> sensorClasses();
+std::vector<RecordClass> fruClasses();
+
+}
+
+#endif

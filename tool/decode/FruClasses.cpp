@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/fru/FRUData.h>
+#include <recordkit/fru/FRUTables.h>
+
+#include "../fru/FruImage.h"
+#include "../fru/ImageDevice.h"
+#include "../text/CodedText.h"
+#include "FieldTable.h"
+
+namespace recordkit::tool {
+
+namespace {
+
+/// Fields of a FRU image, by area.
+DecodedFields decodeFru(const Image& bytes)
+{
+    const FruImage image = parseFruImage(std::string(bytes.begin(), bytes.end()));
+    if (!image.isFru) {
+        throw dataError(image.headerProblems.front());
+    }
+    DecodedFields fields;
+    for (const FruAreaImage& area : image.areas) {
+        for (const FruField& each : area.fields) {
+            const auto size = static_cast<unsigned int>(each.bytes.size()) + (each.isCoded ? 1 : 0);
+            fields.push_back({area.extent.name + "." + each.name,
+                              {each.offset, size},
+                              each.value,
+                              each.typeName()});
+        }
+        for (const std::string& problem : area.problems) {
+            fields.push_back({area.extent.name, {area.extent.offset, 0}, nullptr, problem});
+        }
+    }
+    return fields;
+}
+
+/// Fields of the blocks of a processor ROM, in image order, as they are stored.
+DecodedFields decodeRom(const Image& bytes)
+{
+    ImageDevice device(std::string(bytes.begin(), bytes.end()));
+    FRUData rom(device, FRU_CPU_ROM);
+    DecodedFields fields;
+    for (int id = FRU_AREA_CPU_PROCESSOR; id <= FRU_AREA_CPU_OTHER; ++id) {
+        const auto area = static_cast<FRU_AREA>(id);
+        unsigned int at = rom.getAreaOffset(area);
+        if (at == 0) {
+            continue;
+        }
+        for (const FRUMember* const member :
+             rom.getAreaObject(area, FRUArea::CSUM_IGNORE)->getMembers()) {
+            fields.push_back({fmt::format("area{}.item{}", id, static_cast<int>(member->getItem())),
+                              {at, member->getLength()},
+                              toHex(member->getData()),
+                              member->getItem() == FRU_ITEM_RESERVED ? "reserved" : ""});
+            at += member->getLength();
+        }
+    }
+    return fields;
+}
+
+}
+
+std::vector<RecordClass> fruClasses()
+{
+    return {
+        {"FRUData", "8 and more", "FRU image: every field of its areas", nullptr, decodeFru},
+        {"FRUData.ROM", "14 and more", "information ROM of a processor, as FRUData reads it",
+         nullptr, decodeRom},
+    };
+}
+
+}

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "SdrFile.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+namespace recordkit::tool {
+
+namespace {
+
+constexpr std::size_t HEADER = 5;
+constexpr std::size_t VERSION = 2;
+constexpr std::size_t TYPE = 3;
+constexpr std::size_t LENGTH = 4;
+constexpr std::size_t NEXT_ID = 2; ///< bytes in front of a record in a response
+
+unsigned char byteAt(const std::string& content, std::size_t at)
+{
+    return static_cast<unsigned char>(content[at]);
+}
+
+/// 51h for IPMI v1.5 and v2.0, 01h and 02h from older controllers.
+bool isKnownVersion(unsigned char version)
+{
+    return version == 0x51 || version == 0x01 || version == 0x02;
+}
+
+/// The least length of a record's body, by its type; 0 where any will do.
+std::size_t leastLength(unsigned char type)
+{
+    constexpr std::size_t FULL = 43;
+    constexpr std::size_t COMPACT = 27;
+    return type == SDR_FULL ? FULL : type == SDR_COMPACT ? COMPACT : 0;
+}
+
+bool isBlankFrom(const std::string& content, std::size_t at)
+{
+    const std::string blank("\x00\xFF", 2);
+    return content.find_first_not_of(blank, at) == std::string::npos;
+}
+
+/// One walk over a file.
+SdrFile walk(const std::string& content, std::size_t prefix)
+{
+    SdrFile file;
+    const auto problem = [&file](std::size_t offset, const std::string& text) {
+        file.problems.push_back(fmt::format("record at offset {}: {}", offset, text));
+    };
+    for (std::size_t at = 0; at < content.size();) {
+        if (isBlankFrom(content, at)) {
+            file.problems.push_back(
+                fmt::format("{} bytes at offset {} hold no record", content.size() - at, at));
+            break;
+        }
+        const std::size_t start = at + prefix;
+        if (start > content.size() || content.size() - start < HEADER) {
+            problem(at, fmt::format("no room for its header in {} bytes", content.size()));
+            break;
+        }
+        const std::size_t length = byteAt(content, start + LENGTH);
+        if (length > content.size() - start - HEADER) {
+            problem(start, fmt::format("length byte {} at offset {} runs past the {} bytes", length,
+                                       start + LENGTH, content.size()));
+            break;
+        }
+        const unsigned char type = byteAt(content, start + TYPE);
+        const unsigned char version = byteAt(content, start + VERSION);
+        if (!isKnownVersion(version)) {
+            problem(start, fmt::format("SDR version {:02X}h at offset {}, expected 51h", version,
+                                       start + VERSION));
+        } else if (length < leastLength(type)) {
+            problem(start, fmt::format("{} bytes, expected at least {} for type {:02X}h", length,
+                                       leastLength(type), type));
+        } else {
+            SdrRecord record;
+            record.offset = start;
+            record.bytes.assign(content.begin() + static_cast<long>(start),
+                                content.begin() + static_cast<long>(start + HEADER + length));
+            file.records.push_back(record);
+        }
+        at = start + HEADER + length;
+    }
+    return file;
+}
+
+}
+
+SdrFile parseSdrFile(const std::string& content, SdrFormat format)
+{
+    if (format == SdrFormat::DUMP) {
+        return walk(content, 0);
+    }
+    if (format == SdrFormat::RESPONSES) {
+        return walk(content, NEXT_ID);
+    }
+    SdrFile dump = walk(content, 0);
+    SdrFile responses = walk(content, NEXT_ID);
+    const bool isDump = dump.problems.size() <= responses.problems.size() &&
+                        dump.records.size() >= responses.records.size();
+    return isDump || responses.records.empty() ? dump : responses;
+}
+
+std::string sdrTypeName(unsigned char type)
+{
+    switch (type) {
+    case SDR_FULL:
+        return "full";
+    case SDR_COMPACT:
+        return "compact";
+    case SDR_EVENT_ONLY:
+        return "event-only";
+    case 0x08:
+        return "association";
+    case 0x09:
+        return "rel. assoc.";
+    case 0x10:
+        return "device";
+    case SDR_FRU_LOCATOR:
+        return "FRU locator";
+    case SDR_CONTROLLER_LOCATOR:
+        return "MC locator";
+    case 0x13:
+        return "MC confirm.";
+    case 0x14:
+        return "BMC channel";
+    case 0xC0:
+        return "OEM";
+    default:
+        return fmt::format("type {:02X}h", type);
+    }
+}
+
+}

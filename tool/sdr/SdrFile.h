@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_SDR_SDRFILE_H
+#define RECORDKIT_TOOL_SDR_SDRFILE_H
+
+#include <string>
+#include <vector>
+
+namespace recordkit::tool {
+
+/// How records stand in a file.
+enum class SdrFormat {
+    AUTO,
+    DUMP,      ///< one behind the other, as `ipmitool sdr dump` saves them
+    RESPONSES, ///< each behind the id of the next one, as Get SDR answers
+};
+
+/// Record types (IPMI v2.0, section 43).
+enum SdrType : unsigned char {
+    SDR_FULL = 0x01,
+    SDR_COMPACT = 0x02,
+    SDR_EVENT_ONLY = 0x03,
+    SDR_FRU_LOCATOR = 0x11,
+    SDR_CONTROLLER_LOCATOR = 0x12,
+};
+
+/// A record with its header, and where it begins in the file.
+struct SdrRecord {
+    std::size_t offset = 0;
+    std::vector<unsigned char> bytes;
+
+    unsigned int id() const { return bytes[0] | static_cast<unsigned int>(bytes[1]) << 8; }
+    unsigned char type() const { return bytes[3]; }
+};
+
+/// A repository of sensor data records, walked from one record to the next by their length bytes.
+struct SdrFile {
+    std::vector<SdrRecord> records;
+    std::vector<std::string> problems; ///< with their offsets; records may lie behind them
+};
+
+/// Nothing in the content is trusted; every step moves on.
+SdrFile parseSdrFile(const std::string& content, SdrFormat format = SdrFormat::AUTO);
+
+/// "full", "compact", "event-only", ...; "OEM" and "type 2Ah" for those without a name.
+std::string sdrTypeName(unsigned char type);
+
+}
+
+#endif

@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "HexDump.h"
+
+#include <algorithm>
+#include <cctype>
+#include <sstream>
+
+#include <fmt/format.h>
+
+#include "../Errors.h"
+#include "CodedText.h"
+
+namespace recordkit::tool {
+
+namespace {
+
+constexpr std::size_t BYTES_IN_A_LINE = 16;
+
+bool isHex(char character)
+{
+    return std::isxdigit(static_cast<unsigned char>(character)) != 0;
+}
+
+bool isAllHex(const std::string& text)
+{
+    return !text.empty() && std::all_of(text.begin(), text.end(), isHex);
+}
+
+bool isText(const std::string& content)
+{
+    return std::all_of(content.begin(), content.end(), [](char character) {
+        const auto byte = static_cast<unsigned char>(character);
+        return std::isprint(byte) != 0 || std::isspace(byte) != 0;
+    });
+}
+
+/// A line of a dump: its offset and what follows.
+bool splitLine(const std::string& line, std::size_t& offset, std::string& rest)
+{
+    const std::size_t first = line.find_first_not_of(' ');
+    if (first == std::string::npos) {
+        return false;
+    }
+    const std::size_t end = line.find_first_of(": ", first);
+    constexpr std::size_t LONGEST_OFFSET = 8;
+    // hexdump -C has eight digits and no colon.
+    const bool hasColon = end != std::string::npos && line[end] == ':';
+    const bool isHexdump = end != std::string::npos && end - first == LONGEST_OFFSET &&
+                           line.compare(end, 2, "  ") == 0;
+    if ((!hasColon && !isHexdump) || end - first > LONGEST_OFFSET ||
+        !isAllHex(line.substr(first, end - first))) {
+        return false;
+    }
+    offset = std::stoul(line.substr(first, end - first), nullptr, 16);
+    rest = line.substr(end + 1);
+    return true;
+}
+
+/// The bytes of a dump's line, without the characters that it may show behind them.
+bool parseLine(const std::string& rest, std::vector<unsigned char>& bytes)
+{
+    // hexdump -C: between bars.
+    std::string digits = rest.substr(0, rest.find('|'));
+    const std::size_t start = digits.find_first_not_of(' ');
+    digits = start == std::string::npos ? "" : digits.substr(start);
+    std::vector<unsigned char> found;
+    std::size_t at = 0;
+    while (at < digits.size() && found.size() < BYTES_IN_A_LINE) {
+        if (digits[at] == ' ') {
+            // xxd and i2cdump: behind two blanks or four. hexdump -C has two in the middle, too.
+            const bool isWide = digits.compare(at, 2, "  ") == 0;
+            if (isWide && rest.find('|') == std::string::npos) {
+                break;
+            }
+            ++at;
+            continue;
+        }
+        if (at + 1 >= digits.size() || !isHex(digits[at]) || !isHex(digits[at + 1])) {
+            return false;
+        }
+        found.push_back(static_cast<unsigned char>(std::stoul(digits.substr(at, 2), nullptr, 16)));
+        at += 2;
+    }
+    bytes.insert(bytes.end(), found.begin(), found.end());
+    return !found.empty();
+}
+
+CommandError badLine(const std::string& name, std::size_t number, const std::string& line)
+{
+    return dataError(fmt::format("{}, line {}: \"{}\" is no line of a hex dump", name, number,
+                                 printable(line.substr(0, 60))));
+}
+
+/// Whether any line has an offset.
+bool isDump(const std::string& content)
+{
+    std::istringstream lines(content);
+    std::size_t offset = 0;
+    std::string rest;
+    for (std::string line; std::getline(lines, line);) {
+        if (splitLine(line, offset, rest)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<unsigned char> parseDump(const std::string& name, const std::string& content)
+{
+    std::vector<unsigned char> bytes;
+    std::istringstream lines(content);
+    std::size_t number = 0;
+    bool isRepeating = false;
+    for (std::string line; std::getline(lines, line);) {
+        ++number;
+        line.erase(line.find_last_not_of(" \r") + 1);
+        std::size_t offset = 0;
+        std::string rest;
+        if (line == "*") {
+            isRepeating = true;
+            continue;
+        }
+        if (!splitLine(line, offset, rest)) {
+            const bool isFinalOffset =
+                isAllHex(line) && std::stoul(line, nullptr, 16) >= bytes.size();
+            if (!bytes.empty() && !isFinalOffset) {
+                throw badLine(name, number, line);
+            }
+            if (!isFinalOffset) {
+                continue; // the heading that i2cdump prints
+            }
+            offset = std::stoul(line, nullptr, 16);
+        }
+        constexpr std::size_t LARGEST = 65536;
+        while (isRepeating && bytes.size() >= BYTES_IN_A_LINE && bytes.size() < offset &&
+               offset <= LARGEST) {
+            bytes.push_back(bytes[bytes.size() - BYTES_IN_A_LINE]);
+        }
+        isRepeating = false;
+        if (offset != bytes.size()) {
+            throw dataError(fmt::format("{}, line {}: offset {:X}h, expected {:X}h", name, number,
+                                        offset, bytes.size()));
+        }
+        if (!rest.empty() && !parseLine(rest, bytes)) {
+            throw badLine(name, number, line);
+        }
+    }
+    return bytes;
+}
+
+}
+
+bool parseHexDigits(const std::string& text, std::vector<unsigned char>& bytes)
+{
+    std::vector<unsigned char> found;
+    for (std::size_t at = 0; at < text.size();) {
+        if (std::isspace(static_cast<unsigned char>(text[at])) != 0 || text[at] == ',') {
+            ++at;
+            continue;
+        }
+        if (text[at] == '0' && at + 1 < text.size() &&
+            (text[at + 1] == 'x' || text[at + 1] == 'X')) {
+            at += 2;
+        }
+        if (at + 1 >= text.size() || !isHex(text[at]) || !isHex(text[at + 1])) {
+            return false;
+        }
+        found.push_back(static_cast<unsigned char>(std::stoul(text.substr(at, 2), nullptr, 16)));
+        at += 2;
+    }
+    if (found.empty()) {
+        return false;
+    }
+    bytes = found;
+    return true;
+}
+
+std::vector<unsigned char> parseImage(const std::string& name, const std::string& content)
+{
+    std::vector<unsigned char> bytes(content.begin(), content.end());
+    if (content.empty() || !isText(content)) {
+        return bytes;
+    }
+    if (isDump(content)) {
+        return parseDump(name, content);
+    }
+    if (!parseHexDigits(content, bytes)) {
+        throw dataError(name + ": neither an image nor a hex dump");
+    }
+    return bytes;
+}
+
+}
