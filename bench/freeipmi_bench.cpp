@@ -6,6 +6,7 @@
 
 #include "FruImages.h"
 #include "Scratch.h"
+#include "SensorImage.h"
 
 namespace {
 
@@ -85,8 +86,42 @@ void ReadFruByFreeIPMI(benchmark::State& state, const std::vector<unsigned char>
     ipmi_fru_ctx_destroy(context);
 }
 
+/// Id and type, owner and number, entity, sensor type, event/reading type, hysteresis, name.
+void ParseSensorByFreeIPMI(benchmark::State& state)
+{
+    const std::vector<unsigned char>& record = bench::fullSensorRecord();
+    const auto size = static_cast<unsigned int>(record.size());
+    const ipmi_sdr_ctx_t context = ipmi_sdr_ctx_create();
+    for (auto _ : state) {
+        std::uint16_t id = 0;
+        std::uint8_t bytes[8] = {};
+        char name[64];
+        bool isRead =
+            ipmi_sdr_parse_record_id_and_type(context, record.data(), size, &id, bytes) == 0;
+        isRead = isRead && ipmi_sdr_parse_sensor_owner_id(context, record.data(), size, bytes,
+                                                          bytes + 1) == 0;
+        isRead =
+            isRead && ipmi_sdr_parse_sensor_number(context, record.data(), size, bytes + 2) == 0;
+        isRead = isRead && ipmi_sdr_parse_entity_id_instance_type(context, record.data(), size,
+                                                                  bytes, bytes + 3, bytes + 4) == 0;
+        isRead = isRead && ipmi_sdr_parse_sensor_type(context, record.data(), size, bytes) == 0;
+        isRead = isRead &&
+                 ipmi_sdr_parse_event_reading_type_code(context, record.data(), size, bytes) == 0;
+        isRead = isRead &&
+                 ipmi_sdr_parse_id_string(context, record.data(), size, name, sizeof name) >= 0;
+        if (!isRead) {
+            state.SkipWithError(ipmi_sdr_ctx_errormsg(context));
+            break;
+        }
+        benchmark::DoNotOptimize(bytes);
+        benchmark::DoNotOptimize(name);
+    }
+    ipmi_sdr_ctx_destroy(context);
 }
 
+}
+
+BENCHMARK(ParseSensorByFreeIPMI);
 BENCHMARK(ParseToStringByFreeIPMI);
 BENCHMARK(InterpretByFreeIPMI);
 BENCHMARK_CAPTURE(ReadFruByFreeIPMI, 256, bench::smallFru());

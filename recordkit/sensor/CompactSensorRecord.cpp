@@ -33,9 +33,4 @@ unsigned int CompactSensorRecord::getSerialized(unsigned char* buf, unsigned int
     return giveImage(buf, size, FIXED_SIZE);
 }
 
-bool CompactSensorRecord::setSerialized(const unsigned char* data, unsigned int len)
-{
-    return takeImage(data, len, FIXED_SIZE);
-}
-
 }

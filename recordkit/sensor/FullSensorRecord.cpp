@@ -33,9 +33,4 @@ unsigned int FullSensorRecord::getSerialized(unsigned char* buf, unsigned int si
     return giveImage(buf, size, FIXED_SIZE);
 }
 
-bool FullSensorRecord::setSerialized(const unsigned char* data, unsigned int len)
-{
-    return takeImage(data, len, FIXED_SIZE);
-}
-
 }

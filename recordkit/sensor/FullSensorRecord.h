@@ -48,7 +48,10 @@ public:
     /// Takes 48 bytes and the id string, of which it keeps 16 bytes; what lies behind is ignored.
     /// False and an unchanged record below 48 bytes; false, and a record with a new fixed part and
     /// the old string, when the string is cut off.
-    bool setSerialized(const unsigned char* data, unsigned int len) override;
+    bool setSerialized(const unsigned char* data, unsigned int len) override
+    {
+        return takeImage(data, len, FIXED_SIZE);
+    }
 
 private:
     enum Offset : unsigned int {

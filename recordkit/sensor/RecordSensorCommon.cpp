@@ -9,8 +9,6 @@ namespace TAVLib::RecordKit {
 
 namespace {
 
-constexpr unsigned char LENGTH_BITS = 0x1F;
-
 /// Copies `count` bytes of a string that has 16; what lies beyond is 0.
 void copyString(const unsigned char* string, unsigned int count, unsigned char* out)
 {
@@ -72,26 +70,8 @@ void RecordSensorCommon::setIDStringType(unsigned char type)
 void RecordSensorCommon::setIDStringLength(unsigned int length)
 {
     unsigned char& byte = *getIDStringStruct();
-    byte = static_cast<unsigned char>(std::min(length, VARIABLE_FIELD_LENGTH) |
-                                      (byte & ~LENGTH_BITS & 0xFFU));
-}
-
-bool RecordSensorCommon::takeImage(const unsigned char* data, unsigned int length,
-                                   unsigned int fixedSize)
-{
-    if (length < fixedSize) {
-        return false;
-    }
-    std::copy_n(data, fixedSize, common);
-    const unsigned int string = std::min(getIDStringLength(), VARIABLE_FIELD_LENGTH);
-    // A string that is cut off is refused, and the fixed part is new all the same: callers read
-    // it after such a failure.
-    if (length < fixedSize + string) {
-        return false;
-    }
-    unsigned char* const rest = std::copy_n(data + fixedSize, string, common + fixedSize);
-    std::fill_n(rest, VARIABLE_FIELD_LENGTH - string, static_cast<unsigned char>(0));
-    return true;
+    byte =
+        static_cast<unsigned char>(std::min(length, VARIABLE_FIELD_LENGTH) | (byte & ~LENGTH_BITS));
 }
 
 unsigned int RecordSensorCommon::giveImage(unsigned char* buffer, unsigned int length,

@@ -2,6 +2,8 @@
 #ifndef RECORDKIT_SENSOR_RECORDSENSORCOMMON_H
 #define RECORDKIT_SENSOR_RECORDSENSORCOMMON_H
 
+#include <algorithm>
+
 #include <recordkit/sensor/RecordHeader.h>
 #include <recordkit/serial/BitField.h>
 
@@ -118,12 +120,32 @@ public:
 protected:
     explicit RecordSensorCommon(unsigned char* image) : RecordHeader(image), common(image) {}
 
-    /// SerializableObject's operations for a record whose fixed part has this size.
-    bool takeImage(const unsigned char* data, unsigned int length, unsigned int fixedSize);
+    /// SerializableObject's operations for a record whose fixed part, which the type/length byte
+    /// ends, has this size.
+    bool takeImage(const unsigned char* data, unsigned int length, unsigned int fixedSize)
+    {
+        if (length < fixedSize) {
+            return false;
+        }
+        std::copy_n(data, fixedSize, common);
+        const unsigned int string =
+            std::min(common[fixedSize - 1] & LENGTH_BITS, VARIABLE_FIELD_LENGTH);
+        // A string that is cut off is refused, and the fixed part is new all the same: callers
+        // read it after such a failure.
+        if (length < fixedSize + string) {
+            return false;
+        }
+        std::fill_n(common + fixedSize, VARIABLE_FIELD_LENGTH, static_cast<unsigned char>(0));
+        std::copy_n(data + fixedSize, string, common + fixedSize);
+        return true;
+    }
     unsigned int giveImage(unsigned char* buffer, unsigned int length,
                            unsigned int fixedSize) const;
 
 private:
+    /// Of a type/length byte.
+    static constexpr unsigned int LENGTH_BITS = 0x1F;
+
     enum Offset {
         OWNER_ID = 5,
         OWNER_LUN = 6,

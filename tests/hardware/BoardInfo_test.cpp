@@ -39,7 +39,7 @@ protected:
     }
 };
 using Boards = testing::Types<IOUBoardInfo, SASUBoardInfo>;
-TYPED_TEST_SUITE(SlotBoard, Boards);
+TYPED_TEST_SUITE(SlotBoard, Boards, );
 
 Numbers slotsOf(TAVLib::RecordKit::SlotBoardInfo& board)
 {

@@ -45,7 +45,7 @@ protected:
     }
 };
 using Records = testing::Types<FullSensorRecord, CompactSensorRecord>;
-TYPED_TEST_SUITE(SensorRecord, Records);
+TYPED_TEST_SUITE(SensorRecord, Records, );
 
 /// One setter, called with a value, and the getter behind it.
 template <typename Record> struct ByteField {

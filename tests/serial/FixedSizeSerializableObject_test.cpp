@@ -54,9 +54,9 @@ TEST(FixedSizeSerializableObject, RefusesAShorterBufferAndLeavesItUntouched)
 {
     TraceCapture trace;
     const auto object = fromBytes<FourBytes>({1, 2, 3, 4});
-    Bytes buffer(3, 0xEE);
+    Bytes buffer(6, 0xEE);
     EXPECT_EQ(object.getSerialized(buffer.data(), 3), 0U);
-    EXPECT_EQ(buffer, Bytes(3, 0xEE));
+    EXPECT_EQ(buffer, Bytes(6, 0xEE));
     EXPECT_EQ(object.getSerialized(nullptr, 0), 0U);
     EXPECT_EQ(trace.lines(), Lines());
 }

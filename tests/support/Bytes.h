@@ -40,19 +40,10 @@ inline Bytes textBytes(const std::string& text)
 }
 
 /// The image that an object hands out.
-inline Bytes imageOf(const TAVLib::SerializableObject& object)
-{
-    Bytes image(object.getSerializedSize());
-    image.resize(object.getSerialized(image.data(), static_cast<unsigned int>(image.size())));
-    return image;
-}
+Bytes imageOf(const TAVLib::SerializableObject& object);
 
-inline bool load(TAVLib::SerializableObject& object, const Bytes& bytes)
-{
-    // A copy of the exact size, so that a sanitizer sees a read beyond it.
-    const Bytes exact(bytes);
-    return object.setSerialized(exact.data(), static_cast<unsigned int>(exact.size()));
-}
+/// Gives the object a copy of exactly these bytes, so that a sanitizer sees a read beyond them.
+bool load(TAVLib::SerializableObject& object, const Bytes& bytes);
 
 template <typename Object> Object fromBytes(const Bytes& bytes)
 {

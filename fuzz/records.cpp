@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+// Every class with an image: two images loaded one after the other, every field read, the image
+// handed out again. The first byte of the input chooses the class, the second says how much of the
+// rest is the first image.
+#include <algorithm>
+#include <cstdlib>
+
+#include <recordkit/hardware/GSPBBoardInfo.h>
+#include <recordkit/hardware/PCIBOXInfo.h>
+#include <recordkit/host/TraceLog.h>
+#include <recordkit/platform/PException.h>
+#include <recordkit/sensor/RecordSensorCommon.h>
+#include <recordkit/serial/PaddedImage.h>
+
+#include "tool/Errors.h"
+#include "tool/decode/RecordClass.h"
+
+using namespace recordkit::tool;
+using namespace TAVLib::RecordKit;
+
+namespace {
+
+void expect(bool isTrue)
+{
+    if (!isTrue) {
+        std::abort();
+    }
+}
+
+template <typename Action> void attempt(const Action& action)
+{
+    try {
+        action();
+    } catch (const TAVLib::PException&) {
+        // An index beyond the record, or a field that it does not carry.
+    } catch (const CommandError&) {
+        // Refused, in words.
+    }
+}
+
+void load(TAVLib::SerializableObject& object, const Image& image)
+{
+    attempt([&] { TAVLib::setSerializedPadded(object, image); });
+    const unsigned int size = object.getSerializedSize();
+    Image out(size);
+    expect(object.getSerialized(out.data(), size) == size);
+    if (size != 0) {
+        expect(object.getSerialized(out.data(), size - 1) == 0);
+    }
+}
+
+/// What the field tables do not ask: indexes beyond what is there.
+void askBeyond(TAVLib::SerializableObject& object, unsigned char index)
+{
+    if (auto* const board = dynamic_cast<GSPBBoardInfo*>(&object)) {
+        attempt([&] { board->getGbEPortStatus(index); });
+        attempt([&] { board->getSASPortStatus(index); });
+        attempt([&] { board->getConnectedPCIBox(index); });
+        attempt([&] { board->getConnectedLogicalPCIBox(index); });
+    }
+    if (const auto* const box = dynamic_cast<PCIBOXInfo*>(&object)) {
+        const int card = static_cast<signed char>(index);
+        box->getConnectedId(card);
+        box->isConnected(card);
+        box->getPortNo(card);
+        box->getPCISlotStatus(0, card);
+        box->getPCISlotStatus(card, card);
+    }
+    if (auto* const sensor = dynamic_cast<RecordSensorCommon*>(&object)) {
+        unsigned char bytes[64] = {};
+        sensor->getIDStringBytes(bytes, index % sizeof bytes);
+        attempt([&] { sensor->setIDStringBytes(bytes, index % 20, index); });
+        sensor->setChannelNumber(index);
+        sensor->setSensorOwnerLUN(index);
+    }
+}
+
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
+{
+    static const auto before = TAVLib::host::setTraceSink([](const TAVLib::host::TraceLine&) {});
+    if (size < 2) {
+        return 0;
+    }
+    const RecordClass& recordClass = recordClasses()[data[0] % recordClasses().size()];
+    const std::size_t split = 2 + std::min<std::size_t>(data[1], size - 2);
+    const Image first(data + 2, data + split);
+    const Image second(data + split, data + size);
+    attempt([&] { recordClass.decode(second); });
+    if (recordClass.create == nullptr) {
+        return 0;
+    }
+    const auto object = recordClass.create();
+    load(*object, first);
+    load(*object, second);
+    askBeyond(*object, data[1]);
+    return 0;
+}

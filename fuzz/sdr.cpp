@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: Apache-2.0
+// The walk over a repository of sensor data records, in each format, and every record in it.
+#include <cstdlib>
+
+#include "tool/sdr/Sensor.h"
+
+using namespace recordkit::tool;
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
+{
+    const std::string content(data, data + size);
+    for (const SdrFormat format : {SdrFormat::AUTO, SdrFormat::DUMP, SdrFormat::RESPONSES}) {
+        const SdrFile file = parseSdrFile(content, format);
+        std::size_t end = 0;
+        for (const SdrRecord& record : file.records) {
+            // Every step moves on, and stays in the file.
+            if (record.offset < end || record.offset + record.bytes.size() > size) {
+                std::abort();
+            }
+            end = record.offset + record.bytes.size();
+            Sensor sensor;
+            std::string problem;
+            if (readSensor(record, sensor, problem)) {
+                indented(toJson(sensor));
+                eventOffsets(sensor);
+            }
+        }
+    }
+    return 0;
+}

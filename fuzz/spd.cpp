@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+// Memory modules, as images and as hex dumps.
+#include "tool/Errors.h"
+#include "tool/spd/Spd.h"
+#include "tool/text/HexDump.h"
+
+using namespace recordkit::tool;
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
+{
+    try {
+        indented(toJson(parseSpd(parseImage("input", std::string(data, data + size)))));
+    } catch (const CommandError&) {
+        // Refused, in words.
+    }
+    return 0;
+}
