@@ -85,8 +85,7 @@ FRUArea* FRUData::getAreaObject(FRU_AREA id, FRUArea::CSUM_MODE mode)
     }
     const unsigned int offset = getAreaOffset(id);
     if (offset == 0) {
-        TAVLib::throwFRUError(TAVLib::MESSAGE_FRU_PARAMETER, "FRUData::getAreaObject. parameter=%d",
-                              id);
+        TAVLib::throwFRUError(TAVLib::MESSAGE_REFUSED, "FRUData::getAreaObject. parameter=%d", id);
     }
     auto area = std::make_unique<FRUArea>(rw, static_cast<int>(offset), id, mode);
     areas[id] = area.get();

@@ -16,6 +16,7 @@ enum HostLocation : unsigned short {
     LOCKED_FILE_LOCATION = 0x0100,
     BMC_MESSAGE_FILE_LOCATION = 0x0200,
     FILE_FRU_LOCATION = 0x0300,
+    FILE_EEPROM_LOCATION = 0x0400,
 };
 
 /// The exception for a failed operation on a file: action 2, errno as detail, and the

@@ -2,11 +2,14 @@
 #ifndef RECORDKIT_HOST_FILEFRURWIF_H
 #define RECORDKIT_HOST_FILEFRURWIF_H
 
+#include <memory>
 #include <string>
 
 #include <recordkit/platform/FRURWif.h>
 
 namespace TAVLib::host {
+
+class DeviceFile;
 
 /// A FRU device in a file: an image, or the node that the kernel gives an EEPROM.
 ///
@@ -26,9 +29,7 @@ public:
     int write(unsigned int offset, unsigned int length, const unsigned char* buffer) override;
 
 private:
-    std::string path;
-    bool isWritable;
-    int fd;
+    std::unique_ptr<DeviceFile> file;
 };
 
 }

@@ -146,6 +146,22 @@ void throwFRUError(int messageNumber, const char* format, int value)
     throwFRUText(messageNumber, text);
 }
 
+EEPROMText::EEPROMText(const char* format, va_list arguments)
+{
+    std::vsnprintf(text, sizeof text, format, arguments);
+}
+
+void throwEEPROMError(const EEPROMFailure& failure, const EEPROMText& text)
+{
+    if (!text.isEmpty()) {
+        // The catalogue counts what it is asked for; the exception carries the text itself.
+        char message[MESSAGE_BUFFER_SIZE];
+        lmsg_getmsg(failure.message, message, text.get());
+    }
+    throw PException(PRODUCER, FRU_MODULE, EEPROM_LOCATION, failure.action, failure.detail,
+                     failure.message, textParameter(text.get()), 0, 0, 0, 0, 0, 0, 0);
+}
+
 void traceUtilError(const char* text)
 {
     char message[MESSAGE_BUFFER_SIZE];

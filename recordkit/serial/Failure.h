@@ -2,6 +2,8 @@
 #ifndef RECORDKIT_SERIAL_FAILURE_H
 #define RECORDKIT_SERIAL_FAILURE_H
 
+#include <cstdarg>
+
 namespace TAVLib {
 
 /// Who reports: the class's number in the high byte.
@@ -22,7 +24,8 @@ enum FailureLocation : unsigned short {
     SEL_ENTRY_LONG_TEXT_LOCATION = 0x1500,
     BMC_LOG_LOCATION = 0x1600,
     SASU_BOARD_INFO_LOCATION = 0x1800,
-    FRU_LOCATION = 13, ///< in the module of the FRU classes
+    FRU_LOCATION = 13,    ///< in the module of the FRU classes and the EEPROM stores
+    EEPROM_LOCATION = 14, ///< in the same
 };
 
 /// Numbers of the catalogue messages that the library writes.
@@ -32,10 +35,12 @@ enum FailureMessage : int {
     MESSAGE_LENGTH = 20008,            ///< text, length or index, limit
     MESSAGE_NOT_FOUND = 20010,         ///< text, text
     MESSAGE_SYSTEM_CALL = 20011,       ///< text, errno
-    MESSAGE_FRU_PARAMETER = 20019,     ///< text
+    MESSAGE_REFUSED = 20019,           ///< text
+    MESSAGE_NOT_VALID = 20020,         ///< text
     MESSAGE_BAD_PARAMETER = 20027,     ///< text, value
     MESSAGE_FIELD_NOT_PRESENT = 20030, ///< text, field, value
     MESSAGE_OPERATION_FAILED = 20031,  ///< text
+    MESSAGE_MISMATCH = 20032,          ///< text
     MESSAGE_INDEX = 20034,             ///< text, index
 };
 
@@ -91,6 +96,27 @@ void traceFRUError(FailureLevel level, const char* text);
 
 /// The same with a text that shows one number, by %d.
 [[noreturn]] void throwFRUError(int messageNumber, const char* format, int value);
+
+/// What a failure of the EEPROM stores carries beside its text.
+struct EEPROMFailure {
+    unsigned char action;
+    unsigned short detail;
+    FailureMessage message;
+};
+
+/// The text of such a failure, cut at 255 characters.
+class EEPROMText {
+public:
+    EEPROMText(const char* format, va_list arguments);
+    const char* get() const { return text; }
+    bool isEmpty() const { return *text == '\0'; }
+
+private:
+    char text[256] = {};
+};
+
+/// Throws a failure of the EEPROM stores (module 128, location 14).
+[[noreturn]] void throwEEPROMError(const EEPROMFailure& failure, const EEPROMText& text);
 
 /// Traces a failure of the identification utilities (module 82, message 20003).
 void traceUtilError(const char* text);

@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/eeprom/EFIBackupEEPROMData.h>
+
+#include <cstdarg>
+#include <vector>
+
+#include <recordkit/platform/PException.h>
+#include <recordkit/serial/Failure.h>
+
+namespace TAVLib::RecordKit {
+
+namespace {
+
+using Index = EFIBackupEEPROMIndex;
+
+constexpr int READ_FAILURE = 4;
+constexpr int WRITE_FAILURE = 5;
+
+/// Holds a mutex for its lifetime.
+class Guard {
+public:
+    explicit Guard(pthread_mutex_t& held) : mutex(held) { pthread_mutex_lock(&mutex); }
+    ~Guard() { pthread_mutex_unlock(&mutex); }
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+
+private:
+    pthread_mutex_t& mutex;
+};
+
+}
+
+pthread_mutex_t EFIBackupEEPROMData::idxlock = PTHREAD_MUTEX_INITIALIZER;
+pthread_mutex_t EFIBackupEEPROMData::clrlock[] = {
+    PTHREAD_MUTEX_INITIALIZER, PTHREAD_MUTEX_INITIALIZER, PTHREAD_MUTEX_INITIALIZER,
+    PTHREAD_MUTEX_INITIALIZER, PTHREAD_MUTEX_INITIALIZER, PTHREAD_MUTEX_INITIALIZER,
+    PTHREAD_MUTEX_INITIALIZER, PTHREAD_MUTEX_INITIALIZER, PTHREAD_MUTEX_INITIALIZER,
+    PTHREAD_MUTEX_INITIALIZER, PTHREAD_MUTEX_INITIALIZER, PTHREAD_MUTEX_INITIALIZER,
+    PTHREAD_MUTEX_INITIALIZER, PTHREAD_MUTEX_INITIALIZER, PTHREAD_MUTEX_INITIALIZER,
+    PTHREAD_MUTEX_INITIALIZER};
+
+EFIBackupEEPROMData::EFIBackupEEPROMData(EEPROMRWif& device)
+    : rw(device), index(std::make_unique<EFIBackupEEPROMIndex>())
+{
+}
+
+EFIBackupEEPROMData::~EFIBackupEEPROMData() = default;
+
+bool EFIBackupEEPROMData::isValid() const
+{
+    return index->getIndexState();
+}
+
+unsigned int EFIBackupEEPROMData::write(unsigned int p, unsigned int b, unsigned long offset,
+                                        unsigned int length, unsigned char* data)
+{
+    if (!isValid()) {
+        return 0;
+    }
+    const unsigned int select = index->getAreaEEPROMID(p, b);
+    try {
+        rw.write(static_cast<int>(select), offset, data, length);
+    } catch (const PException& e) {
+        setThrow(WRITE_FAILURE,
+                 "EFIBackup write: write error.(ActCode=0x%02x DetCode=0x%04x select=0x%x "
+                 "offset=0x%x length=0x%x)",
+                 e.getActionCode(), e.getExceptionDetail(), select,
+                 static_cast<unsigned int>(offset), length);
+    }
+    return length;
+}
+
+unsigned int EFIBackupEEPROMData::read(unsigned int p, unsigned int b, unsigned long offset,
+                                       unsigned int length, unsigned char* data)
+{
+    if (!isValid()) {
+        return 0;
+    }
+    const unsigned int select = index->getAreaEEPROMID(p, b);
+    try {
+        rw.read(static_cast<int>(select), offset, data, length);
+    } catch (const PException& e) {
+        setThrow(READ_FAILURE,
+                 "EFIBackup read: read error.(ActCode=0x%02x DetCode=0x%04x select=0x%x "
+                 "offset=0x%x length=0x%x)",
+                 e.getActionCode(), e.getExceptionDetail(), select,
+                 static_cast<unsigned int>(offset), length);
+    }
+    return length;
+}
+
+bool EFIBackupEEPROMData::checkIndexData(const std::string& serial)
+{
+    try {
+        const Guard guard(idxlock);
+        readRecord();
+        if (!index->isChecksum() || !index->checkSerialInfo(serial)) {
+            return false;
+        }
+        index->expandClrFlags();
+        return true;
+    } catch (const PException& e) {
+        setThrow(READ_FAILURE,
+                 "EFIBackup checkIndexData: read error.(ActCode=0x%02x DetCode=0x%04x "
+                 "select=0x%x)",
+                 e.getActionCode(), e.getExceptionDetail(), +Index::INDEX_EEPROM);
+    }
+}
+
+void EFIBackupEEPROMData::setIndexData(bool valid, std::string serial)
+{
+    const Guard guard(idxlock);
+    if (valid) {
+        index->setIndexValidFlag(true, serial);
+        writeIndexData();
+    }
+    index->setIndexState(valid);
+}
+
+int EFIBackupEEPROMData::writeIndexData()
+{
+    const std::vector<unsigned char> rest(Index::INDEX_AREA_SIZE - Index::INDEX_SIZE, 0);
+    try {
+        rw.write(Index::INDEX_EEPROM, 0, index->getIndexData(), Index::INDEX_SIZE);
+        return rw.write(Index::INDEX_EEPROM, Index::INDEX_SIZE, rest.data(),
+                        static_cast<unsigned int>(rest.size()));
+    } catch (const PException& e) {
+        throwWriteError(e.getActionCode(), e.getExceptionDetail());
+    }
+}
+
+int EFIBackupEEPROMData::writeIndexData(int p, int b, int n)
+{
+    const bool hasFlag = n >= 0 && n < static_cast<int>(Index::BLOCKS);
+    return writeFlags(index->getIndexPoint(p, b, hasFlag ? n : 0), hasFlag ? 1 : 0);
+}
+
+int EFIBackupEEPROMData::writeIndexData(int p, int b)
+{
+    return writeFlags(index->getIndexPoint(p, b, 0), Index::GROUP_SIZE);
+}
+
+int EFIBackupEEPROMData::resetClearFlag(unsigned int p, unsigned int b, unsigned int address)
+{
+    const Guard guard(idxlock);
+    try {
+        readRecord();
+    } catch (const PException& e) {
+        setThrow(READ_FAILURE,
+                 "EFIBackup resetClearFlag: read error.(ActCode=0x%02x DetCode=0x%04x "
+                 "select=0x%x)",
+                 e.getActionCode(), e.getExceptionDetail(), +Index::INDEX_EEPROM);
+    }
+    index->expandClrFlags();
+    const unsigned int n = index->getClrBlockNumber(address);
+    index->setClrFlag(p, b, n, false);
+    index->setChecksum();
+    writeIndexData(static_cast<int>(p), static_cast<int>(b), static_cast<int>(n));
+    return 0;
+}
+
+int EFIBackupEEPROMData::clearExecute(unsigned int p, unsigned int b)
+{
+    if (!isValid()) {
+        return 0;
+    }
+    const unsigned int select = index->getAreaEEPROMID(p, b);
+    const std::vector<unsigned char> erased(Index::BLOCK_SIZE, 0xFF);
+    for (unsigned int n = 0; n < Index::BLOCKS; ++n) {
+        const Guard guard(clrlock[(p & 3) * Index::BANKS + (b & 3)]);
+        if (!index->getClrBlockState(p, b, n)) {
+            continue;
+        }
+        unsigned int start = 0;
+        unsigned int end = 0;
+        index->getClrBlockAddress(n, start, end);
+        try {
+            rw.write(static_cast<int>(select), start, erased.data(), Index::BLOCK_SIZE);
+        } catch (const PException& e) {
+            setThrow(WRITE_FAILURE,
+                     "EFIBackup clearExecute: initialize error.(ActCode=0x%02x DetCode=0x%04x "
+                     "select=0x%x)",
+                     e.getActionCode(), e.getExceptionDetail(), select);
+        }
+        if (resetClearFlag(p, b, start) != 0) {
+            setThrow(WRITE_FAILURE,
+                     "EFIBackup clearExecute: INDEX Clear Error (pid:%d, Bank:%d, off=%d)", p, b,
+                     start);
+        }
+    }
+    return 0;
+}
+
+void EFIBackupEEPROMData::setThrow(int, const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    EEPROMText text(format, arguments);
+    va_end(arguments);
+    throwEEPROMError({2, 3, MESSAGE_OPERATION_FAILED}, text);
+}
+
+void EFIBackupEEPROMData::throwWriteError(unsigned char action, unsigned short detail)
+{
+    // The text has no closing parenthesis: log readers match it as it is.
+    setThrow(WRITE_FAILURE,
+             "EFIBackup writeIndexData: write error.(ActCode=0x%02x DetCode=0x%04x select=0x%x",
+             action, detail, +Index::INDEX_EEPROM);
+}
+
+void EFIBackupEEPROMData::readRecord()
+{
+    rw.read(Index::INDEX_EEPROM, 0, index->getIndexData(), Index::INDEX_SIZE);
+}
+
+int EFIBackupEEPROMData::writeFlags(int first, unsigned int count)
+{
+    const unsigned char* const record = index->getIndexData();
+    const int checksum = index->getIndexChecksumPoint();
+    try {
+        const int result = rw.write(Index::INDEX_EEPROM, static_cast<unsigned long>(checksum),
+                                    record + checksum, 1);
+        // A block above the last one has no flag.
+        return count == 0 ? result
+                          : rw.write(Index::INDEX_EEPROM, static_cast<unsigned long>(first),
+                                     record + first, count);
+    } catch (const PException& e) {
+        throwWriteError(e.getActionCode(), e.getExceptionDetail());
+    }
+}
+
+}

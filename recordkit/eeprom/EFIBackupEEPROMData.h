@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_EEPROM_EFIBACKUPEEPROMDATA_H
+#define RECORDKIT_EEPROM_EFIBACKUPEEPROMDATA_H
+
+#include <memory>
+#include <pthread.h>
+#include <string>
+
+#include <recordkit/eeprom/EFIBackupEEPROMIndex.h>
+#include <recordkit/platform/EEPROMRWif.h>
+
+namespace TAVLib::RecordKit {
+
+/// The backup of EFI data on EEPROMs 11 to 26, one for each partition's bank (0 to 3 each), and its
+/// index record on EEPROM 10 (see EFIBackupEEPROMIndex).
+///
+/// Failures throw PException (module 128, location 14, action 2, detail 3, message 20031) with the
+/// text alone; those of the device are caught, and their action and detail codes are in the text.
+/// Exceptions of other types pass through. Locks are released on every path.
+///
+/// Several threads may use objects of their own at once: changes of the index record take turns, in
+/// the whole process, and so do erases of one EEPROM; different EEPROMs are erased side by side.
+class RECORDKIT_API EFIBackupEEPROMData {
+public:
+    /// The device must outlive the object, and serve several threads where there are any.
+    explicit EFIBackupEEPROMData(EEPROMRWif& device);
+    virtual ~EFIBackupEEPROMData();
+    EFIBackupEEPROMData(const EFIBackupEEPROMData&) = delete;
+    EFIBackupEEPROMData& operator=(const EFIBackupEEPROMData&) = delete;
+
+    /// Whether setIndexData made the store valid, in this process.
+    bool isValid() const;
+
+    /// Moves bytes of a backup EEPROM and answers the length; 0, and the device is not touched,
+    /// while the store is not valid.
+    unsigned int write(unsigned int p, unsigned int b, unsigned long offset, unsigned int length,
+                       unsigned char* data);
+    unsigned int read(unsigned int p, unsigned int b, unsigned long offset, unsigned int length,
+                      unsigned char* data);
+
+    /// Reads the record; true, and its flags are taken over, when its checksum is right and it
+    /// names this system. Whether the store is valid does not change: that is setIndexData's.
+    bool checkIndexData(const std::string& serial);
+    /// Valid: writes a new record for this system, without flags. Not valid: the record
+    /// deliberately stays as it is, so that a later checkIndexData can find it.
+    void setIndexData(bool valid, std::string serial);
+
+    /// Writes the record and the zeroes behind it; one flag byte, or those of one EEPROM. The
+    /// checksum byte always goes first. Each answers the result of its last write.
+    int writeIndexData();
+    int writeIndexData(int p, int b, int n);
+    int writeIndexData(int p, int b);
+
+    /// Clears the flag of the block that holds an address; 0.
+    int resetClearFlag(unsigned int p, unsigned int b, unsigned int address);
+    /// Erases every block of an EEPROM whose flag is set, and clears the flag behind each; 0.
+    int clearExecute(unsigned int p, unsigned int b);
+
+    /// Throws; the kind is not used.
+    [[noreturn]] void setThrow(int kind, const char* format, ...);
+
+private:
+    [[noreturn]] void throwWriteError(unsigned char action, unsigned short detail);
+    void readRecord();
+    int writeFlags(int first, unsigned int count);
+
+    static pthread_mutex_t idxlock;     ///< of the index record; taken inside clrlock
+    static pthread_mutex_t clrlock[16]; ///< of each backup EEPROM
+
+    EEPROMRWif& rw;
+    std::unique_ptr<EFIBackupEEPROMIndex> index;
+};
+
+}
+
+#endif

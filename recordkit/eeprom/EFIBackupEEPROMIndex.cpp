@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/eeprom/EFIBackupEEPROMIndex.h>
+
+#include <algorithm>
+
+#include "Checksum.h"
+
+namespace TAVLib::RecordKit {
+
+namespace {
+
+constexpr unsigned char STATE_VALID = 1;
+constexpr unsigned char STATE_INVALID = 0;
+constexpr unsigned char STATE_UNKNOWN = 0xFF;
+
+unsigned int groupOf(unsigned int p, unsigned int b)
+{
+    return (p & 3) * EFIBackupEEPROMIndex::BANKS + (b & 3);
+}
+
+/// Position of a block's byte among the flags.
+unsigned int flagByteOf(unsigned int p, unsigned int b, unsigned int n)
+{
+    return groupOf(p, b) * EFIBackupEEPROMIndex::GROUP_SIZE + (n >> 1);
+}
+
+/// The nibble of a block: odd ones have the low one.
+unsigned char nibbleOf(unsigned int n)
+{
+    return n % 2 != 0 ? 0x0F : 0xF0;
+}
+
+/// The bytes of a serial that count.
+std::string serialBytes(const std::string& serial)
+{
+    std::string bytes = serial;
+    bytes.resize(EFIBackupEEPROMIndex::SERIAL_SIZE, '\0');
+    return bytes;
+}
+
+}
+
+std::atomic<unsigned char> EFIBackupEEPROMIndex::IndexState{STATE_UNKNOWN};
+std::atomic<unsigned char> EFIBackupEEPROMIndex::clrinfo[FLAGS_SIZE] = {};
+
+EFIBackupEEPROMIndex::EFIBackupEEPROMIndex() = default;
+EFIBackupEEPROMIndex::~EFIBackupEEPROMIndex() = default;
+
+void EFIBackupEEPROMIndex::setIndexState(bool valid)
+{
+    IndexState = valid ? STATE_VALID : STATE_INVALID;
+}
+
+bool EFIBackupEEPROMIndex::getIndexState() const
+{
+    return IndexState == STATE_VALID;
+}
+
+unsigned int EFIBackupEEPROMIndex::getAreaEEPROMID(unsigned int p, unsigned int b) const
+{
+    return p < PARTITIONS && b < BANKS ? FIRST_AREA_EEPROM + BANKS * p + b : ~0U;
+}
+
+void EFIBackupEEPROMIndex::setChecksum()
+{
+    image[CHECKSUM] = complementOf(sumOf(image + CHECKSUM + 1, INDEX_SIZE - 1));
+}
+
+bool EFIBackupEEPROMIndex::isChecksum() const
+{
+    return sumOf(image, INDEX_SIZE) == 0;
+}
+
+void EFIBackupEEPROMIndex::setClrFlag(unsigned int p, unsigned int b, unsigned int n, bool set)
+{
+    constexpr unsigned char SET_NIBBLES = 0x11;
+    if (n >= BLOCKS) {
+        return;
+    }
+    const unsigned int at = flagByteOf(p, b, n);
+    const unsigned char nibble = nibbleOf(n);
+    const unsigned char others = clrinfo[at] & static_cast<unsigned char>(~nibble);
+    const auto flags = static_cast<unsigned char>(others | (set ? SET_NIBBLES & nibble : 0));
+    image[FLAGS + at] = flags;
+    clrinfo[at] = flags;
+}
+
+bool EFIBackupEEPROMIndex::getClrBlockState(unsigned int p, unsigned int b, unsigned int n) const
+{
+    return n < BLOCKS && (clrinfo[flagByteOf(p, b, n)] & nibbleOf(n)) != 0;
+}
+
+unsigned int EFIBackupEEPROMIndex::getClrBlockNumber(unsigned int address) const
+{
+    return address >> 12;
+}
+
+void EFIBackupEEPROMIndex::getClrBlockAddress(unsigned int n, unsigned int& start,
+                                              unsigned int& end) const
+{
+    start = n * BLOCK_SIZE;
+    end = start + BLOCK_SIZE - 1;
+}
+
+int EFIBackupEEPROMIndex::getIndexPoint(int p, int b, int n) const
+{
+    return FLAGS +
+           static_cast<int>(GROUP_SIZE *
+                            groupOf(static_cast<unsigned int>(p), static_cast<unsigned int>(b))) +
+           (n >> 1);
+}
+
+bool EFIBackupEEPROMIndex::checkSerialInfo(const std::string& serial) const
+{
+    const std::string bytes = serialBytes(serial);
+    return std::equal(bytes.begin(), bytes.end(), image + SERIAL,
+                      [](char a, unsigned char b) { return static_cast<unsigned char>(a) == b; });
+}
+
+void EFIBackupEEPROMIndex::setIndexValidFlag(bool valid, const std::string& serial)
+{
+    std::fill_n(image, +INDEX_SIZE, static_cast<unsigned char>(0));
+    if (valid) {
+        const std::string bytes = serialBytes(serial);
+        std::copy(bytes.begin(), bytes.end(), image + SERIAL);
+        setChecksum();
+    }
+    expandClrFlags();
+}
+
+void EFIBackupEEPROMIndex::expandClrFlags()
+{
+    for (unsigned int i = 0; i < FLAGS_SIZE; ++i) {
+        clrinfo[i] = image[FLAGS + i];
+    }
+}
+
+}
