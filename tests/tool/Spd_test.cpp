@@ -204,7 +204,7 @@ TEST(HexDump, IsReadAsToolsPrintIt)
     EXPECT_EQ(parseImage("f", "92 10 0B\n0b 02\n"), Bytes({0x92, 0x10, 0x0B, 0x0B, 0x02}));
     EXPECT_EQ(parseImage("f", "0x92, 0x10,0x0b"), Bytes({0x92, 0x10, 0x0B}));
     EXPECT_EQ(parseImage("f", "92100b02"), Bytes({0x92, 0x10, 0x0B, 0x02}));
-    EXPECT_EQ(parseImage("f", "00000000: 9210 0b\r\n"), Bytes({0x92, 0x10, 0x0B}));
+    EXPECT_EQ(parseImage("f", "\n00000000: 9210 0b\r\n\r\n"), Bytes({0x92, 0x10, 0x0B}));
 }
 
 TEST(HexDump, WhatIsNoneIsNamedWithItsLine)
@@ -215,6 +215,8 @@ TEST(HexDump, WhatIsNoneIsNamedWithItsLine)
               "f, line 2: offset 20h, expected 10h");
     EXPECT_EQ(dumpRefusal("00: 92 10\nend of dump\n"),
               "f, line 2: \"end of dump\" is no line of a hex dump");
+    EXPECT_EQ(dumpRefusal("00: 92 10\n" + std::string(300, '0') + "\n").substr(0, 12),
+              "f, line 2: \"");
     EXPECT_EQ(dumpRefusal("hello world"), "f: neither an image nor a hex dump");
     EXPECT_EQ(dumpRefusal("921"), "f: neither an image nor a hex dump");
     EXPECT_EQ(parseImage("f", ""), Bytes());

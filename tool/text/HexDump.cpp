@@ -34,6 +34,17 @@ bool isText(const std::string& content)
     });
 }
 
+/// An offset of up to eight hex digits.
+bool parseOffset(const std::string& text, std::size_t& offset)
+{
+    constexpr std::size_t LONGEST = 8;
+    if (!isAllHex(text) || text.size() > LONGEST) {
+        return false;
+    }
+    offset = std::stoul(text, nullptr, 16);
+    return true;
+}
+
 /// A line of a dump: its offset and what follows.
 bool splitLine(const std::string& line, std::size_t& offset, std::string& rest)
 {
@@ -42,16 +53,14 @@ bool splitLine(const std::string& line, std::size_t& offset, std::string& rest)
         return false;
     }
     const std::size_t end = line.find_first_of(": ", first);
-    constexpr std::size_t LONGEST_OFFSET = 8;
     // hexdump -C has eight digits and no colon.
+    constexpr std::size_t HEXDUMP_OFFSET = 8;
     const bool hasColon = end != std::string::npos && line[end] == ':';
-    const bool isHexdump = end != std::string::npos && end - first == LONGEST_OFFSET &&
+    const bool isHexdump = end != std::string::npos && end - first == HEXDUMP_OFFSET &&
                            line.compare(end, 2, "  ") == 0;
-    if ((!hasColon && !isHexdump) || end - first > LONGEST_OFFSET ||
-        !isAllHex(line.substr(first, end - first))) {
+    if ((!hasColon && !isHexdump) || !parseOffset(line.substr(first, end - first), offset)) {
         return false;
     }
-    offset = std::stoul(line.substr(first, end - first), nullptr, 16);
     rest = line.substr(end + 1);
     return true;
 }
@@ -116,20 +125,18 @@ std::vector<unsigned char> parseDump(const std::string& name, const std::string&
         line.erase(line.find_last_not_of(" \r") + 1);
         std::size_t offset = 0;
         std::string rest;
-        if (line == "*") {
-            isRepeating = true;
+        if (line.empty() || line == "*") {
+            isRepeating = isRepeating || !line.empty();
             continue;
         }
         if (!splitLine(line, offset, rest)) {
-            const bool isFinalOffset =
-                isAllHex(line) && std::stoul(line, nullptr, 16) >= bytes.size();
-            if (!bytes.empty() && !isFinalOffset) {
+            if (parseOffset(line, offset) && offset >= bytes.size()) {
+                rest = ""; // hexdump -C ends with the size
+            } else if (bytes.empty()) {
+                continue; // the heading that i2cdump prints
+            } else {
                 throw badLine(name, number, line);
             }
-            if (!isFinalOffset) {
-                continue; // the heading that i2cdump prints
-            }
-            offset = std::stoul(line, nullptr, 16);
         }
         constexpr std::size_t LARGEST = 65536;
         while (isRepeating && bytes.size() >= BYTES_IN_A_LINE && bytes.size() < offset &&
