@@ -19,6 +19,10 @@ void addNodeCommand(CLI::App& app, Globals& globals);
 void addDecodeCommand(CLI::App& app, Globals& globals);
 void addSdrCommands(CLI::App& app, Globals& globals);
 void addSpdCommands(CLI::App& app, Globals& globals);
+void addEepromCommands(CLI::App& app, Globals& globals);
+
+void addSettingCommands(CLI::App& eeprom, Globals& globals);
+void addEfiCommands(CLI::App& eeprom);
 
 void addSelAdd(CLI::App& sel, Globals& globals);
 void addSelList(CLI::App& sel, Globals& globals);

@@ -77,7 +77,11 @@ public:
     {
         // Only root can give a file away; the permissions are the owner's to set.
         static_cast<void>(::fchown(fd, of.st_uid, of.st_gid));
-        if (::fchmod(fd, of.st_mode & 07777) == -1) {
+        setMode(of.st_mode & 07777);
+    }
+    void setMode(mode_t mode) const
+    {
+        if (::fchmod(fd, mode) == -1) {
             throw systemError(name, "given its permissions", errno);
         }
     }
@@ -125,6 +129,26 @@ void replaceFile(const std::string& path, const std::string& content)
     temporary.copyOwner(statusOf(target));
     temporary.write(content);
     temporary.renameTo(target);
+}
+
+void writeOutput(const std::string& path, const std::string& content)
+{
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) == 0) {
+        if (!S_ISREG(status.st_mode)) {
+            throw systemError(path, "written", S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+        }
+        replaceFile(path, content);
+        return;
+    }
+    if (errno != ENOENT) {
+        throw systemError(path, "written", errno);
+    }
+    constexpr mode_t NEW_FILE = 0644;
+    Temporary temporary(path + ".XXXXXX");
+    temporary.setMode(NEW_FILE);
+    temporary.write(content);
+    temporary.renameTo(path);
 }
 
 bool isDeviceNode(const std::string& path)

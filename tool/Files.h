@@ -13,6 +13,10 @@ std::string readInput(const std::string& path);
 /// it, which is synchronised and renamed; owner and permissions stay. Throws CommandError (file).
 void replaceFile(const std::string& path, const std::string& content);
 
+/// Writes a file: one that is there is replaced as above, a new one is made with permissions 0644.
+/// Throws CommandError (file).
+void writeOutput(const std::string& path, const std::string& content);
+
 /// Whether a path is a device: no regular file, or a node that the kernel serves, which cannot be
 /// replaced.
 bool isDeviceNode(const std::string& path);

@@ -39,6 +39,7 @@ int parseAndDo(const std::vector<std::string>& arguments)
     addDecodeCommand(app, globals);
     addSdrCommands(app, globals);
     addSpdCommands(app, globals);
+    addEepromCommands(app, globals);
     try {
         // It takes them from the end.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
