@@ -130,8 +130,10 @@ void EFIBackupEEPROMIndex::setIndexValidFlag(bool valid, const std::string& seri
 
 void EFIBackupEEPROMIndex::expandClrFlags()
 {
+    // Each byte stands for itself, so no order among them is needed; the stores' locks order the
+    // rest.
     for (unsigned int i = 0; i < FLAGS_SIZE; ++i) {
-        clrinfo[i] = image[FLAGS + i];
+        clrinfo[i].store(image[FLAGS + i], std::memory_order_relaxed);
     }
 }
 
