@@ -19,7 +19,9 @@ CompactSensorRecord::CompactSensorRecord(const CompactSensorRecord& other)
 
 CompactSensorRecord& CompactSensorRecord::operator=(const CompactSensorRecord& other)
 {
-    std::copy_n(other.image, +SIZE, image);
+    if (this != &other) {
+        std::copy_n(other.image, +SIZE, image);
+    }
     return *this;
 }
 

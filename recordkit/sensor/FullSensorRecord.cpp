@@ -19,7 +19,9 @@ FullSensorRecord::FullSensorRecord(const FullSensorRecord& other)
 
 FullSensorRecord& FullSensorRecord::operator=(const FullSensorRecord& other)
 {
-    std::copy_n(other.image, +SIZE, image);
+    if (this != &other) {
+        std::copy_n(other.image, +SIZE, image);
+    }
     return *this;
 }
 

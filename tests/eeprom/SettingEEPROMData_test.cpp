@@ -180,6 +180,40 @@ TEST_F(Settings, EveryDeviceFailureCarriesItsCodes)
     EXPECT_EQ(failing(1, [&] { settings.isValid(3); }).substr(41, 13), "readIndexData");
 }
 
+TEST_F(Settings, EveryAccessOfEveryOperationCanFail)
+{
+    writeIndexFile(27);
+    std::string data = "setting";
+    const std::function<void()> operations[] = {
+        [&] { settings.read(3, nullptr); }, [&] { settings.write(3, data); },
+        [&] { settings.write(4, data); },   [&] { settings.isValid(3); },
+        [&] { settings.setAllInvalid(); },  [&] { settings.initializeIndexData(-1); },
+    };
+    const std::size_t accesses[] = {2, 2, 3, 1, 36, 27};
+    for (std::size_t i = 0; i < std::size(operations); ++i) {
+        for (std::size_t n = 1; n <= accesses[i] + 1; ++n) {
+            SCOPED_TRACE("operation " + std::to_string(i) + ", access " + std::to_string(n));
+            for (unsigned int each = 0; each <= 26; ++each) {
+                eeproms.put(4, entryPlace(each), entry(each, each % 3 == 0));
+            }
+            eeproms.failAt(n);
+            const std::string thrown = thrownBy(operations[i]);
+            eeproms.failNoMore();
+            if (n > accesses[i]) {
+                EXPECT_EQ(thrown, "nothing");
+                continue;
+            }
+            EXPECT_EQ(thrown.substr(0, 41), "1:128:0x000E act 2 det 0x0003 msg 20031 (");
+            EXPECT_NE(thrown.find("(ActCode=0x12 DetCode=0x0345 "), std::string::npos);
+            // Each entry is an old one or a new one, whole.
+            for (unsigned int each = 0; each <= 26; ++each) {
+                EXPECT_TRUE(entryOf(each) == entry(each, true) ||
+                            entryOf(each) == entry(each, false));
+            }
+        }
+    }
+}
+
 TEST_F(Settings, AllEntriesInUseAreInvalidated)
 {
     settings.setAllInvalid();

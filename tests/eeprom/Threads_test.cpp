@@ -149,7 +149,8 @@ bool clearWhatIsLeft(WatchingDevice& device)
 {
     EFIBackupEEPROMData backup(device);
     try {
-        backup.resetClearFlag(0, 0, 0);
+        // An address beyond the last block names no flag.
+        backup.resetClearFlag(0, 0, 65536);
         for (unsigned int i = 0; i < EEPROMS; ++i) {
             backup.clearExecute(i / 4, i % 4);
         }
@@ -197,6 +198,18 @@ TEST(EFIBackupThreads, EightThreadsOnOneEEPROMTakeTurns)
     EXPECT_EQ(part(record, 16, 48), Bytes(48, 0x11));
     EXPECT_EQ(record, withSum(record, 0));
     EXPECT_EQ(device.at(17), Bytes(65536, 0xFF));
+}
+
+TEST(EFIBackupThreads, EightThreadsOnOneEEPROMHoldOutItsFailures)
+{
+    for (unsigned int seed = 1; seed <= 5; ++seed) {
+        WatchingDevice device(1, 50, seed);
+        prepare(device);
+        runAll(std::vector<std::function<void()>>(8, [&device] { clearUntilDone(device, 1, 2); }));
+        while (!clearWhatIsLeft(device)) {
+        }
+        expectAllClear(device, EEPROMS);
+    }
 }
 
 TEST(EFIBackupThreads, FailuresLeaveExactFlagsAndNoLock)

@@ -46,7 +46,7 @@ inline Json toValue(const Json& value)
 
 /// A field that `get` reads: a member function of the record, or a function of it.
 template <typename Record, typename Get>
-Row<Record> field(const char* name, Place place, Get get, Meaning meaning = nullptr)
+Row<Record> field(const std::string& name, Place place, Get get, Meaning meaning = nullptr)
 {
     return [=](Record& record, DecodedFields& fields) {
         DecodedField field = {name, place, nullptr, ""};
@@ -75,9 +75,9 @@ template <typename Record> RecordClass describe(const char* name, const char* si
         return dataError(
             fmt::format("{} bytes are no image of {}, expected {}", image.size(), name, sizes));
     };
-    RecordClass description_ = {name, sizes, description, nullptr, nullptr};
-    description_.create = [] { return std::make_unique<Record>(); };
-    description_.decode = [=](const Image& image) {
+    RecordClass recordClass = {name, sizes, description, nullptr, nullptr};
+    recordClass.create = [] { return std::make_unique<Record>(); };
+    recordClass.decode = [=](const Image& image) {
         Record record;
         try {
             if (!TAVLib::setSerializedPadded(record, image)) {
@@ -92,7 +92,7 @@ template <typename Record> RecordClass describe(const char* name, const char* si
         }
         return fields;
     };
-    return description_;
+    return recordClass;
 }
 
 // Meanings that several classes share.

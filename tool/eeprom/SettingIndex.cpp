@@ -20,7 +20,8 @@ constexpr std::size_t ENTRY_SIZE = 16;
 std::size_t entryCount()
 {
     const PanelEEPROMIndex index;
-    return static_cast<std::size_t>(index.getIndexLastNumber() - index.getIndexHeadNumber() + 1);
+    const auto last = static_cast<std::size_t>(index.getIndexLastNumber());
+    return last + 1 - static_cast<std::size_t>(index.getIndexHeadNumber());
 }
 
 bool overlaps(const SettingEntry& a, const SettingEntry& b)

@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <recordkit/fru/FRUData.h>
-#include <recordkit/platform/PException.h>
 
 #include "../Errors.h"
 #include "../Numbers.h"

@@ -12,7 +12,6 @@
 #include "../text/CodedText.h"
 #include "FruEdit.h"
 #include "FruImage.h"
-#include "FruNames.h"
 
 namespace recordkit::tool {
 

@@ -18,7 +18,7 @@ void verify(const std::vector<std::string>& files)
     FileResults results;
     for (const std::string& file : files) {
         results.add(file, [&file] {
-            const std::vector<std::string> problems = parseFruImage(readInput(file)).allProblems();
+            std::vector<std::string> problems = parseFruImage(readInput(file)).allProblems();
             fmt::print("{}: {}\n", inputName(file),
                        problems.empty() ? "good"
                                         : fmt::format("damaged: {}", fmt::join(problems, "; ")));
