@@ -106,6 +106,8 @@ TEST(SdrFile, WalksEnd)
     EXPECT_EQ(parse(compact(1, "PS1") + Bytes(100, 0xFF)).problems,
               Lines({"100 bytes at offset 35 hold no record"}));
     EXPECT_EQ(parse({}).problems, Lines());
+    // Zeroes in front of a byte are records without a type, none of them any good.
+    EXPECT_EQ(parse(Bytes(100000, 0) + Bytes({1})).problems.size(), 20001U);
     // Noise.
     for (unsigned int first = 0; first < 256; ++first) {
         Bytes noise;

@@ -34,10 +34,12 @@ std::size_t leastLength(unsigned char type)
     return type == SDR_FULL ? FULL : type == SDR_COMPACT ? COMPACT : 0;
 }
 
-bool isBlankFrom(const std::string& content, std::size_t at)
+/// Where the content ends but for blank bytes behind it.
+std::size_t endOfContent(const std::string& content)
 {
     const std::string blank("\x00\xFF", 2);
-    return content.find_first_not_of(blank, at) == std::string::npos;
+    const std::size_t last = content.find_last_not_of(blank);
+    return last == std::string::npos ? 0 : last + 1;
 }
 
 /// One walk over a file.
@@ -47,8 +49,9 @@ SdrFile walk(const std::string& content, std::size_t prefix)
     const auto problem = [&file](std::size_t offset, const std::string& text) {
         file.problems.push_back(fmt::format("record at offset {}: {}", offset, text));
     };
+    const std::size_t end = endOfContent(content);
     for (std::size_t at = 0; at < content.size();) {
-        if (isBlankFrom(content, at)) {
+        if (at >= end) {
             file.problems.push_back(
                 fmt::format("{} bytes at offset {} hold no record", content.size() - at, at));
             break;
