@@ -57,7 +57,8 @@ TEST(FixedSizeSerializableObject, RefusesAShorterBufferAndLeavesItUntouched)
     Bytes buffer(6, 0xEE);
     EXPECT_EQ(object.getSerialized(buffer.data(), 3), 0U);
     EXPECT_EQ(buffer, Bytes(6, 0xEE));
-    EXPECT_EQ(object.getSerialized(nullptr, 0), 0U);
+    unsigned char* volatile nowhere = nullptr;
+    EXPECT_EQ(object.getSerialized(nowhere, 0), 0U);
     EXPECT_EQ(trace.lines(), Lines());
 }
 
