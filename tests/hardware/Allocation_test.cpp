@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The fixed-size objects live where they stand: nothing they do takes memory from the heap.
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <new>
 
 #include <recordkit/hardware/BMC_BootFlagsClearData.h>
 #include <recordkit/hardware/BootFlagsData.h>
@@ -30,32 +28,10 @@
 #include <recordkit/version/SystemInfoParameters.h>
 #include <recordkit/version/TAVFirmwareVersion.h>
 
+#include "AllocationCount.h"
+
 using namespace TAVLib::RecordKit;
-
-namespace {
-
-std::size_t allocations = 0;
-
-}
-
-void* operator new(std::size_t size)
-{
-    ++allocations;
-    if (void* const memory = std::malloc(size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
+using testing_support::allocationCount;
 
 namespace {
 
@@ -78,11 +54,11 @@ TYPED_TEST(FixedSize, ImagesMoveWithoutTheHeap)
     for (unsigned int i = 0; i < sizeof image; ++i) {
         image[i] = static_cast<unsigned char>(i);
     }
-    const std::size_t before = allocations;
+    const std::size_t before = allocationCount();
     TypeParam record;
     const bool isTaken = record.setSerialized(image, sizeof image);
     const unsigned int written = record.getSerialized(image, sizeof image);
-    const std::size_t after = allocations;
+    const std::size_t after = allocationCount();
     EXPECT_TRUE(isTaken);
     EXPECT_EQ(written, record.getSerializedSize());
     EXPECT_EQ(after, before);
@@ -90,8 +66,8 @@ TYPED_TEST(FixedSize, ImagesMoveWithoutTheHeap)
 
 TEST(FixedSizeCounter, SeesTheHeap)
 {
-    const std::size_t before = allocations;
+    const std::size_t before = allocationCount();
     void* volatile memory = ::operator new(1);
     ::operator delete(memory);
-    EXPECT_GT(allocations, before);
+    EXPECT_GT(allocationCount(), before);
 }

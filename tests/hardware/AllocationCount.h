@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TESTS_HARDWARE_ALLOCATIONCOUNT_H
+#define RECORDKIT_TESTS_HARDWARE_ALLOCATIONCOUNT_H
+
+#include <cstddef>
+
+namespace testing_support {
+
+/// How often this program has taken memory from the heap by operator new.
+std::size_t allocationCount();
+
+}
+
+#endif
