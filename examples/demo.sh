@@ -81,5 +81,5 @@ show fru set "$scratch/board.bin" board.serial=SN-4711
 show fru verify "$scratch/board.bin"
 
 step "A processor's information ROM."
-echo "$ recordkit --root $examples/root cpu $examples/data/cpu/sample.bin"
-"$recordkit" --root "$examples/root" cpu "$examples/data/cpu/sample.bin" | head -n 8
+echo "$ recordkit --root $examples/board cpu $examples/data/cpu/sample.bin"
+"$recordkit" --root "$examples/board" cpu "$examples/data/cpu/sample.bin" | head -n 8

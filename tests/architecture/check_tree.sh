@@ -43,7 +43,7 @@ if grep -rn '#include [<"]tool/' recordkit; then
 fi
 
 for file in $(find .ci cmake recordkit tool tests bench fuzz examples docs dev CMakeLists.txt README.md \
-    -type f ! -path 'examples/data/*' ! -path 'examples/root/*' \
+    -type f ! -path 'examples/data/*' ! -path 'examples/board/*' \
     ! -path 'fuzz/corpus/*'); do
     if ! head -n 3 "$file" | grep -q 'SPDX-License-Identifier: Apache-2.0'; then
         echo "$file: no SPDX line"

@@ -316,7 +316,7 @@ namespace {
 
 Outcome cpu(const Arguments& arguments, const std::string& input = "")
 {
-    Arguments words = {"--root", RECORDKIT_SOURCE "/examples/root", "cpu"};
+    Arguments words = {"--root", RECORDKIT_SOURCE "/examples/board", "cpu"};
     words.insert(words.end(), arguments.begin(), arguments.end());
     return run(ourCommand(words), input);
 }

@@ -248,7 +248,7 @@ void addCpuCommand(CLI::App& app, Globals& globals)
     const auto options = std::make_shared<Options>();
     CLI::App* const command = addCommand(
         app, "cpu", "Name the processor of an information ROM, and show what the ROM holds",
-        "recordkit --root examples/root cpu examples/data/cpu/sample.bin");
+        "recordkit --root examples/board cpu examples/data/cpu/sample.bin");
     command->add_option("ROM", options->file, "ROM image or kernel node; - for standard input")
         ->required();
     options->board.addTo(*command);
