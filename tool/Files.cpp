@@ -2,9 +2,10 @@
 #include "Files.h"
 
 #include <array>
-#include <utility>
 #include <cerrno>
 #include <cstdlib>
+#include <utility>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
@@ -13,30 +14,6 @@
 #include "Errors.h"
 
 namespace recordkit::tool {
-
-std::string readInput(const std::string& path)
-{
-    const bool isStandardInput = path == "-";
-    const int fd = isStandardInput ? STDIN_FILENO
-                                   : TEMP_FAILURE_RETRY(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (fd == -1) {
-        throw systemError(path, "opened", errno);
-    }
-    std::string content;
-    std::array<char, 65536> piece = {};
-    ssize_t count = 0;
-    while ((count = TEMP_FAILURE_RETRY(::read(fd, piece.data(), piece.size()))) > 0) {
-        content.append(piece.data(), static_cast<std::size_t>(count));
-    }
-    const int error = errno;
-    if (!isStandardInput) {
-        ::close(fd);
-    }
-    if (count == -1) {
-        throw systemError(inputName(path), "read", error);
-    }
-    return content;
-}
 
 namespace {
 
@@ -115,8 +92,7 @@ struct stat statusOf(const std::string& path)
     return status;
 }
 
-}
-
+/// Replaces a regular file, or the one that a symbolic link leads to; owner and permissions stay.
 void replaceFile(const std::string& path, const std::string& content)
 {
     char* const resolved = ::realpath(path.c_str(), nullptr);
@@ -129,6 +105,32 @@ void replaceFile(const std::string& path, const std::string& content)
     temporary.copyOwner(statusOf(target));
     temporary.write(content);
     temporary.renameTo(target);
+}
+
+}
+
+std::string readInput(const std::string& path)
+{
+    const bool isStandardInput = path == "-";
+    const int fd = isStandardInput ? STDIN_FILENO
+                                   : TEMP_FAILURE_RETRY(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (fd == -1) {
+        throw systemError(path, "opened", errno);
+    }
+    std::string content;
+    std::array<char, 65536> piece = {};
+    ssize_t count = 0;
+    while ((count = TEMP_FAILURE_RETRY(::read(fd, piece.data(), piece.size()))) > 0) {
+        content.append(piece.data(), static_cast<std::size_t>(count));
+    }
+    const int error = errno;
+    if (!isStandardInput) {
+        ::close(fd);
+    }
+    if (count == -1) {
+        throw systemError(inputName(path), "read", error);
+    }
+    return content;
 }
 
 void writeOutput(const std::string& path, const std::string& content)

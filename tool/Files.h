@@ -9,12 +9,9 @@ namespace recordkit::tool {
 /// The whole content of a file, of standard input for "-". Throws CommandError (file).
 std::string readInput(const std::string& path);
 
-/// Replaces a regular file, or the one that a symbolic link leads to: written to a temporary beside
-/// it, which is synchronised and renamed; owner and permissions stay. Throws CommandError (file).
-void replaceFile(const std::string& path, const std::string& content);
-
-/// Writes a file: one that is there is replaced as above, a new one is made with permissions 0644.
-/// Throws CommandError (file).
+/// Writes a regular file, or the one that a symbolic link leads to: to a temporary beside it, which
+/// is synchronised and renamed. Owner and permissions of one that is there stay; a new one is made
+/// with permissions 0644. Throws CommandError (file).
 void writeOutput(const std::string& path, const std::string& content);
 
 /// Whether a path is a device: no regular file, or a node that the kernel serves, which cannot be

@@ -42,6 +42,7 @@ public:
         PARTITIONS = 4,
         BANKS = 4,
     };
+    enum Offset : int { CHECKSUM = 0, SERIAL = 2, FLAGS = 16 };
     enum Eeprom : int { INDEX_EEPROM = 10, FIRST_AREA_EEPROM = 11 };
 
     EFIBackupEEPROMIndex();
@@ -87,8 +88,6 @@ public:
     static std::atomic<unsigned char> clrinfo[FLAGS_SIZE];
 
 private:
-    enum Offset : int { CHECKSUM = 0, SERIAL = 2, FLAGS = 16 };
-
     unsigned char image[INDEX_SIZE] = {};
 };
 

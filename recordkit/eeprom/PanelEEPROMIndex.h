@@ -24,6 +24,17 @@ namespace TAVLib::RecordKit {
 /// A new entry is all zero. Nothing is traced or thrown.
 class RECORDKIT_API PanelEEPROMIndex : public EEPROMIndex {
 public:
+    enum Eeprom { FIRST_EEPROM = 4, SECOND_EEPROM = 5 };
+    enum Offset {
+        VALID = 0,
+        SELECTOR = 2,
+        NUMBER = 3,
+        OFFSET = 4,
+        AREA_SIZE = 6,
+        CHECKSUM = 15,
+        SIZE = 16,
+    };
+
     ~PanelEEPROMIndex() override;
 
     const char* getIndexDataFileName() const override
@@ -51,17 +62,6 @@ public:
     bool isChecksum() const override;
 
 private:
-    enum Eeprom { FIRST_EEPROM = 4, SECOND_EEPROM = 5 };
-    enum Offset {
-        VALID = 0,
-        SELECTOR = 2,
-        NUMBER = 3,
-        OFFSET = 4,
-        AREA_SIZE = 6,
-        CHECKSUM = 15,
-        SIZE = 16,
-    };
-
     unsigned char image[SIZE] = {};
 };
 

@@ -17,9 +17,6 @@ using TAVLib::traceFRUError;
 
 namespace {
 
-constexpr unsigned char END_MARKER = 0xC1;
-constexpr unsigned int LENGTH_UNIT = 8;
-
 /// What a coded field can claim beyond its area, and more.
 constexpr unsigned int ZEROES_BEHIND_AREA = 128;
 
@@ -82,7 +79,7 @@ unsigned char* FRUArea::readAreaData(unsigned int fixedSize, CSUM_MODE mode)
         unsigned char head[2] = {};
         readDevice(static_cast<unsigned int>(offset), sizeof head, head,
                    "FRUArea::readAreaData(2Byte read)");
-        size = static_cast<unsigned char>(head[1] * LENGTH_UNIT);
+        size = static_cast<unsigned char>(head[1] * FRU_LENGTH_UNIT);
     }
     if (size == 0) {
         throwFRUText(MESSAGE_TEXT, "FRUArea::readAreaData area_length is 0 ");
@@ -100,7 +97,7 @@ void FRUArea::setAreaData(unsigned char* buf, unsigned short* pos, const FRUMemb
     *pos = 0;
     for (const FRUMemberTbl* row = table; row->item != FRU_ITEM_TERMINATOR; ++row) {
         // An end marker in the place of a field: the rest of the table is absent.
-        if (row->size == 0 && buf[*pos] == END_MARKER) {
+        if (row->size == 0 && buf[*pos] == FRU_END_OF_FIELDS) {
             return;
         }
         // By the row's size, so that a coded field is not bounded: images in the field have such.
@@ -122,7 +119,7 @@ void FRUArea::setAreaEndData(unsigned char* buf, unsigned short pos)
         append(FRUMember(buf + size - 1, FRU_ITEM_CHECKSUM, 1));
         return;
     }
-    while (buf[pos] != END_MARKER) {
+    while (buf[pos] != FRU_END_OF_FIELDS) {
         if (pos + 1 > size) {
             return;
         }
@@ -194,9 +191,8 @@ void FRUArea::updateItem(FRU_ITEM item, std::string& value)
         return;
     }
     if (member->getHasTypeLength()) {
-        constexpr unsigned char LENGTH_BITS = 0x3F;
         unusedUpdate(static_cast<short>(static_cast<int>(value.size()) -
-                                        (member->getTypeLength() & LENGTH_BITS)));
+                                        (member->getTypeLength() & FRU_LENGTH_BITS)));
     } else if (member->getLength() > 1 && value.size() < member->getLength()) {
         // The caller's own string is padded: callers show it afterwards as it was stored.
         value.resize(member->getLength(), '\0');
@@ -231,9 +227,10 @@ void FRUArea::lengthUpdate(short delta)
         throwFRUText(MESSAGE_FRU, "FRUArea::lengthUpdate  Not Length on FRUMember(%d)", found);
     }
     const std::string old = sized(members[LENGTH_MEMBER]->getData(), 1);
-    const int bytes = static_cast<unsigned char>(old[0]) * static_cast<int>(LENGTH_UNIT) + delta;
+    const int bytes =
+        static_cast<unsigned char>(old[0]) * static_cast<int>(FRU_LENGTH_UNIT) + delta;
     members[LENGTH_MEMBER]->setData(
-        std::string(1, static_cast<char>(bytes / static_cast<int>(LENGTH_UNIT))));
+        std::string(1, static_cast<char>(bytes / static_cast<int>(FRU_LENGTH_UNIT))));
 }
 
 void FRUArea::syncItem(FRU_ITEM item)
@@ -256,7 +253,7 @@ void FRUArea::syncItem(FRU_ITEM item)
 void FRUArea::syncFRU()
 {
     const unsigned int total = calcAreaSize();
-    std::string lengthByte(1, static_cast<char>(total / LENGTH_UNIT));
+    std::string lengthByte(1, static_cast<char>(total / FRU_LENGTH_UNIT));
     updateItem(FRU_ITEM_AREA_LENGTH, lengthByte);
 
     std::vector<unsigned char> buffer;

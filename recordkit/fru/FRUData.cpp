@@ -63,7 +63,6 @@ FRUData::~FRUData()
 
 unsigned int FRUData::getAreaOffset(FRU_AREA id)
 {
-    constexpr unsigned int INFORMATION_UNIT = 8;
     constexpr unsigned int CPU_UNIT = 1;
     FRU_ITEM item = FRU_ITEM_MULTIRECORD_OFFSET;
     if (id != FRU_AREA_MULTIRECORD) {
@@ -74,7 +73,7 @@ unsigned int FRUData::getAreaOffset(FRU_AREA id)
         item = row->offsetItem;
     }
     const TwoBytes offset(areas[FRU_AREA_COMMON_HEADER]->getItemMember(item)->getData());
-    return offset.first * (id < FRU_AREA_CPU_HEADER ? INFORMATION_UNIT : CPU_UNIT);
+    return offset.first * (id < FRU_AREA_CPU_HEADER ? FRU_LENGTH_UNIT : CPU_UNIT);
 }
 
 FRUArea* FRUData::getAreaObject(FRU_AREA id, FRUArea::CSUM_MODE mode)

@@ -4,6 +4,11 @@
 
 #include <recordkit/fru/FRUMember.h>
 
+// IPMI FRU Information Storage Definition v1.0.
+constexpr unsigned int FRU_LENGTH_UNIT = 8;       ///< in which areas' lengths and offsets count
+constexpr unsigned char FRU_LENGTH_BITS = 0x3F;   ///< of a type/length byte: the field's length
+constexpr unsigned char FRU_END_OF_FIELDS = 0xC1; ///< in place of a type/length byte
+
 /// How one area is laid out, and where its offset stands. FRUArea reads by these rows; a program
 /// that walks images itself, as those with areas too long for FRUArea, needs no others.
 struct FRUAreaTbl {

@@ -75,22 +75,21 @@ constexpr CoreItem CORE_ITEMS[] = {
 class Rom {
 public:
     Rom(const Options& options, unsigned char boardNumber)
-        : device(readInput(options.file)), fru(device, FRU_CPU_ROM), board(boardNumber),
-          size(device.getBytes().size())
+        : device(readInput(options.file)), fru(device, FRU_CPU_ROM), board(boardNumber)
     {
     }
 
     std::vector<Fact> facts()
     {
         return {
-            {"processor_code", "processor code", [this] { return printableText(code()); }},
+            {"processor_code", "processor code", [this] { return Json(toUtf8(code())); }},
             {"model_name", "model name", [this] { return name(Util::DISPLAY_MODE_PLAIN); }},
             {"model_name_markup", "with markup",
              [this] { return name(Util::DISPLAY_MODE_MARKUP); }},
             {"model_type", "model type", [this] { return Json(Util::getCPUModelType(fru)); }},
             {"stepping", "stepping", [this] { return Json(toUtf8(Util::getCPUStepping(fru))); }},
             {"part_number", "part number",
-             [this] { return printableText(Util::getCPUPartNumber(fru, board)); }},
+             [this] { return Json(toUtf8(Util::getCPUPartNumber(fru, board))); }},
             {"cache_kb", "cache (KB)", [this] { return Json(Util::getCPUCache(fru)); }},
             {"speed_mhz", "speed (MHz)",
              [this] {
@@ -118,7 +117,7 @@ public:
         return fru.getAreaObject(area, FRUArea::CSUM_IGNORE)->getSize();
     }
 
-    std::size_t romSize() const { return size; }
+    std::size_t romSize() const { return device.getBytes().size(); }
 
 private:
     std::string item(FRU_AREA area, FRU_ITEM id)
@@ -129,12 +128,10 @@ private:
     }
     std::string code() { return item(FRU_AREA_CPU_PROCESSOR, FRU_ITEM_CPU_SIGNATURE); }
     Json name(Util::DISPLAY_MODE mode) { return toUtf8(Util::getCPUModelName(fru, mode)); }
-    static Json printableText(const std::string& latin1) { return printable(toUtf8(latin1)); }
 
     ImageDevice device;
     FRUData fru;
     unsigned char board;
-    std::size_t size;
 };
 
 /// What is read, or null and the reason when it cannot be.
@@ -159,11 +156,6 @@ Json readAll(const std::vector<Fact>& facts, std::vector<std::string>& problems)
     return json;
 }
 
-std::string textOf(const Json& value)
-{
-    return value.is_null() ? "-" : value.is_string() ? value.get<std::string>() : value.dump();
-}
-
 Json blocksOf(Rom& rom, std::vector<std::string>& problems)
 {
     Json blocks = Json::array();
@@ -185,18 +177,18 @@ Json blocksOf(Rom& rom, std::vector<std::string>& problems)
 void printText(const Json& json, const std::vector<Fact>& facts, bool hasColour)
 {
     for (const Fact& fact : facts) {
-        fmt::print("{:<15} {}\n", fact.title, textOf(json[fact.key]));
+        fmt::print("{:<15} {}\n", fact.title, cellText(json[fact.key]));
     }
     fmt::print("{:<15}", "core data");
     for (const auto& [name, value] : json["core"].items()) {
-        fmt::print(" {}={}", name, textOf(value));
+        fmt::print(" {}={}", name, cellText(value));
     }
     const Table table({{"BLOCK", 12}, {"OFFSET", 6}, {"SIZE", 0}}, hasColour);
     std::string text = "\n\n" + table.header();
     for (const Json& block : json["blocks"]) {
         table.append({{block["name"].get<std::string>()},
-                      {textOf(block["offset"])},
-                      {textOf(block["size"])}},
+                      {cellText(block["offset"])},
+                      {cellText(block["size"])}},
                      text);
     }
     fmt::print("{}", text);

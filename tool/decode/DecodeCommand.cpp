@@ -50,7 +50,7 @@ Image readImage(const Options& options)
         return Image(content.begin(), content.end());
     }
     Image image;
-    if (!parseHexDigits(options.hex, image)) {
+    if (parseHexDigits(options.hex, image) != std::string::npos || image.empty()) {
         throw usageError(fmt::format("--hex: \"{}\" are no bytes in hex, as \"0F 1a2b\"",
                                      printable(options.hex)));
     }

@@ -4,7 +4,6 @@
 #include <fmt/format.h>
 
 #include "../print/Table.h"
-#include "../text/CodedText.h"
 
 namespace recordkit::tool {
 
@@ -21,24 +20,13 @@ std::string bytesText(const Place& place)
     return *place.bits == '\0' ? range : fmt::format("{} bit {}", range, place.bits);
 }
 
-std::string valueText(const Json& value)
-{
-    if (value.is_null()) {
-        return "-";
-    }
-    if (value.is_boolean()) {
-        return value.get<bool>() ? "yes" : "no";
-    }
-    return value.is_string() ? printable(value.get<std::string>()) : value.dump();
-}
-
 std::string toText(const DecodedFields& fields, bool hasColour)
 {
     const Table table({{"FIELD", 24}, {"BYTES", 12}, {"VALUE", 20}, {"MEANING", 0}}, hasColour);
     std::string text = table.header();
     for (const DecodedField& field : fields) {
         table.append(
-            {{field.name}, {bytesText(field.place)}, {valueText(field.value)}, {field.meaning}},
+            {{field.name}, {bytesText(field.place)}, {cellText(field.value)}, {field.meaning}},
             text);
     }
     return text;

@@ -49,14 +49,14 @@ template <typename Record, typename Get>
 Row<Record> field(const std::string& name, Place place, Get get, Meaning meaning = nullptr)
 {
     return [=](Record& record, DecodedFields& fields) {
-        DecodedField field = {name, place, nullptr, ""};
+        DecodedField decoded = {name, place, nullptr, ""};
         try {
-            field.value = toValue(std::invoke(get, record));
-            field.meaning = meaning == nullptr ? "" : meaning(field.value);
+            decoded.value = toValue(std::invoke(get, record));
+            decoded.meaning = meaning == nullptr ? "" : meaning(decoded.value);
         } catch (const TAVLib::PException&) {
-            field.meaning = "not in this record";
+            decoded.meaning = "not in this record";
         }
-        fields.push_back(field);
+        fields.push_back(decoded);
     };
 }
 

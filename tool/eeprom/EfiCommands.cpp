@@ -54,29 +54,19 @@ unsigned int bankOf(const Options& options)
     return numberOf("BANK", options.bank, Index::BANKS - 1);
 }
 
-[[noreturn]] void fail(const TAVLib::PException& e)
-{
-    throw fileError(e.getMessage());
-}
-
 /// The record of the images, with its flags taken over for the queries.
 Index readRecord(const Options& options)
 {
     auto device = options.images.open();
     Index index;
-    try {
-        device.read(Index::INDEX_EEPROM, 0, index.getIndexData(), Index::INDEX_SIZE);
-    } catch (const TAVLib::PException& e) {
-        fail(e);
-    }
+    attempt([&] { device.read(Index::INDEX_EEPROM, 0, index.getIndexData(), Index::INDEX_SIZE); });
     index.expandClrFlags();
     return index;
 }
 
 std::string serialOf(const Index& index)
 {
-    constexpr int SERIAL = 2;
-    const unsigned char* const first = index.getIndexData() + SERIAL;
+    const unsigned char* const first = index.getIndexData() + Index::SERIAL;
     return std::string(first, first + Index::SERIAL_SIZE);
 }
 
@@ -143,11 +133,7 @@ void initialise(const Options& options)
             fmt::format("--serial: expected 1 to {} Latin-1 characters", +Index::SERIAL_SIZE));
     }
     auto device = options.images.open();
-    try {
-        EFIBackupEEPROMData(device).setIndexData(true, serial);
-    } catch (const TAVLib::PException& e) {
-        fail(e);
-    }
+    attempt([&] { EFIBackupEEPROMData(device).setIndexData(true, serial); });
     fmt::print("EEPROM 10: new index record for {}, no block is to be erased\n",
                printable(options.serial));
 }
@@ -174,11 +160,7 @@ void read(const Options& options)
     openStore(options);
     auto device = options.images.open();
     std::vector<unsigned char> bytes(length);
-    try {
-        EFIBackupEEPROMData(device).read(p, b, offset, length, bytes.data());
-    } catch (const TAVLib::PException& e) {
-        fail(e);
-    }
+    attempt([&] { EFIBackupEEPROMData(device).read(p, b, offset, length, bytes.data()); });
     const std::string content(bytes.begin(), bytes.end());
     if (options.file.empty()) {
         std::fwrite(content.data(), 1, content.size(), stdout);
@@ -197,12 +179,10 @@ void write(const Options& options)
     const Index index = openStore(options);
     auto device = options.images.open();
     std::vector<unsigned char> bytes(content.begin(), content.end());
-    try {
+    attempt([&] {
         EFIBackupEEPROMData(device).write(p, b, offset, static_cast<unsigned int>(bytes.size()),
                                           bytes.data());
-    } catch (const TAVLib::PException& e) {
-        fail(e);
-    }
+    });
     fmt::print("EEPROM {}: {} bytes written at offset {}\n", index.getAreaEEPROMID(p, b),
                bytes.size(), offset);
 }
@@ -218,13 +198,11 @@ void mark(const Options& options)
     auto device = options.images.open();
     const int point =
         index.getIndexPoint(static_cast<int>(p), static_cast<int>(b), static_cast<int>(n));
-    try {
+    attempt([&] {
         device.write(Index::INDEX_EEPROM, 0, index.getIndexData(), 1);
         device.write(Index::INDEX_EEPROM, static_cast<unsigned long>(point),
                      index.getIndexData() + point, 1);
-    } catch (const TAVLib::PException& e) {
-        fail(e);
-    }
+    });
     fmt::print("EEPROM {}: block {} is to be erased\n", index.getAreaEEPROMID(p, b), n);
 }
 

@@ -2,6 +2,7 @@
 #ifndef RECORDKIT_TOOL_EEPROM_IMAGES_H
 #define RECORDKIT_TOOL_EEPROM_IMAGES_H
 
+#include <functional>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -19,6 +20,10 @@ public:
 private:
     std::string text = ".";
 };
+
+/// Runs an action on the EEPROM stores. What fails in it becomes a CommandError: data for what a
+/// store refuses, file for what cannot be read or written.
+void attempt(const std::function<void()>& action);
 
 }
 

@@ -4,7 +4,6 @@
 
 #include <fmt/format.h>
 #include <recordkit/eeprom/SettingEEPROMData.h>
-#include <recordkit/platform/PException.h>
 #include <recordkit/platform/SystemRoot.h>
 
 #include "../Commands.h"
@@ -46,31 +45,16 @@ int areaOf(const std::string& text)
     return static_cast<int>(number);
 }
 
-/// Runs what fails as the library's exceptions say: data (1) for what the store refuses, a file
-/// error (3) for what cannot be read or written.
-template <typename Action> auto attempt(const Action& action)
-{
-    try {
-        return action();
-    } catch (const TAVLib::PException& e) {
-        constexpr unsigned char REFUSED_ACTION = 1;
-        throw CommandError(e.getActionCode() == REFUSED_ACTION ? EXIT_DATA : EXIT_FILE,
-                           e.getParameter(0).empty() ? e.getMessage() : e.getParameter(0));
-    }
-}
-
 std::vector<SettingEntry> readIndex(const Options& options)
 {
     auto device = options.images.open();
     const PanelEEPROMIndex index;
     std::vector<unsigned char> bytes(static_cast<std::size_t>(index.getIndexLastNumber() + 1) *
                                      index.getIndexSize());
-    try {
+    attempt([&] {
         device.read(index.getIndexEEPROMID(), index.getIndexOffset(), bytes.data(),
                     static_cast<unsigned int>(bytes.size()));
-    } catch (const TAVLib::PException& e) {
-        throw fileError(e.getMessage());
-    }
+    });
     return parseSettingIndex(bytes);
 }
 
@@ -153,7 +137,8 @@ void read(const Options& options)
     const int area = areaOf(options.number);
     auto device = options.images.open();
     SettingEEPROMData settings(device);
-    const std::string content = attempt([&] { return settings.read(area, nullptr); });
+    std::string content;
+    attempt([&] { content = settings.read(area, nullptr); });
     if (options.file.empty()) {
         std::fwrite(content.data(), 1, content.size(), stdout);
         return;
@@ -168,7 +153,8 @@ void write(const Options& options)
     std::string content = readInput(options.file);
     auto device = options.images.open();
     SettingEEPROMData settings(device);
-    const int length = attempt([&] { return settings.write(area, content); });
+    int length = 0;
+    attempt([&] { length = settings.write(area, content); });
     fmt::print("area {}: {} bytes of {} written, valid\n", area, length, inputName(options.file));
 }
 
@@ -177,10 +163,7 @@ void initialise(const Options& options)
     const int area = options.number.empty() ? -1 : areaOf(options.number);
     auto device = options.images.open();
     SettingEEPROMData settings(device);
-    attempt([&] {
-        settings.initializeIndexData(area);
-        return 0;
-    });
+    attempt([&] { settings.initializeIndexData(area); });
     fmt::print("{} taken from {}\n", area == -1 ? "every entry" : fmt::format("entry {}", area),
                indexFile());
 }
@@ -193,10 +176,7 @@ void invalidate(const Options& options)
     auto device = options.images.open();
     const std::vector<SettingEntry> before = readIndex(options);
     SettingEEPROMData settings(device);
-    attempt([&] {
-        settings.setAllInvalid();
-        return 0;
-    });
+    attempt([&] { settings.setAllInvalid(); });
     for (const SettingEntry& entry : before) {
         if (entry.isValid) {
             fmt::print("area {}: not valid any more\n", entry.number);

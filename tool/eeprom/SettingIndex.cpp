@@ -15,7 +15,13 @@ using TAVLib::RecordKit::PanelEEPROMIndex;
 
 namespace {
 
-constexpr std::size_t ENTRY_SIZE = 16;
+constexpr std::size_t ENTRY_SIZE = PanelEEPROMIndex::SIZE;
+
+void writeBE16(unsigned char* bytes, unsigned int number)
+{
+    bytes[0] = static_cast<unsigned char>(number >> 8);
+    bytes[1] = static_cast<unsigned char>(number & 0xFF);
+}
 
 std::size_t entryCount()
 {
@@ -45,26 +51,23 @@ unsigned int numberOf(const nlohmann::json& entry, const char* name, unsigned in
 
 std::array<unsigned char, ENTRY_SIZE> entryFrom(const nlohmann::json& json)
 {
-    constexpr int FIRST_EEPROM = 4;
-    constexpr int LAST_EEPROM = 5;
     const unsigned int offset = numberOf(json, "offset", 0, 0xFFFF);
     const unsigned int size = numberOf(json, "size", 0, 0xFFFF);
-    const unsigned int eeprom = numberOf(json, "eeprom", FIRST_EEPROM, LAST_EEPROM);
+    const unsigned int eeprom =
+        numberOf(json, "eeprom", PanelEEPROMIndex::FIRST_EEPROM, PanelEEPROMIndex::SECOND_EEPROM);
     const auto valid = json.find("valid");
     if (valid != json.end() && !valid->is_boolean()) {
         throw dataError(fmt::format("\"valid\": expected true or false in {}", json.dump()));
     }
     PanelEEPROMIndex index;
-    const std::array<unsigned char, ENTRY_SIZE> fields = {
-        static_cast<unsigned char>(valid != json.end() && valid->get<bool>() ? 1 : 0),
-        0,
-        static_cast<unsigned char>(eeprom - FIRST_EEPROM),
-        static_cast<unsigned char>(numberOf(json, "number", 0, 26)),
-        static_cast<unsigned char>(offset >> 8),
-        static_cast<unsigned char>(offset & 0xFF),
-        static_cast<unsigned char>(size >> 8),
-        static_cast<unsigned char>(size & 0xFF)};
-    std::copy(fields.begin(), fields.end(), index.getIndexData());
+    unsigned char* const image = index.getIndexData();
+    index.setIndexValidFlag(valid != json.end() && valid->get<bool>());
+    image[PanelEEPROMIndex::SELECTOR] =
+        static_cast<unsigned char>(eeprom - PanelEEPROMIndex::FIRST_EEPROM);
+    image[PanelEEPROMIndex::NUMBER] = static_cast<unsigned char>(
+        numberOf(json, "number", 0, static_cast<unsigned int>(index.getIndexLastNumber())));
+    writeBE16(image + PanelEEPROMIndex::OFFSET, offset);
+    writeBE16(image + PanelEEPROMIndex::AREA_SIZE, size);
     index.setChecksum();
     std::array<unsigned char, ENTRY_SIZE> bytes = {};
     std::copy_n(index.getIndexData(), ENTRY_SIZE, bytes.begin());
@@ -159,7 +162,11 @@ std::vector<unsigned char> settingIndexFrom(const std::string& json)
     std::vector<unsigned char> bytes(entryCount() * ENTRY_SIZE, 0);
     // Entries that are not given have no area, and name their own number.
     for (std::size_t n = 0; n < entryCount(); ++n) {
-        const auto empty = entryFrom({{"number", n}, {"eeprom", 4U}, {"offset", 0U}, {"size", 0U}});
+        const auto empty =
+            entryFrom({{"number", n},
+                       {"eeprom", static_cast<unsigned int>(PanelEEPROMIndex::FIRST_EEPROM)},
+                       {"offset", 0U},
+                       {"size", 0U}});
         std::copy(empty.begin(), empty.end(), bytes.begin() + static_cast<long>(n * ENTRY_SIZE));
     }
     std::set<unsigned int> given;

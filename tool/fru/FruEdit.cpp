@@ -23,7 +23,6 @@ namespace recordkit::tool {
 namespace {
 
 constexpr unsigned int MAX_VALUE = 63;
-constexpr unsigned int UNIT = 8;
 
 /// An edit with its place in the image.
 struct Step {
@@ -258,7 +257,7 @@ private:
                 continue;
             }
             const unsigned int lack = static_cast<unsigned int>(growth) - area.unused;
-            const unsigned int by = (lack + UNIT - 1) / UNIT * UNIT;
+            const unsigned int by = toLengthUnit(lack);
             const std::string need = fmt::format("{} area: {} more bytes needed, {} free",
                                                  area.extent.name, growth, area.unused);
             if (!options.mayGrow) {

@@ -26,10 +26,7 @@ void get(const Options& options)
     const auto fail = [&options](const std::string& text) {
         return dataError(inputName(options.file) + ": " + text);
     };
-    if (!image.isFru) {
-        throw fail(image.headerProblems.front());
-    }
-    if (!options.ignoresChecksum && !image.header.isRight()) {
+    if (!image.isFru || (!options.ignoresChecksum && !image.header.isRight())) {
         throw fail(image.headerProblems.front());
     }
     std::string text;

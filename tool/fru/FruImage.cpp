@@ -8,6 +8,7 @@
 #include <recordkit/fru/FRUData.h>
 #include <recordkit/fru/FRUTables.h>
 
+#include "../Bytes.h"
 #include "../print/Json.h"
 #include "../tables/ChassisTypes.h"
 #include "../text/CodedText.h"
@@ -22,16 +23,8 @@ namespace {
 constexpr unsigned int HEADER_SIZE = 8;
 constexpr unsigned int HEADER_PAD = 6;
 constexpr unsigned int AREA_LENGTH = 1;
-constexpr unsigned int UNIT = 8;
 constexpr unsigned char FORMAT_VERSION = 1;
 constexpr unsigned char FORMAT_BITS = 0x0F;
-constexpr unsigned char LENGTH_BITS = 0x3F;
-constexpr unsigned char END_MARKER = 0xC1;
-
-unsigned char byteAt(const std::string& bytes, std::size_t at)
-{
-    return static_cast<unsigned char>(bytes[at]);
-}
 
 unsigned char sumOf(const std::string& bytes, unsigned int offset, unsigned int size)
 {
@@ -40,17 +33,6 @@ unsigned char sumOf(const std::string& bytes, unsigned int offset, unsigned int 
         first, first + static_cast<long>(size), 0U, [](unsigned int sum, char character) {
             return sum + static_cast<unsigned char>(character);
         }));
-}
-
-/// The checksum byte at `at` that makes the bytes from `offset` on add up to 0 together with it.
-FruChecksum checksumOf(const std::string& bytes, unsigned int offset, unsigned int size,
-                       unsigned int at)
-{
-    FruChecksum checksum;
-    checksum.offset = at;
-    checksum.stored = byteAt(bytes, at);
-    checksum.expected = static_cast<unsigned char>(0U - sumOf(bytes, offset, size));
-    return checksum;
 }
 
 std::string wrongChecksum(const FruChecksum& checksum)
@@ -109,7 +91,7 @@ private:
                                 bytes.size()));
             return false;
         }
-        const unsigned int size = byteAt(bytes, extent.offset + AREA_LENGTH) * UNIT;
+        const unsigned int size = byteAt(bytes, extent.offset + AREA_LENGTH) * FRU_LENGTH_UNIT;
         if (size == 0) {
             problem(fmt::format("length byte at offset {} is 0", extent.offset + AREA_LENGTH));
             return false;
@@ -128,7 +110,7 @@ private:
     {
         const FRUMemberTbl* row = findFRUArea(area.id)->members;
         for (; row->item != FRU_ITEM_TERMINATOR; ++row) {
-            if (row->size == 0 && byteAt(bytes, at()) == END_MARKER) {
+            if (row->size == 0 && byteAt(bytes, at()) == FRU_END_OF_FIELDS) {
                 break;
             }
             if (!addField(row->item, row->size)) {
@@ -139,7 +121,7 @@ private:
             area.unused = last() - at();
             return true;
         }
-        while (byteAt(bytes, at()) != END_MARKER) {
+        while (byteAt(bytes, at()) != FRU_END_OF_FIELDS) {
             if (!addField(FRU_ITEM_CUSTOM, 0)) {
                 return false;
             }
@@ -163,7 +145,7 @@ private:
         field.offset = at();
         field.isCoded = fixedSize == 0;
         field.typeLength = field.isCoded ? byteAt(bytes, at()) : 0;
-        const unsigned int size = field.isCoded ? field.typeLength & LENGTH_BITS : fixedSize;
+        const unsigned int size = field.isCoded ? field.typeLength & FRU_LENGTH_BITS : fixedSize;
         const unsigned int start = at() + (field.isCoded ? 1 : 0);
         field.name = nameOf(item);
         if (start + size > last()) {
@@ -390,6 +372,16 @@ private:
 
 }
 
+FruChecksum checksumOf(const std::string& bytes, unsigned int offset, unsigned int size,
+                       unsigned int at)
+{
+    FruChecksum checksum;
+    checksum.offset = at;
+    checksum.stored = byteAt(bytes, at);
+    checksum.expected = static_cast<unsigned char>(0U - sumOf(bytes, offset, size));
+    return checksum;
+}
+
 const char* FruField::typeName() const
 {
     if (isCoded) {
@@ -433,7 +425,8 @@ std::vector<FruExtent> FruImage::map(const std::string& bytes) const
     unsigned int at = 0;
     const auto fill = [&](unsigned int upTo) {
         if (at < upTo) {
-            all.push_back({isBlank(bytes, at, upTo - at) ? "free" : "other bytes", at, upTo - at});
+            all.push_back(
+                {isBlank(bytes, at, upTo - at) ? FREE_BYTES : OTHER_BYTES, at, upTo - at});
         }
     };
     for (const FruExtent& extent : extents) {

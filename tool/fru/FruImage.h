@@ -40,6 +40,10 @@ struct FruChecksum {
     bool isRight() const { return stored == expected; }
 };
 
+/// The checksum byte at `at` that makes the bytes from `offset` on add up to 0 together with it.
+FruChecksum checksumOf(const std::string& bytes, unsigned int offset, unsigned int size,
+                       unsigned int at);
+
 /// A chassis, board or product area, or an internal use area read by one of its layouts.
 struct FruAreaImage {
     FRU_AREA id = FRU_AREA_COMMON_HEADER;
@@ -70,6 +74,10 @@ struct FruMultiRecord {
 /// How the internal use area is read.
 enum class InternalLayout { STANDARD, A, B };
 
+/// Names of what no area has.
+constexpr const char* FREE_BYTES = "free";
+constexpr const char* OTHER_BYTES = "other bytes";
+
 /// A FRU image (IPMI FRU Information Storage Definition v1.0) taken apart. Nothing in it is
 /// trusted: what is wrong becomes a problem in words, and the rest is there all the same.
 struct FruImage {
@@ -89,8 +97,8 @@ struct FruImage {
     const FruAreaImage* findArea(FRU_AREA id) const;
     /// "board.serial"; nullptr when it is not there.
     const FruField* findField(const std::string& fullName) const;
-    /// The extents with what lies between and behind them: "free" where it is blank,
-    /// "other bytes" elsewhere.
+    /// The extents with what lies between and behind them: FREE_BYTES where it is blank,
+    /// OTHER_BYTES elsewhere.
     std::vector<FruExtent> map(const std::string& bytes) const;
 };
 

@@ -17,8 +17,6 @@ namespace recordkit::tool {
 
 namespace {
 
-constexpr unsigned int UNIT = 8;
-
 /// An area on its way to a new place.
 struct Block {
     FRU_ITEM offsetItem;
@@ -27,22 +25,14 @@ struct Block {
     unsigned int offset; ///< the new one
 };
 
-unsigned int roundUp(unsigned int bytes)
-{
-    return (bytes + UNIT - 1) / UNIT * UNIT;
-}
-
 /// The area with zero bytes in front of its checksum; its length byte and its checksum follow.
 std::string grown(const std::string& area, unsigned int by)
 {
     std::string bytes = area;
     bytes.insert(bytes.size() - 1, by, '\0');
-    bytes[1] = static_cast<char>(bytes.size() / UNIT);
-    unsigned char sum = 0;
-    for (std::size_t i = 0; i + 1 < bytes.size(); ++i) {
-        sum = static_cast<unsigned char>(sum + static_cast<unsigned char>(bytes[i]));
-    }
-    bytes.back() = static_cast<char>(0U - sum);
+    bytes[1] = static_cast<char>(bytes.size() / FRU_LENGTH_UNIT);
+    const auto last = static_cast<unsigned int>(bytes.size() - 1);
+    bytes.back() = static_cast<char>(checksumOf(bytes, 0, last, last).expected);
     return bytes;
 }
 
@@ -77,10 +67,10 @@ void place(std::vector<Block>& blocks, std::size_t size)
 {
     unsigned int end = 0;
     for (Block& block : blocks) {
-        block.offset = std::max(block.old.offset, roundUp(end));
+        block.offset = std::max(block.old.offset, toLengthUnit(end));
         end = block.offset + static_cast<unsigned int>(block.bytes.size());
     }
-    constexpr unsigned int LARGEST_OFFSET = 0xFF * UNIT;
+    constexpr unsigned int LARGEST_OFFSET = 0xFF * FRU_LENGTH_UNIT;
     if (end > size || (!blocks.empty() && blocks.back().offset > LARGEST_OFFSET)) {
         throw dataError(fmt::format("the areas would take {} bytes, the image has {}", end, size));
     }
@@ -91,7 +81,7 @@ void checkOverwritten(const std::vector<Block>& blocks, const FruImage& image,
                       const std::string& bytes)
 {
     for (const FruExtent& other : image.map(bytes)) {
-        if (other.name != "other bytes") {
+        if (other.name != OTHER_BYTES) {
             continue;
         }
         for (const Block& block : blocks) {
@@ -105,6 +95,11 @@ void checkOverwritten(const std::vector<Block>& blocks, const FruImage& image,
     }
 }
 
+}
+
+unsigned int toLengthUnit(unsigned int bytes)
+{
+    return (bytes + FRU_LENGTH_UNIT - 1) / FRU_LENGTH_UNIT * FRU_LENGTH_UNIT;
 }
 
 std::string growAreas(const std::string& bytes, const std::map<FRU_AREA, unsigned int>& growth)
@@ -124,7 +119,7 @@ std::string growAreas(const std::string& bytes, const std::map<FRU_AREA, unsigne
     for (const Block& block : blocks) {
         std::copy(block.bytes.begin(), block.bytes.end(),
                   result.begin() + static_cast<long>(block.offset));
-        std::string offset(1, static_cast<char>(block.offset / UNIT));
+        std::string offset(1, static_cast<char>(block.offset / FRU_LENGTH_UNIT));
         fru.updateItem(FRU_AREA_COMMON_HEADER, block.offsetItem, offset);
     }
     // The library leaves the header's pad and checksum as they were.

@@ -12,6 +12,9 @@ namespace recordkit::tool {
 /// The largest area that FRUArea can hold, whose size has eight bits.
 constexpr unsigned int MAX_AREA_SIZE = 248;
 
+/// The number of bytes that areas take for so many.
+unsigned int toLengthUnit(unsigned int bytes);
+
 /// The image with areas that have more unused bytes: those behind them move up, multirecord and
 /// internal use areas too, and header and checksums follow. Bytes that belong to no area are taken
 /// only where they are blank.

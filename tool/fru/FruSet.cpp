@@ -81,15 +81,11 @@ void set(const Options& options)
 {
     const std::string bytes = readInput(options.file);
     const FruEditResult result = editFile(options, bytes);
-    if (result.bytes.size() != bytes.size()) {
-        throw dataError(fmt::format("{}: the image would change its size from {} to {} bytes",
-                                    options.file, bytes.size(), result.bytes.size()));
-    }
     if (!options.isDryRun) {
         if (options.isInPlace || isDeviceNode(options.file)) {
             patch(options.file, bytes, result.bytes);
         } else {
-            replaceFile(options.file, result.bytes);
+            writeOutput(options.file, result.bytes);
         }
         checkWritten(options.file, result);
     }

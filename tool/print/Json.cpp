@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Json.h"
 
+#include "../text/CodedText.h"
+
 namespace recordkit::tool {
 
 std::string toUtf8(const std::string& text)
@@ -26,6 +28,17 @@ std::string indented(const Json& value)
 std::string oneLine(const Json& value)
 {
     return value.dump() + "\n";
+}
+
+std::string cellText(const Json& value)
+{
+    if (value.is_null()) {
+        return "-";
+    }
+    if (value.is_boolean()) {
+        return value.get<bool>() ? "yes" : "no";
+    }
+    return value.is_string() ? printable(value.get<std::string>()) : value.dump();
 }
 
 }

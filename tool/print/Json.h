@@ -20,6 +20,9 @@ std::string indented(const Json& value);
 /// One value on one line, with a newline.
 std::string oneLine(const Json& value);
 
+/// A value in a table's cell: as printable text, "-" for null, yes and no for booleans.
+std::string cellText(const Json& value);
+
 }
 
 #endif

@@ -4,8 +4,15 @@
 #include <algorithm>
 
 #include <fmt/format.h>
+#include <recordkit/sensor/CompactSensorRecord.h>
+#include <recordkit/sensor/FullSensorRecord.h>
+
+#include "../Bytes.h"
 
 namespace recordkit::tool {
+
+using TAVLib::RecordKit::CompactSensorRecord;
+using TAVLib::RecordKit::FullSensorRecord;
 
 namespace {
 
@@ -14,11 +21,6 @@ constexpr std::size_t VERSION = 2;
 constexpr std::size_t TYPE = 3;
 constexpr std::size_t LENGTH = 4;
 constexpr std::size_t NEXT_ID = 2; ///< bytes in front of a record in a response
-
-unsigned char byteAt(const std::string& content, std::size_t at)
-{
-    return static_cast<unsigned char>(content[at]);
-}
 
 /// 51h for IPMI v1.5 and v2.0, 01h and 02h from older controllers.
 bool isKnownVersion(unsigned char version)
@@ -29,9 +31,10 @@ bool isKnownVersion(unsigned char version)
 /// The least length of a record's body, by its type; 0 where any will do.
 std::size_t leastLength(unsigned char type)
 {
-    constexpr std::size_t FULL = 43;
-    constexpr std::size_t COMPACT = 27;
-    return type == SDR_FULL ? FULL : type == SDR_COMPACT ? COMPACT : 0;
+    if (type == SDR_FULL) {
+        return FullSensorRecord().getSerializedSize() - HEADER;
+    }
+    return type == SDR_COMPACT ? CompactSensorRecord().getSerializedSize() - HEADER : 0;
 }
 
 /// Where the content ends but for blank bytes behind it.

@@ -11,6 +11,7 @@
 
 #include "../Errors.h"
 #include "../print/Json.h"
+#include "../text/HexDump.h"
 
 namespace recordkit::tool {
 
@@ -135,37 +136,13 @@ std::vector<ImportedEvent> fromBinary(const std::string& name, const std::string
     return events;
 }
 
-/// The value of a hex digit, -1 for any other character.
-int digitValue(char character)
-{
-    if (character >= '0' && character <= '9') {
-        return character - '0';
-    }
-    const int lower = std::tolower(static_cast<unsigned char>(character));
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
-/// The bytes of hex text; blanks, commas and 0x between them are passed over.
 Bytes parseHex(const std::string& text, const std::string& name, const std::string& place)
 {
     Bytes bytes;
-    std::size_t i = 0;
-    while (i < text.size()) {
-        if (std::isspace(static_cast<unsigned char>(text[i])) != 0 || text[i] == ',') {
-            ++i;
-        } else if (text.compare(i, 2, "0x") == 0 || text.compare(i, 2, "0X") == 0) {
-            i += 2;
-        } else {
-            const int high = digitValue(text[i]);
-            const int low = i + 1 < text.size() ? digitValue(text[i + 1]) : -1;
-            if (high < 0 || low < 0) {
-                throw badRecord(name, place,
-                                fmt::format("column {}: expected two hex digits for each byte",
-                                            (high < 0 ? i : i + 1) + 1));
-            }
-            bytes.push_back(static_cast<unsigned char>(high << 4 | low));
-            i += 2;
-        }
+    const std::size_t bad = parseHexDigits(text, bytes);
+    if (bad != std::string::npos) {
+        throw badRecord(name, place,
+                        fmt::format("column {}: expected two hex digits for each byte", bad + 1));
     }
     return bytes;
 }
@@ -213,17 +190,9 @@ std::vector<ImportedEvent> fromLines(const std::string& name, const std::string&
     return events;
 }
 
-bool isText(const std::string& content)
-{
-    return std::all_of(content.begin(), content.end(), [](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        return std::isprint(byte) != 0 || std::isspace(byte) != 0 || byte >= 0x80;
-    });
-}
-
 ImportFormat formatOf(const std::string& content)
 {
-    if (!isText(content)) {
+    if (!isText(content, true)) {
         return ImportFormat::WRITERAW;
     }
     const std::size_t first = content.find_first_not_of(" \t\r\n");

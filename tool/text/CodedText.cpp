@@ -3,6 +3,8 @@
 
 #include <fmt/format.h>
 
+#include "../Bytes.h"
+
 namespace recordkit::tool {
 
 namespace {
@@ -25,11 +27,6 @@ void appendUtf8(unsigned int character, std::string& text)
         put(0x80 | (character >> 6 & 0x3F));
         put(0x80 | (character & 0x3F));
     }
-}
-
-unsigned int byteAt(const std::string& bytes, std::size_t at)
-{
-    return static_cast<unsigned char>(bytes[at]);
 }
 
 }

@@ -26,14 +26,6 @@ bool isAllHex(const std::string& text)
     return !text.empty() && std::all_of(text.begin(), text.end(), isHex);
 }
 
-bool isText(const std::string& content)
-{
-    return std::all_of(content.begin(), content.end(), [](char character) {
-        const auto byte = static_cast<unsigned char>(character);
-        return std::isprint(byte) != 0 || std::isspace(byte) != 0;
-    });
-}
-
 /// An offset of up to eight hex digits.
 bool parseOffset(const std::string& text, std::size_t& offset)
 {
@@ -157,41 +149,45 @@ std::vector<unsigned char> parseDump(const std::string& name, const std::string&
 
 }
 
-bool parseHexDigits(const std::string& text, std::vector<unsigned char>& bytes)
+std::size_t parseHexDigits(const std::string& text, std::vector<unsigned char>& bytes)
 {
-    std::vector<unsigned char> found;
     for (std::size_t at = 0; at < text.size();) {
         if (std::isspace(static_cast<unsigned char>(text[at])) != 0 || text[at] == ',') {
             ++at;
-            continue;
-        }
-        if (text[at] == '0' && at + 1 < text.size() &&
-            (text[at + 1] == 'x' || text[at + 1] == 'X')) {
+        } else if (text.compare(at, 2, "0x") == 0 || text.compare(at, 2, "0X") == 0) {
+            at += 2;
+        } else if (!isHex(text[at])) {
+            return at;
+        } else if (at + 1 == text.size() || !isHex(text[at + 1])) {
+            return at + 1;
+        } else {
+            bytes.push_back(
+                static_cast<unsigned char>(std::stoul(text.substr(at, 2), nullptr, 16)));
             at += 2;
         }
-        if (at + 1 >= text.size() || !isHex(text[at]) || !isHex(text[at + 1])) {
-            return false;
-        }
-        found.push_back(static_cast<unsigned char>(std::stoul(text.substr(at, 2), nullptr, 16)));
-        at += 2;
     }
-    if (found.empty()) {
-        return false;
-    }
-    bytes = found;
-    return true;
+    return std::string::npos;
+}
+
+bool isText(const std::string& content, bool mayBeUtf8)
+{
+    return std::all_of(content.begin(), content.end(), [mayBeUtf8](char character) {
+        const auto byte = static_cast<unsigned char>(character);
+        return std::isprint(byte) != 0 || std::isspace(byte) != 0 || (mayBeUtf8 && byte >= 0x80);
+    });
 }
 
 std::vector<unsigned char> parseImage(const std::string& name, const std::string& content)
 {
     std::vector<unsigned char> bytes(content.begin(), content.end());
-    if (content.empty() || !isText(content)) {
+    if (content.empty() || !isText(content, false)) {
         return bytes;
     }
     if (isDump(content)) {
         return parseDump(name, content);
     }
-    if (!parseHexDigits(content, bytes)) {
+    bytes.clear();
+    if (parseHexDigits(content, bytes) != std::string::npos || bytes.empty()) {
         throw dataError(name + ": neither an image nor a hex dump");
     }
     return bytes;

@@ -7,9 +7,13 @@
 
 namespace recordkit::tool {
 
-/// Reads pairs of hex digits, each with or without 0x, with blanks between them or none; false for
-/// anything else.
-bool parseHexDigits(const std::string& text, std::vector<unsigned char>& bytes);
+/// Reads pairs of hex digits; blanks, commas and 0x between them are passed over. Gives where the
+/// first character stands that is none of it, npos for none, and appends the bytes before it.
+std::size_t parseHexDigits(const std::string& text, std::vector<unsigned char>& bytes);
+
+/// Whether content can be text: printable characters and blanks, bytes of 80h and above only where
+/// they may be UTF-8.
+bool isText(const std::string& content, bool mayBeUtf8);
 
 /// Reads an image as people have them: as i2cdump, xxd and hexdump -C print it, in plain hex
 /// digits, or as it is. Throws CommandError (data) with the line of a dump that is none.
