@@ -3,16 +3,13 @@
 // handed out again. The first byte of the input chooses the class, the second says how much of the
 // rest is the first image.
 #include <algorithm>
-#include <cstdlib>
 
 #include <recordkit/hardware/GSPBBoardInfo.h>
 #include <recordkit/hardware/PCIBOXInfo.h>
-#include <recordkit/host/TraceLog.h>
-#include <recordkit/platform/PException.h>
 #include <recordkit/sensor/RecordSensorCommon.h>
 #include <recordkit/serial/PaddedImage.h>
 
-#include "tool/Errors.h"
+#include "Fuzz.h"
 #include "tool/decode/RecordClass.h"
 
 using namespace recordkit::tool;
@@ -20,32 +17,14 @@ using namespace TAVLib::RecordKit;
 
 namespace {
 
-void expect(bool isTrue)
-{
-    if (!isTrue) {
-        std::abort();
-    }
-}
-
-template <typename Action> void attempt(const Action& action)
-{
-    try {
-        action();
-    } catch (const TAVLib::PException&) {
-        // An index beyond the record, or a field that it does not carry.
-    } catch (const CommandError&) {
-        // Refused, in words.
-    }
-}
-
 void load(TAVLib::SerializableObject& object, const Image& image)
 {
-    attempt([&] { TAVLib::setSerializedPadded(object, image); });
+    fuzz::attempt([&] { TAVLib::setSerializedPadded(object, image); });
     const unsigned int size = object.getSerializedSize();
     Image out(size);
-    expect(object.getSerialized(out.data(), size) == size);
+    fuzz::expect(object.getSerialized(out.data(), size) == size);
     if (size != 0) {
-        expect(object.getSerialized(out.data(), size - 1) == 0);
+        fuzz::expect(object.getSerialized(out.data(), size - 1) == 0);
     }
 }
 
@@ -53,10 +32,10 @@ void load(TAVLib::SerializableObject& object, const Image& image)
 void askBeyond(TAVLib::SerializableObject& object, unsigned char index)
 {
     if (auto* const board = dynamic_cast<GSPBBoardInfo*>(&object)) {
-        attempt([&] { board->getGbEPortStatus(index); });
-        attempt([&] { board->getSASPortStatus(index); });
-        attempt([&] { board->getConnectedPCIBox(index); });
-        attempt([&] { board->getConnectedLogicalPCIBox(index); });
+        fuzz::attempt([&] { board->getGbEPortStatus(index); });
+        fuzz::attempt([&] { board->getSASPortStatus(index); });
+        fuzz::attempt([&] { board->getConnectedPCIBox(index); });
+        fuzz::attempt([&] { board->getConnectedLogicalPCIBox(index); });
     }
     if (const auto* const box = dynamic_cast<PCIBOXInfo*>(&object)) {
         const int card = static_cast<signed char>(index);
@@ -69,7 +48,7 @@ void askBeyond(TAVLib::SerializableObject& object, unsigned char index)
     if (auto* const sensor = dynamic_cast<RecordSensorCommon*>(&object)) {
         unsigned char bytes[64] = {};
         sensor->getIDStringBytes(bytes, index % sizeof bytes);
-        attempt([&] { sensor->setIDStringBytes(bytes, index % 20, index); });
+        fuzz::attempt([&] { sensor->setIDStringBytes(bytes, index % 20, index); });
         sensor->setChannelNumber(index);
         sensor->setSensorOwnerLUN(index);
     }
@@ -79,7 +58,7 @@ void askBeyond(TAVLib::SerializableObject& object, unsigned char index)
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
 {
-    static const auto before = TAVLib::host::setTraceSink([](const TAVLib::host::TraceLine&) {});
+    fuzz::dropTraces();
     if (size < 2) {
         return 0;
     }
@@ -87,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     const std::size_t split = 2 + std::min<std::size_t>(data[1], size - 2);
     const Image first(data + 2, data + split);
     const Image second(data + split, data + size);
-    attempt([&] { recordClass.decode(second); });
+    fuzz::attempt([&] { recordClass.decode(second); });
     if (recordClass.create == nullptr) {
         return 0;
     }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The walk over a repository of sensor data records, in each format, and every record in it.
-#include <cstdlib>
-
+#include "Fuzz.h"
 #include "tool/sdr/Sensor.h"
 
 using namespace recordkit::tool;
@@ -14,9 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         std::size_t end = 0;
         for (const SdrRecord& record : file.records) {
             // Every step moves on, and stays in the file.
-            if (record.offset < end || record.offset + record.bytes.size() > size) {
-                std::abort();
-            }
+            fuzz::expect(record.offset >= end && record.offset + record.bytes.size() <= size);
             end = record.offset + record.bytes.size();
             Sensor sensor;
             std::string problem;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Memory modules, as images and as hex dumps.
-#include "tool/Errors.h"
+#include "Fuzz.h"
 #include "tool/spd/Spd.h"
 #include "tool/text/HexDump.h"
 
@@ -8,10 +8,7 @@ using namespace recordkit::tool;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
 {
-    try {
-        indented(toJson(parseSpd(parseImage("input", std::string(data, data + size)))));
-    } catch (const CommandError&) {
-        // Refused, in words.
-    }
+    fuzz::attempt(
+        [&] { indented(toJson(parseSpd(parseImage("input", std::string(data, data + size))))); });
     return 0;
 }

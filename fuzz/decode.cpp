@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+// What `decode --hex` does: the first byte chooses the class, the rest is the text.
+#include "Fuzz.h"
+#include "tool/decode/RecordClass.h"
+#include "tool/text/HexDump.h"
+
+using namespace recordkit::tool;
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
+{
+    fuzz::dropTraces();
+    if (size == 0) {
+        return 0;
+    }
+    const RecordClass& recordClass = recordClasses()[data[0] % recordClasses().size()];
+    const std::string text(data + 1, data + size);
+    Image image;
+    const std::size_t bad = parseHexDigits(text, image);
+    fuzz::expect(bad == std::string::npos || bad <= text.size());
+    fuzz::expect(image.size() <= text.size() / 2);
+    fuzz::attempt([&] {
+        for (const DecodedField& field : recordClass.decode(image)) {
+            indented(field.value);
+            cellText(field.value);
+        }
+    });
+    return 0;
+}

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+// Event records in every form that `sel add` takes, and each of them as `sel list` shows it. The
+// first byte says which form, and whether OEM data come from options.
+#include "Fuzz.h"
+#include "tool/sel/EventFields.h"
+#include "tool/sel/EventImport.h"
+#include "tool/sel/EventJson.h"
+
+using namespace recordkit::tool;
+namespace Layout = TAVLib::RecordKit::SELFileLayout;
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
+{
+    fuzz::dropTraces();
+    if (size == 0) {
+        return 0;
+    }
+    OemFields fields;
+    if ((data[0] & 0x80) != 0) {
+        fields = {true, 0x8001, "PN-0123456789ABCDE", "SN4711"};
+    }
+    const auto format = static_cast<ImportFormat>(data[0] % 5);
+    const std::string content(data + 1, data + size);
+    fuzz::attempt([&] {
+        for (ImportedEvent& event : importEvents("input", content, format, fields)) {
+            setRecordId(event.message, 0x1234);
+            fuzz::expect(recordIdOf(event.message) == 0x1234);
+            unsigned char image[Layout::SLOT_SIZE];
+            fuzz::expect(event.message.getSerialized(image, sizeof image) == sizeof image);
+            TAVLib::RecordKit::SELChainReader::Record record = {1, 0, 0, image};
+            const Event decoded = decodeEvent(0, record);
+            eventText(decoded);
+            indented(toJson(decoded));
+        }
+    });
+    return 0;
+}

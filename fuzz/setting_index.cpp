@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: Apache-2.0
+// The index of setting areas: as bytes, and as the JSON that `eeprom setting mkindex` takes. What
+// is made of JSON has no problems, and gives the same index again.
+#include "Fuzz.h"
+#include "tool/eeprom/SettingIndex.h"
+
+using namespace recordkit::tool;
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
+{
+    const std::vector<SettingEntry> entries = parseSettingIndex({data, data + size});
+    layoutProblems(entries);
+    indented(toJson(entries));
+    fuzz::attempt([&] {
+        const std::vector<unsigned char> index = settingIndexFrom(std::string(data, data + size));
+        const std::vector<SettingEntry> made = parseSettingIndex(index);
+        fuzz::expect(layoutProblems(made).empty());
+        fuzz::expect(settingIndexFrom(toJson(made).dump()) == index);
+    });
+    return 0;
+}
