@@ -24,10 +24,21 @@ target_compile_features(recordkit_options INTERFACE cxx_std_17)
 target_include_directories(recordkit_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(recordkit_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Woverloaded-virtual -Werror)
+# Builds of one commit give the same bytes wherever they are made.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+target_compile_options(recordkit_options INTERFACE
+    -ffile-prefix-map=${CMAKE_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+# Hardening; tests/install/hardening.sh looks for it in what was built.
+target_compile_options(recordkit_options INTERFACE -fstack-protector-strong)
+target_link_options(recordkit_options INTERFACE LINKER:-z,relro,-z,now)
 if(RECORDKIT_SANITIZE)
     target_compile_options(recordkit_options INTERFACE
         -fsanitize=${RECORDKIT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(recordkit_options INTERFACE -fsanitize=${RECORDKIT_SANITIZE})
+endif()
+if(NOT RECORDKIT_SANITIZE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+    # A compiler that sets it by itself is not told twice.
+    target_compile_options(recordkit_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
 endif()
 if(RECORDKIT_BUILD_FUZZ)
     target_compile_options(recordkit_options INTERFACE -fsanitize=fuzzer-no-link)
@@ -36,6 +47,15 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "powerpc")
+    # Overrides -fPIC: 16-bit offsets into the offset table reach all that the libraries need.
+    target_compile_options(recordkit_options INTERFACE -fpic)
+endif()
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
+# What a library does not mean to export.
+set(RECORDKIT_LOCAL_SYMBOLS LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/local.map)
 
 # A clang library leaves the sanitizers' symbols to the program, so it cannot be closed.
 set(RECORDKIT_NO_UNDEFINED -Wl,--no-undefined)

@@ -53,7 +53,9 @@ public:
     void copyOwner(const struct stat& of) const
     {
         // Only root can give a file away; the permissions are the owner's to set.
-        static_cast<void>(::fchown(fd, of.st_uid, of.st_gid));
+        if (::fchown(fd, of.st_uid, of.st_gid) == -1 && errno != EPERM) {
+            throw systemError(name, "given its owner", errno);
+        }
         setMode(of.st_mode & 07777);
     }
     void setMode(mode_t mode) const
@@ -133,8 +135,20 @@ std::string readInput(const std::string& path)
     return content;
 }
 
+void checkLink(const std::string& path)
+{
+    struct stat link = {};
+    const std::size_t slash = path.find_last_of('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    if (::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode) &&
+        (statusOf(folder).st_mode & S_IWOTH) != 0) {
+        throw systemError(path, "written", ELOOP);
+    }
+}
+
 void writeOutput(const std::string& path, const std::string& content)
 {
+    checkLink(path);
     struct stat status = {};
     if (::stat(path.c_str(), &status) == 0) {
         if (!S_ISREG(status.st_mode)) {

@@ -2,7 +2,7 @@
 #include <recordkit/hardware/PCIBOXInfo.h>
 
 #include <algorithm>
-#include <sstream>
+#include <string>
 
 #include <recordkit/serial/Failure.h>
 
@@ -23,9 +23,9 @@ bool isBelow(int index, std::size_t size)
 
 void traceOutOfRange(const char* text, int index, std::size_t size)
 {
-    std::ostringstream range;
-    range << "out of range:" << index << ", size=" << size;
-    traceNotFound(PCI_BOX_INFO_LOCATION, text, range.str().c_str());
+    const std::string range =
+        "out of range:" + std::to_string(index) + ", size=" + std::to_string(size);
+    traceNotFound(PCI_BOX_INFO_LOCATION, text, range.c_str());
 }
 
 /// Where the block behind this one begins.

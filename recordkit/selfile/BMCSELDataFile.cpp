@@ -38,7 +38,7 @@ constexpr const char* SHIFT_REQUEST_FILE = "/var/tmp/shift_sel_sync";
 constexpr std::size_t SHIFT_ANSWER_SIZE = 16;
 
 /// Slots that a search takes with one system call.
-constexpr unsigned int SLOTS_AT_ONCE = 200;
+constexpr unsigned int SLOTS_AT_ONCE = 100;
 
 /// Closes a descriptor of the store with its scope.
 class OpenFile {
@@ -181,6 +181,12 @@ bool exists(const std::string& name, struct stat& status)
     return ::stat(name.c_str(), &status) == 0;
 }
 
+bool isLink(const std::string& name)
+{
+    struct stat status = {};
+    return ::lstat(name.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
 int runCopy(const std::string& from, const std::string& to, const char* redirection)
 {
     const std::string command = "/bin/cp " + from + " " + to + redirection;
@@ -203,17 +209,27 @@ int takeShiftRequest(BMCSELDataFile& store)
     return BMCSELDataFile::REWRITE_FAILED;
 }
 
-/// Leaves the result of a shift where the request was: 16 bytes, whatever its length.
+/// Leaves the result of a shift where the request was: 16 bytes, whatever its length. The folder is
+/// everybody's, and so a link that stands there is not followed.
 void answerShiftRequest(int result)
 {
-    std::FILE* const file = std::fopen(BMCSELDataFile::getShiftRequestFile().c_str(), "wbe");
-    if (file == nullptr) {
+    constexpr mode_t PERMISSIONS = 0644;
+    const int fd = TEMP_FAILURE_RETRY(::open(BMCSELDataFile::getShiftRequestFile().c_str(),
+                                             O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW,
+                                             PERMISSIONS));
+    if (fd < 0) {
         return;
     }
     char answer[SHIFT_ANSWER_SIZE] = {};
     std::snprintf(answer, sizeof answer, "%d", result);
-    std::fwrite(answer, 1, sizeof answer, file);
-    std::fclose(file);
+    std::size_t written = 0;
+    ssize_t count = 0;
+    while (written < sizeof answer &&
+           (count = TEMP_FAILURE_RETRY(::write(fd, answer + written, sizeof answer - written))) >
+               0) {
+        written += static_cast<std::size_t>(count);
+    }
+    ::close(fd);
 }
 
 /// Renames each file of the chain to the next index, from the oldest down.
@@ -707,7 +723,14 @@ int BMCSELDataFile::restoreTmpSel(unsigned char sb)
                    static_cast<int>(status.st_size));
         return 0;
     }
-    const int copied = runCopy(backup, getFileName(sb, 0, TEMPORARY), " >/dev/null 2>&1");
+    const std::string working = getFileName(sb, 0, TEMPORARY);
+    int copied = -1;
+    if (isLink(working)) {
+        // The folder is everybody's, and the copy would follow the link.
+        errno = ELOOP;
+    } else {
+        copied = runCopy(backup, working, " >/dev/null 2>&1");
+    }
     if (copied != 0) {
         writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
                    "BMCSELDataFile::restoreTmpSel cp SB#%d ret(%d) errno(%d)", sb, copied, errno);

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <boost/tokenizer.hpp>
-#include <iomanip>
-#include <sstream>
 
 #include <recordkit/platform/CommonUtil.h>
 #include <recordkit/platform/CsvInfoAccess.h>
@@ -294,11 +292,10 @@ std::string Util::getCPUModelName(FRUData& fru, DISPLAY_MODE mode)
     }
     const unsigned int speed =
         getBCDtoHexValue(itemOf(fru, FRU_AREA_CPU_PROCESSOR, FRU_ITEM_CPU_SPEED)) / 10 * 10;
-    std::ostringstream text;
+    const unsigned int hundredths = speed % 1000 / 10;
     // The name ends in a blank of its own: two of them are what displays are laid out for.
-    text << name << ' ' << speed / 1000 << '.' << std::setw(2) << std::setfill('0')
-         << speed % 1000 / 10 << " GHz " << (getCPUCache(fru) >> 10) << "MB";
-    return text.str();
+    return name + ' ' + std::to_string(speed / 1000) + (hundredths < 10 ? ".0" : ".") +
+           std::to_string(hundredths) + " GHz " + std::to_string(getCPUCache(fru) >> 10) + "MB";
 }
 
 }

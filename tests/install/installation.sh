@@ -12,6 +12,7 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 prefix=$scratch/prefix
 expected="010002000000005f" # what the program prints begins so
+version=$(sed -n 's/^project(recordkit VERSION \([0-9.]*\) .*/\1/p' "$source/CMakeLists.txt")
 
 fail() {
     echo "installation: $*" >&2
@@ -34,7 +35,10 @@ done
 for name in recordkit recordkit-host; do
     readelf -d "$lib/lib$name.so" | grep -q "SONAME.*\[lib$name.so.1\]" || fail "SONAME of $name"
 done
-"$prefix/bin/recordkit" --version | grep -qx 'recordkit 1.0.0' || fail "the installed command"
+"$prefix/bin/recordkit" --version | grep -qx "recordkit $version" || fail "the installed command"
+
+"$source/tests/abi/symbols.sh" "$prefix/include" "$lib/librecordkit.so.1" \
+    "$lib/librecordkit-host.so.1" || fail "the exported symbols"
 
 # Each installed header compiles by itself.
 find "$prefix/include/recordkit" -name '*.h' | while read -r header; do

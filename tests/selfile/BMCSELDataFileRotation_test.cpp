@@ -343,6 +343,28 @@ TEST_F(StoreRestore, BackupThatCannotBeLookedAtIsTraced)
     EXPECT_EQ(trace.lines(), Lines({line("BMCSELDataFile::restoreTmpSel stat SB#1 stat(40)")}));
 }
 
+TEST_F(StoreRestore, LinkAtTheWorkingFileIsNotFollowed)
+{
+    writeFile(kept(0), fileOf(5));
+    writeFile(root.at("/tmp/target"), "precious");
+    ASSERT_EQ(::symlink(root.at("/tmp/target").c_str(), working().c_str()), 0);
+    EXPECT_EQ(store.restoreTmpSel(SB), 0);
+    EXPECT_EQ(trace.lines(),
+              Lines({line("BMCSELDataFile::restoreTmpSel cp SB#1 ret(-1) errno(40)")}));
+    EXPECT_EQ(readFile(root.at("/tmp/target")), textBytes("precious"));
+}
+
+TEST_F(StoreShift, LinkAtTheRequestFileIsReplacedAndNotFollowed)
+{
+    writeFile(working(), fileOf(1));
+    writeFile(root.at("/tmp/target"), "precious");
+    const std::string request = BMCSELDataFile::getShiftRequestFile();
+    ASSERT_EQ(::symlink(root.at("/tmp/target").c_str(), request.c_str()), 0);
+    EXPECT_EQ(store.shiftSelFile(SB, false), 0);
+    EXPECT_EQ(readFile(request), textBytes(std::string("0") + std::string(15, '\0')));
+    EXPECT_EQ(readFile(root.at("/tmp/target")), textBytes("precious"));
+}
+
 TEST_F(StoreRestore, FailedCopyIsTraced)
 {
     writeFile(kept(0), fileOf(5));

@@ -98,6 +98,14 @@ FiveMasks severityMasks(SeverityMap& map, unsigned char evtReadType, unsigned ch
 
 }
 
+TEST_F(SeverityMapTest, LinkAtTheModeFileIsNotWrittenThrough)
+{
+    writeFile(root.at("/tmp/target"), "precious");
+    ASSERT_EQ(::symlink(root.at("/tmp/target").c_str(), modeFile().c_str()), 0);
+    map.setPowerSupplyMode(true, true);
+    EXPECT_EQ(readFile(root.at("/tmp/target")), textBytes("precious"));
+}
+
 TEST_F(SeverityMapTest, HasFortyTwoPairs)
 {
     std::set<int> pairs;

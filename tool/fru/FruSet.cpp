@@ -83,6 +83,7 @@ void set(const Options& options)
     const FruEditResult result = editFile(options, bytes);
     if (!options.isDryRun) {
         if (options.isInPlace || isDeviceNode(options.file)) {
+            checkLink(options.file);
             patch(options.file, bytes, result.bytes);
         } else {
             writeOutput(options.file, result.bytes);
