@@ -66,7 +66,7 @@ public:
     }
     void renameTo(const std::string& path)
     {
-        if (::fsync(fd) == -1) {
+        if (TEMP_FAILURE_RETRY(::fsync(fd)) == -1) {
             throw systemError(name, "synchronised", errno);
         }
         const int error = ::close(std::exchange(fd, -1)) == -1 ? errno : 0;

@@ -95,20 +95,25 @@ void replaceFile(const std::string& path, const std::vector<unsigned char>& byte
     if (file.get() == -1) {
         fail("open", temporary, errno);
     }
+    const auto giveUp = [&temporary](const char* operation) {
+        const int error = errno;
+        ::unlink(temporary.c_str());
+        fail(operation, temporary, error);
+    };
     std::size_t written = 0;
     while (written < bytes.size()) {
         const ssize_t count =
             TEMP_FAILURE_RETRY(::write(file.get(), bytes.data() + written, bytes.size() - written));
         if (count == -1) {
-            fail("write", temporary, errno);
+            giveUp("write");
         }
         written += static_cast<std::size_t>(count);
     }
-    if (::fsync(file.get()) == -1) {
-        fail("sync", temporary, errno);
+    if (TEMP_FAILURE_RETRY(::fsync(file.get())) == -1) {
+        giveUp("sync");
     }
     if (::rename(temporary.c_str(), path.c_str()) == -1) {
-        fail("rename", temporary, errno);
+        giveUp("rename");
     }
 }
 

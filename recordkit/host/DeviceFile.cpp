@@ -66,7 +66,7 @@ int DeviceFile::writeThrough(unsigned long offset, unsigned int length,
     }
     const int count = write(offset, length, buffer);
     // A device that cannot be synchronised has nothing to be waited for.
-    if (::fdatasync(fd) == -1 && errno != EINVAL && errno != EROFS) {
+    if (TEMP_FAILURE_RETRY(::fdatasync(fd)) == -1 && errno != EINVAL && errno != EROFS) {
         fail("fdatasync", offset, length, errno);
     }
     return count;

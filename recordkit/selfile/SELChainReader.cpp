@@ -55,6 +55,9 @@ void SELChainReader::goToFile(std::size_t number)
     if (file < files.size() && files[file].count != 0) {
         File& current = files[file];
         current.scan->read();
+        if (!current.scan->isReadable()) {
+            damage.push_back({current.index, current.path, current.scan->describeDamage()});
+        }
         // Emptied since it was counted, by a rotation or by clearing: its records are elsewhere.
         current.count = std::min(current.count, current.scan->getCount());
     }
@@ -87,7 +90,7 @@ void SELChainReader::addFile(unsigned char sb, int index)
     const bool isCounted =
         scan->getCode() == BMCSELDataFile::SUCCESS || scan->getCode() == BMCSELDataFile::FILE_FULL;
     const unsigned int count = scan->getCount();
-    files.push_back({index, isCounted ? 1U : 0U, count, std::move(scan)});
+    files.push_back({index, path, isCounted ? 1U : 0U, count, std::move(scan)});
 }
 
 }

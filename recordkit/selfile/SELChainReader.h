@@ -49,11 +49,13 @@ public:
 
     /// Records that have a log number.
     unsigned int getTotal() const { return total; }
+    /// What was found so far: a file that can be counted and not be read later comes in by next().
     const std::vector<Damage>& getDamage() const { return damage; }
 
 private:
     struct File {
         int index;
+        std::string path;
         unsigned int firstLogNumber; ///< 0 for a damaged file
         unsigned int count;
         std::unique_ptr<SELFileScan> scan;

@@ -34,6 +34,7 @@ public:
     bool isRightSize() const { return size == SELFileLayout::FILE_SIZE; }
 
     /// The store's code for the tail of this file: SUCCESS, FILE_FULL, DAMAGED_TAIL,
+    bool isReadable() const { return error == 0; }
     /// READ_FAILED or NOT_FOUND (BMCSELDataFile::Code), or OPEN_FAILED.
     unsigned int getCode() const { return code; }
     /// Records from slot 0 to the tail or to the damage.

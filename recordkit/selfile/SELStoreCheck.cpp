@@ -172,15 +172,14 @@ void SELStoreCheck::findCutOffRotation()
 
 bool SELStoreCheck::isBackupPartOfWorkingFile() const
 {
-    const File& working = files[WORKING];
     const File& backup = files[BACKUP];
-    if (backup.count > working.count) {
-        return false;
-    }
     SELFileScan::Buffer currentSlots;
     SELFileScan::Buffer savedSlots;
-    const SELFileScan current(working.path, currentSlots);
+    const SELFileScan current(files[WORKING].path, currentSlots);
     const SELFileScan saved(backup.path, savedSlots);
+    if (!current.isReadable() || !saved.isReadable()) {
+        return true; // Where nothing is known, nothing is to be moved.
+    }
     return current.getCount() >= backup.count && saved.getCount() == backup.count &&
            std::equal(saved.slot(0), saved.slot(backup.count), current.slot(0));
 }

@@ -12,9 +12,6 @@ using TAVLib::RecordKit::SELChainReader;
 std::vector<Event> NewEvents::take(std::vector<std::string>& problems)
 {
     SELChainReader reader(board, SELChainReader::NEWEST_FIRST);
-    for (const auto& damage : reader.getDamage()) {
-        problems.push_back(damage.path + ": " + damage.text);
-    }
     // Back to the last event given; when that is gone, everything is new.
     std::vector<Event> events;
     bool isFound = false;
@@ -24,6 +21,9 @@ std::vector<Event> NewEvents::take(std::vector<std::string>& problems)
         if (!isFound) {
             events.push_back(decodeEvent(board, record));
         }
+    }
+    for (const auto& damage : reader.getDamage()) {
+        problems.push_back(damage.path + ": " + damage.text);
     }
     if (hasLast && !isFound && isLastInBackup()) {
         return {};

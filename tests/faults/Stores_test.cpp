@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: Apache-2.0
+// Every operation of the stores with every system call going wrong once: the answer is one of those
+// documented, what failed is said, no descriptor stays open and no event gets lost.
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+
+#include <recordkit/eeprom/SettingEEPROMData.h>
+#include <recordkit/host/FileEEPROMRWif.h>
+
+#include "FaultFixture.h"
+
+using namespace testing_support;
+namespace fs = std::filesystem;
+
+namespace {
+
+/// What an operation may cost by its documentation.
+enum Cost { NOTHING, WORKING_FILE, LOG };
+
+struct Operation {
+    const char* name;
+    std::set<int> codes;  ///< documented
+    bool mayThrow;        ///< PException
+    std::set<int> silent; ///< codes that say by themselves what failed
+    Cost cost;
+};
+
+void PrintTo(const Operation& operation, std::ostream* out)
+{
+    *out << operation.name;
+}
+
+// clang-format off
+const Operation OPERATIONS[] = {
+    {"writeRecord",          {0, 1},                    false, {},   NOTHING},
+    {"readRecord",           {0, 1, 4, 8, 10, 15},      false, {10, 15}, NOTHING},
+    {"readStoredRecord",     {0, 4, 8, 10, 14, 15},     false, {},   NOTHING},
+    {"readFirstRecord",      {0, 1},                    false, {0},  NOTHING},
+    {"readLastRecord",       {0, 1},                    false, {0},  NOTHING},
+    {"fullEntryCheck",       {0, 2, 3, 4, 6, 8, 10, 14, 15}, false, {14}, NOTHING},
+    {"getEntryNum",          {0, 14},                   false, {},   NOTHING},
+    {"truncate",             {0, 6},                    false, {},   WORKING_FILE},
+    {"clearAllRecord",       {0, 6},                    false, {},   LOG},
+    {"makeCopySELFile",      {0, 6, 7, 8, 14},          false, {},   NOTHING},
+    {"shiftSelFile",         {-1, 0, 6, 7, 8, 14},      false, {},   NOTHING},
+    {"backupTmpSel",         {0, 1},                    false, {},   NOTHING},
+    {"restoreTmpSel",        {0, 1},                    false, {},   WORKING_FILE},
+    {"initialTruncate",      {4},                       false, {},   WORKING_FILE},
+    {"walk",                 {1605, -1},                false, {-1}, NOTHING},
+    {"recover",              {0, 1},                    false, {0},  NOTHING},
+    {"setPowerSupplyMode",   {1},                       false, {},   NOTHING},
+    {"getSeverity",          {0, 1},                    false, {0},  NOTHING},
+    {"convertCPUPartNumber", {0, -1},                   false, {-1}, NOTHING},
+    {"settingRead",          {64},                      true,  {},   NOTHING},
+    {"settingWrite",         {64},                      true,  {},   NOTHING},
+    {"settingInit",          {1},                       true,  {},   NOTHING},
+    {"settingInvalidate",    {1},                       true,  {},   NOTHING},
+    {"efiInit",              {1},                       true,  {},   NOTHING},
+    {"efiWrite",             {16},                      true,  {},   NOTHING},
+    {"editFru",              {1},                       true,  {},   NOTHING},
+};
+// clang-format on
+
+class StoreFaults : public testing::TestWithParam<Operation> {
+protected:
+    FaultRun runVictim(const std::string& fault)
+    {
+        world.reset();
+        return runWithFault(world, {FAULT_VICTIM, world.path(), GetParam().name}, fault);
+    }
+
+    void checkAnswer(const FaultRun& faulty, const FaultRun& sound) const
+    {
+        const std::string& out = faulty.outcome.out;
+        if (out.compare(0, 7, "thrown ") == 0) {
+            EXPECT_TRUE(GetParam().mayThrow) << out;
+            // The text behind the codes names what failed.
+            EXPECT_GT(out.size(), std::string("thrown act 2 det 0x0003 \n").size()) << out;
+            return;
+        }
+        ASSERT_EQ(out.compare(0, 7, "result "), 0) << out;
+        const int code = std::stoi(out.substr(7));
+        EXPECT_EQ(GetParam().codes.count(code), 1U) << out;
+        const bool isSuccess = code == std::stoi(sound.outcome.out.substr(7));
+        EXPECT_TRUE(isSuccess || faulty.isTraced() || GetParam().silent.count(code) != 0) << out;
+    }
+
+    /// Events that were stored and are in no file, but for those an operation may cost.
+    std::vector<unsigned int> lostEvents(const std::multiset<unsigned int>& before) const
+    {
+        std::vector<unsigned int> lost;
+        const std::multiset<unsigned int> after = world.events();
+        for (const unsigned int id : std::set<unsigned int>(before.begin(), before.end())) {
+            const bool isWorking = id < 1000;
+            if (after.count(id) == 0 && GetParam().cost != LOG &&
+                !(GetParam().cost == WORKING_FILE && isWorking)) {
+                lost.push_back(id);
+            }
+        }
+        return lost;
+    }
+
+    FaultWorld world;
+};
+
+}
+
+TEST_P(StoreFaults, EveryCallOnce)
+{
+    const std::multiset<unsigned int> before = world.events();
+    unsigned int runs = 0;
+    for (const std::string& call : FAULTY_CALLS) {
+        const FaultRun sound = runVictim(call + ":0:5");
+        ASSERT_EQ(sound.descriptorsLeft, 0);
+        const auto soundFiles = world.files();
+        for (const std::string& fault : faultsOf(call, sound.calls)) {
+            SCOPED_TRACE(fault);
+            const FaultRun faulty = runVictim(fault);
+            ++runs;
+            EXPECT_EQ(faulty.outcome.status, 0) << faulty.outcome.err;
+            EXPECT_TRUE(faulty.wasHit);
+            EXPECT_EQ(faulty.descriptorsLeft, 0);
+            checkAnswer(faulty, sound);
+            EXPECT_EQ(lostEvents(before), std::vector<unsigned int>());
+            if (isInterruption(fault)) {
+                // A signal changes nothing: the call is made again.
+                EXPECT_EQ(faulty.outcome.out, sound.outcome.out);
+                EXPECT_TRUE(world.files() == soundFiles);
+            }
+            if (HasFailure()) {
+                return;
+            }
+        }
+    }
+    EXPECT_GT(runs, 0U);
+}
+
+TEST_P(StoreFaults, FoldersThatVanished)
+{
+    for (const char* folder : {"/tmp", "/var", "/images", "/etc"}) {
+        SCOPED_TRACE(folder);
+        world.reset();
+        const FaultRun sound = runVictim("open:0:5");
+        world.reset();
+        fs::remove_all(world.at(folder));
+        const FaultRun faulty =
+            runWithFault(world, {FAULT_VICTIM, world.path(), GetParam().name}, "open:0:5");
+        EXPECT_EQ(faulty.outcome.status, 0) << faulty.outcome.err;
+        EXPECT_EQ(faulty.descriptorsLeft, 0);
+        // Some codes say a folder less than they say a failure: a board without files is new.
+        if (faulty.outcome.out.compare(0, 7, "thrown ") == 0) {
+            EXPECT_TRUE(GetParam().mayThrow) << faulty.outcome.out;
+        } else {
+            EXPECT_EQ(faulty.outcome.out.compare(0, 7, "result "), 0) << faulty.outcome.out;
+        }
+        fs::create_directories(world.at("/tmp"));
+    }
+    world.reset();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, StoreFaults, testing::ValuesIn(OPERATIONS),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+// What only one operation can be asked.
+
+TEST(StoreFaultsOf, WriteRecordThatAnsweredOneHasStoredItOnce)
+{
+    const FaultWorld world;
+    constexpr unsigned int NEW_ID = 0x7777;
+    for (const std::string& call : FAULTY_CALLS) {
+        for (const std::string& fault : faultsOf(call, 4)) {
+            SCOPED_TRACE(fault);
+            world.reset();
+            const FaultRun faulty =
+                runWithFault(world, {FAULT_VICTIM, world.path(), "writeRecord"}, fault);
+            const bool isWritten = faulty.outcome.out.compare(0, 8, "result 1") == 0;
+            const std::size_t count = world.events().count(NEW_ID);
+            // Half a record is no more than the refusal said: it was not written.
+            EXPECT_TRUE(isWritten ? count == 1 : count <= 1) << faulty.outcome.out;
+        }
+    }
+}
+
+TEST(StoreFaultsOf, SettingAreaIsOldOrNewOrNotValid)
+{
+    const FaultWorld world;
+    for (const char* call : {"open", "read", "write", "fsync", "close"}) {
+        world.reset();
+        const long calls = runWithFault(world, {FAULT_VICTIM, world.path(), "settingWrite"},
+                                        call + std::string(":0:5"))
+                               .calls;
+        for (const std::string& fault : faultsOf(call, calls)) {
+            SCOPED_TRACE(fault);
+            world.reset();
+            const FaultRun faulty =
+                runWithFault(world, {FAULT_VICTIM, world.path(), "settingWrite"}, fault);
+            TAVLib::host::FileEEPROMRWif device(world.at("/images"));
+            TAVLib::RecordKit::SettingEEPROMData settings(device);
+            std::string content = "not valid";
+            if (faulty.outcome.out.compare(0, 9, "result 64") == 0) {
+                content = settings.read(0, nullptr);
+                EXPECT_EQ(content, std::string(64, 'n'));
+            } else if (thrownBy([&] { content = settings.read(0, nullptr); }) == "nothing") {
+                EXPECT_TRUE(content == std::string(64, 'o') || content == std::string(64, 'n'))
+                    << content;
+            }
+        }
+    }
+}
