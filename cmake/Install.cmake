@@ -8,7 +8,13 @@ set(RECORDKIT_INSTALLED recordkit)
 if(RECORDKIT_PLATFORM STREQUAL "host")
     list(APPEND RECORDKIT_INSTALLED recordkit-host)
     install(TARGETS recordkit-command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-    install(FILES docs/man/recordkit.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    configure_file(docs/man/recordkit.1.in man/recordkit.1 @ONLY)
+    configure_file(docs/man/recordkit.3.in man/recordkit.3 @ONLY)
+    install(DIRECTORY ${CMAKE_BINARY_DIR}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+        FILES_MATCHING PATTERN "*.1")
+    install(FILES ${CMAKE_BINARY_DIR}/man/recordkit.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3)
+    install(FILES ${CMAKE_BINARY_DIR}/man/recordkit.bash
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME recordkit)
     set(RECORDKIT_REQUIRES "Requires: recordkit-host")
     configure_file(cmake/recordkit-host.pc.in recordkit-host.pc @ONLY)
     install(FILES ${CMAKE_BINARY_DIR}/recordkit-host.pc

@@ -6,7 +6,7 @@
 
 #include <recordkit/platform/PException.h>
 
-#include "Commands.h"
+#include "CommandLine.h"
 #include "Errors.h"
 
 namespace recordkit::tool {
@@ -22,24 +22,8 @@ int fail(ExitStatus status, const std::string& text)
 
 int parseAndDo(const std::vector<std::string>& arguments)
 {
-    CLI::App app("Event records, FRU images and stores of a management board", "recordkit");
-    app.set_version_flag("--version", "recordkit " RECORDKIT_VERSION);
-    app.require_subcommand(1);
-    app.footer("Exit status: 0 done, 1 data damaged, absent or refused, 2 wrong usage, 3 a file "
-               "could not be read or written.\n"
-               "Example:\n  recordkit --root board sel list --severity warning");
-    Globals globals;
-    globals.addTo(app);
-    app.parse_complete_callback([&globals] { globals.apply(); });
-    addSelCommands(app, globals);
-    addSeverityCommand(app, globals);
-    addFruCommands(app, globals);
-    addCpuCommand(app, globals);
-    addNodeCommand(app, globals);
-    addDecodeCommand(app, globals);
-    addSdrCommands(app, globals);
-    addSpdCommands(app, globals);
-    addEepromCommands(app, globals);
+    CommandLine commandLine;
+    CLI::App& app = commandLine.getApp();
     try {
         // It takes them from the end.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
