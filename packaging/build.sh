@@ -23,7 +23,7 @@ recordkit ($version) unstable; urgency=medium
 
   * See CHANGELOG.md.
 
- -- The recordkit developers <recordkit@localhost>  $date
+ -- The recordkit developers <developers@recordkit.example>  $date
 TEXT
 cd "$tree"
 if [ "$architecture" = "$(dpkg --print-architecture)" ]; then

@@ -9,11 +9,11 @@
 
 /// The event logs of the system boards, kept in files of 800 slots (see SELFileLayout.h).
 ///
-/// | index  | kind | path below the system root             | role                           |
-/// |--------|------|----------------------------------------|--------------------------------|
-/// | 0      | 0    | /tmp/sb<N>_bmc_sel0                    | working file, takes new events |
-/// | 0      | 1    | /var/tav/fmem/ipmi/sb<N>_bmc_sel0      | backup of the working file     |
-/// | 1 to 7 | any  | /var/tav/fmem/ipmi/sb<N>_bmc_sel1 to 7 | rotated files, 7 the oldest    |
+/// | index  | kind | path below the system root               | role                           |
+/// |--------|------|------------------------------------------|--------------------------------|
+/// | 0      | 0    | /tmp/sb\<N\>_bmc_sel0                    | working file, takes new events |
+/// | 0      | 1    | /var/tav/fmem/ipmi/sb\<N\>_bmc_sel0      | backup of the working file     |
+/// | 1 to 7 | any  | /var/tav/fmem/ipmi/sb\<N\>_bmc_sel1 to 7 | rotated files, 7 the oldest    |
 ///
 /// The class keeps nothing between calls: each opens the files it needs and closes them. Folders
 /// are never created. Failures are traced (module 83, location 0x1000, level 0) and answered

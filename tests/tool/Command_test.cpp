@@ -452,7 +452,7 @@ TEST_F(Command, EveryFieldNameIsInTheManualPage)
 {
     initialise();
     ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, FAN_WARNING)).status, 0);
-    const Bytes bytes = readFile(RECORDKIT_SOURCE "/docs/man/recordkit.1");
+    const Bytes bytes = readFile(RECORDKIT_SOURCE "/docs/man/recordkit.1.in");
     const std::string page(bytes.begin(), bytes.end());
     const std::string fields = page.substr(page.find(".SH FIELDS"), page.find(".SH EXIT STATUS"));
     const std::vector<Json> events = listed({});

@@ -175,7 +175,8 @@ _recordkit() {
         _recordkit_words "$path $word" && path="$path $word"
     done
     _recordkit_words "$path"
-    mapfile -t COMPREPLY < <(compgen -W "$words" -- "${COMP_WORDS[COMP_CWORD]}")
+    # shellcheck disable=SC2207
+    COMPREPLY=($(compgen -W "$words" -- "${COMP_WORDS[COMP_CWORD]}"))
 }
 complete -o default -F _recordkit recordkit
 )");

@@ -1,0 +1,68 @@
+#!/bin/sh
+# SPDX-License-Identifier: Apache-2.0
+# Installs the packages into a fresh system of their own, and uses them there as somebody would who
+# never saw the source: manual pages, completion, an example built by the installed headers, the demo.
+#
+#   test.sh SOURCE-FOLDER PACKAGE-FOLDER BUILD-FOLDER CHROOT-FOLDER
+#
+# The suite and the mirror are this machine's. BUILD-FOLDER has the rotation that the demo kills.
+set -eu
+source=$1
+packages=$2
+build=$3
+root=$4
+
+fail() {
+    echo "package test: $*" >&2
+    exit 1
+}
+
+inside() {
+    chroot "$root" env LC_ALL=C.UTF-8 PATH=/usr/bin:/bin:/usr/sbin:/sbin "$@"
+}
+
+mirror=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' | head -n 1)
+suite=$(. /etc/os-release && echo "$VERSION_CODENAME")
+rm -rf "$root"
+mkdir -p "$root"
+debootstrap --variant=minbase \
+    --include=man-db,bash-completion,g++,pkg-config,cmake,make,libstdc++6 \
+    "$suite" "$root" "$mirror" >"$root.log" 2>&1 || fail "no fresh system: $root.log"
+# The minimal system leaves manual pages and documentation out when it installs.
+rm -f "$root"/etc/dpkg/dpkg.cfg.d/*docker* "$root"/etc/dpkg/dpkg.cfg.d/excludes
+
+mkdir "$root/packages"
+cp "$packages"/librecordkit1_*.deb "$packages"/librecordkit-dev_*.deb "$packages"/recordkit_*.deb \
+    "$root/packages"
+inside sh -c 'dpkg -i /packages/*.deb' >>"$root.log" 2>&1 || fail "dpkg -i: $root.log"
+
+# As a service engineer.
+inside recordkit --version
+for page in "1 recordkit" "1 recordkit-sel-list" "1 recordkit-fru-set" "3 recordkit"; do
+    # shellcheck disable=SC2086
+    inside man -P cat $page | grep -q "^NAME" || fail "man $page"
+done
+[ "$(inside bash -c '. /usr/share/bash-completion/completions/recordkit
+    COMP_WORDS=(recordkit sel li) COMP_CWORD=2
+    _recordkit
+    echo "${COMPREPLY[*]}"')" = list ] || fail "completion of recordkit sel li"
+[ "$(inside recordkit fru get /usr/share/doc/recordkit/examples/ascii-all.bin board.serial)" = \
+    SBS00998877 ] || fail "fru get"
+mkdir -p "$root/demo/build/tool" "$root/demo/build/tests"
+cp -r "$source/examples" "$root/demo/"
+ln -s /usr/bin/recordkit "$root/demo/build/tool/recordkit"
+cp "$build/tests/rotation_victim" "$root/demo/build/tests/"
+inside sh -c 'cd /demo && sh examples/demo.sh build scratch' >"$root.demo" || fail "the demo: $root.demo"
+grep -q "nothing is lost" "$root.demo" || fail "what the demo says: $root.demo"
+
+# As a firmware developer.
+inside sh -c 'cd /tmp && g++ -std=c++17 /usr/share/doc/librecordkit-dev/examples/read_fru.cpp \
+    -o read_fru $(pkg-config --cflags --libs recordkit)' || fail "an example by pkg-config"
+[ "$(inside /tmp/read_fru /usr/share/doc/recordkit/examples/ascii-all.bin)" = SBS00998877 ] ||
+    fail "what the example says"
+cp -r "$source/tests/install/consumer" "$root/tmp/"
+inside sh -c 'cd /tmp/consumer && cmake -S . -B b && cmake --build b' >>"$root.log" 2>&1 ||
+    fail "find_package: $root.log"
+inside /tmp/consumer/b/consumer | grep -q "^010002000000005f" || fail "what its program prints"
+rm -rf "$root"
+echo "package test: installed and used in a fresh $suite"
