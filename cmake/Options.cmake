@@ -13,6 +13,7 @@ set(RECORDKIT_PUBLIC_DATA ${PROJECT_SOURCE_DIR}/../shared/data/public CACHE PATH
     "public sample data that some tests compare with; those are skipped where it is not")
 option(RECORDKIT_BUILD_TESTS "build the tests" ON)
 option(RECORDKIT_BUILD_BENCH "build the benchmarks" OFF)
+option(RECORDKIT_COVERAGE "count which lines and branches run" OFF)
 option(RECORDKIT_BUILD_FUZZ "build the fuzz targets; needs clang" OFF)
 
 if(NOT CMAKE_BUILD_TYPE)
@@ -26,8 +27,13 @@ target_compile_options(recordkit_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Woverloaded-virtual -Werror)
 # Builds of one commit give the same bytes wherever they are made.
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
-target_compile_options(recordkit_options INTERFACE
-    -ffile-prefix-map=${CMAKE_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+if(RECORDKIT_COVERAGE)
+    target_compile_options(recordkit_options INTERFACE --coverage -fprofile-abs-path)
+    target_link_options(recordkit_options INTERFACE --coverage)
+else()
+    target_compile_options(recordkit_options INTERFACE
+        -ffile-prefix-map=${CMAKE_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+endif()
 # Hardening; tests/install/hardening.sh looks for it in what was built.
 target_compile_options(recordkit_options INTERFACE -fstack-protector-strong)
 target_link_options(recordkit_options INTERFACE LINKER:-z,relro,-z,now)

@@ -7,6 +7,7 @@
 // operations are those of the table below; they work on board 1 and on the images in ROOT/images.
 #include <cstdio>
 #include <cstring>
+#include <dlfcn.h>
 #include <functional>
 #include <vector>
 
@@ -186,6 +187,14 @@ const Operation OPERATIONS[] = {
     {"editFru", editFru},
 };
 
+/// Tells the shim, where there is one, that the operation is over.
+void endFaults()
+{
+    if (void* const end = ::dlsym(RTLD_DEFAULT, "recordkit_faults_end")) {
+        reinterpret_cast<void (*)()>(end)();
+    }
+}
+
 void describe(const TAVLib::PException& e)
 {
     std::printf("thrown act %u det 0x%04X %s\n", e.getActionCode(), e.getExceptionDetail(),
@@ -208,8 +217,11 @@ int main(int argc, char** argv)
     for (const Operation& operation : OPERATIONS) {
         if (operation.name == std::string(argv[2])) {
             try {
-                std::printf("result %d\n", operation.run());
+                const int result = operation.run();
+                endFaults();
+                std::printf("result %d\n", result);
             } catch (const TAVLib::PException& e) {
+                endFaults();
                 describe(e);
             }
             for (const std::string& text : traces) {
