@@ -21,8 +21,9 @@ inside() {
     chroot "$root" env LC_ALL=C.UTF-8 PATH=/usr/bin:/bin:/usr/sbin:/sbin "$@"
 }
 
-mirror=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' | head -n 1)
 suite=$(. /etc/os-release && echo "$VERSION_CODENAME")
+mirror=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' 'Origin: Debian' \
+    "Codename: $suite" | head -n 1)
 rm -rf "$root"
 mkdir -p "$root"
 debootstrap --variant=minbase \
