@@ -34,9 +34,6 @@ SELFileScan::~SELFileScan()
 
 void SELFileScan::read()
 {
-    if (fd == -1) {
-        return;
-    }
     count = 0;
     strayCount = 0;
     code = BMCSELDataFile::OPEN_FAILED;

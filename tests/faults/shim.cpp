@@ -10,7 +10,7 @@
 //   RECORDKIT_FAULT_REPORT=FILE   gets "CALLS HIT DESCRIPTORS" at the end: how many calls there
 //                                 were, whether one went wrong, descriptors left open
 //
-// pread and pwrite count as read and write, fdatasync as fsync, unlink as remove.
+// pread and pwrite count as read and write, fdatasync as fsync, unlink as remove, fstat as stat.
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
@@ -207,6 +207,12 @@ int stat(const char* path, struct stat* status)
 {
     static const auto real = next<int(const char*, struct stat*)>("stat");
     return isFaulty("stat") ? -1 : real(path, status);
+}
+
+int fstat(int fd, struct stat* status)
+{
+    static const auto real = next<int(int, struct stat*)>("fstat");
+    return isFaulty("stat") ? -1 : real(fd, status);
 }
 
 int rename(const char* from, const char* to)

@@ -6,8 +6,8 @@
 //   soak FOLDER COMMAND EVENTS KILLS SEED
 //
 // Ends with 0 when each of these events was found exactly once, but for those that rotations had
-// dropped as the oldest ones. The moment of a kill is told by the number of events stored, which SEED
-// decides; where in a call it meets each process is up to the machine.
+// dropped as the oldest ones. The moment of a kill is told by the number of events stored, which
+// SEED decides; where in a call it meets each process is up to the machine.
 #include <algorithm>
 #include <atomic>
 #include <csignal>
