@@ -28,13 +28,13 @@ public:
     void read();
 
     bool isMissing() const;
+    bool isReadable() const { return error == 0; }
     /// errno of the call that failed, 0 when the file was read.
     int getError() const { return error; }
     long getSize() const { return size; }
     bool isRightSize() const { return size == SELFileLayout::FILE_SIZE; }
 
     /// The store's code for the tail of this file: SUCCESS, FILE_FULL, DAMAGED_TAIL,
-    bool isReadable() const { return error == 0; }
     /// READ_FAILED or NOT_FOUND (BMCSELDataFile::Code), or OPEN_FAILED.
     unsigned int getCode() const { return code; }
     /// Records from slot 0 to the tail or to the damage.
