@@ -11,6 +11,10 @@
 //                                 were, whether one went wrong, descriptors left open
 //
 // pread and pwrite count as read and write, fdatasync as fsync, unlink as remove, fstat as stat.
+
+// Fortified headers define some of these calls themselves.
+#undef _FORTIFY_SOURCE
+
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
