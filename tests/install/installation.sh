@@ -42,8 +42,8 @@ done
 
 # Each installed header compiles by itself.
 find "$prefix/include/recordkit" -name '*.h' | while read -r header; do
-    echo "#include <${header#"$prefix/include/"}>"
-    "$cxx" -std=c++17 -Wall -Wextra -Werror -I"$prefix/include" -fsyntax-only -x c++ "$header" ||
+    echo "#include <${header#"$prefix/include/"}>" |
+        "$cxx" -std=c++17 -Wall -Wextra -Werror -I"$prefix/include" -fsyntax-only -x c++ - ||
         exit 1
 done >"$scratch/headers.log" || fail "a header does not compile by itself"
 
