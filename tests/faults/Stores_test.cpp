@@ -182,6 +182,19 @@ TEST(StoreFaultsOf, WriteRecordThatAnsweredOneHasStoredItOnce)
     }
 }
 
+TEST(StoreFaultsOf, AnswerToARotationRequestIsNotWrittenThroughALinkThatCannotBeRemoved)
+{
+    const FaultWorld world;
+    const std::string request = world.at("/var/tmp/shift_sel_sync");
+    writeFile(world.at("/target"), "precious");
+    fs::remove(request);
+    fs::create_symlink(world.at("/target"), request);
+    const FaultRun faulty = runWithFault(world, {FAULT_VICTIM, world.path(), "shiftSelFile"},
+                                         "remove:1:" + std::to_string(EPERM));
+    EXPECT_EQ(faulty.outcome.out.compare(0, 8, "result 6"), 0) << faulty.outcome.out;
+    EXPECT_EQ(readFile(world.at("/target")), textBytes("precious"));
+}
+
 TEST(StoreFaultsOf, SettingAreaIsOldOrNewOrNotValid)
 {
     const FaultWorld world;
