@@ -1,64 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <recordkit/eeprom/SettingEEPROMData.h>
-
-#include "MemoryEEPROMs.h"
-#include "support/ScratchRoot.h"
+#include "SettingFixture.h"
 
 using TAVLib::RecordKit::SettingEEPROMData;
 using namespace testing_support;
-
-namespace {
-
-/// Entry n: its area lies at 4096 + 64 n, odd ones on EEPROM 5, and has 32 bytes.
-Bytes entry(unsigned int n, bool valid)
-{
-    const unsigned int offset = 4096 + 64 * n;
-    return withSum({static_cast<unsigned char>(valid ? 1 : 0), 0xAA,
-                    static_cast<unsigned char>(n % 2), static_cast<unsigned char>(n),
-                    static_cast<unsigned char>(offset >> 8), static_cast<unsigned char>(offset), 0,
-                    32, 1, 2, 3, 4, 5, 6, 7, 0},
-                   15);
-}
-
-std::size_t entryPlace(unsigned int n)
-{
-    return 512 + 16 * n;
-}
-
-class Settings : public testing::Test {
-protected:
-    Settings()
-    {
-        for (unsigned int n = 0; n <= 26; ++n) {
-            eeproms.put(4, entryPlace(n), entry(n, n % 3 == 0));
-            eeproms.put(n % 2 == 0 ? 4 : 5, 4096 + 64 * n, sequence(32, n));
-        }
-    }
-    Bytes entryOf(unsigned int n) { return eeproms.get(4, entryPlace(n), 16); }
-    void writeIndexFile(unsigned int entries)
-    {
-        Bytes file;
-        for (unsigned int n = 0; n < entries; ++n) {
-            file = file + entry(n, n % 5 == 0);
-        }
-        ::mkdir(root.at("/etc").c_str(), 0755);
-        ::mkdir(root.at("/etc/default").c_str(), 0755);
-        ::mkdir(root.at("/etc/default/config").c_str(), 0755);
-        writeFile(indexFile, file);
-    }
-    static std::string text(const Bytes& bytes) { return std::string(bytes.begin(), bytes.end()); }
-
-    const ScratchRoot root;
-    const std::string indexFile = root.at("/etc/default/config/panelindex.dat");
-    MemoryEEPROMs eeproms;
-    SettingEEPROMData settings{eeproms};
-};
-
-}
 
 TEST_F(Settings, EntriesLieOneBehindTheOther)
 {

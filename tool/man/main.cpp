@@ -2,6 +2,8 @@
 // Writes a manual page for each sub-command and the bash completion into a folder:
 //
 //   recordkit-man FOLDER
+#include <cstdio>
+#include <exception>
 #include <filesystem>
 
 #include <fmt/format.h>
@@ -187,14 +189,17 @@ complete -o default -F _recordkit recordkit
 int main(int argc, char** argv)
 {
     if (argc != 2) {
-        fmt::print(stderr, "usage: recordkit-man FOLDER\n");
+        std::fputs("usage: recordkit-man FOLDER\n", stderr);
         return EXIT_USAGE;
     }
     try {
         writeAll(argv[1]);
     } catch (const CommandError& e) {
-        fmt::print(stderr, "recordkit-man: {}\n", e.what());
+        std::fprintf(stderr, "recordkit-man: %s\n", e.what());
         return e.getStatus();
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "recordkit-man: %s\n", e.what());
+        return EXIT_FILE;
     }
     return EXIT_DONE;
 }

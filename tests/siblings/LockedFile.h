@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TESTS_SIBLINGS_LOCKEDFILE_H
+#define RECORDKIT_TESTS_SIBLINGS_LOCKEDFILE_H
+
+#include <functional>
+
+namespace testing_support {
+
+/// What the LockedFile of this test program answers. Its declaration leaves it short counts and
+/// places, where the host's throws or goes on until all is done.
+struct LockedFileAnswers {
+    std::function<void()> atOpen; ///< between the open and the lock: another process's turn
+    long placesOff = 0;           ///< added to each place that lseek reports
+    unsigned int bytesLess = 0;   ///< less than asked for, for each read and write
+};
+
+extern LockedFileAnswers lockedFileAnswers;
+
+}
+
+#endif
