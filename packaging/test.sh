@@ -1,7 +1,8 @@
 #!/bin/sh
 # SPDX-License-Identifier: Apache-2.0
 # Installs the packages into a fresh system of their own, and uses them there as somebody would who
-# never saw the source: manual pages, completion, an example built by the installed headers, the demo.
+# never built the source: manual pages, completion, every command line of the documentation and so
+# each task from its start to its end, an example built by the installed headers, the demo.
 #
 #   test.sh SOURCE-FOLDER PACKAGE-FOLDER BUILD-FOLDER CHROOT-FOLDER
 #
@@ -39,21 +40,31 @@ inside sh -c 'dpkg -i /packages/*.deb' >>"$root.log" 2>&1 || fail "dpkg -i: $roo
 
 # As a service engineer.
 inside recordkit --version
-for page in "1 recordkit" "1 recordkit-sel-list" "1 recordkit-fru-set" "3 recordkit"; do
+for page in recordkit recordkit-sel-list recordkit-fru-set "3 recordkit"; do
     # shellcheck disable=SC2086
     inside man -P cat $page | grep -q "^NAME" || fail "man $page"
 done
+# Each sub-command that help names has its page.
+inside recordkit --help | sed -n '/^Subcommands:/,$s/^  \([a-z]*\) .*/\1/p' >"$root.commands"
+[ -s "$root.commands" ] || fail "recordkit --help names no sub-command"
+while read -r command; do
+    inside man -P cat "recordkit-$command" >"$root.page" || fail "man recordkit-$command"
+    grep -q "^ *recordkit $command" "$root.page" || fail "what man recordkit-$command says"
+done <"$root.commands"
 [ "$(inside bash -c '. /usr/share/bash-completion/completions/recordkit
     COMP_WORDS=(recordkit sel li) COMP_CWORD=2
     _recordkit
     echo "${COMPREPLY[*]}"')" = list ] || fail "completion of recordkit sel li"
 [ "$(inside recordkit fru get /usr/share/doc/recordkit/examples/ascii-all.bin board.serial)" = \
     SBS00998877 ] || fail "fru get"
-mkdir -p "$root/demo/build/tool" "$root/demo/build/tests"
-cp -r "$source/examples" "$root/demo/"
-ln -s /usr/bin/recordkit "$root/demo/build/tool/recordkit"
-cp "$build/tests/rotation_victim" "$root/demo/build/tests/"
-inside sh -c 'cd /demo && sh examples/demo.sh build scratch' >"$root.demo" || fail "the demo: $root.demo"
+mkdir -p "$root/source/build/tool" "$root/source/build/tests"
+cp -r "$source/examples" "$source/tests" "$root/source/"
+ln -s /usr/share/doc/recordkit/docs /usr/share/doc/recordkit/README.md "$root/source/"
+inside bash /source/tests/docs/docs.sh check /source /usr/bin/recordkit >>"$root.log" 2>&1 ||
+    fail "the documentation: $root.log"
+ln -s /usr/bin/recordkit "$root/source/build/tool/recordkit"
+cp "$build/tests/rotation_victim" "$root/source/build/tests/"
+inside sh -c 'cd /source && sh examples/demo.sh build scratch' >"$root.demo" || fail "the demo: $root.demo"
 grep -q "nothing is lost" "$root.demo" || fail "what the demo says: $root.demo"
 
 # As a firmware developer.

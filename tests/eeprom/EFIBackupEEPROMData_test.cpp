@@ -226,35 +226,32 @@ TEST_F(EFIBackup, ClearingStopsAtTheFirstFailureAndHoldsNoLock)
     }
 }
 
-namespace {
-
-class OtherException : public MemoryEEPROMs {
-public:
-    int write(int select, unsigned long offset, const unsigned char* buffer,
-              unsigned int length) override
-    {
-        if (throws && select == 17) {
-            throw std::string("other");
-        }
-        return MemoryEEPROMs::write(select, offset, buffer, length);
-    }
-    bool throws = false;
-};
-
-}
-
 TEST_F(EFIBackup, OtherExceptionsPassThroughAndHoldNoLock)
 {
-    OtherException device;
-    EFIBackupEEPROMData other(device);
-    other.setIndexData(true, SERIAL);
-    device.put(10, 0, record({{64, 0x11}}));
-    ASSERT_TRUE(other.checkIndexData(SERIAL));
-    device.throws = true;
-    EXPECT_THROW(other.clearExecute(1, 2), std::string);
-    device.throws = false;
-    EXPECT_EQ(other.clearExecute(1, 2), 0);
-    EXPECT_EQ(device.get(10, 64, 1), Bytes({0}));
+    prepare({{64, 0x11}});
+    unsigned char data[4] = {};
+    const std::function<void()> operations[] = {
+        [&] { backup.write(1, 2, 0, 4, data); }, [&] { backup.read(1, 2, 0, 4, data); },
+        [&] { backup.checkIndexData(SERIAL); },  [&] { backup.setIndexData(true, SERIAL); },
+        [&] { backup.writeIndexData(0, 0); },    [&] { backup.resetClearFlag(0, 0, 0); },
+        [&] { backup.clearExecute(1, 2); },
+    };
+    const std::size_t accesses[] = {1, 1, 1, 2, 2, 3, 8};
+    for (std::size_t i = 0; i < std::size(operations); ++i) {
+        for (std::size_t n = 1; n <= accesses[i]; ++n) {
+            SCOPED_TRACE("operation " + std::to_string(i) + ", access " + std::to_string(n));
+            eeproms.put(10, 0, record({{64, 0x11}}));
+            ASSERT_TRUE(backup.checkIndexData(SERIAL));
+            eeproms.failOtherwiseAt(n);
+            EXPECT_THROW(operations[i](), OtherFailure);
+            eeproms.failNoMore();
+        }
+    }
+    // No lock is left.
+    eeproms.put(10, 0, record({{64, 0x11}}));
+    ASSERT_TRUE(backup.checkIndexData(SERIAL));
+    EXPECT_EQ(backup.clearExecute(1, 2), 0);
+    EXPECT_EQ(eeproms.get(10, 64, 1), Bytes({0}));
 }
 
 TEST_F(EFIBackup, FailedRecordLeavesTheStoreInvalid)

@@ -41,7 +41,17 @@ public:
         failing = count + n;
         keepsFailing = goesOn;
     }
-    void failNoMore() { failing = 0; }
+    /// The n-th access from now throws an OtherFailure.
+    void failOtherwiseAt(std::size_t n)
+    {
+        failAt(n);
+        failsOtherwise = true;
+    }
+    void failNoMore()
+    {
+        failing = 0;
+        failsOtherwise = false;
+    }
     Lines takeAccesses() { return std::exchange(accesses, {}); }
 
     Bytes& at(int select)
@@ -66,6 +76,9 @@ private:
                            std::to_string(length));
         ++count;
         if (failing != 0 && (count == failing || (keepsFailing && count > failing))) {
+            if (failsOtherwise) {
+                throw OtherFailure();
+            }
             throw TAVLib::PException(1, 9, 9, 0x12, 0x345, 20031, reinterpret_cast<long>("device"),
                                      0, 0, 0, 0, 0, 0, 0);
         }
@@ -76,6 +89,7 @@ private:
     std::size_t count = 0;
     std::size_t failing = 0;
     bool keepsFailing = false;
+    bool failsOtherwise = false;
 };
 
 /// A failure of the EEPROM stores, described.

@@ -160,6 +160,28 @@ TEST_F(Settings, EveryAccessOfEveryOperationCanFail)
     }
 }
 
+TEST_F(Settings, OtherExceptionsPassThrough)
+{
+    std::string data = "setting";
+    const std::function<void()> operations[] = {
+        [&] { settings.read(3, nullptr); }, [&] { settings.write(3, data); },
+        [&] { settings.write(4, data); },   [&] { settings.isValid(3); },
+        [&] { settings.setAllInvalid(); },
+    };
+    const std::size_t accesses[] = {2, 2, 3, 1, 36};
+    for (std::size_t i = 0; i < std::size(operations); ++i) {
+        for (std::size_t n = 1; n <= accesses[i]; ++n) {
+            SCOPED_TRACE("operation " + std::to_string(i) + ", access " + std::to_string(n));
+            for (unsigned int each = 0; each <= 26; ++each) {
+                eeproms.put(4, entryPlace(each), entry(each, each % 3 == 0));
+            }
+            eeproms.failOtherwiseAt(n);
+            EXPECT_THROW(operations[i](), OtherFailure);
+            eeproms.failNoMore();
+        }
+    }
+}
+
 TEST_F(Settings, AllEntriesInUseAreInvalidated)
 {
     settings.setAllInvalid();

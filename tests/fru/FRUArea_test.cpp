@@ -205,6 +205,16 @@ TEST_F(FRUAreaTest, DeviceFailuresAreTracedAndThrownOn)
                                    "1:128:0x000D level 0: FRUArea::FRUArea readAreaData"}));
 }
 
+TEST_F(FRUAreaTest, OtherExceptionsPassThroughUntraced)
+{
+    device.failOtherwiseFrom(1);
+    EXPECT_THROW(open(device, FRU_AREA_BOARD, 16), OtherFailure);
+    MemoryDevice second(BOARD);
+    second.failOtherwiseFrom(2);
+    EXPECT_THROW(open(second, FRU_AREA_BOARD), OtherFailure);
+    EXPECT_EQ(trace.take(), Lines());
+}
+
 TEST_F(FRUAreaTest, FieldThatIsNotThereLeavesTheOutputAlone)
 {
     const auto area = open(device, FRU_AREA_BOARD, 16);

@@ -96,6 +96,13 @@ TEST_F(FRUDataTest, HeaderThatCannotBeReadIsTracedAndThrownOn)
                                    "1:128:0x000D level 100: FRURWif::read CommonHeader read"}));
 }
 
+TEST_F(FRUDataTest, OtherExceptionsPassThroughUntraced)
+{
+    device.failOtherwiseFrom(1);
+    EXPECT_THROW(FRUData data(device), OtherFailure);
+    EXPECT_EQ(trace.take(), Lines());
+}
+
 TEST_F(FRUDataTest, WritesBackOnlyAreasThatWereEdited)
 {
     FRUData data(device);

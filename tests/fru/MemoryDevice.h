@@ -35,6 +35,12 @@ public:
     }
 
     void failFrom(std::size_t access) { firstFailure = access; }
+    /// As failFrom, with an OtherFailure.
+    void failOtherwiseFrom(std::size_t access)
+    {
+        failFrom(access);
+        failsOtherwise = true;
+    }
     Lines takeAccesses() { return std::exchange(accesses, {}); }
 
     Bytes bytes;
@@ -44,6 +50,9 @@ private:
     {
         accesses.push_back(what + std::to_string(offset) + "+" + std::to_string(length));
         if (++count >= firstFailure) {
+            if (failsOtherwise) {
+                throw OtherFailure();
+            }
             throw TAVLib::PException(1, 9, 9, 0x12, 0x345, 20031, reinterpret_cast<long>("device"),
                                      0, 0, 0, 0, 0, 0, 0);
         }
@@ -52,6 +61,7 @@ private:
     Lines accesses;
     std::size_t count = 0;
     std::size_t firstFailure = ~std::size_t{0};
+    bool failsOtherwise = false;
 };
 
 /// The bytes with a last byte that makes them add up to 0.

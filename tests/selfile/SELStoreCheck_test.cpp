@@ -248,12 +248,20 @@ TEST_F(StoreCheckTest, ShiftRequestIsANoteOnly)
                      " holds the result -1 of an earlier rotation that nobody took: the "
                      "next rotation takes it for a request"}));
     EXPECT_TRUE(SELStoreCheck(SB).isSound());
-    writeFile(shiftRequest(), "");
-    EXPECT_EQ(findings(), Lines({"note: " + shiftRequest() +
-                                 " is there: a rotation was requested and has not run"}));
-    writeFile(shiftRequest(), std::string(17, '0'));
-    EXPECT_EQ(findings(), Lines({"note: " + shiftRequest() +
-                                 " is there: a rotation was requested and has not run"}));
+    for (const char* const result : {"0", "9"}) {
+        writeFile(shiftRequest(), std::string(result) + std::string(15, '\0'));
+        ASSERT_EQ(findings().size(), 1U);
+        EXPECT_NE(findings()[0].find(std::string(" holds the result ") + result + " of"),
+                  std::string::npos);
+    }
+    // Empty, one byte more or less than an answer, or as long and not a number.
+    for (const std::string& content :
+         {std::string(), std::string(17, '0'), std::string(15, '0'), std::string(16, '/'),
+          std::string(16, ':'), std::string(16, '\0')}) {
+        writeFile(shiftRequest(), content);
+        EXPECT_EQ(findings(), Lines({"note: " + shiftRequest() +
+                                     " is there: a rotation was requested and has not run"}));
+    }
 }
 
 TEST_F(StoreCheckTest, ChangesNothingByLooking)

@@ -316,6 +316,8 @@ TYPED_TEST(SensorRecord, CopiesHaveImagesOfTheirOwn)
     EXPECT_EQ(assigned.getSensorNumber(), 7);
     copy.setSensorNumber(0x11);
     EXPECT_EQ(record.getSensorNumber(), 0x99);
+    const TypeParam& itself = assigned;
+    assigned = itself;
     EXPECT_EQ(imageOf(assigned), this->image(0xC2, {'A', 'B'}));
 }
 

@@ -29,14 +29,18 @@ long orThrow(long result)
     return result;
 }
 
+int openFile(const std::string& name)
+{
+    if (lockedFileAnswers.beforeOpen) {
+        lockedFileAnswers.beforeOpen();
+    }
+    return static_cast<int>(orThrow(::open(name.c_str(), O_RDWR | O_CREAT, 0644)));
 }
 
-LockedFile::LockedFile(const std::string& name)
-    : path(name), fd(static_cast<int>(orThrow(::open(name.c_str(), O_RDWR | O_CREAT, 0644))))
+}
+
+LockedFile::LockedFile(const std::string& name) : path(name), fd(openFile(name))
 {
-    if (lockedFileAnswers.atOpen) {
-        lockedFileAnswers.atOpen();
-    }
 }
 
 LockedFile::~LockedFile()

@@ -9,9 +9,9 @@ namespace testing_support {
 /// What the LockedFile of this test program answers. Its declaration leaves it short counts and
 /// places, where the host's throws or goes on until all is done.
 struct LockedFileAnswers {
-    std::function<void()> atOpen; ///< between the open and the lock: another process's turn
-    long placesOff = 0;           ///< added to each place that lseek reports
-    unsigned int bytesLess = 0;   ///< less than asked for, for each read and write
+    std::function<void()> beforeOpen; ///< another process's turn, or a failure
+    long placesOff = 0;               ///< added to each place that lseek reports
+    unsigned int bytesLess = 0;       ///< less than asked for, for each read and write
 };
 
 extern LockedFileAnswers lockedFileAnswers;

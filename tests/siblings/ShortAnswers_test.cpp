@@ -87,7 +87,7 @@ TEST_F(ShortSettings, FileThatIsGoneBeforeItIsOpenedIsNamed)
 {
     std::string path = area();
     writeFile(path, sequence(32, 0x80));
-    lockedFileAnswers.atOpen = [] {
+    lockedFileAnswers.beforeOpen = [] {
         throw TAVLib::PException(1, 9, 9, 0x12, 0x345, 20031, 0, 0, 0, 0, 0, 0, 0, 0);
     };
     EXPECT_EQ(thrownBy([&] { settings.write(4, path.data()); }),
@@ -95,6 +95,28 @@ TEST_F(ShortSettings, FileThatIsGoneBeforeItIsOpenedIsNamed)
                           "write: file read error.(ActCode=0x12 DetCode=0x0345 area=0x4 path=" +
                               path + ")"));
     EXPECT_EQ(entryOf(4), entry(4, false));
+}
+
+TEST_F(ShortSettings, OtherExceptionsOfAFilePassThrough)
+{
+    writeIndexFile(27);
+    std::string path = area();
+    writeFile(path, sequence(32, 0x80));
+    lockedFileAnswers.beforeOpen = [] { throw OtherFailure(); };
+    EXPECT_THROW(settings.initializeIndexData(2), OtherFailure);
+    EXPECT_THROW(settings.read(3, path.data()), OtherFailure);
+    EXPECT_THROW(settings.write(4, path.data()), OtherFailure);
+    EXPECT_EQ(entryOf(4), entry(4, false));
+}
+
+TEST_F(ShortStore, OtherExceptionsOfAFilePassThrough)
+{
+    writeFile(working(), fileOf(2));
+    lockedFileAnswers.beforeOpen = [] { throw OtherFailure(); };
+    EXPECT_THROW(store.writeRecord(SB, record), OtherFailure);
+    EXPECT_THROW(store.truncate(SB, 0, 0), OtherFailure);
+    EXPECT_EQ(trace.lines(), Lines());
+    EXPECT_EQ(readFile(working()), fileOf(2));
 }
 
 TEST_F(ShortStore, RecordThatIsWrittenInPartIsNotAnswered)
@@ -109,15 +131,14 @@ TEST_F(ShortStore, FileThatIsCutInPartIsNotAnswered)
 {
     lockedFileAnswers.bytesLess = 138;
     EXPECT_EQ(store.truncate(SB, 0, 0), 6U);
-    EXPECT_EQ(trace.lines(),
-              Lines({cut("BMCSELDataFile::truncate " + working() + " ")}));
+    EXPECT_EQ(trace.lines(), Lines({cut("BMCSELDataFile::truncate " + working() + " ")}));
     EXPECT_EQ(readFile(working()), Bytes(FULL_FILE - 138, 0xFF));
 }
 
 TEST_F(ShortStore, RecordGoesBehindOneThatCameBeforeTheLock)
 {
     writeFile(working(), fileOf(2));
-    lockedFileAnswers.atOpen = [&] { writeFile(working(), fileOf(5)); };
+    lockedFileAnswers.beforeOpen = [&] { writeFile(working(), fileOf(5)); };
     EXPECT_EQ(store.writeRecord(SB, record), 1);
     Bytes expected = fileOf(5);
     const Bytes slot = slotOf(77);
@@ -129,7 +150,7 @@ TEST_F(ShortStore, RecordGoesBehindOneThatCameBeforeTheLock)
 TEST_F(ShortStore, FileThatIsFilledBeforeTheLockTakesNoMore)
 {
     writeFile(working(), fileOf(799));
-    lockedFileAnswers.atOpen = [&] { writeFile(working(), fileOf(800)); };
+    lockedFileAnswers.beforeOpen = [&] { writeFile(working(), fileOf(800)); };
     EXPECT_EQ(store.writeRecord(SB, record), 0);
     EXPECT_EQ(readFile(working()), fileOf(800));
     EXPECT_EQ(trace.lines(), Lines());

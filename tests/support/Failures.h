@@ -19,6 +19,9 @@ std::string describe(const TAVLib::PException& e);
 /// What `action` throws, described; "nothing" when it throws nothing.
 std::string thrownBy(const std::function<void()>& action);
 
+/// What a device throws that has exceptions of its own: it passes the library as it is.
+struct OtherFailure {};
+
 /// Collects the trace lines of its lifetime, each as "1:83:0x0900 level 0: text".
 class TraceCapture {
 public:
