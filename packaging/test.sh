@@ -27,8 +27,11 @@ mirror=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' 'Origin:
     "Codename: $suite" | head -n 1)
 rm -rf "$root"
 mkdir -p "$root"
+# With what the command depends on besides the library.
+depends=$(dpkg-deb -f "$packages"/recordkit_*.deb Depends | tr ',' '\n' |
+    sed -n -e 's/ *(.*//; s/ //g; /^librecordkit1$/!p' | paste -sd,)
 debootstrap --variant=minbase \
-    --include=man-db,bash-completion,g++,pkg-config,cmake,make,libstdc++6 \
+    --include="man-db,bash-completion,g++,pkg-config,cmake,make,$depends" \
     "$suite" "$root" "$mirror" >"$root.log" 2>&1 || fail "no fresh system: $root.log"
 # The minimal system leaves manual pages and documentation out when it installs.
 rm -f "$root"/etc/dpkg/dpkg.cfg.d/*docker* "$root"/etc/dpkg/dpkg.cfg.d/excludes
@@ -45,12 +48,12 @@ for page in recordkit recordkit-sel-list recordkit-fru-set "3 recordkit"; do
     inside man -P cat $page | grep -q "^NAME" || fail "man $page"
 done
 # Each sub-command that help names has its page.
-inside recordkit --help | sed -n '/^Subcommands:/,$s/^  \([a-z]*\) .*/\1/p' >"$root.commands"
-[ -s "$root.commands" ] || fail "recordkit --help names no sub-command"
-while read -r command; do
-    inside man -P cat "recordkit-$command" >"$root.page" || fail "man recordkit-$command"
-    grep -q "^ *recordkit $command" "$root.page" || fail "what man recordkit-$command says"
-done <"$root.commands"
+commands=$(inside recordkit --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/p')
+[ -n "$commands" ] || fail "recordkit --help names no sub-command"
+for command in $commands; do
+    inside man -P cat "recordkit-$command" | grep -q "^ *recordkit $command" ||
+        fail "man recordkit-$command"
+done
 [ "$(inside bash -c '. /usr/share/bash-completion/completions/recordkit
     COMP_WORDS=(recordkit sel li) COMP_CWORD=2
     _recordkit
