@@ -75,10 +75,13 @@ private:
     int fd;
 };
 
-/// A file that was just opened and locked; what fails throws PException.
+/// A file that was just opened and locked. Where it cannot be read, it ends.
 class LockedSource : public SELSlotSource {
 public:
     explicit LockedSource(LockedFile& locked) : file(locked) {}
+
+    /// Whether the end was a failure to read, which is not traced here.
+    bool hasFailed() const { return failed; }
 
     bool seek(unsigned long offset) override
     {
@@ -91,18 +94,24 @@ public:
     }
     long readAt(unsigned long offset, unsigned char* buffer, unsigned int size) override
     {
-        if (place != offset) {
-            file.lseek(static_cast<long>(offset), SEEK_SET);
+        try {
+            if (place != offset) {
+                file.lseek(static_cast<long>(offset), SEEK_SET);
+            }
+            const int count = file.read(buffer, size);
+            place = offset + static_cast<unsigned int>(count);
+            return count;
+        } catch (const PException&) {
+            failed = true;
+            return -1;
         }
-        const int count = file.read(buffer, size);
-        place = offset + static_cast<unsigned int>(count);
-        return count;
     }
 
 private:
     LockedFile& file;
     unsigned long place = 0; ///< where the file is
     unsigned long next = 0;  ///< where it is read next
+    bool failed = false;
 };
 
 /// Whether a file whose ids run from `first` to `last` (round the end of the ids, if need be)
@@ -120,13 +129,18 @@ unsigned int judge(unsigned int searchCode, unsigned long addr, const BMCSELEntr
     return judgeTail(searchCode, addr, slot);
 }
 
-/// The first empty slot of a file that is locked.
-unsigned int findTail(LockedFile& file, unsigned long& addr)
+/// The first empty slot of an open file: SUCCESS, FILE_FULL, DAMAGED_TAIL or the code of the
+/// search.
+unsigned int findTail(BMCSELDataFile& store, SELSlotSource& source, unsigned long& addr)
 {
-    LockedSource source(file);
-    unsigned char slot[SLOT_SIZE];
-    const unsigned int code = searchSlots(source, EMPTY_RECORD_ID, slot, addr);
-    return judgeTail(code, addr, slot);
+    try {
+        unsigned char slot[SLOT_SIZE];
+        const unsigned int code = searchSlots(source, EMPTY_RECORD_ID, slot, addr);
+        return judgeTail(code, addr, slot);
+    } catch (const PException&) {
+        store.writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "searchRecord");
+        return BMCSELDataFile::READ_FAILED;
+    }
 }
 
 /// Records of one file for getEntryNumEx; 0 and a trace line when its tail is not found.
@@ -424,19 +438,22 @@ int BMCSELDataFile::writeRecord(unsigned char sb, BMCSELEntryMessage& rec)
             // Searched under the lock, by the file that has it: another descriptor of the same
             // file, closed meanwhile, would drop a lock of the POSIX kind.
             LockedFile file(name);
-            const unsigned int tail = findTail(file, addr);
-            if (tail != SUCCESS) {
-                return 0;
-            }
-            file.lseek(static_cast<long>(addr), SEEK_SET);
-            if (file.write(slot, sizeof slot) == static_cast<int>(sizeof slot)) {
-                return 1;
+            LockedSource source(file);
+            const unsigned int tail = findTail(*this, source, addr);
+            if (!source.hasFailed()) {
+                if (tail != SUCCESS) {
+                    return 0;
+                }
+                file.lseek(static_cast<long>(addr), SEEK_SET);
+                if (file.write(slot, sizeof slot) == static_cast<int>(sizeof slot)) {
+                    return 1;
+                }
             }
         } catch (const PException&) {
             // Reported like a short write.
         }
     }
-    // A file that cannot be searched is reported by the search itself.
+    // A file that cannot be read is reported by the search itself.
     if (getTailAddr(sb, addr) == SUCCESS) {
         writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "writeRecord");
     }

@@ -148,6 +148,13 @@ TEST_F(StoreWrite, FilesOfAnotherSizeWithoutAnEmptySlotStayAsTheyAre)
     writeFile(working(), part(fileOf(5), 0, 5 * SLOT + 3));
     EXPECT_EQ(store.writeRecord(SB, record), 0);
     EXPECT_EQ(trace.take(), Lines({line("searchRecord")}));
+    // One byte is refused as an image, too, and that once.
+    writeFile(working(), part(fileOf(5), 0, 5 * SLOT + 1));
+    EXPECT_EQ(store.writeRecord(SB, record), 0);
+    const Lines lines = trace.take();
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_EQ(lines[0], "1:83:0x0900 level 0: SELEntry::setSerialized: 1 where 2 is needed");
+    EXPECT_EQ(lines[3], line("searchRecord"));
 }
 
 TEST_F(StoreWrite, FolderInThePlaceOfTheFileIsReportedByTheSearch)
