@@ -264,3 +264,14 @@ TEST_P(StoreFaults, DescriptorsAreClosedInProgramsThatAreStarted)
     const FaultRun sound = runVictim("open:0:5");
     EXPECT_EQ(sound.inherited, 0) << GetParam().name;
 }
+
+TEST(StoreFaultsOf, FileThatCannotBeMeasuredIsDamaged)
+{
+    const FaultWorld world;
+    EXPECT_EQ(runWithFault(world, {FAULT_VICTIM, world.path(), "walk"}, "stat:0:5")
+                  .outcome.out.substr(0, 12),
+              "result 1605\n");
+    const FaultRun faulty = runWithFault(world, {FAULT_VICTIM, world.path(), "walk"}, "stat:1:5");
+    EXPECT_TRUE(faulty.wasHit);
+    EXPECT_EQ(faulty.outcome.out.substr(0, 10), "result -1\n");
+}

@@ -123,6 +123,16 @@ TEST_F(StoreCheckTest, BackupThatBeginsTheWorkingFileIsNoLeftOver)
     }
 }
 
+TEST_F(StoreCheckTest, LeftOverOfOneEventIsFound)
+{
+    writeFile(kept(0), fileOf(1));
+    writeFile(working(), fileOf(0));
+    EXPECT_EQ(findings().size(), 1U);
+    EXPECT_FALSE(SELStoreCheck(SB).isSound());
+    writeFile(kept(0), fileOf(0));
+    EXPECT_EQ(findings(), Lines());
+}
+
 TEST_F(StoreCheckTest, LeftOverIsToldByItsEventsAndNotByTheirNumber)
 {
     // The rotation was cut off, and as many or more events came after it.

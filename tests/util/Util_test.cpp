@@ -152,6 +152,8 @@ TEST_F(UtilTest, FirstTwoLogicalIOUnitsOfBoardZeroAreSwapped)
     EXPECT_EQ(Util::bmmId2Liou(0, 1), 0);
     EXPECT_EQ(Util::bmmId2Liou(0, 3), 0);
     EXPECT_EQ(Util::bmmId2Liou(1, 2), 6);
+    EXPECT_EQ(Util::bmmId2Liou(2, 1), 9);
+    EXPECT_EQ(Util::bmmId2Liou(63, 3), 255);
     EXPECT_EQ(Util::bmmId2Liou(64, 2), 2);
 }
 
