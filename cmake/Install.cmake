@@ -6,7 +6,7 @@ include(CMakePackageConfigHelpers)
 set(RECORDKIT_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/recordkit)
 set(RECORDKIT_INSTALLED recordkit)
 if(RECORDKIT_PLATFORM STREQUAL "host")
-    list(APPEND RECORDKIT_INSTALLED recordkit-host)
+    list(APPEND RECORDKIT_INSTALLED recordkit-host recordkit-inspect)
     install(TARGETS recordkit-command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
     configure_file(docs/man/recordkit.1.in man/recordkit.1 @ONLY)
     configure_file(docs/man/recordkit.3.in man/recordkit.3 @ONLY)
@@ -22,6 +22,7 @@ if(RECORDKIT_PLATFORM STREQUAL "host")
 endif()
 install(TARGETS ${RECORDKIT_INSTALLED} EXPORT recordkit-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
     FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT recordkit-targets NAMESPACE recordkit:: DESTINATION ${RECORDKIT_CMAKE_DIR})
 

@@ -26,7 +26,7 @@ template <typename Action> void attempt(const Action& action)
         action();
     } catch (const TAVLib::PException&) {
         // An index beyond the record, or a field that it does not carry.
-    } catch (const recordkit::tool::CommandError&) {
+    } catch (const recordkit::inspect::Error&) {
         // Input that is none.
     }
 }

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // Processor ROMs: every block and item, and everything that the cpu command names by them.
 #include <recordkit/fru/FRUTables.h>
+#include <recordkit/inspect/fru/ImageDevice.h>
 #include <recordkit/util/Util.h>
 
 #include "Fuzz.h"
-#include "tool/fru/ImageDevice.h"
 
+using namespace recordkit::inspect;
 using namespace recordkit::tool;
 using TAVLib::RecordKit::Util;
 

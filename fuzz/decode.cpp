@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // What `decode --hex` does: the first byte chooses the class, the rest is the text.
+#include <recordkit/inspect/bytes/Hex.h>
+
 #include "Fuzz.h"
 #include "tool/decode/RecordClass.h"
-#include "tool/text/HexDump.h"
 
+using namespace recordkit::inspect;
 using namespace recordkit::tool;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the fru command does with an image: taken apart, printed, edited. An edit that is not
 // refused leaves an image with the new value and no more problems than before.
+#include <recordkit/inspect/fru/FruEdit.h>
+
 #include "Fuzz.h"
-#include "tool/fru/FruEdit.h"
 #include "tool/fru/FruPrinter.h"
 
+using namespace recordkit::inspect;
 using namespace recordkit::tool;
 
 namespace {

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // The walk over a repository of sensor data records, in each format, and every record in it.
-#include "Fuzz.h"
-#include "tool/sdr/Sensor.h"
+#include <recordkit/inspect/sensor/Sensor.h>
 
+#include "Fuzz.h"
+
+using namespace recordkit::inspect;
 using namespace recordkit::tool;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
@@ -15,12 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
             // Every step moves on, and stays in the file.
             fuzz::expect(record.offset >= end && record.offset + record.bytes.size() <= size);
             end = record.offset + record.bytes.size();
-            Sensor sensor;
-            std::string problem;
-            if (readSensor(record, sensor, problem)) {
-                indented(toJson(sensor));
-                eventOffsets(sensor);
-            }
+            fuzz::attempt([&] { eventOffsets(readSensor(record)); });
         }
     }
     return 0;

@@ -2,13 +2,13 @@
 // The index of setting areas: as bytes, and as the JSON that `eeprom setting mkindex` takes. What
 // is made of JSON has no problems, and gives the same index again.
 #include "Fuzz.h"
-#include "tool/eeprom/SettingIndex.h"
+#include "tool/eeprom/SettingJson.h"
 
 using namespace recordkit::tool;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
 {
-    const std::vector<SettingEntry> entries = parseSettingIndex({data, data + size});
+    const std::vector<SettingEntry> entries = parseSettingIndex({data, size});
     layoutProblems(entries);
     indented(toJson(entries));
     fuzz::attempt([&] {

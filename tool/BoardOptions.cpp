@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BoardOptions.h"
 
+#include <fmt/format.h>
 #include <numeric>
 
-#include <fmt/format.h>
+#include <recordkit/inspect/bytes/Numbers.h>
 
 #include "Errors.h"
-#include "Numbers.h"
 
 namespace recordkit::tool {
 
@@ -14,12 +14,10 @@ namespace {
 
 unsigned char parseBoard(const std::string& text, const Globals& globals)
 {
-    unsigned long board = 0;
-    if (!parseNumber(text, static_cast<unsigned long>(globals.getBoards() - 1), board)) {
-        throw usageError(fmt::format("--board: \"{}\" is no board, expected 0 to {}", text,
-                                     globals.getBoards() - 1));
-    }
-    return static_cast<unsigned char>(board);
+    const int last = globals.getBoards() - 1;
+    return static_cast<unsigned char>(orThrow(
+        parseNumber(text, static_cast<unsigned long>(last)),
+        usageError(fmt::format("--board: \"{}\" is not a board, expected 0 to {}", text, last))));
 }
 
 }

@@ -2,10 +2,14 @@
 #ifndef RECORDKIT_TOOL_ERRORS_H
 #define RECORDKIT_TOOL_ERRORS_H
 
-#include <stdexcept>
 #include <string>
 
+#include <recordkit/inspect/bytes/Error.h>
+
 namespace recordkit::tool {
+
+// The command speaks in the terms of the layer below it.
+using namespace inspect;
 
 /// Exit statuses of the command.
 enum ExitStatus : int {
@@ -16,10 +20,9 @@ enum ExitStatus : int {
 };
 
 /// An error that ends the command with its exit status.
-class CommandError : public std::runtime_error {
+class CommandError : public Error {
 public:
-    CommandError(ExitStatus exitStatus, const std::string& text)
-        : std::runtime_error(text), status(exitStatus)
+    CommandError(ExitStatus exitStatus, const std::string& text) : Error(text), status(exitStatus)
     {
     }
     ExitStatus getStatus() const { return status; }
@@ -42,6 +45,9 @@ inline CommandError fileError(const std::string& text)
 {
     return {EXIT_FILE, text};
 }
+
+/// The exit status of an error: of the command's own, or of one of the layer below.
+ExitStatus statusOf(const Error& error);
 
 /// "PATH cannot be read: reason".
 CommandError systemError(const std::string& path, const char* what, int error);

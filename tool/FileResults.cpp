@@ -18,8 +18,8 @@ void FileResults::add(const std::string& file,
             ++damaged;
             last = inputName(file);
         }
-    } catch (const CommandError& e) {
-        ++(e.getStatus() == EXIT_FILE ? unread : damaged);
+    } catch (const Error& e) {
+        ++(statusOf(e) == EXIT_FILE ? unread : damaged);
         last = inputName(file);
         std::fflush(stdout);
         fmt::print(stderr, "recordkit: {}\n", e.what());

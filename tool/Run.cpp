@@ -44,8 +44,8 @@ int run(const std::vector<std::string>& arguments)
             return fail(EXIT_FILE, "standard output cannot be written");
         }
         return status;
-    } catch (const CommandError& e) {
-        return fail(e.getStatus(), e.what());
+    } catch (const Error& e) {
+        return fail(statusOf(e), e.what());
     } catch (const TAVLib::PException& e) {
         return fail(EXIT_FILE, e.getMessage());
     } catch (const std::exception& e) {

@@ -15,28 +15,60 @@ allowed() {
     selfile) echo "selfile sel serial platform" ;;
     util) echo "util fru serial platform" ;;
     host) echo "host platform" ;;
+    inspect) echo "inspect serial hardware version sel selfile fru util sensor eeprom platform" ;;
+    *) echo "" ;;
+    esac
+}
+
+# Rooms of recordkit/inspect that a room may include from.
+allowed_rooms() {
+    case "$1" in
+    bytes) echo "bytes" ;;
+    words) echo "words bytes" ;;
+    event | fru | sensor | memory | eeprom) echo "$1 words bytes" ;;
+    log) echo "log event words bytes" ;;
     *) echo "" ;;
     esac
 }
 
 wrong=0
-for folder in recordkit/*/; do
-    name=$(basename "$folder")
-    for used in $(sed -n 's|^#include <recordkit/\([a-z]*\)/.*|\1|p' "$folder"* | sort -u); do
-        case " $(allowed "$name") " in
+# check WHERE FILES ALLOWED PREFIX: includes below PREFIX come from a folder that ALLOWED names.
+check() {
+    # shellcheck disable=SC2086
+    for used in $(sed -n "s|^#include <$4/\([a-z]*\)/.*|\1|p" $2 | sort -u); do
+        case " $3 " in
         *" $used "*) ;;
         *)
-            echo "recordkit/$name includes recordkit/$used:"
-            grep -n "#include <recordkit/$used/" "$folder"*
+            echo "$1 includes $4/$used:"
+            # shellcheck disable=SC2086
+            grep -n "#include <$4/$used/" $2
             wrong=1
             ;;
         esac
     done
-    if grep -n '#include "\.\./' "$folder"*; then
-        echo "recordkit/$name includes by a path that leaves it"
+    # shellcheck disable=SC2086
+    if grep -n '#include "\.\./' $2; then
+        echo "$1 includes by a path that leaves it"
         wrong=1
     fi
+}
+for folder in recordkit/*/; do
+    name=$(basename "$folder")
+    check "recordkit/$name" "$(find "$folder" -name '*.h' -o -name '*.cpp')" "$(allowed "$name")" recordkit
 done
+for folder in recordkit/inspect/*/; do
+    name=$(basename "$folder")
+    check "recordkit/inspect/$name" "$(find "$folder" -type f)" "$(allowed_rooms "$name")" recordkit/inspect
+done
+# What a layer must not know: its users, a command line, JSON, a terminal, streams of the C library.
+if grep -rnE 'CLI/|nlohmann|isatty|\\033|std::FILE|<cstdio>|<iostream>' recordkit/inspect; then
+    echo "recordkit/inspect knows what only the command may know"
+    wrong=1
+fi
+if grep -rnE '\\033' tool | grep -v '^tool/print/'; then
+    echo "terminal codes are written by tool/print only"
+    wrong=1
+fi
 if grep -rn '#include [<"]tool/' recordkit; then
     echo "the library includes the command"
     wrong=1

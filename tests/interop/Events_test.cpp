@@ -6,15 +6,17 @@
 #include <map>
 #include <sstream>
 
+#include <recordkit/inspect/event/Event.h>
+#include <recordkit/inspect/words/EventTypes.h>
+#include <recordkit/inspect/words/EventWords.h>
+
 #include "interop/Simulator.h"
 #include "support/Bytes.h"
 #include "support/ScratchRoot.h"
 #include "tool/PeerNames.h"
-#include "tool/sel/Event.h"
 #include "tool/sel/EventImport.h"
-#include "tool/tables/EventTypes.h"
-#include "tool/tables/EventWords.h"
 
+using namespace recordkit::inspect;
 using namespace recordkit::tool;
 using namespace testing_support;
 

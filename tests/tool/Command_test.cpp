@@ -347,8 +347,8 @@ TEST_F(Command, AddRefusesWrongInput)
     expectRefused(3, {"add", root.at("/tmp")}, "Is a directory");
     expectRefused(3, {"add", root.at("/none")}, "/none cannot be opened: No such file");
     expectRefused(2, {"add"}, "FILE is required");
-    expectRefused(2, {"add", EVENTS, "--board", "300"}, "\"300\" is no board, expected 0 to 3");
-    expectRefused(2, {"add", EVENTS, "--board", "-1"}, "is no board");
+    expectRefused(2, {"add", EVENTS, "--board", "300"}, "\"300\" is not a board, expected 0 to 3");
+    expectRefused(2, {"add", EVENTS, "--board", "-1"}, "is not a board");
 }
 
 TEST_F(Command, AddToAnUnwritableRootIsStatusThree)
@@ -374,9 +374,9 @@ TEST_F(Command, EveryBoardIsRefusedThatTheMachineDoesNotHave)
     initialise();
     for (const char* name :
          {"list", "show", "status", "check", "rotate", "backup", "restore", "clear"}) {
-        expectRefused(2, {name, "--board", "300"}, "is no board, expected 0 to 3");
-        expectRefused(2, {name, "--board", "4"}, "is no board, expected 0 to 3");
-        expectRefused(2, {name, "--board", "x"}, "is no board, expected 0 to 3");
+        expectRefused(2, {name, "--board", "300"}, "is not a board, expected 0 to 3");
+        expectRefused(2, {name, "--board", "4"}, "is not a board, expected 0 to 3");
+        expectRefused(2, {name, "--board", "x"}, "is not a board, expected 0 to 3");
     }
 }
 
@@ -502,8 +502,8 @@ TEST_F(Command, ListRefusesFiltersThatMakeNoSense)
 {
     initialise();
     expectRefused(2, {"list", "--severity", "bad"}, "is none of informational");
-    expectRefused(2, {"list", "--since", "yesterday"}, "is no time");
-    expectRefused(2, {"list", "--until", "2024-02-30"}, "is no time");
+    expectRefused(2, {"list", "--since", "yesterday"}, "is not a time");
+    expectRefused(2, {"list", "--until", "2024-02-30"}, "is not a time");
     expectRefused(2, {"list", "--sensor-type", "toaster"}, "sensor type");
     expectRefused(2, {"list", "--partition", "16"}, "expected 0 to 15");
     expectRefused(2, {"list", "--follow", "--json"}, "--ndjson");
@@ -683,8 +683,8 @@ TEST_F(Command, ShowRefusesWhatIsNotThere)
     expectRefused(1, {"show", "--log", "0", "--board", "1"}, "no event with log number 0");
     expectRefused(2, {"show"}, "expected a record id or --log N");
     expectRefused(2, {"show", "1", "--log", "1"}, "expected a record id or --log N");
-    expectRefused(2, {"show", "65536"}, "is no number");
-    expectRefused(2, {"show", "x"}, "is no number");
+    expectRefused(2, {"show", "65536"}, "is not a number");
+    expectRefused(2, {"show", "x"}, "is not a number");
 }
 
 TEST_F(Command, StatusShowsEachBoard)

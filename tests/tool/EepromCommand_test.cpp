@@ -7,11 +7,11 @@
 #include "support/Process.h"
 #include "support/ScratchRoot.h"
 #include "tool/Errors.h"
-#include "tool/eeprom/SettingIndex.h"
+#include "tool/eeprom/SettingJson.h"
 
 using namespace testing_support;
 using Json = nlohmann::json;
-using ::recordkit::tool::CommandError;
+using ::recordkit::inspect::Error;
 using ::recordkit::tool::settingIndexFrom;
 
 namespace {
@@ -59,7 +59,7 @@ std::string indexRefusal(const std::string& json)
     try {
         settingIndexFrom(json);
         return "none";
-    } catch (const CommandError& e) {
+    } catch (const Error& e) {
         return e.what();
     }
 }
@@ -102,7 +102,7 @@ TEST_F(EepromCommand, MakesAnIndexAndInitialisesFromIt)
 
 TEST_F(EepromCommand, IndexesThatCannotBeAreRefused)
 {
-    EXPECT_EQ(indexRefusal("nonsense"), "no JSON");
+    EXPECT_EQ(indexRefusal("nonsense"), "not JSON");
     EXPECT_EQ(indexRefusal("{}"), "expected an array of entries, or an object with \"entries\"");
     EXPECT_EQ(indexRefusal("[1]"), "expected an object, not 1");
     EXPECT_EQ(

@@ -56,8 +56,8 @@ std::string refusal(const std::string& content, ImportFormat format = ImportForm
 {
     try {
         import(content, format, fields);
-    } catch (const CommandError& e) {
-        EXPECT_EQ(e.getStatus(), EXIT_DATA);
+    } catch (const Error& e) {
+        EXPECT_EQ(statusOf(e), EXIT_DATA);
         return e.what();
     }
     return "taken";

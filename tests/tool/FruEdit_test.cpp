@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <recordkit/inspect/fru/FruEdit.h>
+#include <recordkit/inspect/fru/FruImage.h>
+
 #include "fru/MemoryDevice.h"
 #include "support/SampleImages.h"
 #include "support/ScratchRoot.h"
 #include "tool/Errors.h"
-#include "tool/fru/FruEdit.h"
-#include "tool/fru/FruImage.h"
 
+using namespace recordkit::inspect;
 using namespace recordkit::tool;
 using namespace testing_support;
 
@@ -46,8 +48,8 @@ std::string refusal(const Bytes& image, const std::vector<FruEdit>& edits, bool 
     try {
         edit(image, edits, mayGrow, repairs);
         return "none";
-    } catch (const CommandError& e) {
-        return std::to_string(e.getStatus()) + ": " + e.what();
+    } catch (const Error& e) {
+        return std::to_string(statusOf(e)) + ": " + e.what();
     }
 }
 
@@ -160,11 +162,11 @@ TEST(FruEdit, ValuesThatCannotBeStoredAreRefused)
     EXPECT_EQ(refusal(IMAGE, {{"board.serial", "10 \xE2\x82\xAC"}}),
               "1: board.serial: \"10 \xE2\x82\xAC\" has characters outside Latin-1");
     EXPECT_EQ(refusal(IMAGE, {{"board.date", "tomorrow"}}).substr(0, 35),
-              "1: board.date: \"tomorrow\" is no dat");
+              "1: board.date: \"tomorrow\" is not a ");
     EXPECT_EQ(refusal(IMAGE, {{"chassis.type", "box"}}),
               "1: chassis.type: \"box\" is neither the name nor the number of a chassis type");
     EXPECT_EQ(refusal(IMAGE, {{"board.language", "256"}}),
-              "1: board.language: \"256\" is no number from 0 to 255");
+              "1: board.language: \"256\" is not a number from 0 to 255");
 }
 
 TEST(FruEdit, FieldsThatAreNotThereAreRefused)
@@ -354,7 +356,7 @@ TEST(FruEdit, EditsAreReadFromTheCommandLine)
     EXPECT_EQ(parseFruEdit("board.serial=a=b").value, "a=b");
     EXPECT_EQ(parseFruEdit("board.serial=").value, "");
     for (const char* const text : {"board.serial", "=x", ""}) {
-        EXPECT_THROW(parseFruEdit(text), CommandError) << text;
+        EXPECT_THROW(parseFruEdit(text), RequestError) << text;
     }
 }
 
@@ -374,7 +376,7 @@ TEST(FruEdit, EverySampleKeepsWhatIsNotEdited)
                         after =
                             edit(bytes, {{name, field.isCoded ? "RECORDKIT-4711" : "2"}}, mayGrow)
                                 .bytes;
-                    } catch (const CommandError&) {
+                    } catch (const Error&) {
                         continue; // no room, or damaged
                     }
                     ++edited;

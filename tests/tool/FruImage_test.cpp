@@ -2,17 +2,17 @@
 #include <gtest/gtest.h>
 
 #include <recordkit/fru/FRUData.h>
+#include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/fru/FruImage.h>
+#include <recordkit/inspect/fru/FruNames.h>
+#include <recordkit/inspect/fru/MfgDate.h>
+#include <recordkit/inspect/words/ChassisTypes.h>
 
 #include "fru/MemoryDevice.h"
 #include "support/SampleImages.h"
 #include "support/ScratchRoot.h"
-#include "tool/fru/FruImage.h"
-#include "tool/fru/FruNames.h"
-#include "tool/fru/MfgDate.h"
-#include "tool/tables/ChassisTypes.h"
-#include "tool/text/CodedText.h"
 
-using namespace recordkit::tool;
+using namespace recordkit::inspect;
 using namespace testing_support;
 
 namespace {
@@ -333,45 +333,6 @@ TEST(FruImage, FieldsOfTheSamplesAreThoseOfTheLibrary)
     EXPECT_GE(compared, 10U);
 }
 
-TEST(CodedText, BcdPlusHasTwoCharactersAByte)
-{
-    EXPECT_EQ(decodeBcdPlus("\x01\x23\x45\x67\x89"), "0123456789");
-    EXPECT_EQ(decodeBcdPlus("\xAB\xCD\xEF"), " -.:,_");
-    EXPECT_EQ(decodeBcdPlus(""), "");
-}
-
-TEST(CodedText, SixBitTextHasTheWholeCharactersOfItsBytes)
-{
-    // The standard's own example.
-    EXPECT_EQ(decodeSixBit("\x29\xDC\xA6"), "IPMI");
-    for (std::size_t length = 0; length <= 63; ++length) {
-        EXPECT_EQ(decodeSixBit(std::string(length, '\0')), std::string(length * 8 / 6, ' '));
-        EXPECT_EQ(decodeSixBit(std::string(length, '\xFF')), std::string(length * 8 / 6, '_'));
-    }
-    // Blanks at the end belong to it.
-    EXPECT_EQ(decodeSixBit(std::string("\x29\xDC\x06", 3)), "IPM!");
-    EXPECT_EQ(decodeSixBit(std::string("\x29\xDC\x02", 3)), "IPM ");
-}
-
-TEST(CodedText, Latin1IsReadFromUtf8)
-{
-    std::string latin1 = "kept";
-    EXPECT_TRUE(toLatin1("aZ\xC2\x80\xC3\xBF", latin1));
-    EXPECT_EQ(latin1, "aZ\x80\xFF");
-    for (const char* const text : {"\xC4\x80", "\xE2\x82\xAC", "\xC3", "\xC3(", "\x80", "\xFF"}) {
-        EXPECT_FALSE(toLatin1(text, latin1)) << text;
-    }
-    EXPECT_EQ(latin1, "aZ\x80\xFF");
-}
-
-TEST(CodedText, ControlCharactersAreMadeVisible)
-{
-    EXPECT_EQ(printable(std::string("a\0b\x1B[2J\x7F", 8)), "a\\x00b\\x1B[2J\\x7F");
-    EXPECT_EQ(printable("\xC2\x9B"
-                        "2J \xC2\xA0 \xC3\xA9"),
-              "\\x9B2J \xC2\xA0 \xC3\xA9");
-}
-
 TEST(MfgDate, CountsMinutesSince1996)
 {
     EXPECT_EQ(MfgDate(0x989EC9U).toText(), "2015-01-06 22:01");
@@ -393,35 +354,13 @@ TEST(MfgDate, RollsOverIn2027)
 
 TEST(MfgDate, IsReadFromText)
 {
-    MfgDate date(7U);
-    EXPECT_TRUE(parseMfgDate("2015-01-06 22:01", date));
-    EXPECT_EQ(date.raw(), 0x989EC9U);
-    EXPECT_TRUE(parseMfgDate("2006-01-01", date));
-    EXPECT_EQ(date.raw(), 5260320U);
-    EXPECT_TRUE(parseMfgDate("2027-11-24 20:17", date));
-    EXPECT_EQ(date.raw(), 1U);
-    EXPECT_TRUE(parseMfgDate("2037-11-24 20:15", date));
-    EXPECT_EQ(date.raw(), 5260319U);
-    EXPECT_TRUE(parseMfgDate("unspecified", date));
-    EXPECT_EQ(date.raw(), 0U);
+    EXPECT_EQ(parseMfgDate("2015-01-06 22:01").value().raw(), 0x989EC9U);
+    EXPECT_EQ(parseMfgDate("2006-01-01").value().raw(), 5260320U);
+    EXPECT_EQ(parseMfgDate("2027-11-24 20:17").value().raw(), 1U);
+    EXPECT_EQ(parseMfgDate("2037-11-24 20:15").value().raw(), 5260319U);
+    EXPECT_EQ(parseMfgDate("unspecified").value().raw(), 0U);
     for (const char* const text : {"2005-12-31 23:59", "2037-11-24 20:16", "2027-11-24 20:16",
                                    "2015-01-06 22:01:30", "soon"}) {
-        EXPECT_FALSE(parseMfgDate(text, date)) << text;
+        EXPECT_FALSE(parseMfgDate(text)) << text;
     }
-    EXPECT_EQ(date.raw(), 0U);
-}
-
-TEST(ChassisTypes, HaveNamesAndNumbers)
-{
-    EXPECT_EQ(chassisTypeName(17), "Main Server Chassis");
-    EXPECT_EQ(chassisTypeName(36), "Stick PC");
-    EXPECT_EQ(chassisTypeName(37), "type 37");
-    unsigned char type = 0;
-    EXPECT_TRUE(findChassisType("rack mount chassis", type));
-    EXPECT_EQ(type, 23);
-    EXPECT_TRUE(findChassisType("0x11", type));
-    EXPECT_EQ(type, 17);
-    EXPECT_FALSE(findChassisType("256", type));
-    EXPECT_FALSE(findChassisType("rack", type));
-    EXPECT_EQ(type, 17);
 }

@@ -7,15 +7,16 @@
 #include <random>
 #include <unistd.h>
 
-#include "support/SampleImages.h"
+#include <recordkit/inspect/fru/FruImage.h>
+
 #include "support/Process.h"
+#include "support/SampleImages.h"
 #include "support/ScratchRoot.h"
 #include "tool/Run.h"
-#include "tool/fru/FruImage.h"
 
 using namespace testing_support;
-using recordkit::tool::FruImage;
-using recordkit::tool::parseFruImage;
+using recordkit::inspect::FruImage;
+using recordkit::inspect::parseFruImage;
 
 namespace {
 

@@ -7,13 +7,15 @@
 #include <map>
 #include <sstream>
 
+#include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/fru/FruImage.h>
+#include <recordkit/inspect/fru/MfgDate.h>
+
 #include "support/Answers.h"
 #include "tool/Files.h"
-#include "tool/fru/FruImage.h"
-#include "tool/fru/MfgDate.h"
 #include "tool/print/Json.h"
-#include "tool/text/CodedText.h"
 
+using namespace recordkit::inspect;
 using namespace recordkit::tool;
 using namespace testing_support;
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tool/sel/NewEvents.h"
+#include <recordkit/inspect/log/NewEvents.h>
 
 #include <filesystem>
 
 #include "selfile/StoreFixture.h"
 
 using namespace testing_support;
-using recordkit::tool::NewEvents;
+using recordkit::inspect::NewEvents;
 
 namespace {
 

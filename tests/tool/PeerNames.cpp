@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cctype>
 
-#include "tool/tables/EventTypes.h"
-#include "tool/tables/SensorTypes.h"
+#include <recordkit/inspect/words/EventTypes.h>
+#include <recordkit/inspect/words/SensorTypes.h>
 
 namespace {
 
@@ -121,18 +121,18 @@ bool isSame(const Alias (&aliases)[Count], const std::string& peer, const std::s
 
 bool isSameSensorType(const std::string& peerName, unsigned char sensorType)
 {
-    const bool hasName = sensorType != 0 && sensorType <= recordkit::tool::LAST_SENSOR_TYPE;
-    return hasName ? isSame(SENSOR_TYPES, peerName, recordkit::tool::sensorTypeName(sensorType))
+    const bool hasName = sensorType != 0 && sensorType <= recordkit::inspect::LAST_SENSOR_TYPE;
+    return hasName ? isSame(SENSOR_TYPES, peerName, recordkit::inspect::sensorTypeName(sensorType))
                    : peerName == "Unknown" || peerName == "reserved" || peerName == "OEM";
 }
 
 bool isSameEvent(const std::string& peerWords, unsigned char eventType, unsigned char sensorType,
                  const std::string& ourWords)
 {
-    if (eventType != recordkit::tool::SENSOR_SPECIFIC_EVENT) {
+    if (eventType != recordkit::inspect::SENSOR_SPECIFIC_EVENT) {
         return isSame(EVENTS, peerWords, ourWords);
     }
-    if (sensorType >= recordkit::tool::FIRST_OEM_SENSOR_TYPE) {
+    if (sensorType >= recordkit::inspect::FIRST_OEM_SENSOR_TYPE) {
         // ipmitool knows some OEM types of other bodies' standards.
         return ourWords.find("event") != std::string::npos;
     }

@@ -7,16 +7,18 @@
 #include <map>
 #include <sstream>
 
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/event/Event.h>
+#include <recordkit/inspect/words/SensorTypes.h>
 #include <recordkit/selfile/SELChainReader.h>
 
 #include "PeerNames.h"
 #include "support/Answers.h"
 #include "support/Bytes.h"
 #include "support/ScratchRoot.h"
-#include "tool/sel/Event.h"
 #include "tool/sel/EventImport.h"
-#include "tool/tables/SensorTypes.h"
 
+using namespace recordkit::inspect;
 using namespace recordkit::tool;
 using namespace testing_support;
 
@@ -154,7 +156,7 @@ void compareSystemEvent(const Event& event, Answer answer)
     EXPECT_EQ(answer["Sensor Number"], hex(event.sensorNumber, "%02x"));
     EXPECT_EQ(answer["Event Direction"],
               event.isDeassertion ? "Deassertion Event" : "Assertion Event");
-    EXPECT_EQ(answer["Event Data"], toHex(event.data, 3));
+    EXPECT_EQ(answer["Event Data"], toLowerHex(event.data));
     EXPECT_TRUE(isSameSensorType(answer["Sensor Type"], event.sensorType))
         << answer["Sensor Type"] << " is not " << sensorTypeName(event.sensorType);
     const std::string& description = answer["Description"];
@@ -171,7 +173,7 @@ void compareOemRecord(const Event& event, Answer answer, bool hasReversedManufac
         EXPECT_EQ(answer["Manufactacturer ID"], hasReversedManufacturers ? reversedBytes(id) : id);
     }
     const std::string& data = answer["OEM Defined"];
-    EXPECT_EQ(data.substr(0, data.find(' ')), toHex(event.oemData.data(), event.oemData.size()));
+    EXPECT_EQ(data.substr(0, data.find(' ')), toLowerHex(event.oemData));
 }
 
 class Peers : public testing::TestWithParam<Sample> {};

@@ -4,17 +4,20 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include <recordkit/inspect/bytes/Error.h>
+#include <recordkit/inspect/sensor/Sensor.h>
+#include <recordkit/inspect/sensor/SensorText.h>
+#include <recordkit/inspect/words/Entities.h>
+#include <recordkit/inspect/words/SensorUnits.h>
+
 #include "support/Answers.h"
 #include "support/Bytes.h"
 #include "support/Failures.h"
 #include "support/Process.h"
 #include "support/ScratchRoot.h"
 #include "tool/print/Json.h"
-#include "tool/sdr/Sensor.h"
-#include "tool/sdr/SensorText.h"
-#include "tool/tables/Entities.h"
-#include "tool/tables/SensorUnits.h"
 
+using namespace recordkit::inspect;
 using namespace recordkit::tool;
 using namespace testing_support;
 
@@ -101,10 +104,11 @@ TEST(SdrFile, WalksEnd)
     EXPECT_EQ(parse({1, 0, 0x51, 1}).problems,
               Lines({"record at offset 0: no room for its header in 4 bytes"}));
     // Nothing but zeroes, and nothing at all.
-    EXPECT_EQ(parse(Bytes(65536, 0)).problems, Lines({"65536 bytes at offset 0 hold no record"}));
+    EXPECT_EQ(parse(Bytes(65536, 0)).problems,
+              Lines({"65536 bytes at offset 0 contain no record"}));
     EXPECT_EQ(parse(Bytes(65536, 0)).records.size(), 0U);
     EXPECT_EQ(parse(compact(1, "PS1") + Bytes(100, 0xFF)).problems,
-              Lines({"100 bytes at offset 35 hold no record"}));
+              Lines({"100 bytes at offset 35 contain no record"}));
     EXPECT_EQ(parse({}).problems, Lines());
     // Zeroes in front of a byte are records without a type, none of them any good.
     EXPECT_EQ(parse(Bytes(100000, 0) + Bytes({1})).problems.size(), 20001U);
@@ -121,11 +125,11 @@ TEST(SdrFile, WalksEnd)
 
 TEST(Sensor, NamesOfEveryCodingAreDecoded)
 {
-    EXPECT_EQ(idStringText(0xC3, "abc"), "abc");
+    EXPECT_EQ(idStringText(0xC3, std::string("abc")), "abc");
     EXPECT_EQ(idStringText(0xC4, std::string("ab\0c", 4)), "ab");
-    EXPECT_EQ(idStringText(0xC2, "\xE9z"), "\xC3\xA9z");
-    EXPECT_EQ(idStringText(0x83, "\x29\xDC\xA6"), "IPMI");
-    EXPECT_EQ(idStringText(0x42, "\x12\xAB"), "12 -");
+    EXPECT_EQ(idStringText(0xC2, std::string("\xE9z")), "\xC3\xA9z");
+    EXPECT_EQ(idStringText(0x83, std::string("\x29\xDC\xA6")), "IPMI");
+    EXPECT_EQ(idStringText(0x42, std::string("\x12\xAB")), "12 -");
     EXPECT_EQ(idStringText(0x04, std::string("a\0\xE5\x65", 4)), "a\xE6\x97\xA5");
 }
 
@@ -134,19 +138,19 @@ TEST(Sensor, TypeLengthByteOfFFIsBounded)
     Bytes body(27, 0);
     body[26] = 0xFF; // 31 bytes of text
     const SdrFile file = parse(record(1, SDR_COMPACT, body + Bytes(16, 'x')));
-    Sensor sensor;
-    std::string problem;
-    ASSERT_TRUE(readSensor(file.records.at(0), sensor, problem));
-    EXPECT_EQ(sensor.name, std::string(16, 'x'));
+    EXPECT_EQ(readSensor(file.records.at(0)).name, std::string(16, 'x'));
     const SdrFile cut = parse(record(1, SDR_COMPACT, body + Bytes(15, 'x')));
-    EXPECT_FALSE(readSensor(cut.records.at(0), sensor, problem));
-    EXPECT_EQ(problem, "record at offset 0: 47 bytes, its id string is cut off");
+    try {
+        readSensor(cut.records.at(0));
+        ADD_FAILURE() << "read";
+    } catch (const DataError& e) {
+        EXPECT_STREQ(e.what(), "record at offset 0: 47 bytes, its id string is cut off");
+    }
     // And in records that are no sensors.
     Bytes locator(11, 0);
     locator[10] = 0xFF;
     const SdrFile other = parse(record(1, SDR_FRU_LOCATOR, locator + textBytes("abc")));
-    ASSERT_TRUE(readSensor(other.records.at(0), sensor, problem));
-    EXPECT_EQ(sensor.name, "abc");
+    EXPECT_EQ(readSensor(other.records.at(0)).name, "abc");
 }
 
 TEST(Tables, EntitiesAndUnitsHaveNames)
@@ -316,9 +320,7 @@ TEST_P(SdrPeers, RecordsAreThoseOfIpmitool)
     // ipmitool lists sensors and locators; it leaves OEM records and associations out.
     std::vector<Sensor> ours;
     for (const SdrRecord& each : file.records) {
-        Sensor sensor;
-        std::string problem;
-        ASSERT_TRUE(readSensor(each, sensor, problem)) << problem;
+        const Sensor sensor = readSensor(each);
         const unsigned char type = sensor.recordType;
         if (sensor.isSensor || type == SDR_EVENT_ONLY || type == SDR_FRU_LOCATOR ||
             type == SDR_CONTROLLER_LOCATOR) {

@@ -5,15 +5,17 @@
 #include <map>
 #include <sstream>
 
+#include <recordkit/inspect/bytes/Hex.h>
+
 #include "support/Answers.h"
-#include "support/Bytes.h"
 #include "support/Failures.h"
+#include "support/HexDumps.h"
 #include "support/Process.h"
 #include "support/ScratchRoot.h"
 #include "tool/Errors.h"
-#include "tool/spd/Spd.h"
-#include "tool/text/HexDump.h"
+#include "tool/spd/SpdJson.h"
 
+using namespace recordkit::inspect;
 using namespace recordkit::tool;
 using namespace testing_support;
 
@@ -29,7 +31,7 @@ Bytes module()
     image[4] = 0x04; // 4 Gbit
     image[7] = 0x09; // two ranks of 8 bits
     image[8] = 0x0B; // 64 bits and ECC
-    const unsigned short crc = spdCrc(image.data(), 117);
+    const unsigned short crc = spdCrc(ByteView(image).part(0, 117));
     image[126] = static_cast<unsigned char>(crc & 0xFF);
     image[127] = static_cast<unsigned char>(crc >> 8);
     const Bytes serial = {0x12, 0x34, 0x56, 0x78};
@@ -44,7 +46,7 @@ std::string refusal(const Bytes& image)
     try {
         parseSpd(image);
         return "none";
-    } catch (const CommandError& e) {
+    } catch (const Error& e) {
         return e.what();
     }
 }
@@ -71,7 +73,7 @@ TEST(Spd, ReadsAModule)
 TEST(Spd, CrcCoversWhatByteZeroSays)
 {
     // The check value of this CRC over "123456789".
-    EXPECT_EQ(spdCrc(textBytes("123456789").data(), 9), 0x31C3);
+    EXPECT_EQ(spdCrc(ByteView(textBytes("123456789")).part(0, 9)), 0x31C3);
     Bytes image = module();
     image[120] = 9; // behind the 117 bytes
     EXPECT_TRUE(parseSpd(image).isCrcRight());
@@ -80,7 +82,7 @@ TEST(Spd, CrcCoversWhatByteZeroSays)
     image = module();
     image[0] = 0x12; // now 126 bytes
     EXPECT_FALSE(parseSpd(image).isCrcRight());
-    const unsigned short crc = spdCrc(image.data(), 126);
+    const unsigned short crc = spdCrc(ByteView(image).part(0, 126));
     image[126] = static_cast<unsigned char>(crc & 0xFF);
     image[127] = static_cast<unsigned char>(crc >> 8);
     EXPECT_TRUE(parseSpd(image).isCrcRight());
@@ -88,11 +90,12 @@ TEST(Spd, CrcCoversWhatByteZeroSays)
 
 TEST(Spd, WhatIsNoModuleIsNamed)
 {
-    EXPECT_EQ(refusal(Bytes(127, 0x0B)), "no DDR3 SPD: 127 bytes, expected at least 128");
-    EXPECT_EQ(refusal({}), "no DDR3 SPD: 0 bytes, expected at least 128");
+    EXPECT_EQ(refusal(Bytes(127, 0x0B)), "not DDR3 SPD data: 127 bytes, expected at least 128");
+    EXPECT_EQ(refusal({}), "not DDR3 SPD data: 0 bytes, expected at least 128");
     Bytes image = module();
     image[2] = 0x0C;
-    EXPECT_EQ(refusal(image), "no DDR3 SPD: device type 0Ch (DDR4) at offset 2, expected 0Bh");
+    EXPECT_EQ(refusal(image),
+              "not DDR3 SPD data: device type 0Ch (DDR4) at offset 2, expected 0Bh");
 }
 
 TEST(Spd, ShortImageHasNoManufacturerData)
@@ -117,109 +120,6 @@ TEST(Spd, ReservedCodesHaveNoCapacity)
     image[7] = 0x21; // five ranks
     EXPECT_EQ(parseSpd(image).megabytes, 0U);
     EXPECT_EQ(parseSpd(image).ranks, 0U);
-}
-
-namespace {
-
-/// The module as each tool prints it.
-std::string i2cdump(const Bytes& image)
-{
-    std::string text = "     0  1  2  3  4  5  6  7  8  9  a  b  c  d  e  f    0123456789abcdef\n";
-    for (std::size_t line = 0; line < image.size(); line += 16) {
-        char piece[32];
-        std::snprintf(piece, sizeof piece, "%02zx: ", line);
-        text += piece;
-        std::string characters;
-        for (std::size_t i = line; i < line + 16; ++i) {
-            std::snprintf(piece, sizeof piece, "%02x ", image[i]);
-            text += piece;
-            characters += image[i] >= 0x20 && image[i] < 0x7F ? static_cast<char>(image[i]) : '.';
-        }
-        text += "   " + characters + "\n";
-    }
-    return text;
-}
-
-std::string xxd(const Bytes& image)
-{
-    std::string text;
-    for (std::size_t line = 0; line < image.size(); line += 16) {
-        char piece[32];
-        std::snprintf(piece, sizeof piece, "%08zx: ", line);
-        text += piece;
-        for (std::size_t i = line; i < line + 16; ++i) {
-            std::snprintf(piece, sizeof piece, "%02x%s", image[i], i % 2 == 1 ? " " : "");
-            text += piece;
-        }
-        text += " ab cd ef 01 .....\n";
-    }
-    return text;
-}
-
-/// With a line that stands for those like the one before.
-std::string hexdump(const Bytes& image)
-{
-    std::string text;
-    bool isRepeating = false;
-    for (std::size_t line = 0; line < image.size(); line += 16) {
-        if (line != 0 && part(image, line, 16) == part(image, line - 16, 16)) {
-            text += isRepeating ? "" : "*\n";
-            isRepeating = true;
-            continue;
-        }
-        isRepeating = false;
-        char piece[32];
-        std::snprintf(piece, sizeof piece, "%08zx  ", line);
-        text += piece;
-        for (std::size_t i = line; i < line + 16; ++i) {
-            std::snprintf(piece, sizeof piece, "%02x %s", image[i], i % 16 == 7 ? " " : "");
-            text += piece;
-        }
-        text += " |................|\n";
-    }
-    char end[32];
-    std::snprintf(end, sizeof end, "%08zx\n", image.size());
-    return text + end;
-}
-
-std::string dumpRefusal(const std::string& text)
-{
-    try {
-        parseImage("f", text);
-        return "none";
-    } catch (const CommandError& e) {
-        return e.what();
-    }
-}
-
-}
-
-TEST(HexDump, IsReadAsToolsPrintIt)
-{
-    const Bytes image = module();
-    EXPECT_EQ(parseImage("f", i2cdump(image)), image);
-    EXPECT_EQ(parseImage("f", xxd(image)), image);
-    EXPECT_EQ(parseImage("f", hexdump(image)), image);
-    EXPECT_EQ(parseImage("f", std::string(image.begin(), image.end())), image);
-    EXPECT_EQ(parseImage("f", "92 10 0B\n0b 02\n"), Bytes({0x92, 0x10, 0x0B, 0x0B, 0x02}));
-    EXPECT_EQ(parseImage("f", "0x92, 0x10,0x0b"), Bytes({0x92, 0x10, 0x0B}));
-    EXPECT_EQ(parseImage("f", "92100b02"), Bytes({0x92, 0x10, 0x0B, 0x02}));
-    EXPECT_EQ(parseImage("f", "\n00000000: 9210 0b\r\n\r\n"), Bytes({0x92, 0x10, 0x0B}));
-}
-
-TEST(HexDump, WhatIsNoneIsNamedWithItsLine)
-{
-    EXPECT_EQ(dumpRefusal("00: 92 10 0b 0b 03 04 21 02 09 03 52 01 08 0a 00 fc\n10: XX 00\n"),
-              "f, line 2: \"10: XX 00\" is no line of a hex dump");
-    EXPECT_EQ(dumpRefusal("00: 92 10 0b 0b 03 04 21 02 09 03 52 01 08 0a 00 fc\n20: 00 00\n"),
-              "f, line 2: offset 20h, expected 10h");
-    EXPECT_EQ(dumpRefusal("00: 92 10\nend of dump\n"),
-              "f, line 2: \"end of dump\" is no line of a hex dump");
-    EXPECT_EQ(dumpRefusal("00: 92 10\n" + std::string(300, '0') + "\n").substr(0, 12),
-              "f, line 2: \"");
-    EXPECT_EQ(dumpRefusal("hello world"), "f: neither an image nor a hex dump");
-    EXPECT_EQ(dumpRefusal("921"), "f: neither an image nor a hex dump");
-    EXPECT_EQ(parseImage("f", ""), Bytes());
 }
 
 TEST(SpdCommand, ShowsOneModule)
@@ -261,7 +161,7 @@ TEST(SpdCommand, ShowsSeveralModulesWithTheirTotal)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_NE(outcome.out.find("3 modules, 24576 MB\n"), std::string::npos) << outcome.out;
     EXPECT_NE(outcome.out.find("WRONG  " + root.at("/c")), std::string::npos);
-    EXPECT_NE(outcome.err.find("/d: no DDR3 SPD: device type 0Ch (DDR4) at offset 2"),
+    EXPECT_NE(outcome.err.find("/d: not DDR3 SPD data: device type 0Ch (DDR4) at offset 2"),
               std::string::npos);
     EXPECT_NE(outcome.err.find("2 of 4 files are damaged"), std::string::npos);
     EXPECT_EQ(run(ourCommand({"spd", "show", "/nowhere"})).status, 3);
@@ -380,7 +280,7 @@ TEST(SpdSamples, AllOfThemAreThereAndOthersAreNamed)
     const std::vector<Image> others = imagesIn(SHARED + "other");
     EXPECT_EQ(others.size(), 10U);
     for (const Image& other : others) {
-        EXPECT_EQ(refusal(readFile(other.file)).substr(0, 12), "no DDR3 SPD:") << other.name;
+        EXPECT_EQ(refusal(readFile(other.file)).substr(0, 18), "not DDR3 SPD data:") << other.name;
     }
     const std::string hex = SHARED + "hex/rigred-SPD__dump-orig-2gb.spd.txt";
     EXPECT_EQ(parseSpd(parseImage(hex, contentOf(hex))).megabytes, 2048U);

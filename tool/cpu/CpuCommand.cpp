@@ -1,20 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fmt/format.h>
 #include <functional>
 #include <memory>
 
-#include <fmt/format.h>
 #include <recordkit/fru/FRUData.h>
 #include <recordkit/host/Machine.h>
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/fru/ImageDevice.h>
 #include <recordkit/platform/PException.h>
 #include <recordkit/util/Util.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
-#include "../fru/ImageDevice.h"
 #include "../print/Json.h"
 #include "../print/Table.h"
-#include "../text/CodedText.h"
 
 namespace recordkit::tool {
 
@@ -141,7 +142,7 @@ Json valueOf(const Fact& fact, std::vector<std::string>& problems)
         return fact.read();
     } catch (const TAVLib::PException& e) {
         problems.push_back(fmt::format("{}: {}", fact.title, e.getMessage()));
-    } catch (const CommandError& e) {
+    } catch (const Error& e) {
         problems.push_back(fmt::format("{}: {}", fact.title, e.what()));
     }
     return nullptr;
@@ -208,10 +209,11 @@ void show(const Options& options, const Globals& globals)
         rom = std::make_unique<Rom>(options, board);
     } catch (const TAVLib::PException& e) {
         throw dataError(fmt::format("{}: {}", file, e.getMessage()));
-    } catch (const CommandError& e) {
-        throw e.getStatus() == EXIT_DATA
-            ? dataError(fmt::format("{}: no processor ROM: {}", file, e.what()))
-            : e;
+    } catch (const Error& e) {
+        if (statusOf(e) != EXIT_DATA) {
+            throw;
+        }
+        throw dataError(fmt::format("{}: no processor ROM: {}", file, e.what()));
     }
     std::vector<std::string> problems;
     const std::vector<Fact> facts = rom->facts();

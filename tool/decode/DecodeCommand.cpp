@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fmt/format.h>
 #include <memory>
 
-#include <fmt/format.h>
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/platform/PException.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
 #include "../print/Table.h"
-#include "../text/CodedText.h"
-#include "../text/HexDump.h"
 #include "DecodedPrinter.h"
 
 namespace recordkit::tool {
@@ -51,7 +51,7 @@ Image readImage(const Options& options)
     }
     Image image;
     if (parseHexDigits(options.hex, image) != std::string::npos || image.empty()) {
-        throw usageError(fmt::format("--hex: \"{}\" are no bytes in hex, as \"0F 1a2b\"",
+        throw usageError(fmt::format("--hex: \"{}\" are not bytes in hex, as \"0F 1a2b\"",
                                      printable(options.hex)));
     }
     return image;
@@ -71,8 +71,8 @@ void decode(const Options& options, bool hasColour)
     const std::string source = options.hex.empty() ? inputName(options.file) : "--hex";
     try {
         printDecoded(*recordClass, image, options.isJson, hasColour);
-    } catch (const CommandError& e) {
-        throw CommandError(e.getStatus(), source + ": " + e.what());
+    } catch (const Error& e) {
+        throw CommandError(statusOf(e), source + ": " + e.what());
     } catch (const TAVLib::PException& e) {
         throw dataError(source + ": " + e.getMessage());
     }

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/fru/FRUData.h>
 #include <recordkit/fru/FRUTables.h>
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/fru/FruImage.h>
+#include <recordkit/inspect/fru/ImageDevice.h>
 
-#include "../fru/FruImage.h"
-#include "../fru/ImageDevice.h"
-#include "../text/CodedText.h"
 #include "FieldTable.h"
 
 namespace recordkit::tool {

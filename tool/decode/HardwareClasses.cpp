@@ -17,8 +17,9 @@
 #include <recordkit/hardware/SASUBoardInfo.h>
 #include <recordkit/hardware/SBBoardInfo.h>
 #include <recordkit/hardware/UserAccess.h>
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Text.h>
 
-#include "../text/CodedText.h"
 #include "FieldTable.h"
 
 namespace recordkit::tool {
@@ -306,7 +307,7 @@ const Rows<DeviceInfo> DEVICE_INFO = {
     field<DeviceInfo>("unit_id", {0, 12}, [](DeviceInfo& info) {
         DeviceInfo::UnitID unit = {};
         info.getDeviceInfo(&unit);
-        return Json(toHex(std::string(unit.data, unit.data + sizeof unit.data)));
+        return Json(toHex(unit.data));
     }),
 };
 

@@ -4,8 +4,9 @@
 #include <algorithm>
 #include <strings.h>
 
-#include "../tables/EventTypes.h"
-#include "../tables/SensorTypes.h"
+#include <recordkit/inspect/words/EventTypes.h>
+#include <recordkit/inspect/words/SensorTypes.h>
+
 #include "FieldTable.h"
 
 namespace recordkit::tool {

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/bytes/Time.h>
 #include <recordkit/sel/BMCLog.h>
 #include <recordkit/sel/BMCMemoryImage.h>
 #include <recordkit/sel/BMCSELEntryMessage.h>
 #include <recordkit/sel/SELEntryLongText.h>
 
-#include "../Time.h"
-#include "../text/CodedText.h"
 #include "FieldTable.h"
 
 namespace recordkit::tool {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <recordkit/inspect/sensor/SensorText.h>
+#include <recordkit/inspect/words/Entities.h>
+#include <recordkit/inspect/words/SensorUnits.h>
 #include <recordkit/sensor/CompactSensorRecord.h>
 #include <recordkit/sensor/FullSensorRecord.h>
 
-#include "../sdr/SensorText.h"
-#include "../tables/Entities.h"
-#include "../tables/SensorUnits.h"
 #include "FieldTable.h"
 
 namespace recordkit::tool {

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cerrno>
 #include <filesystem>
+#include <fmt/format.h>
 #include <memory>
 
-#include <fmt/format.h>
 #include <recordkit/eeprom/EFIBackupEEPROMIndex.h>
 #include <recordkit/eeprom/PanelEEPROMIndex.h>
+#include <recordkit/inspect/eeprom/SettingIndex.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
-#include "SettingIndex.h"
 
 namespace recordkit::tool {
 

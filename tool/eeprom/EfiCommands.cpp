@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <atomic>
+#include <fmt/format.h>
 #include <memory>
 #include <mutex>
 #include <thread>
 
-#include <fmt/format.h>
 #include <recordkit/eeprom/EFIBackupEEPROMData.h>
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/platform/PException.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
-#include "../Numbers.h"
 #include "../print/Json.h"
-#include "../text/CodedText.h"
 #include "Images.h"
 
 namespace recordkit::tool {
@@ -37,11 +37,9 @@ struct Options {
 
 unsigned int numberOf(const char* what, const std::string& text, unsigned long limit)
 {
-    unsigned long number = 0;
-    if (!parseNumber(text, limit, number)) {
-        throw usageError(fmt::format("{}: \"{}\", expected 0 to {}", what, text, limit));
-    }
-    return static_cast<unsigned int>(number);
+    return static_cast<unsigned int>(
+        orThrow(parseNumber(text, limit),
+                usageError(fmt::format("{}: \"{}\", expected 0 to {}", what, text, limit))));
 }
 
 unsigned int partitionOf(const Options& options)
@@ -127,8 +125,8 @@ void status(const Options& options)
 
 void initialise(const Options& options)
 {
-    std::string serial;
-    if (!toLatin1(options.serial, serial) || serial.empty() || serial.size() > Index::SERIAL_SIZE) {
+    const std::string serial = toLatin1(options.serial).value_or("");
+    if (serial.empty() || serial.size() > Index::SERIAL_SIZE) {
         throw usageError(
             fmt::format("--serial: expected 1 to {} Latin-1 characters", +Index::SERIAL_SIZE));
     }

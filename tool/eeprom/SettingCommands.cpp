@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <filesystem>
+#include <fmt/format.h>
 #include <memory>
 
-#include <fmt/format.h>
 #include <recordkit/eeprom/SettingEEPROMData.h>
+#include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/platform/SystemRoot.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
-#include "../Numbers.h"
 #include "../print/Table.h"
 #include "Images.h"
-#include "SettingIndex.h"
+#include "SettingJson.h"
 
 namespace recordkit::tool {
 
@@ -37,12 +37,10 @@ std::string indexFile()
 
 int areaOf(const std::string& text)
 {
-    unsigned long number = 0;
     const auto last = static_cast<unsigned long>(PanelEEPROMIndex().getIndexLastNumber());
-    if (!parseNumber(text, last, number)) {
-        throw usageError(fmt::format("\"{}\" is no area, expected 0 to {}", text, last));
-    }
-    return static_cast<int>(number);
+    return static_cast<int>(
+        orThrow(parseNumber(text, last),
+                usageError(fmt::format("\"{}\" is not an area, expected 0 to {}", text, last))));
 }
 
 std::vector<SettingEntry> readIndex(const Options& options)
@@ -197,8 +195,8 @@ void index(const Options& options)
     std::vector<unsigned char> bytes;
     try {
         bytes = settingIndexFrom(readInput(options.from));
-    } catch (const CommandError& e) {
-        throw CommandError(e.getStatus(), inputName(options.from) + ": " + e.what());
+    } catch (const Error& e) {
+        throw CommandError(statusOf(e), inputName(options.from) + ": " + e.what());
     }
     std::error_code error;
     std::filesystem::create_directories(std::filesystem::path(indexFile()).parent_path(), error);

@@ -3,10 +3,12 @@
 
 #include <fmt/format.h>
 
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/fru/FruNames.h>
+#include <recordkit/inspect/fru/MfgDate.h>
+
 #include "../print/Table.h"
-#include "../text/CodedText.h"
-#include "FruNames.h"
-#include "MfgDate.h"
 
 namespace recordkit::tool {
 

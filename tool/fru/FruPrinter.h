@@ -4,8 +4,10 @@
 
 #include <string>
 
+#include <recordkit/inspect/fru/FruImage.h>
+
+#include "../Errors.h"
 #include "../print/Json.h"
-#include "FruImage.h"
 
 namespace recordkit::tool {
 

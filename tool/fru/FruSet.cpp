@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fmt/format.h>
 #include <memory>
 
-#include <fmt/format.h>
 #include <recordkit/fru/FRUData.h>
 #include <recordkit/host/FileFRURWif.h>
+#include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/fru/FruEdit.h>
+#include <recordkit/inspect/fru/FruImage.h>
 #include <recordkit/platform/PException.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
-#include "../text/CodedText.h"
-#include "FruEdit.h"
-#include "FruImage.h"
 
 namespace recordkit::tool {
 
@@ -70,8 +70,8 @@ FruEditResult editFile(const Options& options, const std::string& bytes)
     }
     try {
         return editFruImage(bytes, edits, options.edit);
-    } catch (const CommandError& e) {
-        throw CommandError(e.getStatus(), options.file + ": " + e.what());
+    } catch (const Error& e) {
+        throw CommandError(statusOf(e), options.file + ": " + e.what());
     } catch (const TAVLib::PException& e) {
         throw dataError(options.file + ": " + e.getMessage());
     }

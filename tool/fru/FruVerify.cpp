@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <memory>
-
 #include <fmt/format.h>
 #include <fmt/ranges.h>
+#include <memory>
+
+#include <recordkit/inspect/fru/FruImage.h>
 
 #include "../Commands.h"
 #include "../FileResults.h"
 #include "../Files.h"
-#include "FruImage.h"
 
 namespace recordkit::tool {
 

@@ -2,11 +2,12 @@
 #ifndef RECORDKIT_TOOL_FRU_INTERNALOPTION_H
 #define RECORDKIT_TOOL_FRU_INTERNALOPTION_H
 
+#include <CLI/CLI.hpp>
 #include <string>
 
-#include <CLI/CLI.hpp>
+#include <recordkit/inspect/fru/FruImage.h>
 
-#include "FruImage.h"
+#include "../Errors.h"
 
 namespace recordkit::tool {
 

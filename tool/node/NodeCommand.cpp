@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <fmt/format.h>
 #include <memory>
 #include <strings.h>
 
-#include <fmt/format.h>
+#include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/platform/CommonUtil.h>
 #include <recordkit/util/Util.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
-#include "../Numbers.h"
 #include "../print/Json.h"
 #include "../print/Table.h"
 
@@ -133,7 +133,7 @@ std::vector<Node> allNodes()
     return nodes;
 }
 
-/// Reads the number behind a name, up to `limit`.
+/// Reads the number after a name, up to `limit`.
 bool parseUnit(const std::string& text, const char* name, int limit, std::string& rest, int& unit)
 {
     const std::string prefix = name;
@@ -141,21 +141,23 @@ bool parseUnit(const std::string& text, const char* name, int limit, std::string
         return false;
     }
     const std::size_t end = std::min(text.find('-'), text.size());
-    unsigned long number = 0;
-    if (end < prefix.size() || !parseNumber(text.substr(prefix.size(), end - prefix.size()),
-                                            static_cast<unsigned long>(limit), number)) {
+    if (end < prefix.size()) {
         return false;
     }
-    unit = static_cast<int>(number);
+    const auto number = parseNumber(text.substr(prefix.size(), end - prefix.size()),
+                                    static_cast<unsigned long>(limit));
+    if (!number) {
+        return false;
+    }
+    unit = static_cast<int>(*number);
     rest = text.substr(end);
     return true;
 }
 
 Node parseNode(const std::string& text)
 {
-    unsigned long nodeId = 0;
-    if (parseNumber(text, 0xFF, nodeId)) {
-        return fromNodeId(static_cast<unsigned char>(nodeId));
+    if (const auto nodeId = parseNumber(text, 0xFF)) {
+        return fromNodeId(static_cast<unsigned char>(*nodeId));
     }
     std::string rest;
     int unit = 0;

@@ -2,17 +2,17 @@
 #ifndef RECORDKIT_TOOL_PRINT_JSON_H
 #define RECORDKIT_TOOL_PRINT_JSON_H
 
+#include <nlohmann/json.hpp>
 #include <string>
 
-#include <nlohmann/json.hpp>
+#include <recordkit/inspect/bytes/Text.h>
+
+#include "../Errors.h"
 
 namespace recordkit::tool {
 
 /// Fields in the order in which they are written.
 using Json = nlohmann::ordered_json;
-
-/// Text of a record is Latin-1; JSON and terminals want UTF-8.
-std::string toUtf8(const std::string& text);
 
 /// One value, indented, with a newline.
 std::string indented(const Json& value);

@@ -30,6 +30,25 @@ const char* sequenceOf(Style style)
 
 }
 
+Style styleOf(inspect::Severity severity)
+{
+    switch (severity) {
+    case SeverityMap::SEV_INFORMATIONAL:
+        return Style::GOOD;
+    case SeverityMap::SEV_MONITOR:
+        return Style::NOTICE;
+    case SeverityMap::SEV_NONCRITICAL:
+        return Style::WARNING;
+    case SeverityMap::SEV_CRITICAL:
+        return Style::ALARM;
+    case SeverityMap::SEV_NONRECOVERABLE:
+        return Style::FATAL;
+    case SeverityMap::SEV_NONE:
+        break;
+    }
+    return Style::PLAIN;
+}
+
 Table::Table(std::vector<Column> tableColumns, bool useColour)
     : columns(std::move(tableColumns)), hasColour(useColour)
 {

@@ -6,10 +6,17 @@
 #include <string>
 #include <vector>
 
+#include <recordkit/inspect/words/Severities.h>
+
+#include "../Errors.h"
+
 namespace recordkit::tool {
 
 /// How a cell stands out on a terminal.
 enum class Style { PLAIN, GOOD, NOTICE, WARNING, ALARM, FATAL };
+
+/// How a severity stands out.
+Style styleOf(inspect::Severity severity);
 
 struct Cell {
     std::string text;

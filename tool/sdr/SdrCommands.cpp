@@ -1,20 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fmt/format.h>
 #include <memory>
 
-#include <fmt/format.h>
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/sensor/Sensor.h>
+#include <recordkit/inspect/words/EventTypes.h>
+#include <recordkit/inspect/words/EventWords.h>
+#include <recordkit/inspect/words/SensorTypes.h>
+#include <recordkit/inspect/words/Severities.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
-#include "../Numbers.h"
 #include "../decode/DecodedPrinter.h"
 #include "../print/Table.h"
-#include "../severity/SeverityNames.h"
-#include "../tables/EventTypes.h"
-#include "../tables/EventWords.h"
-#include "../tables/SensorTypes.h"
-#include "../text/CodedText.h"
-#include "Sensor.h"
+#include "SensorJson.h"
 
 namespace recordkit::tool {
 
@@ -49,12 +51,10 @@ Repository readRepository(const Options& options)
     repository.file = parseSdrFile(readInput(options.file), formatOf(options.format));
     repository.problems = repository.file.problems;
     for (const SdrRecord& record : repository.file.records) {
-        Sensor sensor;
-        std::string problem;
-        if (readSensor(record, sensor, problem)) {
-            repository.sensors.push_back(sensor);
-        } else {
-            repository.problems.push_back(problem);
+        try {
+            repository.sensors.push_back(readSensor(record));
+        } catch (const DataError& e) {
+            repository.problems.emplace_back(e.what());
         }
     }
     return repository;
@@ -134,12 +134,11 @@ void list(const Options& options, bool hasColour)
 
 const SdrRecord& findRecord(const Repository& repository, const std::string& text)
 {
-    unsigned long id = 0;
-    if (!parseNumber(text, 0xFFFF, id)) {
-        throw usageError(fmt::format("\"{}\" is no record id, expected 0 to 65535, decimal or as "
-                                     "0x1F",
-                                     text));
-    }
+    const unsigned long id =
+        orThrow(parseNumber(text, 0xFFFF),
+                usageError(fmt::format("\"{}\" is not a record id, expected 0 to 65535, decimal or "
+                                       "as 0x1F",
+                                       text)));
     for (const SdrRecord& record : repository.file.records) {
         if (record.id() == id) {
             return record;
@@ -158,8 +157,7 @@ void show(const Options& options, bool hasColour)
     if (name == nullptr) {
         throw dataError(fmt::format("{}: record {:04X}h at offset {} is no sensor but {}: {}",
                                     repository.name, record.id(), record.offset,
-                                    sdrTypeName(record.type()),
-                                    toHex(std::string(record.bytes.begin(), record.bytes.end()))));
+                                    sdrTypeName(record.type()), toHex(record.bytes)));
     }
     printDecoded(*findRecordClass(name), record.bytes, options.isJson, hasColour);
 }

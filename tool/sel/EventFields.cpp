@@ -4,12 +4,13 @@
 #include <fmt/format.h>
 #include <iterator>
 
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/words/EventTypes.h>
+#include <recordkit/inspect/words/SensorTypes.h>
 #include <recordkit/sel/BMCSELEntryMessage.h>
 
-#include "../Numbers.h"
 #include "../print/Json.h"
-#include "../tables/EventTypes.h"
-#include "../tables/SensorTypes.h"
 
 namespace recordkit::tool {
 
@@ -198,7 +199,7 @@ std::string describeEvent(const Event& event)
     if (event.kind == EventKind::SYSTEM_EVENT) {
         describeSystemEvent(text, event);
     } else {
-        line(text, "data", toHex(event.oemData.data(), event.oemData.size()));
+        line(text, "data", toLowerHex(event.oemData));
     }
     std::string partitions;
     for (const unsigned int partition : bitsOf(event.partitions)) {

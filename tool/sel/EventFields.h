@@ -4,7 +4,9 @@
 
 #include <string>
 
-#include "Event.h"
+#include <recordkit/inspect/event/Event.h>
+
+#include "../Errors.h"
 
 namespace recordkit::tool {
 

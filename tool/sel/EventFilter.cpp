@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "EventFilter.h"
 
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/words/SensorTypes.h>
+
 #include "../Errors.h"
-#include "../Numbers.h"
-#include "../tables/SensorTypes.h"
 
 namespace recordkit::tool {
 
@@ -13,12 +14,9 @@ constexpr unsigned long LAST_PARTITION = 15;
 
 unsigned int timeOf(const char* option, const std::string& text)
 {
-    unsigned int seconds = 0;
-    if (!parseTime(text, seconds)) {
-        throw usageError(std::string(option) + ": \"" + text +
-                         "\" is no time, expected as 2024-11-05 or 2024-11-05T06:07:08Z (UTC)");
-    }
-    return seconds;
+    return orThrow(parseTime(text), usageError(std::string(option) + ": \"" + text +
+                                               "\" is not a time, expected as 2024-11-05 or "
+                                               "2024-11-05T06:07:08Z (UTC)"));
 }
 
 }
@@ -47,10 +45,11 @@ void EventFilter::addTo(CLI::App& command)
 
 void EventFilter::prepare()
 {
-    if (!severityText.empty() && !findSeverity(severityText, leastSeverity)) {
-        throw usageError("--severity: \"" + severityText +
-                         "\" is none of informational, monitor, warning, critical, "
-                         "non-recoverable");
+    if (!severityText.empty()) {
+        leastSeverity = orThrow(findSeverity(severityText),
+                                usageError("--severity: \"" + severityText +
+                                           "\" is none of informational, monitor, warning, "
+                                           "critical, non-recoverable"));
     }
     if (!sinceText.empty()) {
         since = timeOf("--since", sinceText);
@@ -58,13 +57,16 @@ void EventFilter::prepare()
     if (!untilText.empty()) {
         until = timeOf("--until", untilText);
     }
-    if (!sensorTypeText.empty() && !findSensorType(sensorTypeText, sensorType)) {
-        throw usageError("--sensor-type: \"" + sensorTypeText +
-                         "\" is neither the name nor the number of a sensor type");
+    if (!sensorTypeText.empty()) {
+        sensorType = orThrow(findSensorType(sensorTypeText),
+                             usageError("--sensor-type: \"" + sensorTypeText +
+                                        "\" is neither the name nor the number of a sensor type"));
     }
-    if (!partitionText.empty() && !parseNumber(partitionText, LAST_PARTITION, partition)) {
-        throw usageError("--partition: \"" + partitionText + "\" is no partition, expected 0 to " +
-                         std::to_string(LAST_PARTITION));
+    if (!partitionText.empty()) {
+        partition = orThrow(parseNumber(partitionText, LAST_PARTITION),
+                            usageError("--partition: \"" + partitionText +
+                                       "\" is not a partition, expected 0 to " +
+                                       std::to_string(LAST_PARTITION)));
     }
 }
 

@@ -2,11 +2,12 @@
 #ifndef RECORDKIT_TOOL_SEL_EVENTFILTER_H
 #define RECORDKIT_TOOL_SEL_EVENTFILTER_H
 
+#include <CLI/CLI.hpp>
 #include <string>
 
-#include <CLI/CLI.hpp>
+#include <recordkit/inspect/event/Event.h>
 
-#include "Event.h"
+#include "../Errors.h"
 
 namespace recordkit::tool {
 

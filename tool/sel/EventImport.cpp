@@ -3,15 +3,14 @@
 
 #include <algorithm>
 #include <cctype>
+#include <fmt/format.h>
 #include <sstream>
 
-#include <fmt/format.h>
-
+#include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/selfile/SELFileLayout.h>
 
 #include "../Errors.h"
 #include "../print/Json.h"
-#include "../text/HexDump.h"
 
 namespace recordkit::tool {
 

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "EventJson.h"
 
-#include "../Numbers.h"
-#include "../tables/EventTypes.h"
-#include "../tables/SensorTypes.h"
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/words/EventTypes.h>
+#include <recordkit/inspect/words/SensorTypes.h>
 
 namespace recordkit::tool {
 
@@ -35,7 +36,7 @@ Json toJson(const Event& event)
     json["timestamp"] = event.hasTime ? Json(event.time.raw()) : Json(nullptr);
     json["pre_init"] = event.hasTime ? Json(event.time.isPreInit()) : Json(nullptr);
     json["severity"] = ofSystemEvent(severityName(event.severity));
-    json["generator"] = ofSystemEvent(toHex(event.generatorId, 2));
+    json["generator"] = ofSystemEvent(toLowerHex(event.generatorId));
     json["sensor_type"] = ofSystemEvent(event.sensorType);
     json["sensor_type_name"] = ofSystemEvent(sensorTypeName(event.sensorType));
     json["sensor"] = ofSystemEvent(event.sensorNumber);
@@ -44,14 +45,13 @@ Json toJson(const Event& event)
     json["event_offset"] = ofSystemEvent(event.offset);
     json["event"] = eventText(event);
     json["direction"] = ofSystemEvent(event.isDeassertion ? "deasserted" : "asserted");
-    json["event_data"] = ofSystemEvent(toHex(event.data, sizeof event.data));
+    json["event_data"] = ofSystemEvent(toLowerHex(event.data));
     json["manufacturer"] = isManufactured ? Json(event.manufacturer) : Json(nullptr);
-    json["oem_data"] =
-        isSystemEvent ? Json(nullptr) : Json(toHex(event.oemData.data(), event.oemData.size()));
+    json["oem_data"] = isSystemEvent ? Json(nullptr) : Json(toLowerHex(event.oemData));
     json["partitions"] = bitsOf(event.partitions);
     json["part_number"] = textOrNull(event.partNumber);
     json["serial_number"] = textOrNull(event.serialNumber);
-    json["image"] = toHex(event.image.data(), event.image.size());
+    json["image"] = toLowerHex(event.image);
     return json;
 }
 

@@ -2,8 +2,10 @@
 #ifndef RECORDKIT_TOOL_SEL_EVENTJSON_H
 #define RECORDKIT_TOOL_SEL_EVENTJSON_H
 
+#include <recordkit/inspect/event/Event.h>
+
+#include "../Errors.h"
 #include "../print/Json.h"
-#include "Event.h"
 
 namespace recordkit::tool {
 

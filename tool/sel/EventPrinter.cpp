@@ -3,9 +3,11 @@
 
 #include <fmt/format.h>
 
-#include "../Numbers.h"
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/words/SensorTypes.h>
+
 #include "../print/Csv.h"
-#include "../tables/SensorTypes.h"
 #include "EventJson.h"
 
 namespace recordkit::tool {
@@ -111,13 +113,13 @@ std::vector<Cell> eventCells(const Event& event)
         cells.push_back({sensorTypeName(event.sensorType)});
         cells.push_back({fmt::format("{:02X}h", event.sensorNumber)});
         cells.push_back({event.isDeassertion ? "deasserted" : "asserted"});
-        cells.push_back({toHex(event.data, sizeof event.data)});
+        cells.push_back({toLowerHex(event.data)});
     } else {
         cells.push_back({"-"});
         cells.push_back({kindName(event.kind)});
         cells.push_back({"-"});
         cells.push_back({"-"});
-        cells.push_back({toHex(event.oemData.data(), event.oemData.size())});
+        cells.push_back({toLowerHex(event.oemData)});
     }
     cells.push_back({partitionsText(event.partitions)});
     cells.push_back({eventText(event), styleOf(event.severity)});

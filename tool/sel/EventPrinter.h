@@ -5,8 +5,10 @@
 #include <memory>
 #include <string>
 
+#include <recordkit/inspect/event/Event.h>
+
+#include "../Errors.h"
 #include "../print/Table.h"
-#include "Event.h"
 
 namespace recordkit::tool {
 

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cstdio>
+#include <fmt/format.h>
 #include <map>
 #include <memory>
 
-#include <fmt/format.h>
-
+#include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/selfile/SELFileLayout.h>
 
 #include "../Commands.h"
 #include "../Files.h"
-#include "../Numbers.h"
+#include "../print/Progress.h"
 #include "EventImport.h"
 #include "Store.h"
 
@@ -20,9 +20,6 @@ namespace {
 namespace Layout = TAVLib::RecordKit::SELFileLayout;
 using TAVLib::RecordKit::OEMSELEntry;
 
-/// Inputs shorter than this are stored before a progress bar could be read.
-constexpr std::size_t WORTH_A_PROGRESS_BAR = 2000;
-
 struct Options {
     std::string file;
     BoardOption board;
@@ -32,39 +29,6 @@ struct Options {
     bool rotates = false;
     std::string partitions;
     OemFields fields;
-};
-
-/// A bar on standard error, drawn anew for each hundredth.
-class Progress {
-public:
-    Progress(std::size_t count, bool isWanted)
-        : total(count), isShown(isWanted && count >= WORTH_A_PROGRESS_BAR)
-    {
-    }
-    ~Progress()
-    {
-        if (isShown) {
-            std::fputs("\r\033[K", stderr);
-        }
-    }
-    Progress(const Progress&) = delete;
-    Progress& operator=(const Progress&) = delete;
-
-    void show(std::size_t done)
-    {
-        const auto percent = static_cast<int>(done * 100 / total);
-        if (isShown && percent != shown) {
-            shown = percent;
-            const int width = percent / 4;
-            std::fprintf(stderr, "\r[%s%s] %d %%", std::string(width, '#').c_str(),
-                         std::string(25 - width, ' ').c_str(), percent);
-        }
-    }
-
-private:
-    std::size_t total;
-    bool isShown;
-    int shown = -1;
 };
 
 /// Record ids that go on from the newest record of a board.
@@ -105,12 +69,11 @@ OemFields oemFields(const CLI::App& command, const Options& options, const Globa
 {
     OemFields fields = options.fields;
     if (command.count("--partitions") != 0) {
-        std::vector<unsigned long> partitions;
         const auto last = static_cast<unsigned long>(globals.getPartitions() - 1);
-        if (!parseNumberList(options.partitions, last, partitions)) {
-            throw usageError(fmt::format("--partitions: \"{}\" is no list of partitions 0 to {}",
-                                         options.partitions, last));
-        }
+        const std::vector<unsigned long> partitions = orThrow(
+            parseNumberList(options.partitions, last),
+            usageError(fmt::format("--partitions: \"{}\" is not a list of partitions 0 to {}",
+                                   options.partitions, last)));
         for (const unsigned long partition : partitions) {
             fields.partitions = static_cast<unsigned short>(fields.partitions | 1U << partition);
         }

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fmt/format.h>
 #include <memory>
 
-#include <fmt/format.h>
-
+#include <recordkit/inspect/bytes/Time.h>
 #include <recordkit/selfile/SELStoreCheck.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
-#include "../Time.h"
 #include "../print/Json.h"
 
 namespace recordkit::tool {

@@ -3,11 +3,12 @@
 #include <memory>
 #include <set>
 
+#include <recordkit/inspect/log/NewEvents.h>
+
 #include "../Commands.h"
 #include "../Errors.h"
 #include "EventFilter.h"
 #include "EventPrinter.h"
-#include "NewEvents.h"
 #include "WriteWatch.h"
 
 namespace recordkit::tool {

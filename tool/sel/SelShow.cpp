@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fmt/format.h>
 #include <memory>
 
-#include <fmt/format.h>
+#include <recordkit/inspect/bytes/Numbers.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
-#include "../Numbers.h"
 #include "EventFields.h"
 #include "EventJson.h"
 #include "Store.h"
@@ -48,11 +48,11 @@ Event chooseEvent(const Options& options, const Globals& globals)
     if (isByLog == !options.id.empty()) {
         throw usageError("expected a record id or --log N");
     }
-    unsigned long number = 0;
-    if (!parseNumber(isByLog ? options.log : options.id, 0xFFFF, number)) {
-        throw usageError(fmt::format("\"{}\" is no number, expected 0 to 65535, decimal or as 0x1F",
-                                     isByLog ? options.log : options.id));
-    }
+    const std::string& text = isByLog ? options.log : options.id;
+    const unsigned long number =
+        orThrow(parseNumber(text, 0xFFFF),
+                usageError(fmt::format(
+                    "\"{}\" is not a number, expected 0 to 65535, decimal or as 0x1F", text)));
     if (isByLog) {
         return findEvent(board, fmt::format("log number {}", number),
                          [number](const SELChainReader::Record& record) {

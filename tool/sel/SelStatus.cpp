@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <fmt/format.h>
 #include <memory>
 
-#include <fmt/format.h>
-
+#include <recordkit/inspect/bytes/Time.h>
 #include <recordkit/selfile/SELFileLayout.h>
 #include <recordkit/selfile/SELStoreCheck.h>
 
 #include "../Commands.h"
-#include "../Time.h"
 #include "../print/Json.h"
 #include "../print/Table.h"
 #include "Store.h"

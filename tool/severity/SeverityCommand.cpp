@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fmt/format.h>
 #include <memory>
 
-#include <fmt/format.h>
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/words/EventTypes.h>
+#include <recordkit/inspect/words/EventWords.h>
+#include <recordkit/inspect/words/SensorTypes.h>
+#include <recordkit/inspect/words/Severities.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
-#include "../Numbers.h"
 #include "../print/Json.h"
-#include "../tables/EventTypes.h"
-#include "../tables/EventWords.h"
-#include "../tables/SensorTypes.h"
-#include "SeverityNames.h"
+#include "../print/Table.h"
 
 namespace recordkit::tool {
 
@@ -147,19 +148,16 @@ std::string offsetsText(unsigned int mask)
 
 unsigned char parseCode(const char* what, const std::string& text)
 {
-    unsigned long code = 0;
-    if (!parseNumber(text, 0xFF, code)) {
-        throw usageError(fmt::format("{}: \"{}\" is no code, expected 0 to 0xFF", what, text));
-    }
-    return static_cast<unsigned char>(code);
+    return static_cast<unsigned char>(orThrow(
+        parseNumber(text, 0xFF),
+        usageError(fmt::format("{}: \"{}\" is not a code, expected 0 to 0xFF", what, text))));
 }
 
 unsigned short parseOffsets(const std::string& text)
 {
-    std::vector<unsigned long> offsets;
-    if (!parseNumberList(text, OFFSETS - 1, offsets)) {
-        throw usageError(fmt::format("OFFSETS: \"{}\" is no list of offsets 0 to 15", text));
-    }
+    const std::vector<unsigned long> offsets =
+        orThrow(parseNumberList(text, OFFSETS - 1),
+                usageError(fmt::format("OFFSETS: \"{}\" is not a list of offsets 0 to 15", text)));
     unsigned int mask = 0;
     for (const unsigned long offset : offsets) {
         mask |= 1U << offset;
@@ -170,12 +168,11 @@ unsigned short parseOffsets(const std::string& text)
 void answer(const Options& options)
 {
     const unsigned char eventType = parseCode("EVENT-TYPE", options.eventType);
-    unsigned char sensorType = 0;
-    if (!findSensorType(options.sensorType, sensorType)) {
-        throw usageError(fmt::format("SENSOR-TYPE: \"{}\" is neither the name nor the number of a "
-                                     "sensor type",
-                                     options.sensorType));
-    }
+    const unsigned char sensorType = orThrow(
+        findSensorType(options.sensorType),
+        usageError(fmt::format("SENSOR-TYPE: \"{}\" is neither the name nor the number of a "
+                               "sensor type",
+                               options.sensorType)));
     const unsigned short offsets = parseOffsets(options.offsets);
     const Pair pair = lookUp(eventType, sensorType);
     SeverityMap& map = *SeverityMap::getInstance();
@@ -191,7 +188,7 @@ void answer(const Options& options)
     }
     fmt::print("event type    {:02X}h {}\n", eventType, eventTypeName(eventType));
     fmt::print("sensor type   {:02X}h {}{}\n", sensorType, sensorTypeName(sensorType),
-               pair.isKnown ? "" : " (the map does not hold this pair)");
+               pair.isKnown ? "" : " (the map does not contain this pair)");
     for (const unsigned int offset : bitsOf(offsets)) {
         const char* const words =
             eventWords(eventType, sensorType, static_cast<unsigned char>(offset));

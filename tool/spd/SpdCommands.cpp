@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fmt/format.h>
 #include <memory>
 
-#include <fmt/format.h>
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Text.h>
 
 #include "../Commands.h"
 #include "../FileResults.h"
 #include "../Files.h"
 #include "../print/Table.h"
-#include "../text/CodedText.h"
-#include "../text/HexDump.h"
-#include "Spd.h"
+#include "SpdJson.h"
 
 namespace recordkit::tool {
 
@@ -123,7 +123,7 @@ void show(const Options& options, bool hasColour)
             const std::vector<unsigned char> bytes = parseImage(inputName(file), readInput(file));
             try {
                 spd = parseSpd(bytes);
-            } catch (const CommandError& e) {
+            } catch (const Error& e) {
                 throw dataError(inputName(file) + ": " + e.what());
             }
             if (options.isJson) {

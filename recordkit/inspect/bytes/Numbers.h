@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_BYTES_NUMBERS_H
+#define RECORDKIT_INSPECT_BYTES_NUMBERS_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace recordkit::inspect {
+
+/// Reads a whole text as a number up to `limit`: decimal, 0x hexadecimal, or hexadecimal digits
+/// that end in h.
+std::optional<unsigned long> parseNumber(const std::string& text, unsigned long limit);
+
+/// Reads "0,2,5" as numbers up to `limit`.
+std::optional<std::vector<unsigned long>> parseNumberList(const std::string& text,
+                                                          unsigned long limit);
+
+/// The numbers of the bits that are set, low ones first.
+std::vector<unsigned int> bitsOf(unsigned int mask);
+
+}
+
+#endif

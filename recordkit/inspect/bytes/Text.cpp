@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/inspect/bytes/Text.h>
+
+#include <fmt/format.h>
+
+namespace recordkit::inspect {
+
+namespace {
+
+void appendUtf8(unsigned int character, std::string& text)
+{
+    const auto put = [&text](unsigned int byte) { text += static_cast<char>(byte); };
+    if (character < 0x80) {
+        put(character);
+    } else if (character < 0x800) {
+        put(0xC0 | character >> 6);
+        put(0x80 | (character & 0x3F));
+    } else if (character < 0x10000) {
+        put(0xE0 | character >> 12);
+        put(0x80 | (character >> 6 & 0x3F));
+        put(0x80 | (character & 0x3F));
+    } else {
+        put(0xF0 | character >> 18);
+        put(0x80 | (character >> 12 & 0x3F));
+        put(0x80 | (character >> 6 & 0x3F));
+        put(0x80 | (character & 0x3F));
+    }
+}
+
+}
+
+Coding codingOf(unsigned char typeLength)
+{
+    return static_cast<Coding>(typeLength >> 6);
+}
+
+const char* codingName(Coding coding)
+{
+    constexpr const char* NAMES[] = {"binary", "BCD plus", "6-bit", "text"};
+    return NAMES[coding];
+}
+
+std::string decodeBcdPlus(ByteView bytes)
+{
+    constexpr const char* CHARACTERS = "0123456789 -.:,_";
+    std::string text;
+    for (const unsigned char byte : bytes) {
+        text += CHARACTERS[byte >> 4];
+        text += CHARACTERS[byte & 0xF];
+    }
+    return text;
+}
+
+std::string decodeSixBit(ByteView bytes)
+{
+    constexpr unsigned int BITS = 6;
+    std::string text;
+    for (std::size_t bit = 0; bit + BITS <= bytes.size() * 8; bit += BITS) {
+        text += static_cast<char>(0x20 + (bytes.le16(bit / 8) >> bit % 8 & 0x3F));
+    }
+    return text;
+}
+
+std::string decodeUtf16(ByteView bytes)
+{
+    constexpr unsigned int REPLACEMENT = 0xFFFD;
+    const auto isHigh = [](unsigned int unit) { return unit >= 0xD800 && unit < 0xDC00; };
+    const auto isLow = [](unsigned int unit) { return unit >= 0xDC00 && unit < 0xE000; };
+    std::string text;
+    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+        const unsigned int unit = bytes.le16(at);
+        if (isHigh(unit) && at + 3 < bytes.size() && isLow(bytes.le16(at + 2))) {
+            appendUtf8(0x10000 + ((unit - 0xD800) << 10) + (bytes.le16(at + 2) - 0xDC00), text);
+            at += 2;
+        } else {
+            appendUtf8(isHigh(unit) || isLow(unit) ? REPLACEMENT : unit, text);
+        }
+    }
+    return text;
+}
+
+std::string toUtf8(ByteView latin1)
+{
+    std::string utf8;
+    for (const unsigned char character : latin1) {
+        appendUtf8(character, utf8);
+    }
+    return utf8;
+}
+
+std::optional<std::string> toLatin1(const std::string& text)
+{
+    const ByteView bytes = text;
+    std::string latin1;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (bytes[i] < 0x80) {
+            latin1 += text[i];
+            continue;
+        }
+        // C2h and C3h lead the two-byte forms of 80h to FFh.
+        const bool isPair = (bytes[i] == 0xC2 || bytes[i] == 0xC3) && i + 1 < bytes.size() &&
+                            (bytes[i + 1] & 0xC0) == 0x80;
+        if (!isPair) {
+            return std::nullopt;
+        }
+        const unsigned int high = bytes[i] & 3U;
+        latin1 += static_cast<char>(high << 6 | (bytes[++i] & 0x3FU));
+    }
+    return latin1;
+}
+
+std::string printable(const std::string& text)
+{
+    const ByteView bytes = text;
+    std::string result;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const bool isC1 = bytes[i] == 0xC2 && i + 1 < bytes.size() && bytes[i + 1] < 0xA0;
+        if (bytes[i] < 0x20 || bytes[i] == 0x7F) {
+            result += fmt::format("\\x{:02X}", bytes[i]);
+        } else if (isC1) {
+            result += fmt::format("\\x{:02X}", bytes[++i]);
+        } else {
+            result += text[i];
+        }
+    }
+    return result;
+}
+
+}

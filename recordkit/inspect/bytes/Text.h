@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_BYTES_TEXT_H
+#define RECORDKIT_INSPECT_BYTES_TEXT_H
+
+#include <optional>
+#include <string>
+
+#include <recordkit/inspect/bytes/ByteView.h>
+
+namespace recordkit::inspect {
+
+// Texts in the codings of a type/length byte (IPMI v2.0, section 43.15; IPMI FRU Information
+// Storage Definition v1.0, section 13). Texts are UTF-8.
+
+/// Bits 7..6 of a type/length byte.
+enum Coding : unsigned char {
+    CODING_BINARY = 0,
+    CODING_BCD_PLUS = 1,
+    CODING_SIX_BIT = 2,
+    CODING_TEXT = 3,
+};
+
+Coding codingOf(unsigned char typeLength);
+/// "binary", "BCD plus", "6-bit" or "text".
+const char* codingName(Coding coding);
+
+/// Two characters a byte, the high half first: digits, blank, "-", ".", ":", "," and "_".
+std::string decodeBcdPlus(ByteView bytes);
+/// Four characters in three bytes, from the low bits up; 20h to 5Fh. Trailing blanks are kept:
+/// padding cannot be told from text.
+std::string decodeSixBit(ByteView bytes);
+/// 16-bit characters, low byte first; what is not a character becomes U+FFFD.
+std::string decodeUtf16(ByteView bytes);
+
+/// Latin-1, the coding of texts in records, as UTF-8.
+std::string toUtf8(ByteView latin1);
+
+/// UTF-8 as Latin-1; nothing when a character is not in Latin-1, or the text is not UTF-8.
+std::optional<std::string> toLatin1(const std::string& text);
+
+/// The text with control characters as \x07, for terminals.
+std::string printable(const std::string& text);
+
+}
+
+#endif

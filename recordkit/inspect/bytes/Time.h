@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_BYTES_TIME_H
+#define RECORDKIT_INSPECT_BYTES_TIME_H
+
+#include <optional>
+#include <string>
+
+namespace recordkit::inspect {
+
+/// An IPMI timestamp (IPMI v2.0, section 37): seconds since 1970-01-01 UTC, or, up to 20000000h,
+/// seconds since the controller was initialised; FFFFFFFFh is none.
+class Timestamp {
+public:
+    explicit Timestamp(unsigned int ipmiSeconds) : seconds(ipmiSeconds) {}
+
+    unsigned int raw() const { return seconds; }
+    bool isPreInit() const { return seconds <= LAST_PRE_INIT; }
+    bool isUnspecified() const { return seconds == UNSPECIFIED; }
+    bool isDate() const { return !isPreInit() && !isUnspecified(); }
+
+    /// "2024-11-05 06:07:08", "pre-init +948227 s" or "unspecified".
+    std::string toText() const;
+    /// "2024-11-05T06:07:08Z"; empty unless it is a date.
+    std::string toIso() const;
+
+private:
+    static constexpr unsigned int LAST_PRE_INIT = 0x20000000;
+    static constexpr unsigned int UNSPECIFIED = 0xFFFFFFFF;
+
+    unsigned int seconds;
+};
+
+/// Reads "2024-11-05", "2024-11-05 06:07" or "2024-11-05T06:07:08Z" as UTC, in seconds since 1970;
+/// nothing for any other text and for a time that an IPMI timestamp cannot express.
+std::optional<unsigned int> parseTime(const std::string& text);
+
+}
+
+#endif

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_EEPROM_SETTINGINDEX_H
+#define RECORDKIT_INSPECT_EEPROM_SETTINGINDEX_H
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include <recordkit/inspect/bytes/ByteView.h>
+
+namespace recordkit::inspect {
+
+/// Size of each EEPROM that setting areas lie on; an area's offset has 16 bits.
+constexpr unsigned int SETTING_EEPROM_SIZE = 65536;
+
+/// One entry of the index of setting areas, as PanelEEPROMIndex reads it.
+struct SettingEntry {
+    int number = 0; ///< by its position in the index
+    std::array<unsigned char, 16> bytes = {};
+    bool isValid = false;
+    bool isChecksumRight = false;
+    int eeprom = 0;
+    int areaNumber = 0;
+    unsigned int offset = 0;
+    unsigned int size = 0;
+
+    unsigned int end() const { return offset + size; }
+};
+
+/// All entries of an index of 432 bytes.
+std::vector<SettingEntry> parseSettingIndex(ByteView bytes);
+
+/// What is wrong with how the areas lie: those that overlap each other or the index, or reach
+/// beyond their EEPROM. Areas of 0 bytes do not count.
+std::vector<std::string> layoutProblems(const std::vector<SettingEntry>& entries);
+
+/// Makes an index: entries that are not given have no area, and name their own number. Throws
+/// DataError for a number that is given twice, and for layoutProblems.
+Bytes makeSettingIndex(const std::vector<SettingEntry>& entries);
+
+}
+
+#endif

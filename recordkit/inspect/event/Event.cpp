@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/inspect/event/Event.h>
+
+#include <algorithm>
+#include <fmt/format.h>
+
+#include <recordkit/inspect/words/EventTypes.h>
+#include <recordkit/inspect/words/EventWords.h>
+#include <recordkit/inspect/words/FirmwareWords.h>
+#include <recordkit/sel/BMCSELEntryMessage.h>
+#include <recordkit/serial/BitField.h>
+
+namespace recordkit::inspect {
+
+using TAVLib::get_bit;
+using TAVLib::RecordKit::BMCSELEntryMessage;
+using TAVLib::RecordKit::SELEntry;
+
+namespace {
+
+EventKind kindOf(unsigned char recordType)
+{
+    if (recordType == SELEntry::SYSTEM_EVENT_RECORD) {
+        return EventKind::SYSTEM_EVENT;
+    }
+    if (recordType >= SELEntry::FIRST_OEM_UNTIMESTAMPED_RECORD) {
+        return EventKind::OEM_UNTIMESTAMPED;
+    }
+    return recordType >= SELEntry::FIRST_OEM_TIMESTAMPED_RECORD ? EventKind::OEM_TIMESTAMPED
+                                                                : EventKind::OTHER;
+}
+
+unsigned int littleEndian(const SELEntry& entry, int byte, int width)
+{
+    unsigned int value = 0;
+    for (int i = width - 1; i >= 0; --i) {
+        value = value << 8 | entry.getSpecifiedBytePosData(byte + i);
+    }
+    return value;
+}
+
+void decodeSystemEvent(const SELEntry& entry, Event& event)
+{
+    event.generatorId[0] = entry.getSpecifiedBytePosData(SELEntry::GENERATOR_ID_1);
+    event.generatorId[1] = entry.getSpecifiedBytePosData(SELEntry::GENERATOR_ID_2);
+    event.sensorType = entry.getSpecifiedBytePosData(SELEntry::SENSOR_TYPE);
+    event.sensorNumber = entry.getSpecifiedBytePosData(SELEntry::SENSOR_NUMBER);
+    const unsigned char type = entry.getSpecifiedBytePosData(SELEntry::EVENT_TYPE);
+    event.isDeassertion = get_bit(type, 7, 1) != 0;
+    event.eventType = get_bit(type, 0, 7);
+    for (int i = 0; i < 3; ++i) {
+        event.data[i] = entry.getSpecifiedBytePosData(SELEntry::EVENT_DATA_1 + i);
+    }
+    event.offset = get_bit(event.data[0], 0, 4);
+    event.severity = severityOfEvent(event.eventType, event.sensorType, event.offset);
+}
+
+/// What event data 2 adds to the words of an event; nullptr where it adds nothing.
+const char* extensionWords(const Event& event)
+{
+    constexpr unsigned char FIRMWARE_SENSOR = 0x0F;
+    constexpr unsigned char SENSOR_SPECIFIC_DATA = 3;
+    const bool isExtended = get_bit(event.data[0], 6, 2) == SENSOR_SPECIFIC_DATA;
+    return isExtended && event.eventType == SENSOR_SPECIFIC_EVENT &&
+                   event.sensorType == FIRMWARE_SENSOR
+               ? firmwareWords(event.offset, event.data[1])
+               : nullptr;
+}
+
+std::string systemEventText(const Event& event)
+{
+    const char* const words = eventWords(event.eventType, event.sensorType, event.offset);
+    if (words == nullptr) {
+        return fmt::format("{} event {:02X}h, offset {}", eventTypeName(event.eventType),
+                           event.eventType, event.offset);
+    }
+    const char* const extension = extensionWords(event);
+    return extension == nullptr ? words : fmt::format("{}: {}", words, extension);
+}
+
+void decodeOemData(const SELEntry& entry, int from, Event& event)
+{
+    for (int byte = from; byte <= static_cast<int>(SELEntry::RECORD_SIZE); ++byte) {
+        event.oemData.push_back(entry.getSpecifiedBytePosData(byte));
+    }
+}
+
+}
+
+Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::Record& record)
+{
+    BMCSELEntryMessage entry;
+    entry.setSerialized(record.image, BMCSELEntryMessage::MESSAGE_IMAGE_SIZE);
+    Event event;
+    event.board = board;
+    event.logNumber = record.logNumber;
+    event.fileIndex = record.fileIndex;
+    event.slot = record.slot;
+    event.recordId = littleEndian(entry, SELEntry::RECORD_ID, 2);
+    event.recordType = entry.getSpecifiedBytePosData(SELEntry::RECORD_TYPE);
+    event.kind = kindOf(event.recordType);
+    event.hasTime = event.kind != EventKind::OEM_UNTIMESTAMPED;
+    if (event.hasTime) {
+        event.time = Timestamp(littleEndian(entry, SELEntry::TIMESTAMP, 4));
+    }
+    switch (event.kind) {
+    case EventKind::SYSTEM_EVENT:
+        decodeSystemEvent(entry, event);
+        break;
+    case EventKind::OEM_TIMESTAMPED:
+        event.manufacturer = littleEndian(entry, SELEntry::OEM_MANUFACTURER_ID, 3);
+        decodeOemData(entry, SELEntry::OEM_TIMESTAMPED_DATA, event);
+        break;
+    case EventKind::OEM_UNTIMESTAMPED:
+        decodeOemData(entry, SELEntry::OEM_UNTIMESTAMPED_DATA, event);
+        break;
+    case EventKind::OTHER:
+        decodeOemData(entry, SELEntry::OEM_MANUFACTURER_ID, event);
+        break;
+    }
+    event.partitions = entry.getPartitionBitmask();
+    event.partNumber = entry.getPartNo();
+    event.serialNumber = entry.getSerialNo();
+    std::copy_n(record.image, event.image.size(), event.image.begin());
+    return event;
+}
+
+const char* kindName(EventKind kind)
+{
+    switch (kind) {
+    case EventKind::SYSTEM_EVENT:
+        return "system-event";
+    case EventKind::OEM_TIMESTAMPED:
+        return "oem-timestamped";
+    case EventKind::OEM_UNTIMESTAMPED:
+        return "oem-untimestamped";
+    case EventKind::OTHER:
+        break;
+    }
+    return "other";
+}
+
+std::string eventText(const Event& event)
+{
+    switch (event.kind) {
+    case EventKind::SYSTEM_EVENT:
+        return systemEventText(event);
+    case EventKind::OEM_TIMESTAMPED:
+        return fmt::format("OEM record {:02X}h, manufacturer {:06X}h", event.recordType,
+                           event.manufacturer);
+    case EventKind::OEM_UNTIMESTAMPED:
+        return fmt::format("OEM record {:02X}h without a time", event.recordType);
+    case EventKind::OTHER:
+        break;
+    }
+    return fmt::format("record of unknown type {:02X}h", event.recordType);
+}
+
+}

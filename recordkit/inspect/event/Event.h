@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_EVENT_EVENT_H
+#define RECORDKIT_INSPECT_EVENT_EVENT_H
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Time.h>
+#include <recordkit/inspect/words/Severities.h>
+#include <recordkit/selfile/SELChainReader.h>
+#include <recordkit/selfile/SELFileLayout.h>
+
+namespace recordkit::inspect {
+
+namespace SELFileLayout = TAVLib::RecordKit::SELFileLayout;
+
+/// What a SEL record is, by its record type (IPMI v2.0, section 32).
+enum class EventKind { SYSTEM_EVENT, OEM_TIMESTAMPED, OEM_UNTIMESTAMPED, OTHER };
+
+/// One record of an event log, decoded.
+struct Event {
+    unsigned int board = 0;
+    unsigned int logNumber = 0; ///< 0: has none
+    int fileIndex = 0;
+    unsigned int slot = 0;
+
+    unsigned int recordId = 0;
+    unsigned char recordType = 0;
+    EventKind kind = EventKind::OTHER;
+    Timestamp time = Timestamp(0);
+    bool hasTime = false;
+
+    // System events.
+    Severity severity = SeverityMap::SEV_NONE;
+    unsigned char generatorId[2] = {};
+    unsigned char sensorType = 0;
+    unsigned char sensorNumber = 0;
+    unsigned char eventType = 0;
+    unsigned char offset = 0;
+    bool isDeassertion = false;
+    unsigned char data[3] = {};
+
+    // OEM records: the manufacturer of the timestamped ones, and the bytes that are the OEM's.
+    unsigned int manufacturer = 0;
+    std::vector<unsigned char> oemData;
+
+    unsigned int partitions = 0; ///< bit p: partition p is concerned
+    std::string partNumber;
+    std::string serialNumber;
+
+    std::array<unsigned char, SELFileLayout::SLOT_SIZE> image = {};
+};
+
+/// Decodes what a slot holds.
+Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::Record& record);
+
+/// "system-event", "oem-timestamped", "oem-untimestamped" or "other".
+const char* kindName(EventKind kind);
+
+/// The event in words; for an offset without words, and for OEM records, what they are.
+std::string eventText(const Event& event);
+
+}
+
+#endif

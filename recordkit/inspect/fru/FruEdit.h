@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_FRU_FRUEDIT_H
+#define RECORDKIT_INSPECT_FRU_FRUEDIT_H
+
+#include <string>
+#include <vector>
+
+namespace recordkit::inspect {
+
+/// A new value for a field of a FRU image, as "board.serial" and UTF-8.
+struct FruEdit {
+    std::string field;
+    std::string value;
+};
+
+/// Reads "board.serial=X". Throws RequestError.
+FruEdit parseFruEdit(const std::string& text);
+
+struct FruEditOptions {
+    bool mayGrow = false;
+    bool repairsChecksums = false;
+};
+
+struct FruChange {
+    std::string field;
+    std::string before;
+    std::string after;
+};
+
+/// An edited image and what was done to it.
+struct FruEditResult {
+    std::string bytes;
+    std::vector<FruChange> changes;
+    std::vector<std::string> notes; ///< one for each area, and for each repaired checksum
+};
+
+/// Edits an image in memory: all fields or none. Areas without edits, multirecords and bytes
+/// outside of areas stay as they are, unless areas may grow.
+///
+/// Throws RequestError for fields that no area has, DataError for everything in image and values
+/// that forbids the edit.
+FruEditResult editFruImage(const std::string& bytes, const std::vector<FruEdit>& edits,
+                           const FruEditOptions& options);
+
+}
+
+#endif

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_FRU_FRUNAMES_H
+#define RECORDKIT_INSPECT_FRU_FRUNAMES_H
+
+#include <string>
+#include <vector>
+
+#include <recordkit/fru/FRUItem.h>
+
+namespace recordkit::inspect {
+
+/// The areas that hold fields for people, in the order of the common header.
+const std::vector<FRU_AREA>& informationAreas();
+
+/// "chassis", "board", "product", "internal", "multirecord".
+std::string fruAreaName(FRU_AREA area);
+/// The area of informationAreas that is called so.
+bool findFruArea(const std::string& name, FRU_AREA& area);
+
+/// Name of a field, as "part-number"; empty for items that are no field of an area.
+std::string fruItemName(FRU_ITEM item);
+
+/// Fields of an area by name, in the order of the image, custom fields aside.
+std::vector<std::string> fruFieldNames(FRU_AREA area);
+
+}
+
+#endif

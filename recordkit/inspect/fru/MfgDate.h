@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_FRU_MFGDATE_H
+#define RECORDKIT_INSPECT_FRU_MFGDATE_H
+
+#include <optional>
+#include <string>
+
+#include <recordkit/inspect/bytes/ByteView.h>
+
+namespace recordkit::inspect {
+
+/// A board's manufacturing date: minutes since 1996-01-01 UTC in three bytes, low byte first; 0 is
+/// unspecified (IPMI FRU Information Storage Definition v1.0, section 11). The count rolls over on
+/// 2027-11-24 at 20:16: what would lie before 2006 counts from there.
+class MfgDate {
+public:
+    static constexpr unsigned int LENGTH = 3;
+
+    explicit MfgDate(unsigned int minutesSince1996) : minutes(minutesSince1996) {}
+    /// From the three bytes of the field.
+    explicit MfgDate(ByteView bytes);
+
+    /// The count as it is stored, without the roll-over.
+    unsigned int raw() const { return minutes; }
+    std::string bytes() const;
+    bool isSpecified() const { return minutes != 0; }
+    /// "2015-01-06 22:01" or "unspecified".
+    std::string toText() const;
+    /// "2015-01-06T22:01:00Z"; empty for an unspecified one.
+    std::string toIso() const;
+
+private:
+    unsigned int secondsSince1970() const;
+
+    unsigned int minutes;
+};
+
+/// Reads a date as parseTime does, or "unspecified". Nothing for any other text, for a date that
+/// the count cannot express, and for 2027-11-24 20:16, whose count is that of "unspecified".
+std::optional<MfgDate> parseMfgDate(const std::string& text);
+
+}
+
+#endif

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_WORDS_EVENTTYPES_H
+#define RECORDKIT_INSPECT_WORDS_EVENTTYPES_H
+
+#include <string>
+
+namespace recordkit::inspect {
+
+/// Event/reading types with a meaning of their own (IPMI v2.0, table 42-1).
+constexpr unsigned char THRESHOLD_EVENT = 0x01;
+constexpr unsigned char LAST_GENERIC_EVENT = 0x0C;
+constexpr unsigned char SENSOR_SPECIFIC_EVENT = 0x6F;
+constexpr unsigned char FIRST_OEM_EVENT = 0x70;
+
+/// What an event/reading type is called: "threshold", "redundancy", "sensor-specific", "OEM", ...
+std::string eventTypeName(unsigned char eventType);
+
+}
+
+#endif

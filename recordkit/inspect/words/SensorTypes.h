@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_WORDS_SENSORTYPES_H
+#define RECORDKIT_INSPECT_WORDS_SENSORTYPES_H
+
+#include <optional>
+#include <string>
+
+namespace recordkit::inspect {
+
+/// The last sensor type that the standard names, and the first of the OEM's own.
+constexpr unsigned char LAST_SENSOR_TYPE = 0x2C;
+constexpr unsigned char FIRST_OEM_SENSOR_TYPE = 0xC0;
+
+/// Name of a sensor type (IPMI v2.0, table 42-3); "OEM C7h" for the OEM's own, "reserved 73h" for
+/// those without a name.
+std::string sensorTypeName(unsigned char sensorType);
+
+/// The sensor type that a person means: a name as above in any case, or a number (7, 0x07, 07h).
+std::optional<unsigned char> findSensorType(const std::string& text);
+
+}
+
+#endif

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_WORDS_SEVERITIES_H
+#define RECORDKIT_INSPECT_WORDS_SEVERITIES_H
+
+#include <optional>
+#include <string>
+
+#include <recordkit/sensor/SeverityMap.h>
+
+namespace recordkit::inspect {
+
+using Severity = SeverityMap::DISCRETESEVERITYSTAT;
+
+/// "none", "warning", "critical", "non-recoverable", "monitor" or "informational".
+const char* severityName(Severity severity);
+
+/// The severity with that name.
+std::optional<Severity> findSeverity(const std::string& name);
+
+/// Whether `severity` is as bad as `least` or worse: none, informational, monitor, warning,
+/// critical, non-recoverable.
+bool isAtLeast(Severity severity, Severity least);
+
+/// "none", "warning" or "alarm".
+const char* alarmName(int alarmStatus);
+
+/// The severity of an event: of discrete events by the severity map, of threshold events, which it
+/// does not contain, by the threshold crossed.
+Severity severityOfEvent(unsigned char eventType, unsigned char sensorType, unsigned char offset);
+
+}
+
+#endif

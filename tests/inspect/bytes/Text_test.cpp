@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/inspect/bytes/Text.h>
+
+#include <gtest/gtest.h>
+
+using namespace recordkit::inspect;
+
+TEST(Text, BcdPlusHasTwoCharactersAByte)
+{
+    EXPECT_EQ(decodeBcdPlus(std::string("\x01\x23\x45\x67\x89")), "0123456789");
+    EXPECT_EQ(decodeBcdPlus(std::string("\xAB\xCD\xEF")), " -.:,_");
+    EXPECT_EQ(decodeBcdPlus(std::string("")), "");
+}
+
+TEST(Text, SixBitTextHasTheWholeCharactersOfItsBytes)
+{
+    // The standard's own example.
+    EXPECT_EQ(decodeSixBit(std::string("\x29\xDC\xA6")), "IPMI");
+    for (std::size_t length = 0; length <= 63; ++length) {
+        EXPECT_EQ(decodeSixBit(std::string(length, '\0')), std::string(length * 8 / 6, ' '));
+        EXPECT_EQ(decodeSixBit(std::string(length, '\xFF')), std::string(length * 8 / 6, '_'));
+    }
+    // Blanks at the end belong to it.
+    EXPECT_EQ(decodeSixBit(std::string("\x29\xDC\x06", 3)), "IPM!");
+    EXPECT_EQ(decodeSixBit(std::string("\x29\xDC\x02", 3)), "IPM ");
+}
+
+TEST(Text, Latin1IsReadFromUtf8)
+{
+    EXPECT_EQ(toLatin1("aZ\xC2\x80\xC3\xBF"), "aZ\x80\xFF");
+    for (const char* const text : {"\xC4\x80", "\xE2\x82\xAC", "\xC3", "\xC3(", "\x80", "\xFF"}) {
+        EXPECT_FALSE(toLatin1(text)) << text;
+    }
+}
+
+TEST(Text, ControlCharactersAreMadeVisible)
+{
+    EXPECT_EQ(printable(std::string("a\0b\x1B[2J\x7F", 8)), "a\\x00b\\x1B[2J\\x7F");
+    EXPECT_EQ(printable("\xC2\x9B"
+                        "2J \xC2\xA0 \xC3\xA9"),
+              "\\x9B2J \xC2\xA0 \xC3\xA9");
+}
+
+TEST(Text, Latin1BecomesUtf8)
+{
+    EXPECT_EQ(toUtf8(std::string("a\xE4\xFF")), "a\xC3\xA4\xC3\xBF");
+}

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/inspect/bytes/Time.h>
+
+#include <gtest/gtest.h>
+
+using namespace recordkit::inspect;
+
+namespace {
+
+std::string seconds(const std::string& text)
+{
+    const auto time = parseTime(text);
+    return time ? std::to_string(*time) : "none";
+}
+
+}
+
+TEST(Time, TimestampsAreUTC)
+{
+    EXPECT_EQ(Timestamp(1730786828).toText(), "2024-11-05 06:07:08");
+    EXPECT_EQ(Timestamp(1730786828).toIso(), "2024-11-05T06:07:08Z");
+    EXPECT_EQ(Timestamp(951782400).toIso(), "2000-02-29T00:00:00Z");
+    EXPECT_EQ(Timestamp(951868800).toIso(), "2000-03-01T00:00:00Z");
+    EXPECT_EQ(Timestamp(2147483648U).toIso(), "2038-01-19T03:14:08Z");
+    EXPECT_EQ(Timestamp(0xFFFFFFFEU).toIso(), "2106-02-07T06:28:14Z");
+}
+
+TEST(Time, UpToHex20000000SecondsCountFromInitialisation)
+{
+    EXPECT_EQ(Timestamp(0).toText(), "pre-init +0 s");
+    EXPECT_EQ(Timestamp(0x20000000).toText(), "pre-init +536870912 s");
+    EXPECT_TRUE(Timestamp(0x20000000).isPreInit());
+    EXPECT_EQ(Timestamp(0x20000000).toIso(), "");
+    EXPECT_FALSE(Timestamp(0x20000001).isPreInit());
+    EXPECT_EQ(Timestamp(0x20000001).toText(), "1987-01-05 18:48:33");
+}
+
+TEST(Time, AllOnesIsUnspecified)
+{
+    EXPECT_EQ(Timestamp(0xFFFFFFFFU).toText(), "unspecified");
+    EXPECT_EQ(Timestamp(0xFFFFFFFFU).toIso(), "");
+    EXPECT_FALSE(Timestamp(0xFFFFFFFFU).isDate());
+}
+
+TEST(Time, IsReadAsISODatesAndTimes)
+{
+    EXPECT_EQ(seconds("2024-11-05"), "1730764800");
+    EXPECT_EQ(seconds("2024-11-05 06:07"), "1730786820");
+    EXPECT_EQ(seconds("2024-11-05T06:07:08"), "1730786828");
+    EXPECT_EQ(seconds("2024-11-05T06:07:08Z"), "1730786828");
+    EXPECT_EQ(seconds("1970-01-01"), "0");
+    EXPECT_EQ(seconds("2106-02-07T06:28:14Z"), "4294967294");
+    EXPECT_EQ(seconds("2024-02-29"), "1709164800");
+}
+
+TEST(Time, OtherTextsAreRefused)
+{
+    for (const char* text :
+         {"", "yesterday", "2024-13-01", "2024-02-30", "2023-02-29", "2024-11-05T", "2024-11-05 06",
+          "05.11.2024", "1969-12-31", "2106-02-07T06:28:15Z", "2024-11-05T06:07:08+01"}) {
+        EXPECT_EQ(seconds(text), "none") << text;
+    }
+}

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_PRINT_PROGRESS_H
+#define RECORDKIT_TOOL_PRINT_PROGRESS_H
+
+#include <cstddef>
+
+namespace recordkit::tool {
+
+/// A progress bar on standard error, redrawn for each percent and erased at the end. Short work has
+/// none.
+class Progress {
+public:
+    Progress(std::size_t count, bool isWanted);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    void show(std::size_t done);
+
+private:
+    std::size_t total;
+    bool isShown;
+    int shown = -1;
+};
+
+}
+
+#endif
