@@ -89,8 +89,8 @@ TEST(Model, ShortestSequenceKeepsTheDifferenceWithSmallArguments)
 
 TEST(Model, ShortestSequenceCutsBytesAndClearsThem)
 {
-    const Steps shown = shortest(adders(true), {{NOTE, {}, sequence(3, 7)}, {NOTE, {}, {1, 2}},
-                                                {NOTE, {}, sequence(9, 1)}});
+    const Steps shown = shortest(
+        adders(true), {{NOTE, {}, sequence(3, 7)}, {NOTE, {}, {1, 2}}, {NOTE, {}, sequence(9, 1)}});
     ASSERT_EQ(shown.size(), 1U);
     EXPECT_EQ(hex(shown[0].bytes), "00 00 00 00 00 00");
 }

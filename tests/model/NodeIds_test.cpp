@@ -88,8 +88,9 @@ private:
             Util::nodeId2Unit(byte(0), type, unit, side);
             return triple(type, unit, side);
         case UNIT_TO_NODE_ID:
-            return {fmt::format("node {}", Util::unit2NodeId(static_cast<Util::BoardType>(integer(0)),
-                                                             integer(1), integer(2)))};
+            return {
+                fmt::format("node {}", Util::unit2NodeId(static_cast<Util::BoardType>(integer(0)),
+                                                         integer(1), integer(2)))};
         case LUNIT_TO_UNIT:
             Util::LUnit2Unit(static_cast<Util::NodeType>(integer(0)), integer(1), type, unit, side);
             return triple(type, unit, side);
@@ -102,8 +103,8 @@ private:
             Util::nodeId2BmmId(byte(0), bmmId, index);
             return pairOf(bmmId, index);
         case BCD_TO_HEX_VALUE:
-            return {fmt::format("value {}", Util::getBCDtoHexValue(
-                                                std::string(step.bytes.begin(), step.bytes.end())))};
+            return {fmt::format("value {}", Util::getBCDtoHexValue(std::string(step.bytes.begin(),
+                                                                               step.bytes.end())))};
         default: {
             Bytes ids = step.bytes;
             Util::sortByBmmId(ids);
@@ -200,7 +201,8 @@ private:
             throw refused("unit2NodeId(divSide)", side);
         }
         // The mask of type 160 leaves out a bit that the type sets again.
-        return type == 128 ? bits(unit * 2 + side, 0x7F) | 0x80 : bits(unit * 2 + side, 0x5F) | 0xA0;
+        return type == 128 ? bits(unit * 2 + side, 0x7F) | 0x80
+                           : bits(unit * 2 + side, 0x5F) | 0xA0;
     }
 
     static unsigned int nodeIdOf(long long nodeType, long long lunit)
@@ -334,8 +336,7 @@ Steps generate(Random& random)
                                             : random.between(0, 9)};
             break;
         case UNIT_TO_NODE_ID:
-            step.numbers = {random.oneIn(5) ? anyUnit(random)
-                                            : random.oneOf({0, 128, 160, 192}),
+            step.numbers = {random.oneIn(5) ? anyUnit(random) : random.oneOf({0, 128, 160, 192}),
                             anyUnit(random),
                             random.oneIn(8) ? anyUnit(random) : random.between(-1, 3)};
             break;

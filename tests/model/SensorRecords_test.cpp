@@ -16,21 +16,21 @@ using namespace TAVLib::RecordKit;
 
 /// Each works on one of two records of the kind, which the first number names.
 enum Operation {
-    GET_ALL,             ///< every accessor that reads
-    SET_BYTE,            ///< which setter, value
-    SET_WORD,            ///< which setter, value
-    SET_CHANNEL,         ///< value
-    SET_LUN,             ///< value
-    SET_ID_TYPE,         ///< value
-    SET_ID_LENGTH,       ///< value
-    SET_ID_BYTES,        ///< type; the bytes
-    GET_ID_BYTES,        ///< room
-    POKE_ID_STRING,      ///< place from the type/length byte on, value
-    GET_SERIALIZED,      ///< room, whether through the second base
-    SET_SERIALIZED,      ///< whether through the second base; the bytes
-    LOAD_OWN_IMAGE,      ///< length
-    ASSIGN,              ///< from the other record
-    COPY,                ///< the other record becomes a copy of this one, made by the constructor
+    GET_ALL,        ///< every accessor that reads
+    SET_BYTE,       ///< which setter, value
+    SET_WORD,       ///< which setter, value
+    SET_CHANNEL,    ///< value
+    SET_LUN,        ///< value
+    SET_ID_TYPE,    ///< value
+    SET_ID_LENGTH,  ///< value
+    SET_ID_BYTES,   ///< type; the bytes
+    GET_ID_BYTES,   ///< room
+    POKE_ID_STRING, ///< place from the type/length byte on, value
+    GET_SERIALIZED, ///< room, whether through the second base
+    SET_SERIALIZED, ///< whether through the second base; the bytes
+    LOAD_OWN_IMAGE, ///< length
+    ASSIGN,         ///< from the other record
+    COPY,           ///< the other record becomes a copy of this one, made by the constructor
     OPERATIONS
 };
 
@@ -280,8 +280,7 @@ private:
             return {fmt::format("{}", fmt::join(values(image), " "))};
         case SET_BYTE: {
             const std::size_t places[BYTE_SETTERS] = {
-                3,  4,  5,  7,  8,  9, 10, 11, 12, 13, 20, 21, 22, kind.positiveHyst,
-                kind.negativeHyst};
+                3, 4, 5, 7, 8, 9, 10, 11, 12, 13, 20, 21, 22, kind.positiveHyst, kind.negativeHyst};
             image[places[number(1) % BYTE_SETTERS]] = byte(2);
             return {};
         }
@@ -333,8 +332,7 @@ private:
 
     static unsigned char withLength(unsigned char typeLength, std::size_t length)
     {
-        return static_cast<unsigned char>(typeLength / 32 * 32 +
-                                          std::min(length, LONGEST_STRING));
+        return static_cast<unsigned char>(typeLength / 32 * 32 + std::min(length, LONGEST_STRING));
     }
 
     static unsigned char withType(unsigned char typeLength, unsigned char type)
@@ -429,12 +427,11 @@ private:
 Bytes anyImage(Random& random, const Kind& kind)
 {
     const std::size_t around = kind.fixedSize();
-    Bytes image = random.bytes(random.oneIn(4) ? random.below(90)
-                                               : around - 2 + random.below(21));
+    Bytes image = random.bytes(random.oneIn(4) ? random.below(90) : around - 2 + random.below(21));
     if (image.size() > kind.idString && !random.oneIn(3)) {
         // Mostly lengths that an image of this size can have.
-        image[kind.idString] = static_cast<unsigned char>(image[kind.idString] / 32 * 32 +
-                                                          random.below(18));
+        image[kind.idString] =
+            static_cast<unsigned char>(image[kind.idString] / 32 * 32 + random.below(18));
     }
     return image;
 }
@@ -477,8 +474,8 @@ Steps generate(Random& random, const Kind& kind)
             step.bytes = anyImage(random, kind);
             break;
         case LOAD_OWN_IMAGE:
-            step.numbers = {record, static_cast<long long>(kind.fixedSize() + 16) -
-                                        random.below(20)};
+            step.numbers = {record,
+                            static_cast<long long>(kind.fixedSize() + 16) - random.below(20)};
             break;
         default:
             step.numbers = {record, random.byte()};
@@ -491,11 +488,21 @@ Steps generate(Random& random, const Kind& kind)
 
 std::string print(const Step& step)
 {
-    const char* const names[] = {
-        "getAll",          "setByte",       "setWord",       "setChannelNumber",
-        "setSensorOwnerLUN", "setIDStringType", "setIDStringLength", "setIDStringBytes",
-        "getIDStringBytes", "getIDStringStruct()[..] =", "getSerialized", "setSerialized",
-        "setSerialized(own image)", "assign from the other", "copy to the other"};
+    const char* const names[] = {"getAll",
+                                 "setByte",
+                                 "setWord",
+                                 "setChannelNumber",
+                                 "setSensorOwnerLUN",
+                                 "setIDStringType",
+                                 "setIDStringLength",
+                                 "setIDStringBytes",
+                                 "getIDStringBytes",
+                                 "getIDStringStruct()[..] =",
+                                 "getSerialized",
+                                 "setSerialized",
+                                 "setSerialized(own image)",
+                                 "assign from the other",
+                                 "copy to the other"};
     return callOf(names[step.operation], step);
 }
 
