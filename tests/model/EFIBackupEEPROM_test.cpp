@@ -164,15 +164,15 @@ private:
             return {fmt::format("{} {}", store->isValid(), index.getIndexState())};
         case WRITE: {
             Bytes data = step.bytes;
-            return {fmt::format("{}", store->write(number(0), number(1), number(2),
-                                                   static_cast<unsigned int>(data.size()),
-                                                   data.data())),
+            return {fmt::format("{}",
+                                store->write(number(0), number(1), number(2),
+                                             static_cast<unsigned int>(data.size()), data.data())),
                     hex(data)};
         }
         case READ: {
             Bytes data(number(3) % 256, UNWRITTEN);
-            const unsigned int count = store->read(number(0), number(1), number(2),
-                                                   number(3) % 256, data.data());
+            const unsigned int count =
+                store->read(number(0), number(1), number(2), number(3) % 256, data.data());
             return {fmt::format("{}", count), hex(data)};
         }
         case CHECK_INDEX_DATA:
@@ -340,8 +340,8 @@ private:
         } catch (FailureKind kind) {
             rethrowOther(kind);
             // The bracket stays open.
-            throw failed(fmt::format("EFIBackup writeIndexData: write error.({} select=0xa",
-                                     deviceCodes()));
+            throw failed(
+                fmt::format("EFIBackup writeIndexData: write error.({} select=0xa", deviceCodes()));
         }
         return answer.value_or(static_cast<long long>(bytes.size()));
     }
@@ -426,8 +426,8 @@ private:
         }
         const long long select = eepromOf(p, b);
         try {
-            const Bytes data = eeproms.read(static_cast<int>(select),
-                                            static_cast<unsigned long>(offset), length);
+            const Bytes data =
+                eeproms.read(static_cast<int>(select), static_cast<unsigned long>(offset), length);
             return {fmt::format("{}", length), hex(data)};
         } catch (FailureKind kind) {
             rethrowOther(kind);
@@ -541,11 +541,11 @@ private:
             return {"0"};
         default:
             // A text ends at its first zero byte.
-            throw failed(fmt::format("{}, {}",
-                                     std::string(step.bytes.begin(),
-                                                 std::find(step.bytes.begin(), step.bytes.end(),
-                                                           static_cast<unsigned char>(0))),
-                                     n(0)));
+            throw failed(fmt::format(
+                "{}, {}",
+                std::string(step.bytes.begin(), std::find(step.bytes.begin(), step.bytes.end(),
+                                                          static_cast<unsigned char>(0))),
+                n(0)));
         }
     }
 

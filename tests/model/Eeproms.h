@@ -11,12 +11,6 @@
 
 namespace testing_support {
 
-/// How an access to a device fails.
-enum class FailureKind { DEVICE, OTHER };
-
-/// What a failure of another type is noted as.
-constexpr const char* OTHER_FAILURE = "another failure";
-
 /// The device below the library: notes the bytes that are written, and whether an access comes
 /// with a buffer, beside what MemoryEEPROMs notes.
 class WatchedEEPROMs : public MemoryEEPROMs {

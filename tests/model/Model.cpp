@@ -218,7 +218,17 @@ void compare(const Comparison& comparison, unsigned int sequences, unsigned int 
 
 std::string hex(const Bytes& bytes)
 {
-    return fmt::format("{:02X}", fmt::join(bytes, " "));
+    constexpr char DIGITS[] = "0123456789ABCDEF";
+    std::string text;
+    text.reserve(bytes.size() * 3);
+    for (const unsigned char byte : bytes) {
+        if (!text.empty()) {
+            text += ' ';
+        }
+        text += DIGITS[byte >> 4];
+        text += DIGITS[byte & 0x0F];
+    }
+    return text;
 }
 
 std::string callOf(const std::string& name, const Step& step)

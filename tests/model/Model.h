@@ -103,6 +103,12 @@ inline Lines joined(Lines first, const Lines& second)
     return first;
 }
 
+/// How an access to a device fails, for the rules.
+enum class FailureKind { DEVICE, OTHER };
+
+/// What a failure of another type is noted as.
+constexpr const char* OTHER_FAILURE = "another failure";
+
 /// A failure as the rules state it; describes itself as `describe` does a PException.
 struct Failure {
     std::string text;

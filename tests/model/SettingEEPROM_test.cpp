@@ -9,7 +9,7 @@
 #include <recordkit/eeprom/SettingEEPROMData.h>
 
 #include "Eeproms.h"
-#include "support/ScratchRoot.h"
+#include "MemoryRoot.h"
 
 namespace {
 
@@ -61,10 +61,10 @@ public:
 
     Files()
     {
-        std::filesystem::create_directories(root.at("/etc/default/config"));
-        std::filesystem::create_directories(root.at("/folder"));
+        std::filesystem::create_directories(root->at("/etc/default/config"));
+        std::filesystem::create_directories(root->at("/folder"));
         struct stat status = {};
-        ::stat(root.at("/folder").c_str(), &status);
+        ::stat(root->at("/folder").c_str(), &status);
         emptyFolderSize = static_cast<long>(status.st_size);
     }
 
@@ -83,10 +83,10 @@ public:
     long folderSize() const { return emptyFolderSize; }
 
 private:
-    const ScratchRoot root;
-    const std::string paths[COUNT] = {root.at("/etc/default/config/panelindex.dat"),
-                                      root.at("/setting"), root.at("/nowhere/setting"),
-                                      root.at("/" + std::string(200, 'n'))};
+    const std::unique_ptr<ScratchRoot> root = makeMemoryRoot();
+    const std::string paths[COUNT] = {root->at("/etc/default/config/panelindex.dat"),
+                                      root->at("/setting"), root->at("/nowhere/setting"),
+                                      root->at("/" + std::string(200, 'n'))};
     long emptyFolderSize = 0;
 };
 
