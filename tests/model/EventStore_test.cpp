@@ -822,7 +822,7 @@ private:
             return 0;
         }
         Bytes& bytes = files[workingFile(sb)];
-        bytes.resize(std::max(bytes.size(), addr + SLOT), 0);
+        bytes.resize(std::max<std::size_t>(bytes.size(), addr + SLOT), 0);
         std::copy_n(image.begin(), SLOT, bytes.begin() + static_cast<long>(addr));
         return 1;
     }
