@@ -617,6 +617,12 @@ long long anyBlock(Random& random)
     return random.between(0, 15);
 }
 
+/// The number, or at times one below 0, where that is a number that a caller can give.
+long long anySigned(Random& random, long long number)
+{
+    return random.oneIn(10) ? -static_cast<long long>(random.below(300)) : number;
+}
+
 long long anyAddress(Random& random)
 {
     const long long block = anyBlock(random) % 0x80000;
@@ -690,6 +696,11 @@ Steps generate(Random& random)
         case SET_THROW:
             step.numbers = {random.between(-2, 14)};
             step.bytes = Bytes(random.oneIn(3) ? 240 + random.below(20) : random.below(30), 't');
+            break;
+        case GET_INDEX_POINT:
+        case WRITE_BLOCK_FLAG:
+            step.numbers = {anySigned(random, anyPart(random)), anySigned(random, anyPart(random)),
+                            anySigned(random, anyBlock(random))};
             break;
         default:
             step.numbers = {anyPart(random), anyPart(random), anyBlock(random), random.below(2)};
