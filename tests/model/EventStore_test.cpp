@@ -110,6 +110,9 @@ const std::vector<std::string>& paths()
     return all;
 }
 
+/// The last of them.
+constexpr long long REQUEST_FILE = 15;
+
 const std::string& pathOf(const Step& step)
 {
     return paths()[static_cast<std::size_t>(step.number(0)) % paths().size()];
@@ -1380,7 +1383,7 @@ void addCircumstance(Random& random, Steps& steps)
         steps.push_back({FAIL_COMMANDS, {random.oneOf({256, 512, -1, 9, 0})}, {}});
         break;
     default:
-        steps.push_back({PUT_BYTES, {15}, random.bytes(random.below(20))});
+        steps.push_back({PUT_BYTES, {REQUEST_FILE}, random.bytes(random.below(20))});
         break;
     }
 }
@@ -1435,13 +1438,10 @@ void addCall(Random& random, Steps& steps)
     steps.push_back(step);
 }
 
-Steps generate(Random& random)
+/// Calls on whatever lies there.
+Steps generateMixed(Random& random)
 {
     Steps steps;
-    if (random.oneIn(25)) {
-        steps.push_back({USE_SHELL, {}, {}});
-    }
-    // A start: the working file, a chain from the newest on, and what is odd about them.
     if (!random.oneIn(6)) {
         addFile(random, steps, 0, false);
     }
@@ -1452,7 +1452,7 @@ Steps generate(Random& random)
     for (unsigned int i = 0; i < chain; ++i) {
         addFile(random, steps, 2 + i, true);
     }
-    const int count = random.between(1, 6);
+    const int count = random.between(1, 5);
     for (int i = 0; i < count; ++i) {
         if (random.oneIn(2)) {
             addDamage(random, steps);
@@ -1461,6 +1461,108 @@ Steps generate(Random& random)
             addCircumstance(random, steps);
         }
         addCall(random, steps);
+    }
+    return steps;
+}
+
+/// A chain whose ids follow each other, at times across the highest one, and readers that ask for
+/// records at the ends of its files.
+Steps generateReading(Random& random)
+{
+    Steps steps;
+    const unsigned int chain = random.oneIn(6) ? random.below(8) : random.below(4);
+    long long id = random.oneIn(2) ? NO_ID - random.below(SLOTS * (chain + 1)) : random.below(900);
+    long long logNumber = 1;
+    std::vector<long long> ids = {0, 0xFFFE, 0xFFFF};
+    std::vector<long long> logNumbers = {0, 1};
+    for (unsigned int i = chain + 1; i > 0; --i) {
+        const long long count = i > 1 && !random.oneIn(10) ? SLOTS : anyCount(random);
+        steps.push_back({PUT_FILE, {i == 1 ? 0 : i, count, id, random.below(256)}, {}});
+        const long long last = (id + count - 1) % NO_ID;
+        ids.insert(ids.end(), {id % NO_ID, last, last + 1});
+        id = (id + count) % NO_ID;
+        logNumber += count;
+        logNumbers.insert(logNumbers.end(), {logNumber - 1, logNumber});
+    }
+    const int count = random.between(2, 7);
+    for (int i = 0; i < count; ++i) {
+        if (random.oneIn(8)) {
+            addDamage(random, steps);
+        }
+        const auto at = [&random](const std::vector<long long>& numbers) {
+            return numbers[random.below(static_cast<unsigned int>(numbers.size()))] +
+                   (random.oneIn(3) ? random.between(-1, 1) : 0);
+        };
+        switch (random.below(6)) {
+        case 0:
+        case 1:
+            steps.push_back({READ_RECORD, {1, random.oneIn(5) ? anyId(random) : at(ids)}, {}});
+            break;
+        case 2:
+        case 3:
+            steps.push_back(
+                {READ_STORED_RECORD, {1, random.oneIn(5) ? anyId(random) : at(logNumbers)}, {}});
+            break;
+        case 4:
+            steps.push_back({random.oneIn(2) ? READ_FIRST_RECORD : READ_LAST_RECORD, {1}, {}});
+            break;
+        default:
+            steps.push_back(
+                {READ_LAST_RECORD_EX, {1, random.below(chain + 2), random.below(2)}, {}});
+            break;
+        }
+    }
+    return steps;
+}
+
+/// A chain that is shifted, where most files are short and some are none at all.
+Steps generateRotation(Random& random)
+{
+    Steps steps;
+    addFile(random, steps, 0, false);
+    for (long long i = 1; i <= 8; ++i) {
+        if (random.oneIn(2)) {
+            steps.push_back({PUT_BYTES, {i}, random.bytes(random.below(9))});
+        }
+    }
+    const int count = random.between(1, 3);
+    for (int i = 0; i < count; ++i) {
+        if (random.oneIn(2)) {
+            steps.push_back({random.between(REMOVE, PUT_LOOP), {random.below(9)}, {}});
+        }
+        if (random.oneIn(4)) {
+            addCircumstance(random, steps);
+        }
+        const long long withoutRequest = random.below(2);
+        if (withoutRequest == 0 && !random.oneIn(4)) {
+            steps.push_back({random.oneIn(6) ? random.between(PUT_FOLDER, PUT_LOOP) : PUT_BYTES,
+                             {REQUEST_FILE},
+                             {}});
+        }
+        steps.push_back({SHIFT, {1, withoutRequest}, {}});
+        if (random.oneIn(2)) {
+            addCall(random, steps);
+        }
+    }
+    return steps;
+}
+
+Steps generate(Random& random)
+{
+    Steps steps;
+    switch (random.below(5)) {
+    case 0:
+        steps = generateReading(random);
+        break;
+    case 1:
+        steps = generateRotation(random);
+        break;
+    default:
+        steps = generateMixed(random);
+        break;
+    }
+    if (random.oneIn(25)) {
+        steps.insert(steps.begin(), Step{USE_SHELL, {}, {}});
     }
     return steps;
 }
@@ -1517,8 +1619,12 @@ TEST(EventStoreModel, StoreKeepsItsRules)
     comparison.library = [] { return std::make_unique<Library>(); };
     comparison.rules = [] { return std::make_unique<Rules>(); };
     comparison.generate = generate;
+    comparison.changesMedium = [](const Step& step) {
+        return (step.operation >= FULL_ENTRY_CHECK && step.operation <= WRITE_RECORD) ||
+               step.operation >= CLEAR_ALL_RECORD;
+    };
     comparison.print = print;
-    compare(comparison, 10000, 51000);
+    compare(comparison, 15000, 51000);
 }
 
 }

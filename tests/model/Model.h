@@ -73,6 +73,9 @@ struct Comparison {
     std::function<std::unique_ptr<Subject>()> library;
     std::function<std::unique_ptr<Subject>()> rules;
     std::function<Steps(Random&)> generate;
+    /// Whether a step may change a medium, which is compared after such steps and at the end; all
+    /// may where this is empty.
+    std::function<bool(const Step&)> changesMedium = {};
     /// A step as a reader would write it in a test.
     std::function<std::string(const Step&)> print;
 };
