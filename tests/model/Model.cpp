@@ -2,9 +2,14 @@
 #include "Model.h"
 
 #include <algorithm>
+#include <csignal>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+// Of the sanitizers' own library, where that is linked.
+extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__((weak));
 
 namespace testing_support {
 
@@ -46,6 +51,72 @@ std::string differenceOf(const Medium& library, const Medium& rules)
         }
     }
     return "";
+}
+
+/// The sequence that runs, for when it does not come back.
+std::string running;
+
+void showRunning()
+{
+    const char* at = running.data();
+    std::size_t left = running.size();
+    while (left > 0) {
+        const ssize_t count = ::write(STDERR_FILENO, at, left);
+        if (count <= 0) {
+            return;
+        }
+        at += count;
+        left -= static_cast<std::size_t>(count);
+    }
+}
+
+/// Shows the sequence that runs when the process is about to die of a signal or a sanitizer.
+class LastWords {
+public:
+    LastWords()
+    {
+        struct sigaction action = {};
+        action.sa_handler = onSignal;
+        for (const int signal : SIGNALS) {
+            ::sigaction(signal, &action, &before[signal]);
+        }
+        if (__sanitizer_set_death_callback != nullptr) {
+            __sanitizer_set_death_callback(showRunning);
+        }
+    }
+    ~LastWords()
+    {
+        running.clear();
+        for (const int signal : SIGNALS) {
+            ::sigaction(signal, &before[signal], nullptr);
+        }
+    }
+    LastWords(const LastWords&) = delete;
+    LastWords& operator=(const LastWords&) = delete;
+
+private:
+    static constexpr int SIGNALS[] = {SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV};
+    static constexpr std::size_t MOST_SIGNALS = 32;
+
+    /// The fault comes again with the handler from before.
+    static void onSignal(int signal)
+    {
+        showRunning();
+        ::sigaction(signal, &before[signal], nullptr);
+    }
+
+    static struct sigaction before[MOST_SIGNALS];
+};
+
+struct sigaction LastWords::before[] = {};
+
+std::string textOf(const Comparison& comparison, const Steps& steps)
+{
+    std::string text;
+    for (const Step& step : steps) {
+        text += "  " + comparison.print(step) + "\n";
+    }
+    return text;
 }
 
 /// Tries smaller forms of a sequence as long as there are attempts left.
@@ -174,6 +245,7 @@ Bytes Random::bytes(std::size_t length)
 
 std::string difference(const Comparison& comparison, const Steps& steps)
 {
+    running = "this sequence ran:\n" + textOf(comparison, steps);
     const std::unique_ptr<Subject> library = comparison.library();
     const std::unique_ptr<Subject> rules = comparison.rules();
     for (std::size_t i = 0; i < steps.size(); ++i) {
@@ -203,6 +275,7 @@ Steps shortest(const Comparison& comparison, Steps steps)
 
 void compare(const Comparison& comparison, unsigned int sequences, unsigned int firstSeed)
 {
+    const LastWords lastWords;
     for (unsigned int i = 0; i < sequences; ++i) {
         Random random(firstSeed + i);
         const Steps steps = comparison.generate(random);
@@ -210,12 +283,8 @@ void compare(const Comparison& comparison, unsigned int sequences, unsigned int 
             continue;
         }
         const Steps shown = shortest(comparison, steps);
-        std::string text;
-        for (const Step& step : shown) {
-            text += "  " + comparison.print(step) + "\n";
-        }
         ADD_FAILURE() << "seed " << firstSeed + i << ", " << steps.size() << " steps, shortest:\n"
-                      << text << difference(comparison, shown);
+                      << textOf(comparison, shown) << difference(comparison, shown);
         return;
     }
 }

@@ -87,7 +87,8 @@ std::string difference(const Comparison& comparison, const Steps& steps);
 /// arguments are made small as far as the difference remains.
 Steps shortest(const Comparison& comparison, Steps steps);
 
-/// Runs that many random sequences. The first difference fails the test with its shortest sequence.
+/// Runs that many random sequences. The first difference fails the test with its shortest sequence;
+/// a sequence that the process dies of is shown as it is.
 void compare(const Comparison& comparison, unsigned int sequences, unsigned int firstSeed);
 
 /// "41 42 43".

@@ -2,6 +2,7 @@
 // The comparison itself: what it finds, and how short it makes it.
 #include "Model.h"
 
+#include <cstdlib>
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
@@ -98,6 +99,13 @@ TEST(Model, ShortestSequenceCutsBytesAndClearsThem)
 TEST(Model, DifferenceFailsTheTestWithItsSequence)
 {
     EXPECT_NONFATAL_FAILURE(compare(adders(true), 10, 1), "");
+}
+
+TEST(ModelDeathTest, SequenceThatEndsTheProcessIsShown)
+{
+    Comparison dying = adders(false);
+    dying.library = []() -> std::unique_ptr<Subject> { std::abort(); };
+    EXPECT_DEATH(compare(dying, 1, 1), "this sequence ran:\n  add\\([0-9]+\\);\n");
 }
 
 TEST(Model, FailureAndTraceLineReadAsTheLibrarysDo)
