@@ -1624,7 +1624,7 @@ TEST(EventStoreModel, StoreKeepsItsRules)
                step.operation >= CLEAR_ALL_RECORD;
     };
     comparison.print = print;
-    compare(comparison, 15000, 51000);
+    compare(comparison, 12000, 51000);
 }
 
 }
