@@ -3,7 +3,8 @@
 # What the library takes on the board: its size, and the stack of its operations.
 #
 #   footprint.sh BUILD          print both as docs/footprint.md keeps them
-#   footprint.sh BUILD RECORD   compare with what RECORD says; more than 5 % above it fails
+#   footprint.sh BUILD RECORD   compare with what RECORD says; more than 5 % above it fails, and so
+#                               does an operation with 16 KB of stack
 #
 # BUILD is that of the preset powerpc-small, whose compiler writes call graphs.
 set -eu
@@ -12,6 +13,7 @@ library=$build/librecordkit.so.1
 tools=powerpc-linux-gnu-
 LIMIT_PERCENT=5
 DEEP=512 # bytes of stack from which on an operation is listed
+STACK_LIMIT=16384
 
 # Sums the sections whose name fits a pattern.
 sections() {
@@ -76,4 +78,8 @@ size_table | tail -n 2 | while IFS='|' read -r _ what bytes _; do
     fi
     echo "footprint:$what $bytes bytes, recorded $recorded"
 done || status=1
+stack_table | awk -F'|' -v limit=$STACK_LIMIT '
+    $3 + 0 >= limit { print "footprint:" $2 "takes" $3 "bytes of stack" > "/dev/stderr"; wrong = 1 }
+    $3 + 0 > most { most = $3 + 0 }
+    END { print "footprint: deepest stack " most + 0 " bytes"; exit wrong || most == 0 }' || status=1
 exit $status

@@ -131,8 +131,10 @@ int EFIBackupEEPROMData::writeIndexData()
 
 int EFIBackupEEPROMData::writeIndexData(int p, int b, int n)
 {
-    const bool hasFlag = n >= 0 && n < static_cast<int>(Index::BLOCKS);
-    return writeFlags(index->getIndexPoint(p, b, hasFlag ? n : 0), hasFlag ? 1 : 0);
+    const int at = index->getIndexPoint(p, b, n);
+    // No byte outside the record is a flag; a checksum alone would make a damaged record look
+    // sound.
+    return at >= 0 && at < static_cast<int>(Index::INDEX_SIZE) ? writeFlags(at, 1) : 0;
 }
 
 int EFIBackupEEPROMData::writeIndexData(int p, int b)
@@ -218,12 +220,9 @@ int EFIBackupEEPROMData::writeFlags(int first, unsigned int count)
     const unsigned char* const record = index->getIndexData();
     const int checksum = index->getIndexChecksumPoint();
     try {
-        const int result = rw.write(Index::INDEX_EEPROM, static_cast<unsigned long>(checksum),
-                                    record + checksum, 1);
-        // A block above the last one has no flag.
-        return count == 0 ? result
-                          : rw.write(Index::INDEX_EEPROM, static_cast<unsigned long>(first),
-                                     record + first, count);
+        rw.write(Index::INDEX_EEPROM, static_cast<unsigned long>(checksum), record + checksum, 1);
+        return rw.write(Index::INDEX_EEPROM, static_cast<unsigned long>(first), record + first,
+                        count);
     } catch (const PException& e) {
         throwWriteError(e.getActionCode(), e.getExceptionDetail());
     }

@@ -45,8 +45,9 @@ public:
     /// deliberately stays as it is, so that a later checkIndexData can find it.
     void setIndexData(bool valid, std::string serial);
 
-    /// Writes the record and the zeroes behind it; one flag byte, or those of one EEPROM. The
-    /// checksum byte always goes first. Each answers the result of its last write.
+    /// Writes the record and the zeroes after it; one flag byte, or those of one EEPROM. The
+    /// checksum byte always goes first. Each answers the result of its last write; a block whose
+    /// flag byte would lie outside the record writes nothing and answers 0.
     int writeIndexData();
     int writeIndexData(int p, int b, int n);
     int writeIndexData(int p, int b);

@@ -18,7 +18,7 @@ unsigned int groupOf(unsigned int p, unsigned int b)
     return (p & 3) * EFIBackupEEPROMIndex::BANKS + (b & 3);
 }
 
-/// Position of a block's byte among the flags.
+/// Position of a block's byte among the flags; FLAGS_SIZE or more for one that has none.
 unsigned int flagByteOf(unsigned int p, unsigned int b, unsigned int n)
 {
     return groupOf(p, b) * EFIBackupEEPROMIndex::GROUP_SIZE + (n >> 1);
@@ -30,7 +30,7 @@ unsigned char nibbleOf(unsigned int n)
     return n % 2 != 0 ? 0x0F : 0xF0;
 }
 
-/// The bytes of a serial that count.
+/// The bytes of a serial that a record has; those that it lacks are 0.
 std::string serialBytes(const std::string& serial)
 {
     std::string bytes = serial;
@@ -74,10 +74,10 @@ bool EFIBackupEEPROMIndex::isChecksum() const
 void EFIBackupEEPROMIndex::setClrFlag(unsigned int p, unsigned int b, unsigned int n, bool set)
 {
     constexpr unsigned char SET_NIBBLES = 0x11;
-    if (n >= BLOCKS) {
+    const unsigned int at = flagByteOf(p, b, n);
+    if (at >= FLAGS_SIZE) {
         return;
     }
-    const unsigned int at = flagByteOf(p, b, n);
     const unsigned char nibble = nibbleOf(n);
     const unsigned char others = clrinfo[at] & static_cast<unsigned char>(~nibble);
     const auto flags = static_cast<unsigned char>(others | (set ? SET_NIBBLES & nibble : 0));
@@ -87,7 +87,8 @@ void EFIBackupEEPROMIndex::setClrFlag(unsigned int p, unsigned int b, unsigned i
 
 bool EFIBackupEEPROMIndex::getClrBlockState(unsigned int p, unsigned int b, unsigned int n) const
 {
-    return n < BLOCKS && (clrinfo[flagByteOf(p, b, n)] & nibbleOf(n)) != 0;
+    const unsigned int at = flagByteOf(p, b, n);
+    return at < FLAGS_SIZE && (clrinfo[at] & nibbleOf(n)) != 0;
 }
 
 unsigned int EFIBackupEEPROMIndex::getClrBlockNumber(unsigned int address) const
@@ -112,8 +113,8 @@ int EFIBackupEEPROMIndex::getIndexPoint(int p, int b, int n) const
 
 bool EFIBackupEEPROMIndex::checkSerialInfo(const std::string& serial) const
 {
-    const std::string bytes = serialBytes(serial);
-    return std::equal(bytes.begin(), bytes.end(), image + SERIAL,
+    return serial.size() >= SERIAL_SIZE &&
+           std::equal(serial.begin(), serial.begin() + SERIAL_SIZE, image + SERIAL,
                       [](char a, unsigned char b) { return static_cast<unsigned char>(a) == b; });
 }
 

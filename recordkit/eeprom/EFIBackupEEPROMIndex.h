@@ -28,7 +28,9 @@ namespace TAVLib::RecordKit {
 /// read that copy alone. It and `IndexState` are read without a lock, and so are atomic.
 ///
 /// Nothing is traced or thrown. Only the low two bits of partition and bank count where a group is
-/// meant. A block above 15 has no flag: setting it changes nothing, and it reads as clear.
+/// meant. A block above 15 has the byte that the formula gives, which is one of a later group, as
+/// long as that lies in the record; beyond it, setting a flag changes nothing and it reads as
+/// clear.
 class RECORDKIT_API EFIBackupEEPROMIndex {
 public:
     enum Size : unsigned int {
@@ -72,13 +74,15 @@ public:
     /// First and last byte address of a block.
     void getClrBlockAddress(unsigned int n, unsigned int& start, unsigned int& end) const;
 
-    /// Where the flag byte of a block lies in the record.
+    /// Where the flag byte of a block lies in the record: 16 + 8 g + (n >> 1), which is 144 or more
+    /// for a block without one.
     int getIndexPoint(int p, int b, int n) const;
     int getIndexChecksumPoint() const { return CHECKSUM; }
 
-    /// Whether the record names this system, by 12 bytes; those that the text lacks are 0.
+    /// Whether the record names this system, by 12 bytes; a shorter text never does.
     bool checkSerialInfo(const std::string& serial) const;
-    /// Begins a new record without flags, in the shared copy too. An invalid one is left all zero,
+    /// Begins a new record without flags, in the shared copy too; bytes that a serial of less than
+    /// 12 lacks are 0. An invalid one is left all zero,
     /// which deliberately passes isChecksum: it names no system.
     void setIndexValidFlag(bool valid, const std::string& serial);
     /// Takes the record's flags over to the shared copy.

@@ -184,10 +184,10 @@ void FRUArea::getItemData(FRU_ITEM item, unsigned char* out)
 
 void FRUArea::updateItem(FRU_ITEM item, std::string& value)
 {
-    // Set even when there is no such field: callers write such an area back and rely on it.
-    dirty = true;
     FRUMember* const member = find(item);
     if (member == nullptr) {
+        // Marked all the same: callers write such an area back and rely on it.
+        dirty = true;
         return;
     }
     if (member->getHasTypeLength()) {
@@ -199,6 +199,7 @@ void FRUArea::updateItem(FRU_ITEM item, std::string& value)
     }
     member->setData(value);
     member->settypelength();
+    dirty = true;
 }
 
 void FRUArea::unusedUpdate(short delta)
@@ -236,7 +237,6 @@ void FRUArea::lengthUpdate(short delta)
 void FRUArea::syncItem(FRU_ITEM item)
 {
     const FRUMember* const member = getItemMember(item);
-    const std::string bytes = sized(member->getData(), member->getLength());
     // Type/length bytes are deliberately not counted: the items written one by one are those of
     // areas without them.
     unsigned int position = static_cast<unsigned int>(offset);
@@ -246,6 +246,8 @@ void FRUArea::syncItem(FRU_ITEM item)
         }
         position += before->getLength();
     }
+    // The zero at the end of the text gives an empty field an address, too.
+    const std::string bytes = sized(member->getData(), member->getLength() + 1U);
     const std::vector<unsigned char> buffer(bytes.begin(), bytes.end());
     rw.write(position, member->getLength(), buffer.data());
 }
@@ -301,6 +303,13 @@ void FRUArea::readDevice(unsigned int at, unsigned int length, unsigned char* bu
         traceFRUError(TAVLib::LEVEL_ERROR, text);
         throw;
     }
+}
+
+void FRUArea::append(const FRUMember& member)
+{
+    auto owned = std::make_unique<FRUMember>(member);
+    members.push_back(owned.get());
+    static_cast<void>(owned.release());
 }
 
 void FRUArea::deleteMembers()

@@ -43,11 +43,13 @@ public:
     /// is its size unless it has a length byte (areas 1 to 49). The array goes on for 128 zero
     /// bytes: coded fields may claim up to 64 bytes beyond the area.
     unsigned char* readAreaData(unsigned int fixedSize, CSUM_MODE mode);
-    /// Builds the fields of a table; `pos` becomes the position behind the last one. Fixed fields
-    /// are bounded by the area's size, coded ones deliberately are not.
+    /// Builds the fields of a table; `pos` becomes the position after the last one. Fixed fields
+    /// are bounded by the area's size, coded ones deliberately are not: `buf` must reach 65 bytes
+    /// beyond the area, as that of readAreaData does.
     void setAreaData(unsigned char* buf, unsigned short* pos, const FRUMemberTbl* table);
-    /// Builds the fields behind those of the table: custom fields, end marker, unused space,
-    /// checksum. An area without an end marker ends quietly without them.
+    /// Builds the fields after those of the table: custom fields, end marker, unused space,
+    /// checksum. An area without an end marker ends quietly without them. `buf` must reach 65
+    /// bytes beyond the area, as for setAreaData.
     void setAreaEndData(unsigned char* buf, unsigned short pos);
 
     /// Low 8 bits of the sum of n bytes.
@@ -66,7 +68,7 @@ public:
     /// Changes a field. A fixed field of several bytes pads a shorter value, in the caller's own
     /// string, with zero bytes; it does not cut a longer one. A coded field takes the bytes it
     /// grows by from the unused space. An area without the field is marked for writing all the
-    /// same.
+    /// same; a change that throws leaves the mark as it was.
     void updateItem(FRU_ITEM item, std::string& value);
     /// Takes `delta` bytes from the unused space, or gives them back.
     void unusedUpdate(short delta);
@@ -92,7 +94,7 @@ private:
     bool hasLengthByte() const;
     FRUMember* find(FRU_ITEM item) const;
     void readDevice(unsigned int at, unsigned int length, unsigned char* buffer, const char* text);
-    void append(const FRUMember& member) { members.push_back(new FRUMember(member)); }
+    void append(const FRUMember& member);
     void deleteMembers();
 
     TAVLib::FRURWif& rw;

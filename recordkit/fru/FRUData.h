@@ -13,14 +13,14 @@
 /// syncFRU.
 ///
 /// Failures throw PException (module 128, location 13, action 1, detail 1), the text first; those
-/// of FRUArea pass through.
+/// of FRUArea pass through. The class is not polymorphic: it is not a base.
 class RECORDKIT_API FRUData {
 public:
     /// Reads the common header, or the ROM header for FRU_CPU_ROM. A failure is traced (level 100,
     /// message 20004) and thrown on. The device must outlive the object.
     explicit FRUData(TAVLib::FRURWif& device);
     FRUData(TAVLib::FRURWif& device, FRU_CPU layout);
-    virtual ~FRUData();
+    ~FRUData();
     FRUData(const FRUData&) = delete;
     FRUData& operator=(const FRUData&) = delete;
 

@@ -35,7 +35,7 @@ public:
 
     FRU_ITEM getItem() const { return item; }
     std::string getData() const { return data; }
-    /// Bytes of the value, as the image has them.
+    /// Bytes of the value, as the image has them, modulo 65536.
     unsigned short getLength() const { return length; }
     /// 0 for a fixed field.
     unsigned char getTypeLength() const { return typelength; }

@@ -131,15 +131,18 @@ bool PCIBOXInfo::setSerialized(const unsigned char* data, unsigned int length)
         traceLengthError(PCI_BOX_INFO_LOCATION, "setSerialized", length, needed);
         return false;
     }
-    std::copy_n(data, HEADER_SIZE, header);
-    cards.clear();
-    slotStatus.assign(count, StatusWords());
+    // All that can fail comes first: cards and slots always belong to one image.
+    std::vector<CONNECT_GSPB_INFO> newCards(count);
+    std::vector<StatusWords> newSlotStatus(count);
     const unsigned char* block = data + HEADER_SIZE;
-    for (StatusWords& words : slotStatus) {
-        cards.push_back({block[CONNECTED_ID], block[PORT_NO], block[SLOT_COUNT]});
-        readWords(block + SLOTS, block[SLOT_COUNT], words);
+    for (unsigned int card = 0; card < count; ++card) {
+        newCards[card] = {block[CONNECTED_ID], block[PORT_NO], block[SLOT_COUNT]};
+        readWords(block + SLOTS, block[SLOT_COUNT], newSlotStatus[card]);
         block = nextBlock(block);
     }
+    std::copy_n(data, HEADER_SIZE, header);
+    cards.swap(newCards);
+    slotStatus.swap(newSlotStatus);
     return true;
 }
 

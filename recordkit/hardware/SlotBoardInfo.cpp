@@ -37,8 +37,9 @@ bool SlotBoardInfo::setSerialized(const unsigned char* data, unsigned int length
         traceLengthError(static_cast<FailureLocation>(location), "setSerialized", length, needed);
         return false;
     }
+    // Read first: when that fails, the count is still that of the words held.
+    readWords(data + HEADER_SIZE, data[SLOT_COUNT], slotStatus);
     std::copy_n(data, HEADER_SIZE, header);
-    readWords(data + HEADER_SIZE, header[SLOT_COUNT], slotStatus);
     return true;
 }
 

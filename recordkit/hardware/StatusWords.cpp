@@ -10,8 +10,8 @@ namespace TAVLib::RecordKit {
 
 void readWords(const unsigned char* data, unsigned int count, StatusWords& words)
 {
-    words.clear();
     words.reserve(count);
+    words.clear();
     for (unsigned int i = 0; i < count; ++i) {
         words.push_back(readLE16(data + 2 * i));
     }

@@ -9,7 +9,8 @@ namespace TAVLib::RecordKit {
 /// Counted lists of status words of 16 bits, low byte first in the image.
 using StatusWords = std::vector<unsigned short>;
 
-/// Replaces the words by `count` ones of an image.
+/// Replaces the words by `count` ones of an image. Where there is no memory for them,
+/// std::bad_alloc leaves the words as they were; a list that has the capacity never fails.
 void readWords(const unsigned char* data, unsigned int count, StatusWords& words);
 
 /// Writes the words and gives back the place behind them.

@@ -20,7 +20,7 @@ std::string columnOf(const std::string& line, int column)
             isQuoted = !isQuoted;
         } else if (character == ',' && !isQuoted) {
             ++current;
-        } else if (current == column && character != '\r') {
+        } else if (current == column) {
             value += character;
         }
     }
@@ -44,6 +44,9 @@ bool CsvInfoAccess::searchRecord(int column, const std::string& key, std::string
 {
     std::ifstream table(path, std::ios::binary);
     for (std::string line; std::getline(table, line);) {
+        while (!line.empty() && line.back() == '\r') {
+            line.pop_back();
+        }
         if (!line.empty() && columnOf(line, column) == key) {
             record = line;
             return true;

@@ -12,6 +12,7 @@ namespace {
 
 constexpr unsigned int SERIAL_NUMBER_LIMIT = 12;
 constexpr unsigned int LONG_SERIAL_NUMBER_LIMIT = 16;
+constexpr unsigned char ZERO = 0;
 
 }
 
@@ -56,11 +57,13 @@ bool BMCSELEntryMessage::setSerialized(const unsigned char* data, unsigned int s
         return false;
     }
     const unsigned int used = BMCSELEntry::getSerializedSize();
-    // A record alone keeps the block it finds, so that more may be held than was given.
-    if (size > used) {
-        const unsigned int taken = std::min<unsigned int>(size - used, TRAILER_SIZE);
+    // A record alone keeps the block it finds, so that more may be held than was given: then the
+    // trailer counts as complete, and nothing is read behind the caller's bytes.
+    if (size != used) {
+        const unsigned int taken =
+            size < used ? 0 : std::min<unsigned int>(size - used, TRAILER_SIZE);
         std::copy_n(data + used, taken, trailer);
-        trailerLength = static_cast<int>(taken);
+        trailerLength = static_cast<int>(size < used ? TRAILER_SIZE : taken);
     }
     return true;
 }
@@ -87,10 +90,14 @@ unsigned int BMCSELEntryMessage::getEventData(unsigned char* out)
     if (hasOwnBitmask()) {
         return BMCSELEntry::getSerialized(out, BMCSELEntry::getSerializedSize());
     }
-    std::copy_n(getImage(), +IMAGE_SIZE, out);
+    // What the image lacks is zero: bytes of an event before it may still be in the storage.
+    const unsigned int recordSize = SELEntry::getSerializedSize();
+    std::fill(std::copy_n(getImage(), recordSize, out), out + IMAGE_SIZE, ZERO);
+    unsigned char held[BMC_BLOCK_SIZE] = {};
+    std::copy_n(getBlock(), BMCSELEntry::getSerializedSize() - recordSize, held);
     unsigned char* const oemData = out + IMAGE_SIZE;
-    std::copy_n(getBlock() + BLOCK_EVENT_DATA, +EVENT_DATA_SIZE, oemData);
-    std::copy_n(getBlock() + BLOCK_PARTITION_BITMASK, BMC_BLOCK_SIZE - BLOCK_PARTITION_BITMASK,
+    std::copy_n(held + BLOCK_EVENT_DATA, +EVENT_DATA_SIZE, oemData);
+    std::copy_n(held + BLOCK_PARTITION_BITMASK, BMC_BLOCK_SIZE - BLOCK_PARTITION_BITMASK,
                 oemData + EXTENDED_PARTITION_BITMASK);
     return OEM_IMAGE_SIZE;
 }

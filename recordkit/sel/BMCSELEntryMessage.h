@@ -41,7 +41,8 @@ public:
     unsigned int getSerializedSize() const override;
 
     /// Takes up to 138 bytes; what lies beyond is ignored. An image that ends with the BMC block
-    /// deliberately leaves the trailer as it was. Fewer than 2 bytes are refused and leave the
+    /// deliberately leaves the trailer as it was. A record alone, while a block is held, leaves
+    /// the trailer's bytes and makes all 8 count. Fewer than 2 bytes are refused and leave the
     /// object unchanged.
     bool setSerialized(const unsigned char* data, unsigned int size) override;
 
@@ -54,7 +55,7 @@ public:
 
     /// Writes the event as its sender knows it and returns the length: the BMCSELEntry image
     /// for trailer kind 1 (up to 130 bytes), an OEMSELEntry image rebuilt from the block
-    /// otherwise (74 bytes). `out` must hold as many.
+    /// otherwise (74 bytes, of which those that this image lacks are 0). `out` must hold as many.
     unsigned int getEventData(unsigned char* out);
 
 private:

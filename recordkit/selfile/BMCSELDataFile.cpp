@@ -19,6 +19,8 @@
 #include <recordkit/selfile/SELFileLayout.h>
 #include <recordkit/serial/Failure.h>
 
+#include "SELSlotSearch.h"
+
 using TAVLib::BMC_SEL_DATA_FILE_LOCATION;
 using TAVLib::BMCMessageFile;
 using TAVLib::LEVEL_ERROR;
@@ -26,6 +28,9 @@ using TAVLib::LockedFile;
 using TAVLib::MESSAGE_TEXT;
 using TAVLib::PException;
 using TAVLib::RecordKit::BMCSELEntryMessage;
+using TAVLib::RecordKit::judgeTail;
+using TAVLib::RecordKit::searchSlots;
+using TAVLib::RecordKit::SELSlotSource;
 using namespace TAVLib::RecordKit::SELFileLayout;
 
 namespace {
@@ -37,124 +42,105 @@ constexpr const char* SHIFT_REQUEST_FILE = "/var/tmp/shift_sel_sync";
 /// Size of the answer in the shift request file.
 constexpr std::size_t SHIFT_ANSWER_SIZE = 16;
 
-/// Slots that a search takes with one system call.
-constexpr unsigned int SLOTS_AT_ONCE = 100;
-
-/// Closes a descriptor of the store with its scope.
-class OpenFile {
+/// A file of the store, open for reading as long as its scope lasts.
+class OpenFile : public SELSlotSource {
 public:
     OpenFile(BMCSELDataFile& owner, const std::string& name)
         : store(owner), fd(store.openFile(name))
     {
     }
-    ~OpenFile()
+    ~OpenFile() override
     {
         if (isOpen()) {
             store.closeFile(fd);
         }
     }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
 
     bool isOpen() const { return fd >= 0; }
-    bool seek(unsigned long offset) const
+    bool seek(unsigned long offset) override
     {
         return store.lseek(fd, static_cast<long>(offset), SEEK_SET) >= 0;
     }
-    long read(unsigned char* slot) const { return store.read(fd, slot, SLOT_SIZE); }
-    int descriptor() const { return fd; }
+    long read(unsigned char* buffer, unsigned int size) override
+    {
+        return store.read(fd, buffer, size);
+    }
+    long readAt(unsigned long offset, unsigned char* buffer, unsigned int size) override
+    {
+        return ::pread(fd, buffer, size, static_cast<off_t>(offset));
+    }
 
 private:
     BMCSELDataFile& store;
     int fd;
 };
 
-/// Searches on from `addr`, one slot with each read, as far as the file can be read.
-unsigned int searchBySlot(const OpenFile& file, unsigned short wanted, BMCSELEntryMessage& out,
-                          unsigned long& addr)
-{
-    if (addr != 0 && !file.seek(addr)) {
-        return BMCSELDataFile::POSITION_FAILED;
-    }
-    for (;;) {
-        unsigned char slot[SLOT_SIZE] = {};
-        const long count = file.read(slot);
-        if (count <= 0) {
-            return BMCSELDataFile::NOT_FOUND;
-        }
-        // A short slot at the end of a file still has a record id if it reaches that far.
-        BMCSELEntryMessage entry;
-        entry.setSerialized(slot, static_cast<unsigned int>(count));
-        constexpr unsigned int RECORD_ID_SIZE = 2;
-        const unsigned int recordLength =
-            entry.TAVLib::RecordKit::SELEntry::getSerializedSize() - RECORD_ID_OFFSET;
-        if (recordLength < RECORD_ID_SIZE) {
-            TAVLib::throwLengthError(TAVLib::SEL_ENTRY_LOCATION, "SELEntry", recordLength,
-                                     RECORD_ID_SIZE);
-        }
-        if (idOf(slot) == wanted) {
-            out.setSerialized(slot, SLOT_SIZE);
-            return BMCSELDataFile::SUCCESS;
-        }
-        addr += SLOT_SIZE;
-        if (!file.seek(addr)) {
-            return BMCSELDataFile::POSITION_FAILED;
-        }
-    }
-}
+/// A file that was just opened and locked. Where it cannot be read, it ends.
+class LockedSource : public SELSlotSource {
+public:
+    explicit LockedSource(LockedFile& locked) : file(locked) {}
 
-/// Searches whole slots, many with one system call. What the file gives beyond them (a short
-/// last slot, an error, a file that cannot be read at a position) is left to searchBySlot.
-unsigned int search(const OpenFile& file, unsigned short wanted, BMCSELEntryMessage& out,
-                    unsigned long& addr)
-{
-    unsigned char slots[SLOTS_AT_ONCE * SLOT_SIZE];
-    ssize_t count = 0;
-    do {
-        count = ::pread(file.descriptor(), slots, sizeof slots, static_cast<off_t>(addr));
-        const long whole = count < 0 ? 0 : count / static_cast<long>(SLOT_SIZE);
-        const unsigned char* const end = slots + whole * SLOT_SIZE;
-        for (const unsigned char* slot = slots; slot != end; slot += SLOT_SIZE) {
-            if (idOf(slot) == wanted) {
-                out.setSerialized(slot, SLOT_SIZE);
-                return BMCSELDataFile::SUCCESS;
+    /// Whether the end was a failure to read, which is not traced here.
+    bool hasFailed() const { return failed; }
+
+    bool seek(unsigned long offset) override
+    {
+        next = offset;
+        return true;
+    }
+    long read(unsigned char* buffer, unsigned int size) override
+    {
+        return readAt(next, buffer, size);
+    }
+    long readAt(unsigned long offset, unsigned char* buffer, unsigned int size) override
+    {
+        try {
+            if (place != offset) {
+                file.lseek(static_cast<long>(offset), SEEK_SET);
             }
-            addr += SLOT_SIZE;
+            const int count = file.read(buffer, size);
+            place = offset + static_cast<unsigned int>(count);
+            return count;
+        } catch (const PException&) {
+            failed = true;
+            return -1;
         }
-    } while (count == static_cast<ssize_t>(sizeof slots));
-    return searchBySlot(file, wanted, out, addr);
-}
-
-/// What the search for the first empty slot says of a file.
-unsigned int judgeTail(unsigned int searchCode, unsigned long addr, const BMCSELEntryMessage& found)
-{
-    if (searchCode == BMCSELDataFile::NOT_FOUND && addr == FILE_SIZE) {
-        return BMCSELDataFile::FILE_FULL;
     }
-    if (searchCode != BMCSELDataFile::SUCCESS) {
-        return searchCode;
-    }
-    unsigned char slot[SLOT_SIZE] = {};
-    found.getSerialized(slot, sizeof slot);
-    return isEmpty(slot) ? BMCSELDataFile::SUCCESS : BMCSELDataFile::DAMAGED_TAIL;
-}
 
-/// Whether `addr` is still the first empty slot of a file that is now locked.
-bool isStillTail(LockedFile& file, unsigned long addr)
-{
-    unsigned char slots[2 * SLOT_SIZE];
-    const unsigned int before = addr == 0 ? 0 : SLOT_SIZE;
-    const unsigned int size = before + SLOT_SIZE;
-    file.lseek(static_cast<long>(addr - before), SEEK_SET);
-    return file.read(slots, size) == static_cast<int>(size) && isEmpty(slots + before) &&
-           (before == 0 || idOf(slots) != EMPTY_RECORD_ID);
-}
+private:
+    LockedFile& file;
+    unsigned long place = 0; ///< where the file is
+    unsigned long next = 0;  ///< where it is read next
+    bool failed = false;
+};
 
 /// Whether a file whose ids run from `first` to `last` (round the end of the ids, if need be)
 /// holds `wanted`.
 bool isInRange(unsigned short first, unsigned short last, unsigned short wanted)
 {
     return first <= last ? first <= wanted && wanted <= last : wanted >= first || wanted <= last;
+}
+
+/// What the search for the first empty slot says of a file.
+unsigned int judge(unsigned int searchCode, unsigned long addr, const BMCSELEntryMessage& found)
+{
+    unsigned char slot[SLOT_SIZE] = {};
+    found.getSerialized(slot, sizeof slot);
+    return judgeTail(searchCode, addr, slot);
+}
+
+/// The first empty slot of an open file: SUCCESS, FILE_FULL, DAMAGED_TAIL or the code of the
+/// search.
+unsigned int findTail(BMCSELDataFile& store, SELSlotSource& source, unsigned long& addr)
+{
+    try {
+        unsigned char slot[SLOT_SIZE];
+        const unsigned int code = searchSlots(source, EMPTY_RECORD_ID, slot, addr);
+        return judgeTail(code, addr, slot);
+    } catch (const PException&) {
+        store.writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "searchRecord");
+        return BMCSELDataFile::READ_FAILED;
+    }
 }
 
 /// Records of one file for getEntryNumEx; 0 and a trace line when its tail is not found.
@@ -326,11 +312,16 @@ unsigned int BMCSELDataFile::searchRecord(std::string name, unsigned short recor
 {
     addr = 0;
     try {
-        const OpenFile file(*this, name);
+        OpenFile file(*this, name);
         if (!file.isOpen()) {
             return OPEN_FAILED;
         }
-        return search(file, recordId, out, addr);
+        unsigned char slot[SLOT_SIZE];
+        const unsigned int code = searchSlots(file, recordId, slot, addr);
+        if (code == SUCCESS) {
+            out.setSerialized(slot, SLOT_SIZE);
+        }
+        return code;
     } catch (const PException&) {
         writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "searchRecord");
         return READ_FAILED;
@@ -342,7 +333,7 @@ unsigned int BMCSELDataFile::getTailAddr(unsigned char sb, unsigned long& addr)
     BMCSELEntryMessage found;
     const unsigned int code =
         searchRecord(getFileName(sb, 0, TEMPORARY), EMPTY_RECORD_ID, found, addr);
-    return judgeTail(code, addr, found);
+    return judge(code, addr, found);
 }
 
 unsigned int BMCSELDataFile::getTailAddrEx(unsigned char sb, int fileNo, unsigned long& addr,
@@ -351,7 +342,7 @@ unsigned int BMCSELDataFile::getTailAddrEx(unsigned char sb, int fileNo, unsigne
     BMCSELEntryMessage found;
     const unsigned int code =
         searchRecord(getFileName(sb, fileNo, kind), EMPTY_RECORD_ID, found, addr);
-    const unsigned int tail = judgeTail(code, addr, found);
+    const unsigned int tail = judge(code, addr, found);
     if (tail != SUCCESS && tail != FILE_FULL && tail != DAMAGED_TAIL) {
         writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "BMCSELDataFile::getTailAddrEx SB#%d sel%d ret(%d)",
                    sb, fileNo, static_cast<int>(code));
@@ -439,25 +430,33 @@ int BMCSELDataFile::writeRecord(unsigned char sb, BMCSELEntryMessage& rec)
     if (rec.getSerialized(slot, sizeof slot) != sizeof slot) {
         return 0;
     }
-    // Found before the file is opened for writing, which would create a missing one.
+    const std::string name = getFileName(sb, 0, TEMPORARY);
     unsigned long addr = 0;
-    if (getTailAddr(sb, addr) != SUCCESS) {
-        return 0;
-    }
-    try {
-        LockedFile file(getFileName(sb, 0, TEMPORARY));
-        // Another writer may have taken the slot before the lock was held.
-        if (!isStillTail(file, addr) && getTailAddr(sb, addr) != SUCCESS) {
-            return 0;
+    // Opening the file for writing would create a missing one.
+    if (::access(name.c_str(), F_OK) == 0) {
+        try {
+            // Searched under the lock, by the file that has it: another descriptor of the same
+            // file, closed meanwhile, would drop a lock of the POSIX kind.
+            LockedFile file(name);
+            LockedSource source(file);
+            const unsigned int tail = findTail(*this, source, addr);
+            if (!source.hasFailed()) {
+                if (tail != SUCCESS) {
+                    return 0;
+                }
+                file.lseek(static_cast<long>(addr), SEEK_SET);
+                if (file.write(slot, sizeof slot) == static_cast<int>(sizeof slot)) {
+                    return 1;
+                }
+            }
+        } catch (const PException&) {
+            // Reported like a short write.
         }
-        file.lseek(static_cast<long>(addr), SEEK_SET);
-        if (file.write(slot, sizeof slot) == static_cast<int>(sizeof slot)) {
-            return 1;
-        }
-    } catch (const PException&) {
-        // Reported like a short write.
     }
-    writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "writeRecord");
+    // A file that cannot be read is reported by the search itself.
+    if (getTailAddr(sb, addr) == SUCCESS) {
+        writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "writeRecord");
+    }
     return 0;
 }
 
@@ -467,12 +466,12 @@ unsigned int BMCSELDataFile::readRecord(unsigned char sb, unsigned short recordI
     for (int i = 0; i <= OLDEST_FILE; ++i) {
         const std::string name = getFileName(sb, i, TEMPORARY);
         {
-            const OpenFile file(*this, name);
+            OpenFile file(*this, name);
             if (!file.isOpen()) {
                 return OPEN_FAILED;
             }
             unsigned char slot[SLOT_SIZE] = {};
-            if (file.read(slot) < 0) {
+            if (file.read(slot, SLOT_SIZE) < 0) {
                 return READ_FAILED;
             }
             const unsigned short first = idOf(slot);
@@ -489,7 +488,7 @@ unsigned int BMCSELDataFile::readRecord(unsigned char sb, unsigned short recordI
             if (!file.seek(lastAddr)) {
                 return POSITION_FAILED;
             }
-            if (file.read(slot) != SLOT_SIZE) {
+            if (file.read(slot, SLOT_SIZE) != SLOT_SIZE) {
                 return READ_FAILED;
             }
             if (!isInRange(first, idOf(slot), recordId)) {
@@ -512,13 +511,13 @@ int BMCSELDataFile::readFirstRecord(unsigned char sb, BMCSELEntryMessage& out)
             }
             return 0;
         }
-        const OpenFile file(*this, name);
+        OpenFile file(*this, name);
         if (!file.isOpen()) {
             // Callers take a file that is there for a log that is there, and keep their record.
             return 1;
         }
         unsigned char slot[SLOT_SIZE] = {};
-        if (file.read(slot) != SLOT_SIZE || idOf(slot) == EMPTY_RECORD_ID) {
+        if (file.read(slot, SLOT_SIZE) != SLOT_SIZE || idOf(slot) == EMPTY_RECORD_ID) {
             return 0;
         }
         return out.setSerialized(slot, sizeof slot) ? 1 : 0;
@@ -543,9 +542,9 @@ int BMCSELDataFile::readLastRecordEx(unsigned char sb, int fileNo, BMCSELEntryMe
     default:
         return 0;
     }
-    const OpenFile file(*this, getFileName(sb, fileNo, kind));
+    OpenFile file(*this, getFileName(sb, fileNo, kind));
     unsigned char slot[SLOT_SIZE] = {};
-    if (!file.isOpen() || !file.seek(addr) || file.read(slot) != SLOT_SIZE) {
+    if (!file.isOpen() || !file.seek(addr) || file.read(slot, SLOT_SIZE) != SLOT_SIZE) {
         return 0;
     }
     return out.setSerialized(slot, sizeof slot) ? 1 : 0;
@@ -596,7 +595,7 @@ unsigned int BMCSELDataFile::readStoredRecord(unsigned char sb, unsigned short l
         --fileNo;
     }
 
-    const OpenFile file(*this, getFileName(sb, fileNo, fileNo > 0 ? PERSISTENT : TEMPORARY));
+    OpenFile file(*this, getFileName(sb, fileNo, fileNo > 0 ? PERSISTENT : TEMPORARY));
     if (!file.isOpen()) {
         return OPEN_FAILED;
     }
@@ -604,7 +603,7 @@ unsigned int BMCSELDataFile::readStoredRecord(unsigned char sb, unsigned short l
         return POSITION_FAILED;
     }
     unsigned char slot[SLOT_SIZE] = {};
-    if (file.read(slot) < 0) {
+    if (file.read(slot, SLOT_SIZE) < 0) {
         return READ_FAILED;
     }
     out.setSerialized(slot, sizeof slot);

@@ -22,6 +22,11 @@
 /// Writing holds the lock of LockedFile, so that several processes may append to one board.
 /// Readers take no lock and may see a record that is being written. A shift, backup or restore
 /// must not run beside writes to the same board.
+///
+/// Three things are deliberate. A link in place of the working file or of the shift request file
+/// is not written through, for anybody may leave one in /tmp and /var/tmp. A write that moves
+/// fewer bytes than asked counts as failed. A search takes 100 slots with each read, as one slot at
+/// a time costs seventy times as much.
 class RECORDKIT_API BMCSELDataFile {
 public:
     using BMCSELEntryMessage = TAVLib::RecordKit::BMCSELEntryMessage;
@@ -55,7 +60,8 @@ public:
     long lseek(int fd, long offset, int whence);
     long read(int fd, void* buf, unsigned int len);
     int closeFile(int fd);
-    /// Traces a text of at most 255 characters.
+    /// Traces a text of at most 255 characters. Numbers of a message that takes more than a text
+    /// are 0, and further texts are empty.
     void writeTrace(unsigned char level, int msgNo, const char* format, ...)
         __attribute__((format(printf, 4, 5)));
 
@@ -87,11 +93,13 @@ public:
     // Records. `out` is loaded only when an operation succeeds.
 
     /// Appends a complete record (138 bytes) to the working file: 1 written, 0 not. The file is
-    /// never rotated here: ask fullEntryCheck, then call shiftSelFile.
+    /// never rotated here: ask fullEntryCheck, then call shiftSelFile. A missing file is not
+    /// created.
     int writeRecord(unsigned char sb, BMCSELEntryMessage& rec);
     /// Reads by record id, looking at the first and last id of each file from the working file
     /// on. NO_RECORD when the working file is empty, OPEN_FAILED when the search comes to a
-    /// missing file, NOT_FOUND also whenever the working file is full.
+    /// missing file, NOT_FOUND also whenever the working file is full. Id FFFFh is searched like
+    /// any other: in a rotated file that was cleared it is found, in slot 0.
     unsigned int readRecord(unsigned char sb, unsigned short recordId, BMCSELEntryMessage& out);
     /// Reads the oldest record: the first of the highest file, 0 when that is empty. 1 with
     /// `out` untouched when a file that may be read cannot be opened.

@@ -17,8 +17,8 @@ class SELFileScan;
 ///
 /// The constructor opens the chain and counts it; the descriptors stay open as long as the
 /// reader, so that a rotation in the meantime does not mix files up. One file is in memory at a
-/// time (110400 bytes). Events stored after the constructor are not given. Nothing is traced or
-/// thrown but std::bad_alloc.
+/// time (110400 bytes, or as long as a working file that is too long). Events stored after the
+/// constructor are not given. Nothing is traced or thrown but std::bad_alloc.
 class RECORDKIT_API SELChainReader {
 public:
     enum Order { OLDEST_FIRST, NEWEST_FIRST };
@@ -28,7 +28,7 @@ public:
         /// the damage of a damaged file, which have none.
         unsigned int logNumber;
         int fileIndex;              ///< 0 working file, 1 to 7 rotated
-        unsigned int slot;          ///< 0 to 799
+        unsigned int slot;          ///< 0 to 799, and above in a working file that is too long
         const unsigned char* image; ///< 138 bytes, valid until the next record is asked for
     };
 

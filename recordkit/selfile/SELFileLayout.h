@@ -2,6 +2,8 @@
 #ifndef RECORDKIT_SELFILE_SELFILELAYOUT_H
 #define RECORDKIT_SELFILE_SELFILELAYOUT_H
 
+#include <algorithm>
+
 #include <recordkit/sel/BMCSELEntryMessage.h>
 #include <recordkit/serial/ByteOrder.h>
 
@@ -40,12 +42,7 @@ inline unsigned short idOf(const unsigned char* slot)
 /// Whether all bytes of a slot are those of an empty one.
 inline bool isEmpty(const unsigned char* slot)
 {
-    for (unsigned int i = 0; i < SLOT_SIZE; ++i) {
-        if (slot[i] != EMPTY_BYTE) {
-            return false;
-        }
-    }
-    return true;
+    return slot[0] == EMPTY_BYTE && std::equal(slot, slot + SLOT_SIZE - 1, slot + 1);
 }
 
 }

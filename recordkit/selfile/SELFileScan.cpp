@@ -14,6 +14,13 @@ namespace TAVLib::RecordKit {
 
 using namespace SELFileLayout;
 
+namespace {
+
+/// As many slots as a count of 16 bits can tell, and one.
+constexpr std::size_t LONGEST_SCAN = std::size_t{65536} * SLOT_SIZE;
+
+}
+
 SELFileScan::SELFileScan(const std::string& path, Buffer& sharedBuffer)
     : buffer(sharedBuffer), fd(TEMP_FAILURE_RETRY(::open(path.c_str(), O_RDONLY | O_CLOEXEC))),
       code(BMCSELDataFile::OPEN_FAILED)
@@ -85,7 +92,8 @@ void SELFileScan::fillBuffer()
         return;
     }
     size = static_cast<long>(status.st_size);
-    buffer.resize(FILE_SIZE);
+    // The store finds the tail of a working file that is too long, and counts what is before it.
+    buffer.resize(std::clamp<std::size_t>(static_cast<std::size_t>(size), FILE_SIZE, LONGEST_SCAN));
     filled = 0;
     ssize_t got = 1;
     while (filled < buffer.size() && got > 0) {
@@ -106,7 +114,7 @@ void SELFileScan::findTail()
         code = isEmpty(slot(count)) ? BMCSELDataFile::SUCCESS : BMCSELDataFile::DAMAGED_TAIL;
         return;
     }
-    // A short slot behind the whole ones is judged as the store's own search does.
+    // A short slot after the whole ones is judged as the store's own search does.
     const std::size_t rest = filled % SLOT_SIZE;
     constexpr std::size_t RECORD_ID_END = RECORD_ID_OFFSET + 2;
     if (rest != 0 && rest < RECORD_ID_END) {
@@ -115,8 +123,7 @@ void SELFileScan::findTail()
         code = BMCSELDataFile::DAMAGED_TAIL;
     } else {
         const std::size_t end = filled + (rest == 0 ? 0 : SLOT_SIZE - rest);
-        code = end == FILE_SIZE && size <= static_cast<long>(FILE_SIZE) ? BMCSELDataFile::FILE_FULL
-                                                                        : BMCSELDataFile::NOT_FOUND;
+        code = end == FILE_SIZE ? BMCSELDataFile::FILE_FULL : BMCSELDataFile::NOT_FOUND;
     }
 }
 

@@ -11,11 +11,12 @@ namespace TAVLib::RecordKit {
 
 /// One event log file, opened once and read in one piece, and what its slots hold.
 ///
-/// Of a file that is longer than it should be, only the leading 800 slots are looked at. Nothing
-/// is traced or thrown but std::bad_alloc.
+/// Of a file that is longer than it should be, the leading 65536 slots are looked at: the store
+/// counts in 16 bits. Nothing is traced or thrown but std::bad_alloc.
 class SELFileScan {
 public:
-    /// Where a file is read to: 110400 bytes, which several scans may share one after another.
+    /// Where a file is read to: 110400 bytes, or more for a longer file. Several scans may share
+    /// one, one after another.
     using Buffer = std::vector<unsigned char>;
 
     /// Opens the file and reads it for the first time.
@@ -24,7 +25,7 @@ public:
     SELFileScan(const SELFileScan&) = delete;
     SELFileScan& operator=(const SELFileScan&) = delete;
 
-    /// Reads the file again, to have it in the buffer; what is known of it is known anew.
+    /// Reads the file again, to have it in the buffer; what is known of it is found out again.
     void read();
 
     bool isMissing() const;
@@ -61,7 +62,7 @@ private:
     std::size_t filled = 0;
     unsigned int code;
     unsigned int count = 0;
-    unsigned int strayCount = 0; ///< slots behind the first empty one that are not empty
+    unsigned int strayCount = 0; ///< slots after the first empty one that are not empty
     unsigned int firstStray = 0;
 };
 

@@ -3,6 +3,7 @@
 #define RECORDKIT_SENSOR_RECORDSENSORCOMMON_H
 
 #include <algorithm>
+#include <cstring>
 
 #include <recordkit/sensor/RecordHeader.h>
 #include <recordkit/serial/BitField.h>
@@ -127,7 +128,8 @@ protected:
         if (length < fixedSize) {
             return false;
         }
-        std::copy_n(data, fixedSize, common);
+        // An object may be loaded from its own image, or from a part of it.
+        std::memmove(common, data, fixedSize);
         const unsigned int string =
             std::min(common[fixedSize - 1] & LENGTH_BITS, VARIABLE_FIELD_LENGTH);
         // A string that is cut off is refused, and the fixed part is new all the same: callers
@@ -135,8 +137,9 @@ protected:
         if (length < fixedSize + string) {
             return false;
         }
-        std::fill_n(common + fixedSize, VARIABLE_FIELD_LENGTH, static_cast<unsigned char>(0));
-        std::copy_n(data + fixedSize, string, common + fixedSize);
+        std::memmove(common + fixedSize, data + fixedSize, string);
+        std::fill_n(common + fixedSize + string, VARIABLE_FIELD_LENGTH - string,
+                    static_cast<unsigned char>(0));
         return true;
     }
     unsigned int giveImage(unsigned char* buffer, unsigned int length,

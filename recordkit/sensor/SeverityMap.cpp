@@ -26,8 +26,6 @@ constexpr unsigned char SEVERITY_EVENT = 0x07;
 constexpr unsigned char MODULE_SENSOR = 0x15;
 constexpr unsigned char CHASSIS_SENSOR = 0x18;
 
-constexpr unsigned int OFFSETS = 16;
-
 bool dependsOnPowerSupplyMode(unsigned char evtReadType, unsigned char sensorType)
 {
     return evtReadType == REDUNDANCY_EVENT && sensorType == POWER_UNIT_SENSOR;
@@ -36,6 +34,14 @@ bool dependsOnPowerSupplyMode(unsigned char evtReadType, unsigned char sensorTyp
 unsigned short keyOf(unsigned char evtReadType, unsigned char sensorType)
 {
     return static_cast<unsigned short>(evtReadType << 8 | sensorType);
+}
+
+/// The bit that an offset sets in a mask: as a shift of a 64-bit number whose low 16 bits are kept,
+/// so that 64 to 79 set what 0 to 15 set. 16 to 63 and the end mark FFh set nothing.
+unsigned short maskBitOf(unsigned char offset)
+{
+    const unsigned int shift = offset % 64U;
+    return static_cast<unsigned short>(shift < 16 ? 1U << shift : 0U);
 }
 
 std::string powerSupplyModeFile()
@@ -86,10 +92,8 @@ void SeverityMap::setMasks(unsigned char evtReadType, unsigned char sensorType,
 {
     unsigned short sev[SEV_INFORMATIONAL + 1] = {};
     for (int i = 0; i < count; ++i) {
-        // The end mark and every offset beyond the 16 of an event set nothing.
-        if (list[i].severity > SEV_NONE && list[i].severity <= SEV_INFORMATIONAL &&
-            list[i].offset < OFFSETS) {
-            sev[list[i].severity] |= static_cast<unsigned short>(1U << list[i].offset);
+        if (list[i].severity > SEV_NONE && list[i].severity <= SEV_INFORMATIONAL) {
+            sev[list[i].severity] |= maskBitOf(list[i].offset);
         }
     }
     const auto alarm = static_cast<unsigned short>(sev[SEV_CRITICAL] | sev[SEV_NONRECOVERABLE]);

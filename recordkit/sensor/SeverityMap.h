@@ -15,6 +15,8 @@
 /// the configuration is not redundant, and losing redundancy (offset 3) is not a warning. The
 /// file is read again with every query of that pair; a missing one counts as 0.
 ///
+/// A link in place of the file is not written through, for anybody may leave one in /tmp.
+///
 /// The class has no locks: the first getInstance() must come before other threads use it.
 class RECORDKIT_API SeverityMap {
 public:
@@ -54,7 +56,8 @@ public:
     void initializeSeverityData();
 
     /// Folds `count` entries into masks and adds them under the pair. A pair that is already
-    /// there keeps its masks. Offsets of 16 and above and severity 0 set nothing.
+    /// there keeps its masks. Offsets count modulo 64, and then 16 and above set nothing; severity
+    /// 0 sets nothing either.
     void setMasks(unsigned char evtReadType, unsigned char sensorType, const offsetToSev_t* list,
                   int count);
 

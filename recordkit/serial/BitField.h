@@ -10,13 +10,15 @@ namespace TAVLib {
 /// significant), shifted down to bit 0.
 ///
 /// Widths of 8 and more take all bits from the position up, width 0 gives 0, and positions of
-/// 8 and more give 0.
-template <typename T> T get_bit(T value, unsigned int position, unsigned int width)
+/// 8 and more give 0. The value is a byte, or an int literal, of which the low byte counts.
+template <typename T> unsigned char get_bit(T value, unsigned int position, unsigned int width)
 {
-    static_assert(std::is_same_v<T, unsigned char>, "images are read byte by byte");
+    static_assert(std::is_same_v<T, unsigned char> || std::is_same_v<T, int>,
+                  "images are read byte by byte");
     constexpr unsigned int BITS = 8;
     const unsigned int mask = width >= BITS ? 0xFFU : (1U << width) - 1U;
-    return position >= BITS ? T{0} : static_cast<T>((value >> position) & mask);
+    const unsigned int byte = static_cast<unsigned char>(value);
+    return static_cast<unsigned char>(position >= BITS ? 0 : byte >> position & mask);
 }
 
 /// Sets or clears one bit of a byte.

@@ -87,7 +87,26 @@ void traceNotFound(FailureLocation where, const char* text, const char* element)
 void traceText(FailureLocation where, unsigned char level, int messageNumber, const char* text)
 {
     char message[MESSAGE_BUFFER_SIZE];
-    lmsg_getmsg(messageNumber, message, text);
+    // A message reads as many parameters as it takes, of the types that it takes.
+    switch (messageNumber) {
+    case MESSAGE_LENGTH:
+        lmsg_getmsg(messageNumber, message, text, 0L, 0L);
+        break;
+    case MESSAGE_NOT_FOUND:
+        lmsg_getmsg(messageNumber, message, text, "");
+        break;
+    case MESSAGE_SYSTEM_CALL:
+    case MESSAGE_BAD_PARAMETER:
+    case MESSAGE_INDEX:
+        lmsg_getmsg(messageNumber, message, text, 0L);
+        break;
+    case MESSAGE_FIELD_NOT_PRESENT:
+        lmsg_getmsg(messageNumber, message, text, "", 0L);
+        break;
+    default:
+        lmsg_getmsg(messageNumber, message, text);
+        break;
+    }
     put(where, level, message);
 }
 
@@ -155,7 +174,7 @@ void throwEEPROMError(const EEPROMFailure& failure, const EEPROMText& text)
 {
     if (!text.isEmpty()) {
         // The catalogue counts what it is asked for; the exception carries the text itself.
-        char message[MESSAGE_BUFFER_SIZE];
+        char message[EEPROMText::SIZE];
         lmsg_getmsg(failure.message, message, text.get());
     }
     throw PException(PRODUCER, FRU_MODULE, EEPROM_LOCATION, failure.action, failure.detail,

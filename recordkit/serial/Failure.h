@@ -68,7 +68,7 @@ void traceLine(FailureLocation where, unsigned char level, const char* text);
 /// Traces that an element is not there.
 void traceNotFound(FailureLocation where, const char* text, const char* element);
 
-/// Traces a text under a message that takes a text alone.
+/// Traces a text under a message; what the message takes beyond it is 0 or an empty text.
 void traceText(FailureLocation where, unsigned char level, int messageNumber, const char* text);
 
 /// Traces that the value of a parameter is out of its range; the unit kind is the location.
@@ -107,12 +107,14 @@ struct EEPROMFailure {
 /// The text of such a failure, cut at 255 characters.
 class EEPROMText {
 public:
+    static constexpr unsigned int SIZE = 256;
+
     EEPROMText(const char* format, va_list arguments);
     const char* get() const { return text; }
     bool isEmpty() const { return *text == '\0'; }
 
 private:
-    char text[256] = {};
+    char text[SIZE] = {};
 };
 
 /// Throws a failure of the EEPROM stores (module 128, location 14).

@@ -30,7 +30,8 @@ constexpr unsigned char TYPE_BITS = 0xE0;
 constexpr unsigned char MMB_NODE = 0xC0;
 constexpr unsigned char UNIT_BITS = 0x0F;
 
-/// The value of a processor code in a table; empty when it is not there.
+/// The last field of a processor code's record, which is the code itself in a record of one field;
+/// empty when there is no record.
 std::string lookUp(const char* fileName, const std::string& code)
 {
     CsvInfoAccess table(systemRoot() + TABLE_FOLDER, fileName);
@@ -38,17 +39,12 @@ std::string lookUp(const char* fileName, const std::string& code)
     if (table.isFault() || !table.searchRecord(0, code, record)) {
         return "";
     }
-    while (!record.empty() && (record.back() == '\r' || record.back() == '\n')) {
-        record.pop_back();
-    }
     try {
         using Separator = boost::escaped_list_separator<char>;
         const boost::tokenizer<Separator> fields(record, Separator('\\', ',', '"'));
         std::string value;
-        bool isKey = true;
         for (const std::string& field : fields) {
-            value = isKey ? "" : field;
-            isKey = false;
+            value = field;
         }
         return value;
     } catch (const boost::escaped_list_error& e) {

@@ -26,8 +26,7 @@ public:
     void getOfflineVersion(std::string& first, std::string& second);
 
     unsigned int getSerializedSize() const override { return SIZE; }
-
-protected:
+    /// The image, 12 bytes, to be read and written.
     unsigned char* getInternalData() const override { return image; }
 
 private:

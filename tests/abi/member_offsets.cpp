@@ -4,14 +4,72 @@
 #include <cstddef>
 
 #include <recordkit/fru/FRUData.h>
+#include <recordkit/hardware/BMC_BootFlagsClearData.h>
+#include <recordkit/hardware/BootFlagsData.h>
+#include <recordkit/hardware/DIMMType.h>
+#include <recordkit/hardware/DeviceInfo.h>
+#include <recordkit/hardware/EventFilterTable.h>
+#include <recordkit/hardware/GSPBBoardInfo.h>
+#include <recordkit/hardware/IOUBoardInfo.h>
+#include <recordkit/hardware/IOUPortConfiguration.h>
+#include <recordkit/hardware/ManufacturingTestOn.h>
+#include <recordkit/hardware/MemorySPDData.h>
+#include <recordkit/hardware/OSBootWatchdogData.h>
+#include <recordkit/hardware/PCIBOXInfo.h>
+#include <recordkit/hardware/PCICardInfo.h>
+#include <recordkit/hardware/PCISlotLocation.h>
+#include <recordkit/hardware/PSUStatus.h>
+#include <recordkit/hardware/SASUBoardInfo.h>
+#include <recordkit/hardware/SBBoardInfo.h>
+#include <recordkit/hardware/UserAccess.h>
 #include <recordkit/sel/BMCLog.h>
 #include <recordkit/sel/BMCMemoryImage.h>
 #include <recordkit/sel/BMCSELEntryMessage.h>
 #include <recordkit/sel/SELEntryLongText.h>
+#include <recordkit/serial/HardwareInfo.h>
+#include <recordkit/serial/PartitionInfo.h>
+#include <recordkit/version/BMCVersion.h>
+#include <recordkit/version/DeviceID.h>
+#include <recordkit/version/EFIVersion.h>
+#include <recordkit/version/GSWBVersion.h>
+#include <recordkit/version/PALSALVersion.h>
+#include <recordkit/version/SystemFirmwareVersion.h>
+#include <recordkit/version/SystemInfoParameters.h>
+#include <recordkit/version/TAVFirmwareVersion.h>
 
 using namespace TAVLib::RecordKit;
 
 static_assert(sizeof(void*) == 4 && sizeof(std::string) == 24, "a 32-bit target");
+
+// The image, or its fixed header, is the first member of every class that has one.
+static_assert(offsetof(PartitionInfo, image) == 4, "");
+static_assert(offsetof(HardwareInfo, image) == 4, "");
+static_assert(offsetof(SBBoardInfo, image) == 4, "");
+static_assert(offsetof(DIMMType, image) == 4, "");
+static_assert(offsetof(MemorySPDData, image) == 4, "");
+static_assert(offsetof(IOUPortConfiguration, image) == 4, "");
+static_assert(offsetof(PCISlotLocation, image) == 4, "");
+static_assert(offsetof(PCICardInfo, image) == 4, "");
+static_assert(offsetof(PSUStatus, image) == 4, "");
+static_assert(offsetof(UserAccess, image) == 4, "");
+static_assert(offsetof(EventFilterTable, image) == 4, "");
+static_assert(offsetof(OSBootWatchdogData, image) == 4, "");
+static_assert(offsetof(BootFlagsData, image) == 4, "");
+static_assert(offsetof(BMC_BootFlagsClearData, image) == 4, "");
+static_assert(offsetof(DeviceInfo, image) == 4, "");
+static_assert(offsetof(ManufacturingTestOn, image) == 4, "");
+static_assert(offsetof(TAVFirmwareVersion, image) == 4, "");
+static_assert(offsetof(PALSALVersion, image) == 4, "");
+static_assert(offsetof(EFIVersion, image) == 4, "");
+static_assert(offsetof(BMCVersion, image) == 4, "");
+static_assert(offsetof(DeviceID, image) == 4, "");
+static_assert(offsetof(GSWBVersion, image) == 4, "");
+static_assert(offsetof(SystemFirmwareVersion, image) == 4, "");
+static_assert(offsetof(SystemInfoParameters, image) == 4, "");
+static_assert(offsetof(IOUBoardInfo, header) == 4, "");
+static_assert(offsetof(SASUBoardInfo, header) == 4, "");
+static_assert(offsetof(GSPBBoardInfo, header) == 4, "");
+static_assert(offsetof(PCIBOXInfo, header) == 4, "");
 
 static_assert(offsetof(SELEntry, image) == 4 && sizeof(SELEntry::image) == 18, "");
 static_assert(offsetof(SELEntry, recordLength) == 24, "");
@@ -51,5 +109,6 @@ static_assert(offsetof(FRUArea, offset) == 8 && offsetof(FRUArea, members) == 12
 static_assert(offsetof(FRUArea, size) == 24 && offsetof(FRUArea, areaId) == 28, "");
 static_assert(offsetof(FRUArea, dirty) == 32 && sizeof(FRUArea) == 36, "");
 
-static_assert(offsetof(FRUData, areas) == 4 && sizeof(FRUData::areas) == 24, "");
-static_assert(offsetof(FRUData, cpu) == 32 && sizeof(FRUData) == 36, "");
+// Not polymorphic: the areas come first.
+static_assert(offsetof(FRUData, areas) == 0 && sizeof(FRUData::areas) == 24, "");
+static_assert(offsetof(FRUData, cpu) == 28 && sizeof(FRUData) == 32, "");

@@ -11,8 +11,20 @@ trap 'rm -rf "$scratch"' EXIT
 
 cat >"$scratch/all.cpp" <<'TEXT'
 #include <recordkit/eeprom/PanelEEPROMIndex.h>
+#include <recordkit/hardware/BMC_BootFlagsClearData.h>
+#include <recordkit/hardware/BootFlagsData.h>
+#include <recordkit/hardware/EventFilterTable.h>
+#include <recordkit/hardware/GSPBBoardInfo.h>
+#include <recordkit/hardware/IOUBoardInfo.h>
+#include <recordkit/hardware/PCIBOXInfo.h>
+#include <recordkit/hardware/SASUBoardInfo.h>
+#include <recordkit/hardware/SBBoardInfo.h>
 #include <recordkit/host/FileEEPROMRWif.h>
 #include <recordkit/host/FileFRURWif.h>
+#include <recordkit/sel/BMCLog.h>
+#include <recordkit/sel/BMCMemoryImage.h>
+#include <recordkit/sel/BMCSELEntryMessage.h>
+#include <recordkit/sel/SELEntryLongText.h>
 #include <recordkit/sensor/CompactSensorRecord.h>
 #include <recordkit/sensor/FullSensorRecord.h>
 #include <recordkit/serial/PartitionInfo.h>

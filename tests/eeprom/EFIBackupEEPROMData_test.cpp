@@ -124,10 +124,17 @@ TEST_F(EFIBackup, ChecksumGoesFirst)
     EXPECT_EQ(eeproms.takeAccesses(), Lines({"w10@0+1", "w10@88+8"}));
     EXPECT_EQ(backup.writeIndexData(), 112);
     EXPECT_EQ(eeproms.takeAccesses(), Lines({"w10@0+144", "w10@144+112"}));
-    // A block without a flag: nothing but the checksum.
-    for (const int n : {16, 255, -1}) {
-        backup.writeIndexData(3, 3, n);
-        EXPECT_EQ(eeproms.takeAccesses(), Lines({"w10@0+1"})) << n;
+    // A block above 15 has the byte that the formula gives, as long as it lies in the record.
+    EXPECT_EQ(backup.writeIndexData(3, 3, 15), 1);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines({"w10@0+1", "w10@143+1"}));
+    EXPECT_EQ(backup.writeIndexData(0, 0, 255), 1);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines({"w10@0+1", "w10@143+1"}));
+    EXPECT_EQ(backup.writeIndexData(0, 0, -32), 1);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines({"w10@0+1", "w10@0+1"}));
+    // Beyond it, nothing is written: not even the checksum.
+    for (const int n : {16, 255, 2147483647, -34, -300, -2147483647 - 1}) {
+        EXPECT_EQ(backup.writeIndexData(n < -34 || n > 0 ? 3 : 0, n > 0 ? 3 : 0, n), 0) << n;
+        EXPECT_EQ(eeproms.takeAccesses(), Lines()) << n;
     }
 }
 
@@ -267,4 +274,64 @@ TEST_F(EFIBackup, ThrownTextIsCutAtTheBuffer)
 {
     EXPECT_EQ(thrownBy([&] { backup.setThrow(99, "%s", std::string(400, 'x').c_str()); }),
               error(std::string(255, 'x')));
+}
+
+namespace {
+
+// Taken before any test ran.
+const unsigned char STATE_AT_START = EFIBackupEEPROMIndex::IndexState;
+
+}
+
+TEST(EFIBackupProcess, BeginsWithAStateThatIsNotKnown)
+{
+    EXPECT_EQ(STATE_AT_START, 0xFF);
+    MemoryEEPROMs eeproms;
+    EFIBackupEEPROMIndex::IndexState = STATE_AT_START;
+    EXPECT_FALSE(EFIBackupEEPROMData(eeproms).isValid());
+    EFIBackupEEPROMIndex::IndexState = 2;
+    EXPECT_FALSE(EFIBackupEEPROMData(eeproms).isValid());
+}
+
+TEST_F(EFIBackup, BlocksAboveFifteenAreThoseOfALaterGroup)
+{
+    prepare({{24, 0x11}, {16, 0x11}});
+    // Block 16 of the first EEPROM has the flag of block 0 of the second.
+    EXPECT_EQ(backup.resetClearFlag(0, 0, 65536), 0);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines({"r10@0+144", "w10@0+1", "w10@24+1"}));
+    EXPECT_EQ(recordNow(), record({{24, 0x01}, {16, 0x11}}));
+}
+
+TEST_F(EFIBackup, DamagedRecordIsNotMadeSoundByABlockWithoutAFlag)
+{
+    prepare({{16, 0x11}});
+    eeproms.at(10)[99] ^= 1;
+    const Bytes damaged = recordNow();
+    EXPECT_EQ(backup.resetClearFlag(3, 3, 65536), 0);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines({"r10@0+144"}));
+    EXPECT_EQ(recordNow(), damaged);
+    EXPECT_FALSE(backup.checkIndexData(SERIAL));
+}
+
+TEST_F(EFIBackup, PartitionsAndBanksAboveThreeHaveNoEEPROM)
+{
+    prepare({{16, 0x10}});
+    // The device is asked for number -1, and what it says is passed on.
+    unsigned char data[4] = {1, 2, 3, 4};
+    eeproms.failAt(1, true);
+    EXPECT_EQ(thrownBy([&] { backup.write(4, 0, 0, 4, data); }),
+              error("EFIBackup write: write error." + CODES +
+                    "select=0xffffffff offset=0x0 length=0x4)"));
+    EXPECT_EQ(
+        thrownBy([&] { backup.read(0, 4, 1, 4, data); }),
+        error("EFIBackup read: read error." + CODES + "select=0xffffffff offset=0x1 length=0x4)"));
+    eeproms.takeAccesses();
+    // Flags go by the low two bits, EEPROMs do not.
+    EXPECT_EQ(thrownBy([&] { backup.clearExecute(4, 0); }),
+              error("EFIBackup clearExecute: initialize error." + CODES + "select=0xffffffff)"));
+    EXPECT_EQ(eeproms.takeAccesses(), Lines({"w-1@0+4096"}));
+    eeproms.failNoMore();
+    EXPECT_EQ(recordNow(), record({{16, 0x10}}));
+    EXPECT_EQ(backup.resetClearFlag(4, 4, 0), 0);
+    EXPECT_EQ(recordNow(), record({}));
 }

@@ -165,17 +165,44 @@ TEST_F(EFIIndex, FlagByteComesFromTheSharedCopy)
     EXPECT_EQ(recordOf(index)[16], 0xC1);
 }
 
-TEST_F(EFIIndex, BlocksAboveFifteenHaveNoFlag)
+TEST_F(EFIIndex, BlocksAboveFifteenHaveAByteOfALaterGroup)
+{
+    // Group 1 begins at byte 24: block 16 of group 0 is block 0 of group 1.
+    index.setClrFlag(0, 0, 16, true);
+    EXPECT_EQ(recordOf(index)[24], 0x10);
+    EXPECT_EQ(EFIBackupEEPROMIndex::clrinfo[8], 0x10);
+    EXPECT_TRUE(index.getClrBlockState(0, 0, 16));
+    EXPECT_TRUE(index.getClrBlockState(0, 1, 0));
+    index.setClrFlag(0, 1, 1, true);
+    EXPECT_TRUE(index.getClrBlockState(0, 0, 17));
+    index.setClrFlag(0, 0, 16, false);
+    EXPECT_EQ(recordOf(index)[24], 0x01);
+    // The last flag of the record, from its first group and from its last one.
+    index.setClrFlag(0, 0, 255, true);
+    EXPECT_EQ(recordOf(index)[143], 0x01);
+    EXPECT_TRUE(index.getClrBlockState(3, 3, 15));
+    EXPECT_TRUE(index.getClrBlockState(2, 3, 79));
+    EXPECT_EQ(index.getIndexPoint(0, 0, 255), 143);
+    EXPECT_EQ(index.getIndexPoint(2, 3, 79), 143);
+}
+
+TEST_F(EFIIndex, BlocksBeyondTheRecordHaveNoFlag)
 {
     const Bytes before = recordOf(index);
-    for (const unsigned int n : {16U, 17U, 255U, 0xFFFFFU, ~0U}) {
-        index.setClrFlag(3, 3, n, true);
-        EXPECT_FALSE(index.getClrBlockState(3, 3, n));
+    const struct {
+        unsigned int p, b, n;
+    } rows[] = {{3, 3, 16}, {3, 3, 17}, {2, 3, 80}, {0, 0, 256}, {0, 0, 0xFFFFF}, {3, 3, ~0U}};
+    for (const auto& row : rows) {
+        index.setClrFlag(row.p, row.b, row.n, true);
+        EXPECT_FALSE(index.getClrBlockState(row.p, row.b, row.n)) << row.n;
     }
     EXPECT_EQ(recordOf(index), before);
     for (const auto& flags : EFIBackupEEPROMIndex::clrinfo) {
         EXPECT_EQ(flags, 0);
     }
+    EXPECT_EQ(index.getIndexPoint(3, 3, 16), 144);
+    EXPECT_EQ(index.getIndexPoint(0, 0, 256), 144);
+    EXPECT_EQ(index.getIndexPoint(0, 0, -32), 0);
 }
 
 TEST_F(EFIIndex, PartitionsAndBanksBeyondThreeWrapAround)
@@ -210,9 +237,12 @@ TEST_F(EFIIndex, RecordNamesASystem)
     EXPECT_FALSE(index.checkSerialInfo("SERIAL-0123"));
     EXPECT_FALSE(index.checkSerialInfo(""));
     EXPECT_EQ(recordOf(index), withSum(recordOf(index), 0));
-    // A short one is filled up with zeroes.
+    // A short one is filled up with zeroes, and never matches itself.
     index.setIndexValidFlag(true, "AB");
-    EXPECT_TRUE(index.checkSerialInfo(std::string("AB\0", 3)));
+    EXPECT_EQ(part(recordOf(index), 2, 12), textBytes("AB") + Bytes(10, 0));
+    EXPECT_FALSE(index.checkSerialInfo("AB"));
+    EXPECT_FALSE(index.checkSerialInfo(std::string("AB") + std::string(9, '\0')));
+    EXPECT_TRUE(index.checkSerialInfo(std::string("AB") + std::string(10, '\0')));
 }
 
 TEST_F(EFIIndex, InvalidRecordIsAllZeroAndPassesTheChecksum)

@@ -325,3 +325,14 @@ TEST_F(Settings, EveryKindHasItsCodes)
               eepromError(1, 3, 20020, std::string(255, 'x')));
     EXPECT_EQ(thrownBy([&] { settings.setThrow(0, "%s", ""); }), eepromError(1, 3, 20020, ""));
 }
+
+TEST_F(Settings, CheckAnswersTheAreaNumber)
+{
+    for (const int n : {0, 7, 26}) {
+        settings.readIndexData(n);
+        EXPECT_EQ(settings.checkIndexData(n), n);
+    }
+    EXPECT_EQ(
+        thrownBy([&] { settings.checkIndexData(25); }),
+        eepromError(1, 1, 20019, "checkIndexData: area number mismatch.(darea=0x1a area=0x19)"));
+}

@@ -126,7 +126,7 @@ FaultRun runWithFault(const FaultWorld& world, const Arguments& program, const s
         {"LD_PRELOAD=" FAULT_SHIM, "RECORDKIT_FAULT=" + fault, "RECORDKIT_FAULT_REPORT=" + report});
     std::ifstream file(report);
     int hit = 0;
-    if (!(file >> result.calls >> hit >> result.descriptorsLeft)) {
+    if (!(file >> result.calls >> hit >> result.descriptorsLeft >> result.inherited)) {
         ADD_FAILURE() << fault << ": no report; " << result.outcome.err;
     }
     result.wasHit = hit != 0;

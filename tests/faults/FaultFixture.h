@@ -37,6 +37,7 @@ struct FaultRun {
     long calls = 0;
     bool wasHit = false;
     long descriptorsLeft = 0;
+    long inherited = 0; ///< files opened by the library without close-on-exec
 
     bool isTraced() const { return outcome.out.find("\ntrace ") != std::string::npos; }
 };

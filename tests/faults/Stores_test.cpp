@@ -221,3 +221,57 @@ TEST(StoreFaultsOf, SettingAreaIsOldOrNewOrNotValid)
         }
     }
 }
+
+TEST(StoreFaultsOf, ReadersAnswerTheCodeOfTheCallThatFailed)
+{
+    const FaultWorld world;
+    const struct {
+        const char* operation;
+        const char* fault;
+        int code;
+    } rows[] = {
+        // The working file, its first slot, the place of its last one, and that slot.
+        {"readRecord", "open:1:13", 4},
+        {"readRecord", "read:1:5", 10},
+        {"readRecord", "lseek:1:5", 8},
+        {"readRecord", "read:3:5", 10},
+        {"readRecord", "read:3:short", 10},
+        // The search for the tail of the working file (its end is then not known), and for the id.
+        {"readRecord", "open:2:13", 15},
+        {"readRecord", "open:3:13", 4},
+        {"readFirstRecord", "open:1:13", 1},
+        {"readFirstRecord", "read:1:5", 0},
+        {"readFirstRecord", "read:1:short", 0},
+        // Three files are counted first: each is opened; full ones take more than one read.
+        {"readStoredRecord", "stat:1:13", 14},
+        {"readStoredRecord", "open:4:13", 4},
+        {"readStoredRecord", "lseek:3:5", 8},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::string(row.operation) + " " + row.fault);
+        world.reset();
+        const FaultRun faulty =
+            runWithFault(world, {FAULT_VICTIM, world.path(), row.operation}, row.fault);
+        EXPECT_TRUE(faulty.wasHit);
+        const std::string expected = "result " + std::to_string(row.code) + "\n";
+        EXPECT_EQ(faulty.outcome.out.substr(0, expected.size()), expected) << faulty.outcome.out;
+    }
+}
+
+TEST_P(StoreFaults, DescriptorsAreClosedInProgramsThatAreStarted)
+{
+    // The shim reports calls that open a file for programs started later, too.
+    const FaultRun sound = runVictim("open:0:5");
+    EXPECT_EQ(sound.inherited, 0) << GetParam().name;
+}
+
+TEST(StoreFaultsOf, FileThatCannotBeMeasuredIsDamaged)
+{
+    const FaultWorld world;
+    EXPECT_EQ(runWithFault(world, {FAULT_VICTIM, world.path(), "walk"}, "stat:0:5")
+                  .outcome.out.substr(0, 12),
+              "result 1605\n");
+    const FaultRun faulty = runWithFault(world, {FAULT_VICTIM, world.path(), "walk"}, "stat:1:5");
+    EXPECT_TRUE(faulty.wasHit);
+    EXPECT_EQ(faulty.outcome.out.substr(0, 10), "result -1\n");
+}

@@ -7,8 +7,9 @@
 //                                 which closes all the same; "short": half of what was asked for is
 //                                 read or written, half of what /bin/cp copied is there and it
 //                                 fails; "always:ERRNO": this call and all later ones
-//   RECORDKIT_FAULT_REPORT=FILE   gets "CALLS HIT DESCRIPTORS" at the end: how many calls there
-//                                 were, whether one went wrong, descriptors left open
+//   RECORDKIT_FAULT_REPORT=FILE   gets "CALLS HIT DESCRIPTORS INHERITED" at the end: how many calls
+//                                 there were, whether one went wrong, descriptors left open, and
+//                                 how often librecordkit opened one that a started program inherits
 //
 // pread and pwrite count as read and write, fdatasync as fsync, unlink as remove, fstat as stat.
 
@@ -59,6 +60,7 @@ struct Fault {
     std::size_t descriptorsBefore = openDescriptors();
     std::atomic<long> calls{0};
     std::atomic<bool> wasHit{false};
+    std::atomic<long> inherited{0};
 
     Fault()
     {
@@ -121,9 +123,19 @@ __attribute__((destructor)) void end()
     const std::size_t after = openDescriptors();
     wanted.call.clear();
     if (std::FILE* const report = std::fopen(wanted.reportPath.c_str(), "w")) {
-        std::fprintf(report, "%ld %d %ld\n", wanted.calls.load(), wanted.wasHit ? 1 : 0,
-                     static_cast<long>(after) - static_cast<long>(wanted.descriptorsBefore));
+        std::fprintf(report, "%ld %d %ld %ld\n", wanted.calls.load(), wanted.wasHit ? 1 : 0,
+                     static_cast<long>(after) - static_cast<long>(wanted.descriptorsBefore),
+                     wanted.inherited.load());
         std::fclose(report);
+    }
+}
+
+/// Counts a file that programs started later inherit, when librecordkit or its host opened it.
+void countInherited(const void* caller)
+{
+    Dl_info info = {};
+    if (::dladdr(caller, &info) != 0 && std::strstr(info.dli_fname, "librecordkit") != nullptr) {
+        ++fault().inherited;
     }
 }
 
@@ -156,6 +168,9 @@ int open(const char* path, int flags, ...)
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
     static const auto real = next<int(const char*, int, ...)>("open");
+    if ((flags & O_CLOEXEC) == 0) {
+        countInherited(__builtin_return_address(0));
+    }
     return isFaulty("open") ? -1 : real(path, flags, mode);
 }
 
@@ -163,6 +178,15 @@ int open(const char* path, int flags, ...)
 int __open_2(const char* path, int flags)
 {
     return open(path, flags);
+}
+
+std::FILE* fopen(const char* path, const char* mode)
+{
+    static const auto real = next<std::FILE*(const char*, const char*)>("fopen");
+    if (std::strchr(mode, 'e') == nullptr) {
+        countInherited(__builtin_return_address(0));
+    }
+    return real(path, mode);
 }
 
 ssize_t read(int fd, void* buffer, size_t length)

@@ -359,3 +359,111 @@ TEST_F(FRUAreaTest, ChecksumIsTheLowByteOfTheSum)
     EXPECT_EQ(area->calcChecksum(bytes, 2), 1);
     EXPECT_EQ(area->calcChecksum(bytes, 3), 0x11);
 }
+
+TEST_F(FRUAreaTest, UpdateThatThrowsLeavesTheMarkAsItWas)
+{
+    MemoryDevice header(withChecksum({1, 0, 0, 2, 0, 0, 0}));
+    const auto area = open(header, FRU_AREA_COMMON_HEADER);
+    // A coded field in an area without a length byte: its growth has nowhere to go.
+    const unsigned char field[] = {0xC1, 'x'};
+    *area->getItemMember(FRU_ITEM_BOARD_OFFSET) = FRUMember(field, FRU_ITEM_BOARD_OFFSET, 0);
+    EXPECT_EQ(thrownBy([&] { update(*area, FRU_ITEM_BOARD_OFFSET, "xyz"); }),
+              "1:128:0x000D act 1 det 0x0001 msg 20004 (FRUArea::lengthUpdate  Not Length on "
+              "FRUMember(%d), 19)");
+    EXPECT_FALSE(area->isDirty());
+    EXPECT_EQ(itemOf(*area, FRU_ITEM_BOARD_OFFSET), "x");
+}
+
+TEST_F(FRUAreaTest, WithoutUnusedSpaceTheLengthByteTakesTheChange)
+{
+    MemoryDevice chassis(
+        areaOf(16, {0x17, 0xC2, 'P', 'N', 0xC9, 'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h'}));
+    const auto area = open(chassis, FRU_AREA_CHASSIS);
+    ASSERT_EQ(layoutOf(*area), "0:1 1:1 8:1 5:3 6:10 ");
+    area->unusedUpdate(8);
+    EXPECT_EQ(itemOf(*area, FRU_ITEM_AREA_LENGTH), "\x03");
+    area->unusedUpdate(-16);
+    EXPECT_EQ(itemOf(*area, FRU_ITEM_AREA_LENGTH), "\x01");
+    area->unusedUpdate(7);
+    EXPECT_EQ(itemOf(*area, FRU_ITEM_AREA_LENGTH), "\x01");
+    EXPECT_EQ(layoutOf(*area), "0:1 1:1 8:1 5:3 6:10 ");
+}
+
+TEST_F(FRUAreaTest, AreaThatGrewIsWrittenWithItsOwnLengthAndChecksum)
+{
+    MemoryDevice board(BOARD + Bytes(64, 0x77));
+    const auto area = open(board, FRU_AREA_BOARD);
+    update(*area, FRU_ITEM_SERIAL_NUMBER, std::string(4 + 6 + 10, 'x')); // ten more than are free
+    EXPECT_EQ(area->calcAreaSize(), 42U);
+    board.takeAccesses();
+    area->syncFRU();
+    EXPECT_EQ(board.takeAccesses(), Lines({"w0+42"}));
+    const Bytes written = part(board.bytes, 0, 42);
+    EXPECT_EQ(written[1], 42 / 8);
+    EXPECT_EQ(area->calcChecksum(board.bytes.data(), 42), 0);
+    EXPECT_EQ(part(board.bytes, 42, 54), Bytes(54, 0x77));
+}
+
+TEST_F(FRUAreaTest, UnusedBytesStayAsTheyAreUntilAFieldChangesItsLength)
+{
+    Bytes fields = BOARD_FIELDS;
+    fields.resize(fields.size() - 5);
+    MemoryDevice board(areaOf(32, fields + Bytes({9, 8, 7, 6, 5})));
+    const Bytes before = board.bytes;
+    const auto area = open(board, FRU_AREA_BOARD);
+    update(*area, FRU_ITEM_SERIAL_NUMBER, "SN-2");
+    area->syncFRU();
+    // The length is the same, and still the space becomes zeroes: it is made again.
+    Bytes expected = part(before, 0, 31);
+    std::fill(expected.begin() + 25, expected.end(), static_cast<unsigned char>(0));
+    expected[17] = '2';
+    EXPECT_EQ(board.bytes, withChecksum(expected));
+
+    MemoryDevice second(before);
+    const auto untouched = open(second, FRU_AREA_BOARD);
+    untouched->syncFRU();
+    EXPECT_EQ(second.bytes, before);
+}
+
+TEST_F(FRUAreaTest, EveryOtherChecksumModeIgnores)
+{
+    Bytes bytes = BOARD;
+    bytes[20] ^= 1;
+    for (const int mode : {1, 2, 3, 255, -1, 1000}) {
+        EXPECT_EQ(openFailure(bytes, FRU_AREA_BOARD, static_cast<FRUArea::CSUM_MODE>(mode)),
+                  "nothing")
+            << mode;
+    }
+}
+
+TEST_F(FRUAreaTest, EmptyFieldIsWrittenFromAnAddress)
+{
+    // A device may look at the buffer's address; it must be one, also for no bytes.
+    struct Device : MemoryDevice {
+        using MemoryDevice::MemoryDevice;
+        int write(unsigned int offset, unsigned int length, const unsigned char* buffer) override
+        {
+            EXPECT_NE(buffer, nullptr);
+            return MemoryDevice::write(offset, length, buffer);
+        }
+    };
+    Device product(areaOf(16, {0x19, 0xC0, 0xC2, 'P', 'R', 0xC1}));
+    FRUArea area(product, 0, FRU_AREA_PRODUCT, FRUArea::CSUM_CHECK);
+    product.takeAccesses();
+    area.syncItem(FRU_ITEM_MANUFACTURER);
+    EXPECT_EQ(product.takeAccesses(), Lines({"w3+0"}));
+}
+
+TEST_F(FRUAreaTest, ValuesAboveSixtyThreeBytesAreNotRefused)
+{
+    MemoryDevice board(BOARD + Bytes(300, 0));
+    const auto area = open(board, FRU_AREA_BOARD);
+    for (const std::size_t length : {64U, 70U, 130U, 260U}) {
+        update(*area, FRU_ITEM_SERIAL_NUMBER, std::string(length, 'x'));
+        const FRUMember* const member = area->getItemMember(FRU_ITEM_SERIAL_NUMBER);
+        EXPECT_EQ(member->getLength(), length);
+        EXPECT_EQ(member->getTypeLength(), ((length & 0xFF) | 0xC0));
+        EXPECT_EQ(itemOf(*area, FRU_ITEM_SERIAL_NUMBER), std::string(length, 'x'));
+    }
+    EXPECT_EQ(area->calcAreaSize(), 32U - 6 - 4 + 260);
+}

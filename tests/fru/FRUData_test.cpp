@@ -124,6 +124,70 @@ TEST_F(FRUDataTest, WritesBackOnlyAreasThatWereEdited)
     EXPECT_EQ(item(fresh, FRU_AREA_PRODUCT, FRU_ITEM_PRODUCT_NAME), "NEW");
 }
 
+TEST_F(FRUDataTest, WriteThatFailsMidwayLeavesTheLaterAreasToBeWritten)
+{
+    FRUData data(device);
+    std::string maker = "AB";
+    std::string name = "NEW";
+    // Edited in the other order: areas are written in ascending order of their ids.
+    data.updateItem(FRU_AREA_PRODUCT, FRU_ITEM_PRODUCT_NAME, name);
+    data.updateItem(FRU_AREA_BOARD, FRU_ITEM_MANUFACTURER, maker);
+    EXPECT_EQ(device.takeAccesses(), Lines({"r0+8", "r40+2", "r40+24", "r8+2", "r8+32"}));
+    device.failFrom(7); // the header, two areas in two reads each, one write
+    EXPECT_EQ(thrownBy([&] { data.syncFRU(); }), deviceFailure());
+    EXPECT_EQ(device.takeAccesses(), Lines({"w8+32", "w40+24"}));
+    EXPECT_EQ(part(device.bytes, 8, 8), Bytes({1, 4, 0x19, 0, 0, 0, 0xC2, 'A'}));
+    EXPECT_EQ(part(device.bytes, 40, 24), PRODUCT);
+    device.failFrom(~std::size_t{0});
+    data.syncFRU();
+    EXPECT_EQ(device.takeAccesses(), Lines({"w40+24"}));
+    EXPECT_EQ(part(device.bytes, 40, 10), Bytes({1, 3, 0x19, 0xC2, 'M', 'F', 0xC3, 'N', 'E', 'W'}));
+}
+
+TEST_F(FRUDataTest, OperationsWithoutAModeCheckTheChecksum)
+{
+    device.bytes[20] ^= 1;
+    FRUData data(device);
+    std::string value = "x";
+    unsigned char out[8] = {7};
+    const std::string refused = fruError(20003, "CheckSum(4)");
+    EXPECT_EQ(thrownBy([&] { data.getItemData(FRU_AREA_BOARD, FRU_ITEM_MANUFACTURER, out); }),
+              refused);
+    EXPECT_EQ(thrownBy([&] { data.updateItem(FRU_AREA_BOARD, FRU_ITEM_MANUFACTURER, value); }),
+              refused);
+    EXPECT_EQ(thrownBy([&] { data.syncItem(FRU_AREA_BOARD, FRU_ITEM_MANUFACTURER); }), refused);
+    EXPECT_EQ(out[0], 7);
+    // The mode of the first call decides for all later ones.
+    data.getItem(FRU_AREA_BOARD, FRU_ITEM_MANUFACTURER, value, FRUArea::CSUM_IGNORE);
+    EXPECT_EQ(value, "MF");
+    data.getItemData(FRU_AREA_BOARD, FRU_ITEM_MANUFACTURER, out);
+    EXPECT_EQ(out[0], 'M');
+    data.updateItem(FRU_AREA_BOARD, FRU_ITEM_MANUFACTURER, value);
+    data.syncItem(FRU_AREA_BOARD, FRU_ITEM_MANUFACTURER);
+    device.takeAccesses();
+    data.syncFRU();
+    EXPECT_EQ(device.takeAccesses(), Lines({"w8+32"}));
+}
+
+TEST_F(FRUDataTest, TwoByteItemsOfAnotherLengthAreTwoZeroBytes)
+{
+    for (const FRU_ITEM each : {FRU_ITEM_CPU_CORE1, FRU_ITEM_CPU_CORE2, FRU_ITEM_CPU_CORE3,
+                                FRU_ITEM_CPU_CORE4, FRU_ITEM_CPU_CACHE_SIZE, FRU_ITEM_CPU_SPEED}) {
+        FRUData data(rom, FRU_CPU_ROM);
+        const FRU_AREA area = each == FRU_ITEM_CPU_CACHE_SIZE ? FRU_AREA_CPU_CACHE
+                              : each == FRU_ITEM_CPU_SPEED    ? FRU_AREA_CPU_PROCESSOR
+                                                              : FRU_AREA_CPU_CORE;
+        FRUMember* const member =
+            data.getAreaObject(area, FRUArea::CSUM_CHECK)->getItemMember(each);
+        for (const char* value : {"", "a", "abc"}) {
+            member->setData(value);
+            EXPECT_EQ(item(data, area, each), std::string(2, '\0')) << each << value;
+        }
+        member->setData("ab");
+        EXPECT_EQ(item(data, area, each), "ba") << each;
+    }
+}
+
 TEST_F(FRUDataTest, GivesTheTypeLengthByteOfAField)
 {
     FRUData data(device);

@@ -152,3 +152,16 @@ TEST(FRUMember, FixedFieldKeepsItsLengthUnlessToldOtherwise)
     EXPECT_EQ(member.getTypeLength(), 0xC9);
     EXPECT_EQ(member.getLength(), 9);
 }
+
+TEST(FRUMember, FixedFieldKeepsAllItsBytesAboveSixtyFourKilobytes)
+{
+    for (const unsigned int size : {65535U, 65536U, 65539U, 131072U}) {
+        const Bytes bytes = sequence(size);
+        const FRUMember member(bytes.data(), FRU_ITEM_CUSTOM, size);
+        EXPECT_EQ(member.getData(), std::string(bytes.begin(), bytes.end())) << size;
+        EXPECT_EQ(member.getLength(), size % 65536);
+        const FRUMember reserved(size);
+        EXPECT_EQ(reserved.getData(), std::string(size, '\0'));
+        EXPECT_EQ(reserved.getLength(), size % 65536);
+    }
+}

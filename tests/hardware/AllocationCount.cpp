@@ -8,6 +8,7 @@
 namespace {
 
 std::size_t allocations = 0;
+std::size_t failing = 0;
 
 }
 
@@ -16,9 +17,16 @@ std::size_t testing_support::allocationCount()
     return allocations;
 }
 
+void testing_support::failAllocation(std::size_t n)
+{
+    failing = allocations + n;
+}
+
 void* operator new(std::size_t size)
 {
-    ++allocations;
+    if (++allocations == failing) {
+        throw std::bad_alloc();
+    }
     if (void* const memory = std::malloc(size)) {
         return memory;
     }

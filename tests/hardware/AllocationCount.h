@@ -9,6 +9,9 @@ namespace testing_support {
 /// How often this program has taken memory from the heap by operator new.
 std::size_t allocationCount();
 
+/// Lets the n-th allocation from now, from 1, fail with std::bad_alloc, and those after it succeed.
+void failAllocation(std::size_t n);
+
 }
 
 #endif

@@ -215,3 +215,17 @@ TEST(SBBoardInfo, StatusByteCanBeOverridden)
     EXPECT_TRUE(OtherStatus().isUnsupportedSB());
     EXPECT_FALSE(SBBoardInfo().isUnsupportedSB());
 }
+
+TEST(SBBoardInfo, SocketCountIsThatOfItsByteAlone)
+{
+    Bytes image(96, 0);
+    image[7] = 0xFF;
+    image[9] = 0xFF;
+    EXPECT_EQ(fromBytes<SBBoardInfo>(image).getCPUSocketNum(), 0U);
+    image[8] = 0xA1;
+    EXPECT_EQ(fromBytes<SBBoardInfo>(image).getCPUSocketNum(), 3U);
+    EXPECT_EQ(fromBytes<SBBoardInfo>(image).getDIMMSocketNum(), 0U);
+    image[15] = 0xFF;
+    image[20] = 0xFF;
+    EXPECT_EQ(fromBytes<SBBoardInfo>(image).getDIMMSocketNum(), 0U);
+}

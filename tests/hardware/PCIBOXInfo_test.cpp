@@ -205,3 +205,35 @@ TEST(PCIBOXInfo, CountsBeyondTheLengthAreReadFromThePadding)
     EXPECT_EQ(box.getPCISlotStatus(0, 254), 0);
     EXPECT_EQ(box.getSerializedSize(), 526U);
 }
+
+TEST(PCIBOXInfo, RefusedImageLeavesTheCardsHeld)
+{
+    const Bytes head = {1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0};
+    const Bytes image = head + Bytes({1, 5, 6, 2, 0x34, 0x12, 0x78, 0x56});
+    auto box = fromBytes<PCIBOXInfo>(image);
+    const TraceCapture trace;
+    EXPECT_FALSE(load(box, Bytes(12, 0)));
+    EXPECT_FALSE(TAVLib::setSerializedPadded(box, head + Bytes({9, 1, 1, 1, 0, 0})));
+    EXPECT_EQ(trace.lines().size(), 2U);
+    EXPECT_EQ(imageOf(box), image);
+    EXPECT_EQ(box.getConnectedId(0), 5);
+    EXPECT_EQ(box.getPCISlotStatus(0, 1), 0x5678);
+}
+
+TEST(PCIBOXInfo, CardsGoWithThePEXU)
+{
+    const Bytes withPEXU = {1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 5, 6, 1, 0x34, 0x12};
+    auto box = fromBytes<PCIBOXInfo>(withPEXU);
+    ASSERT_EQ(box.getSerializedSize(), 18U);
+    Bytes without = withPEXU;
+    without[8] = 0;
+    EXPECT_TRUE(load(box, without));
+    EXPECT_EQ(imageOf(box), part(without, 0, 13));
+    std::vector<int> cards = {9};
+    box.getLinkCards(cards);
+    EXPECT_EQ(cards, std::vector<int>());
+    const TraceCapture trace;
+    EXPECT_EQ(box.getConnectedId(0), 255);
+    EXPECT_EQ(trace.lines(), Lines({"1:83:0x0D00 level 0: isParamError(lnkc): out of range:0, "
+                                    "size=0"}));
+}

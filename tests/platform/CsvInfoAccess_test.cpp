@@ -39,14 +39,18 @@ TEST_F(CsvInfoAccessTest, TableThatIsNotThereIsAFault)
 TEST_F(CsvInfoAccessTest, GivesTheFirstRecordWithTheKeyAsItStands)
 {
     EXPECT_EQ(found("a,1\nb,2\nb,3\n", 0, "b"), "b,2");
-    EXPECT_EQ(found("a,1\r\n", 0, "a"), "a,1\r");
+    // Without the line end of either kind.
+    EXPECT_EQ(found("a,1\r\n", 0, "a"), "a,1");
+    EXPECT_EQ(found("a,1\r\r\n", 0, "a"), "a,1");
+    EXPECT_EQ(found("a,1\r", 0, "a"), "a,1");
+    EXPECT_EQ(found("a,\r1\n", 0, "a"), "a,\r1");
     EXPECT_EQ(found("\"a,b\",1\n", 0, "a,b"), "\"a,b\",1");
 }
 
 TEST_F(CsvInfoAccessTest, LooksAtTheColumnAskedFor)
 {
     EXPECT_EQ(found("a,1\nb,2\n", 1, "2"), "b,2");
-    EXPECT_EQ(found("a,1\r\nb,2\r\n", 1, "2"), "b,2\r");
+    EXPECT_EQ(found("a,1\r\nb,2\r\n", 1, "2"), "b,2");
     EXPECT_EQ(found("a,1\nb,2\n", 1, "a"), "untouched");
     EXPECT_EQ(found("a,1\n", 5, "1"), "untouched");
 }

@@ -222,5 +222,97 @@ TEST(BMCSELEntryMessage, EventDataOfAShortRecordStillHaveTheirPlaces)
     ASSERT_TRUE(load(message, {0x77, 0x66}));
     Bytes out(74, 0xEE);
     EXPECT_EQ(message.getEventData(out.data()), 74U);
-    EXPECT_EQ(out, Bytes({0x77, 0x66}) + part(RECORD, 2, 16) + EXTENDED);
+    EXPECT_EQ(out, Bytes({0x77, 0x66}) + Bytes(16, 0) + EXTENDED);
+}
+
+TEST(BMCSELEntryMessage, EventDataOfAShortBlockAreZeroWhereItEnds)
+{
+    for (const std::size_t held : {1U, 7U, 14U, 69U, 70U, 111U}) {
+        // The bytes of the event before are still in the storage, and do not show.
+        auto message = fromBytes<BMCSELEntryMessage>(Bytes(130, 0x99) + TRAILER);
+        ASSERT_TRUE(load(message, RECORD + part(BLOCK, 0, held)));
+        Bytes block = part(BLOCK, 0, held);
+        block.resize(112, 0);
+        Bytes out(75, 0xEE);
+        EXPECT_EQ(message.getEventData(out.data()), 74U);
+        EXPECT_EQ(out, RECORD + part(block, 1, 13) + part(block, 69, 43) + Bytes({0xEE})) << held;
+    }
+}
+
+TEST(BMCSELEntryMessage, EventDataOfAFreshEntryAreZero)
+{
+    Bytes out(75, 0xEE);
+    EXPECT_EQ(BMCSELEntryMessage().getEventData(out.data()), 74U);
+    EXPECT_EQ(out, Bytes(74, 0) + Bytes({0xEE}));
+}
+
+TEST(BMCSELEntryMessage, RecordAloneWhileABlockIsHeldCompletesTheTrailer)
+{
+    auto message = fromBytes<BMCSELEntryMessage>(RECORD + BLOCK + Bytes({0xA0, 0xA1, 0xA2}));
+    ASSERT_EQ(message.getSerializedSize(), 133U);
+    ASSERT_TRUE(load(message, part(COMPLETE, 0, 18)));
+    // Bytes of the trailer that no image gave are those held, here zero.
+    EXPECT_EQ(imageOf(message), RECORD + BLOCK + Bytes({0xA0, 0xA1, 0xA2, 0, 0, 0, 0, 0}));
+    BMCSELEntryMessage fresh;
+    ASSERT_TRUE(load(fresh, RECORD));
+    EXPECT_EQ(imageOf(fresh), RECORD); // the size is the used one: no trailer comes up
+    for (const std::size_t shorter : {2U, 5U, 17U}) {
+        ASSERT_TRUE(load(message, part(RECORD, 0, shorter)));
+        EXPECT_EQ(imageOf(message),
+                  part(RECORD, 0, shorter) + BLOCK + Bytes({0xA0, 0xA1, 0xA2, 0, 0, 0, 0, 0}));
+    }
+}
+
+TEST(BMCSELEntryMessage, TrailerOfKindOneMayBeCutOffBeforeItsBitmask)
+{
+    const struct {
+        Bytes trailer;
+        unsigned short bitmask;
+    } rows[] = {{{1}, 0}, {{1, 0xFF}, 0}, {{1, 0xFF, 0x05}, 0x0005}, {{1, 0xFF, 5, 4}, 0x0405}};
+    for (const auto& row : rows) {
+        auto message = fromBytes<BMCSELEntryMessage>(RECORD + BLOCK + row.trailer);
+        EXPECT_EQ(message.getSerializedSize(), 130 + row.trailer.size());
+        EXPECT_EQ(message.getPartitionBitmask(), row.bitmask);
+        EXPECT_EQ(message.isPartitionValid(0), row.bitmask != 0);
+        EXPECT_FALSE(message.isPartitionValid(1));
+    }
+}
+
+TEST(BMCSELEntryMessage, PartNumberOfAShortBlockIsStoredAndNotHeld)
+{
+    auto message = fromBytes<BMCSELEntryMessage>(RECORD + part(BLOCK, 0, 80));
+    std::string number = "PART-NUMBER-5678";
+    message.setPartNo(number);
+    // The field reaches beyond the 80 bytes held: only its beginning is in the image.
+    EXPECT_EQ(imageOf(message),
+              RECORD + part(BLOCK, 0, 71) + Bytes({0xD2}) + textBytes("PART-NUM"));
+    EXPECT_EQ(thrownBy([&] { message.getPartNo(); }),
+              "1:83:0x1300 act 1 det 0x0B00 msg 20008 (BMCSELEntry, 80, 90)");
+    message.convert();
+    EXPECT_EQ(message.getSerializedSize(), 138U);
+}
+
+TEST(BMCSELEntryMessage, ConvertsTheImagesOfItsOwnKind)
+{
+    // OEM data are looked for from byte 18 of the source's image, whatever its class.
+    const Bytes expected = RECORD + Bytes({13}) + part(BLOCK, 0, 13) + Bytes(55, 0) +
+                           part(BLOCK, 13, 43) + Bytes(8, 0);
+    auto entry = fromBytes<TAVLib::RecordKit::BMCSELEntry>(RECORD + BLOCK);
+    BMCSELEntryMessage ofEntry;
+    EXPECT_EQ(ofEntry.convert(entry), 1);
+    EXPECT_EQ(imageOf(ofEntry), expected);
+    auto source = fromBytes<BMCSELEntryMessage>(COMPLETE);
+    BMCSELEntryMessage ofMessage;
+    EXPECT_EQ(ofMessage.convert(source), 1);
+    EXPECT_EQ(imageOf(ofMessage), expected);
+    EXPECT_EQ(imageOf(source), COMPLETE);
+}
+
+TEST(BMCSELEntryMessage, ConvertsItselfToAnEmptyBlock)
+{
+    // The block is cleared before the source's image is taken, which then has none of its bytes.
+    auto message = fromBytes<BMCSELEntryMessage>(COMPLETE);
+    EXPECT_EQ(message.convert(static_cast<OEMSELEntry&>(message)), 1);
+    EXPECT_EQ(imageOf(message),
+              RECORD + Bytes({13}) + Bytes(111, 0) + Bytes({0}) + part(TRAILER, 1, 7));
 }

@@ -228,3 +228,24 @@ TEST(SELEntry, LUNNeedsBothGeneratorBytes)
     const auto entry = fromBytes<SELEntry>(part(image, 0, 10));
     EXPECT_EQ(thrownBy([&] { entry.getLUN(); }), lengthError(8, 9));
 }
+
+TEST(SELEntry, RecordBytesHaveTheirIPMINumbers)
+{
+    // IPMI v2.0, sections 32.1 to 32.3.
+    EXPECT_EQ(SELEntry::RECORD_ID, 1);
+    EXPECT_EQ(SELEntry::RECORD_TYPE, 3);
+    EXPECT_EQ(SELEntry::TIMESTAMP, 4);
+    EXPECT_EQ(SELEntry::GENERATOR_ID_1, 8);
+    EXPECT_EQ(SELEntry::GENERATOR_ID_2, 9);
+    EXPECT_EQ(SELEntry::EVM_REVISION, 10);
+    EXPECT_EQ(SELEntry::SENSOR_TYPE, 11);
+    EXPECT_EQ(SELEntry::SENSOR_NUMBER, 12);
+    EXPECT_EQ(SELEntry::EVENT_TYPE, 13);
+    EXPECT_EQ(SELEntry::EVENT_DATA_1, 14);
+    EXPECT_EQ(SELEntry::OEM_MANUFACTURER_ID, 8);
+    EXPECT_EQ(SELEntry::OEM_TIMESTAMPED_DATA, 11);
+    EXPECT_EQ(SELEntry::OEM_UNTIMESTAMPED_DATA, 4);
+    EXPECT_EQ(SELEntry::SYSTEM_EVENT_RECORD, 0x02);
+    EXPECT_EQ(SELEntry::FIRST_OEM_TIMESTAMPED_RECORD, 0xC0);
+    EXPECT_EQ(SELEntry::FIRST_OEM_UNTIMESTAMPED_RECORD, 0xE0);
+}

@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 // Records written to and read from the event file store.
 #include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <utility>
+
+#include <recordkit/host/TraceLog.h>
 
 #include "StoreFixture.h"
 
@@ -103,6 +109,68 @@ TEST_F(StoreWrite, FileThatCannotBeWrittenIsTraced)
     EXPECT_EQ(store.writeRecord(SB, record), 0);
     EXPECT_EQ(trace.lines(), Lines({line("writeRecord")}));
     EXPECT_EQ(readFile(root.at("/tmp/target")), fileOf(2));
+}
+
+TEST_F(StoreWrite, FilesOfAnotherSizeTakeARecordWhereTheyHaveAnEmptySlot)
+{
+    auto record = fromBytes<Message>(slotOf(77));
+    const struct {
+        Bytes before;
+        std::size_t slot;
+    } rows[] = {{part(fileOf(5), 0, 6 * SLOT), 5},
+                {part(fileOf(0), 0, SLOT), 0},
+                {fileOf(800) + Bytes(SLOT, 0xFF), 800},
+                {fileOf(800) + slotOf(1) + Bytes(2 * SLOT, 0xFF), 801},
+                {part(fileOf(5), 0, 6 * SLOT + 100), 5}};
+    for (const auto& row : rows) {
+        writeFile(working(), row.before);
+        EXPECT_EQ(store.writeRecord(SB, record), 1) << row.slot;
+        Bytes expected = row.before;
+        const Bytes slot = slotOf(77);
+        std::copy(slot.begin(), slot.end(), expected.begin() + static_cast<long>(row.slot * SLOT));
+        EXPECT_EQ(readFile(working()), expected) << row.slot;
+    }
+    EXPECT_EQ(trace.lines(), Lines());
+}
+
+TEST_F(StoreWrite, FilesOfAnotherSizeWithoutAnEmptySlotStayAsTheyAre)
+{
+    auto record = fromBytes<Message>(slotOf(77));
+    for (const Bytes& file :
+         {Bytes(), slotOf(1), part(fileOf(5), 0, 5 * SLOT), part(fileOf(5), 0, 5 * SLOT + 137),
+          fileOf(800) + slotOf(801), part(fileOf(800), 0, FULL_FILE - 1)}) {
+        writeFile(working(), file);
+        EXPECT_EQ(store.writeRecord(SB, record), 0) << file.size();
+        EXPECT_EQ(readFile(working()), file);
+        EXPECT_EQ(trace.take(), Lines());
+    }
+    // The last bytes do not reach a record id.
+    writeFile(working(), part(fileOf(5), 0, 5 * SLOT + 3));
+    EXPECT_EQ(store.writeRecord(SB, record), 0);
+    EXPECT_EQ(trace.take(), Lines({line("searchRecord")}));
+    // One byte is refused as an image, too, and that once.
+    writeFile(working(), part(fileOf(5), 0, 5 * SLOT + 1));
+    EXPECT_EQ(store.writeRecord(SB, record), 0);
+    const Lines lines = trace.take();
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_EQ(lines[0], "1:83:0x0900 level 0: SELEntry::setSerialized: 1 where 2 is needed");
+    EXPECT_EQ(lines[3], line("searchRecord"));
+}
+
+TEST_F(StoreWrite, FolderInThePlaceOfTheFileIsReportedByTheSearch)
+{
+    std::filesystem::create_directory(working());
+    auto record = fromBytes<Message>(slotOf(77));
+    EXPECT_EQ(store.writeRecord(SB, record), 0);
+    EXPECT_EQ(trace.lines(), Lines({line("read failed: errno 21")}));
+}
+
+TEST_F(StoreWrite, MissingFileIsReportedAndNotCreated)
+{
+    auto record = fromBytes<Message>(slotOf(77));
+    EXPECT_EQ(store.writeRecord(SB, record), 0);
+    EXPECT_EQ(trace.lines(), Lines({openFailed(working(), ENOENT)}));
+    EXPECT_EQ(listFolder(root.at("/tmp")), Lines());
 }
 
 TEST_F(StoreWrite, RecordIdFFFFIsStoredAndDamagesTheTail)
@@ -212,14 +280,43 @@ TEST_F(StoreRead, IdInTheRangeThatIsMissingIsNotFound)
     EXPECT_EQ(imageOf(out), UNTOUCHED);
 }
 
-TEST_F(StoreRead, IdFFFFIsNeverRead)
+TEST_F(StoreRead, IdFFFFIsSearchedLikeAnyOther)
 {
     writeFile(working(), fileOf(3, 10));
     EXPECT_EQ(store.readRecord(SB, 0xFFFF, out), 4U);
-    // Not even where the range takes it in: the first such slot is an empty one.
+    EXPECT_EQ(imageOf(out), UNTOUCHED);
+    // Where the range takes it in, the first slot with that id is an empty one.
     writeFile(working(), fileOf(5, 65533));
     EXPECT_EQ(store.readRecord(SB, 0xFFFF, out), 0U);
     EXPECT_EQ(imageOf(out), Bytes(138, 0xFF));
+}
+
+TEST_F(StoreRead, ClearedRotatedFilesHaveIdFFFFAndNoOther)
+{
+    ASSERT_EQ(store.clearAllRecord(SB), 0U);
+    EXPECT_EQ(store.readRecord(SB, 0xFFFF, out), 1U); // the working file is empty
+    EXPECT_EQ(store.readRecord(SB, 5, out), 1U);
+    writeFile(working(), fileOf(3, 10));
+    EXPECT_EQ(store.readRecord(SB, 5, out), 15U); // all seven files are looked at
+    EXPECT_EQ(imageOf(out), UNTOUCHED);
+    EXPECT_EQ(store.readRecord(SB, 0xFFFF, out), 0U);
+    EXPECT_EQ(imageOf(out), Bytes(138, 0xFF));
+    EXPECT_EQ(store.readRecord(SB, 12, out), 0U);
+    EXPECT_EQ(trace.lines(), Lines());
+}
+
+TEST_F(StoreRead, RotatedFileThatCannotBePositionedIsCodeEight)
+{
+    writeFile(working(), fileOf(3, 10));
+    ASSERT_EQ(::mkfifo(kept(1).c_str(), 0600), 0);
+    const int fd = ::open(kept(1).c_str(), O_RDWR | O_NONBLOCK);
+    ASSERT_GE(fd, 0);
+    const Bytes slot = slotOf(900);
+    ASSERT_EQ(::write(fd, slot.data(), slot.size()), static_cast<ssize_t>(slot.size()));
+    EXPECT_EQ(store.readRecord(SB, 1000, out), 8U);
+    EXPECT_EQ(trace.take(), Lines({line("lseek failed: errno 29")}));
+    EXPECT_EQ(imageOf(out), UNTOUCHED);
+    ::close(fd);
 }
 
 TEST_F(StoreRead, DamagedWorkingFileIsNotFound)
@@ -327,6 +424,26 @@ TEST_F(StoreLast, ReadsTheWorkingFileFirstAndThenTheNewestRotatedOne)
     EXPECT_EQ(imageOf(out), slotOf(1299));
 }
 
+TEST_F(StoreLast, FallsBackToTheNewestRotatedFileWhereTheWorkingFileGivesNothing)
+{
+    writeFile(kept(1), fileOf(2, 500));
+    writeFile(kept(2), fileOf(800, 100));
+    // Missing, damaged, or without an end.
+    EXPECT_EQ(store.readLastRecord(SB, out), 1);
+    EXPECT_EQ(imageOf(out), slotOf(501));
+    Bytes damaged = fileOf(3);
+    damaged[3 * SLOT] = 0;
+    for (const Bytes& file : {damaged, Bytes(), slotOf(9), fileOf(800) + slotOf(801)}) {
+        out = fromBytes<Message>(UNTOUCHED);
+        writeFile(working(), file);
+        EXPECT_EQ(store.readLastRecord(SB, out), 1);
+        EXPECT_EQ(imageOf(out), slotOf(501));
+    }
+    // No further: the second rotated file is not asked.
+    writeFile(kept(1), fileOf(0));
+    EXPECT_EQ(store.readLastRecord(SB, out), 0);
+}
+
 TEST_F(StoreLast, ReadsAFullWorkingFile)
 {
     writeFile(working(), fileOf(800, 10));
@@ -407,6 +524,91 @@ TEST_F(StoreByNumber, FilesThatCountNothingArePassedOver)
     EXPECT_EQ(imageOf(out), slotOf(100));
     EXPECT_EQ(store.readStoredRecord(SB, 2, out), 0U);
     EXPECT_EQ(imageOf(out), slotOf(2000));
+}
+
+namespace {
+
+/// A trace sink that lets something happen to the files while an operation is under way.
+class Meanwhile {
+public:
+    /// `action` runs once, with the first trace line.
+    explicit Meanwhile(std::function<void()> action)
+        : before(TAVLib::host::setTraceSink([action, done = false](const auto&) mutable {
+              if (!std::exchange(done, true)) {
+                  action();
+              }
+          }))
+    {
+    }
+    ~Meanwhile() { TAVLib::host::setTraceSink(before); }
+    Meanwhile(const Meanwhile&) = delete;
+    Meanwhile& operator=(const Meanwhile&) = delete;
+
+private:
+    TAVLib::host::TraceSink before;
+};
+
+/// A log whose third file is damaged: it is traced when it is counted, after the second one was.
+class StoreMeanwhile : public StoreRecord {
+protected:
+    StoreMeanwhile()
+    {
+        writeFile(working(), fileOf(2, 2000));
+        writeFile(kept(1), fileOf(800, 1000));
+        writeFile(kept(2), Bytes(FULL_FILE, 0x11)); // full
+        Bytes damaged = fileOf(3);
+        damaged[3 * SLOT] = 0;
+        writeFile(kept(3), damaged);
+    }
+    /// Reads log number 806, which is slot 5 of the second file, after something happened to it.
+    unsigned int readAfter(const std::function<void()>& action)
+    {
+        const Meanwhile meanwhile(action);
+        return store.readStoredRecord(SB, 806, out);
+    }
+};
+
+}
+
+TEST_F(StoreMeanwhile, FileThatIsGoneAfterCountingIsCodeFour)
+{
+    EXPECT_EQ(readAfter([] {}), 0U);
+    EXPECT_EQ(imageOf(out), slotOf(1005));
+    out = fromBytes<Message>(UNTOUCHED);
+    EXPECT_EQ(readAfter([&] { std::filesystem::remove(kept(1)); }), 4U);
+    EXPECT_EQ(imageOf(out), UNTOUCHED);
+}
+
+TEST_F(StoreMeanwhile, PipeInThePlaceOfACountedFileIsCodeEight)
+{
+    int fd = -1;
+    EXPECT_EQ(readAfter([&] {
+                  std::filesystem::remove(kept(1));
+                  ASSERT_EQ(::mkfifo(kept(1).c_str(), 0600), 0);
+                  fd = ::open(kept(1).c_str(), O_RDWR | O_NONBLOCK);
+              }),
+              8U);
+    EXPECT_EQ(imageOf(out), UNTOUCHED);
+    ::close(fd);
+}
+
+TEST_F(StoreMeanwhile, FolderInThePlaceOfACountedFileIsCodeTen)
+{
+    EXPECT_EQ(readAfter([&] {
+                  std::filesystem::remove(kept(1));
+                  std::filesystem::create_directory(kept(1));
+              }),
+              10U);
+    EXPECT_EQ(imageOf(out), UNTOUCHED);
+}
+
+TEST_F(StoreMeanwhile, FileThatBecameShortAfterCountingGivesWhatItHasAndZeroes)
+{
+    EXPECT_EQ(readAfter([&] { std::filesystem::resize_file(kept(1), 5 * SLOT + 20); }), 0U);
+    EXPECT_EQ(imageOf(out), part(slotOf(1005), 0, 20) + Bytes(118, 0));
+    writeFile(kept(1), fileOf(800, 1000));
+    EXPECT_EQ(readAfter([&] { std::filesystem::resize_file(kept(1), 100); }), 0U);
+    EXPECT_EQ(imageOf(out), Bytes(138, 0));
 }
 
 TEST_F(StoreRecord, LeavesNoDescriptorOpen)

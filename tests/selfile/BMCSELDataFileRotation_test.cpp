@@ -125,6 +125,17 @@ TEST_F(StoreCopy, BackupThatCannotBeRemovedIsCodeSix)
               Lines({cut("BMCSELDataFile::makeCopySELFile " + kept(0) + " remove(39)")}));
 }
 
+TEST_F(StoreCopy, WorkingFileThatCannotBeEmptiedIsCodeSix)
+{
+    // A link is copied from and not written through.
+    writeFile(root.at("/target"), fileOf(5));
+    std::filesystem::create_symlink(root.at("/target"), working());
+    EXPECT_EQ(store.makeCopySELFile(SB), 6U);
+    EXPECT_EQ(readFile(kept(0)), fileOf(5));
+    EXPECT_EQ(readFile(root.at("/target")), fileOf(5));
+    EXPECT_EQ(trace.lines(), Lines({cut("BMCSELDataFile::truncate " + working() + " ")}));
+}
+
 TEST_F(StoreCopy, BackupThatCannotBeLookedAtIsCodeFourteen)
 {
     writeFile(working(), fileOf(5));
@@ -179,6 +190,23 @@ TEST_F(StoreShift, TakesTheRequestAndLeavesTheAnswer)
     EXPECT_EQ(readFile(shiftRequest()), answer("0"));
     EXPECT_EQ(readFile(kept(1)), fileOf(800));
     EXPECT_EQ(trace.lines(), Lines());
+}
+
+TEST_F(StoreShift, AnswerThatNobodyTookIsTheNextRequest)
+{
+    writeFile(working(), fileOf(800));
+    writeFile(shiftRequest(), "");
+    EXPECT_EQ(store.shiftSelFile(SB, false), 0);
+    writeFile(working(), fileOf(800, 900));
+    EXPECT_EQ(store.shiftSelFile(SB, false), 0);
+    EXPECT_EQ(readFile(shiftRequest()), answer("0"));
+    EXPECT_EQ(readFile(kept(1)), fileOf(800, 900));
+    EXPECT_EQ(readFile(kept(2)), fileOf(800));
+    EXPECT_EQ(readFile(working()), EMPTY_FILE);
+    // Who takes the answer away has asked for nothing.
+    std::filesystem::remove(shiftRequest());
+    EXPECT_EQ(store.shiftSelFile(SB, false), -1);
+    EXPECT_EQ(keptNames(), Lines({"sb1_bmc_sel1", "sb1_bmc_sel2"}));
 }
 
 TEST_F(StoreShift, WithoutARequestNothingMovesAndTheAnswerIsMinusOne)
@@ -404,6 +432,27 @@ TEST_F(StoreInitial, LeavesAnExistingWorkingFileWhenTheRestoreFailed)
     EXPECT_EQ(readFile(working()), textBytes("anything"));
     EXPECT_EQ(trace.lines(), Lines({line("BMCSELDataFile::restoreTmpSel invalid size SB#1 "
                                          "size(110399)")}));
+}
+
+TEST_F(StoreInitial, CountOfBoardsIsAskedForAgainWithEachBoard)
+{
+    // Board 1 has a backup that is traced, and the machine changes with that line.
+    TAVLib::host::setMachine({4, 4, 4, {}});
+    writeFile(kept(0), "short");
+    const TAVLib::host::TraceSink before =
+        TAVLib::host::setTraceSink([](const TAVLib::host::TraceLine&) {
+            TAVLib::host::setMachine({2, 4, 4, {}});
+        });
+    EXPECT_EQ(store.initialTruncate(), 2);
+    TAVLib::host::setTraceSink(before);
+    EXPECT_EQ(listFolder(root.at("/tmp")), Lines({"sb0_bmc_sel0", "sb1_bmc_sel0"}));
+    std::filesystem::remove(working());
+    TAVLib::host::setTraceSink([](const TAVLib::host::TraceLine&) {
+        TAVLib::host::setMachine({3, 4, 4, {}});
+    });
+    EXPECT_EQ(store.initialTruncate(), 3);
+    TAVLib::host::setTraceSink(before);
+    EXPECT_TRUE(fileExists(root.at("/tmp/sb2_bmc_sel0")));
 }
 
 TEST_F(StoreInitial, MachineWithoutBoardsHasNothingToDo)

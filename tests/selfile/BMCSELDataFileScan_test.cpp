@@ -252,6 +252,47 @@ TEST_F(StoreScan, TailOfAnyFileTracesOnlyOtherCodes)
                                    line("BMCSELDataFile::getTailAddrEx SB#1 sel5 ret(4)")}));
 }
 
+TEST_F(StoreScan, TailThatCannotBeReachedOrReadIsTracedWithItsCode)
+{
+    unsigned long addr = 0;
+    ASSERT_EQ(::mkfifo(kept(4).c_str(), 0600), 0);
+    const int fd = ::open(kept(4).c_str(), O_RDWR | O_NONBLOCK);
+    ASSERT_GE(fd, 0);
+    const Bytes slot = slotOf(1);
+    ASSERT_EQ(::write(fd, slot.data(), slot.size()), static_cast<ssize_t>(slot.size()));
+    EXPECT_EQ(store.getTailAddrEx(SB, 4, addr, 1), 8U);
+    EXPECT_EQ(addr, SLOT);
+    EXPECT_EQ(trace.take(), Lines({line("lseek failed: errno 29"),
+                                   line("BMCSELDataFile::getTailAddrEx SB#1 sel4 ret(8)")}));
+    ::close(fd);
+    writeFile(kept(5), part(fileOf(2), 0, 2 * SLOT + 3));
+    EXPECT_EQ(store.getTailAddrEx(SB, 5, addr, 1), 10U);
+    EXPECT_EQ(addr, 2 * SLOT);
+    EXPECT_EQ(trace.take(), Lines({line("searchRecord"),
+                                   line("BMCSELDataFile::getTailAddrEx SB#1 sel5 ret(10)")}));
+}
+
+TEST_F(StoreScan, TraceUnderAMessageThatTakesMoreThanATextHasNothingElse)
+{
+    const struct {
+        int message;
+        const char* text;
+    } rows[] = {{20003, "text"},
+                {20004, "text"},
+                {20008, "text: 0 where 0 is needed"},
+                {20010, "text: "},
+                {20011, "text failed: errno 0"},
+                {20019, "refused: text"},
+                {20027, "text: bad value 0"},
+                {20030, "text: not given by  0"},
+                {20034, "text: 0 is beyond the table"},
+                {4711, "unknown message"}};
+    for (const auto& row : rows) {
+        store.writeTrace(7, row.message, "%s", "text");
+        EXPECT_EQ(trace.take(), Lines({std::string("1:83:0x1000 level 7: ") + row.text}));
+    }
+}
+
 TEST_F(StoreScan, LastRecordIsTheSlotBeforeTheTail)
 {
     EXPECT_EQ(lastOf(fileOf(1)), Result(0, 0));

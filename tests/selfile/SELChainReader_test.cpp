@@ -215,3 +215,39 @@ TEST_F(ChainReader, JudgesEveryFileAsTheStoreDoes)
             << file.size();
     }
 }
+
+TEST_F(ChainReader, WorkingFileThatIsTooLongIsCountedAsTheStoreCountsIt)
+{
+    const struct {
+        Bytes file;
+        unsigned short count;
+    } rows[] = {{fileOf(800) + slotOf(801) + Bytes(SLOT, 0xFF), 801},
+                {fileOf(800) + Bytes(SLOT, 0xFF), 800},
+                {fileOf(5) + slotOf(9), 5},
+                {fileOf(800) + slotOf(801), 0},
+                {fileOf(800) + slotOf(801) + Bytes(60, 0xFF), 0}};
+    writeFile(kept(1), fileOf(800, 1000));
+    for (const auto& row : rows) {
+        writeFile(working(), row.file);
+        unsigned short total = 0;
+        unsigned short last = 0;
+        std::vector<unsigned short> counts;
+        ASSERT_EQ(store.getEntryNumEx(SB, total, last, counts), 0U);
+        EXPECT_EQ(counts, std::vector<unsigned short>({row.count, 800}));
+        SELChainReader reader(SB);
+        EXPECT_EQ(reader.getTotal(), total);
+        SELChainReader::Record record = {};
+        unsigned int number = 0;
+        while (reader.next(record)) {
+            if (record.logNumber == 0) {
+                continue; // of a file that the store does not count
+            }
+            ++number;
+            EXPECT_EQ(record.logNumber, number);
+            Message stored;
+            ASSERT_EQ(store.readStoredRecord(SB, static_cast<unsigned short>(number), stored), 0U);
+            EXPECT_EQ(imageOf(stored), Bytes(record.image, record.image + SLOT)) << number;
+        }
+        EXPECT_EQ(number, total);
+    }
+}

@@ -123,6 +123,33 @@ TEST_F(StoreCheckTest, BackupThatBeginsTheWorkingFileIsNoLeftOver)
     }
 }
 
+TEST_F(StoreCheckTest, LeftOverOfOneEventIsFound)
+{
+    writeFile(kept(0), fileOf(1));
+    writeFile(working(), fileOf(0));
+    EXPECT_EQ(findings().size(), 1U);
+    EXPECT_FALSE(SELStoreCheck(SB).isSound());
+    writeFile(kept(0), fileOf(0));
+    EXPECT_EQ(findings(), Lines());
+}
+
+TEST_F(StoreCheckTest, LeftOverIsToldByItsEventsAndNotByTheirNumber)
+{
+    // The rotation was cut off, and as many or more events came after it.
+    writeFile(kept(0), fileOf(5));
+    for (const std::size_t count : {5U, 6U, 799U}) {
+        writeFile(working(), fileOf(count, 900));
+        EXPECT_EQ(findings(), Lines({cutOff(5)})) << count;
+    }
+    // One byte of one event is enough, the last one too.
+    for (const std::size_t at : {std::size_t{0}, 4 * SLOT + 137}) {
+        Bytes other = fileOf(5);
+        other[at] ^= 1;
+        writeFile(working(), other);
+        EXPECT_EQ(findings(), Lines({cutOff(5)})) << at;
+    }
+}
+
 TEST_F(StoreCheckTest, BackupWithOtherEventsIsALeftOver)
 {
     writeFile(kept(0), fileOf(800));
@@ -237,6 +264,19 @@ TEST_F(StoreCheckTest, FailedRenameIsSaid)
     EXPECT_EQ(actions,
               Lines({kept(1) + " could not be renamed to " + kept(2) + ": Is a directory"}));
     EXPECT_TRUE(fileExists(kept(0)));
+}
+
+TEST_F(StoreCheckTest, FailedRenameOfALaterGapIsSaidToo)
+{
+    writeFile(working(), fileOf(0));
+    writeFile(kept(3), fileOf(800));
+    const SELStoreCheck check(SB);
+    std::filesystem::create_directories(kept(1) + "/x");
+    Lines actions;
+    EXPECT_FALSE(check.recover(actions));
+    EXPECT_EQ(actions,
+              Lines({kept(3) + " could not be renamed to " + kept(1) + ": Is a directory"}));
+    EXPECT_TRUE(fileExists(kept(3)));
 }
 
 TEST_F(StoreCheckTest, ShiftRequestIsANoteOnly)

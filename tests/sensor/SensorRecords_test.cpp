@@ -325,3 +325,52 @@ TEST(RecordSensorCommon, LongestStringHasSixteenBytes)
 {
     EXPECT_EQ(RecordSensorCommon::VARIABLE_FIELD_LENGTH + 0, 16U);
 }
+
+namespace {
+
+/// Says when it goes.
+template <typename Record> struct Watched : Record {
+    explicit Watched(bool& flag) : isGone(flag) {}
+    ~Watched() override { isGone = true; }
+    bool& isGone;
+};
+
+template <typename Record> void expectLoadedFromItself(std::size_t fixedSize)
+{
+    Bytes image = sequence(fixedSize - 1, 1) + Bytes({0xC5}) + textBytes("FAN 1");
+    auto record = fromBytes<Record>(image);
+    // The image begins fixedSize - 1 bytes before the type/length byte.
+    const unsigned char* const own = record.getIDStringStruct() - (fixedSize - 1);
+    EXPECT_TRUE(record.setSerialized(own, static_cast<unsigned int>(image.size())));
+    EXPECT_EQ(imageOf(record), image);
+    // What was after a string that got shorter is zero.
+    record.setIDStringLength(3);
+    EXPECT_TRUE(record.setSerialized(own, static_cast<unsigned int>(fixedSize + 16)));
+    EXPECT_EQ(part(Bytes(own, own + fixedSize + 16), fixedSize, 16),
+              textBytes("FAN") + Bytes(13, 0));
+}
+
+}
+
+TEST(FullSensorRecord, IsLoadedFromItsOwnImage)
+{
+    expectLoadedFromItself<FullSensorRecord>(48);
+}
+
+TEST(CompactSensorRecord, IsLoadedFromItsOwnImage)
+{
+    expectLoadedFromItself<CompactSensorRecord>(32);
+}
+
+TEST(SensorRecords, AreDeletedWholeThroughEitherBase)
+{
+    bool isGone = false;
+    delete static_cast<TAVLib::SerializableObject*>(new Watched<FullSensorRecord>(isGone));
+    EXPECT_TRUE(isGone);
+    isGone = false;
+    delete static_cast<TAVLib::SerializableObject*>(new Watched<CompactSensorRecord>(isGone));
+    EXPECT_TRUE(isGone);
+    isGone = false;
+    delete static_cast<RecordHeader*>(new Watched<CompactSensorRecord>(isGone));
+    EXPECT_TRUE(isGone);
+}

@@ -366,11 +366,27 @@ TEST_F(SeverityMapTest, OnlyTheFirstMasksOfAPairAreKept)
     EXPECT_EQ(map.getSeverityMask(0x07, 0x18, severityOf(2)), 0x0024);
 }
 
+TEST_F(SeverityMapTest, OffsetsCountModuloSixtyFour)
+{
+    for (unsigned int offset = 0; offset < 256; ++offset) {
+        const SeverityMap::offsetToSev_t entry = {static_cast<unsigned char>(offset),
+                                                  severityOf(3)};
+        // A pair of the test's own for each, as the map of the process keeps them.
+        const auto sensorType = static_cast<unsigned char>(offset);
+        map.setMasks(0x71, sensorType, &entry, 1);
+        const unsigned int expected = offset % 64 < 16 ? 1U << offset % 64 : 0;
+        EXPECT_EQ(map.getSeverityMask(0x71, sensorType, severityOf(3)), expected) << offset;
+    }
+    EXPECT_EQ(map.getSeverityMask(0x71, 64, severityOf(3)), 0x0001);
+    EXPECT_EQ(map.getSeverityMask(0x71, 79, severityOf(3)), 0x8000);
+    EXPECT_EQ(map.getSeverityMask(0x71, 80, severityOf(3)), 0);
+}
+
 TEST_F(SeverityMapTest, OffsetsBeyondFifteenAndOtherSeveritiesSetNothing)
 {
     const SeverityMap::offsetToSev_t list[] = {
         {15, severityOf(1)}, {16, severityOf(1)}, {31, severityOf(2)},   {32, severityOf(2)},
-        {64, severityOf(3)}, {79, severityOf(3)}, {0xFF, severityOf(4)}, {3, severityOf(0)},
+        {63, severityOf(3)}, {47, severityOf(3)}, {0xFF, severityOf(4)}, {3, severityOf(0)},
         {4, severityOf(6)},  {5, severityOf(-1)},
     };
     // A pair of the test's own, as the map of the process keeps it.

@@ -2,6 +2,7 @@
 #include <recordkit/serial/BitField.h>
 
 #include <gtest/gtest.h>
+#include <type_traits>
 
 using TAVLib::get_bit;
 
@@ -57,4 +58,17 @@ TEST(BitField, PositionBeyondTheByteIsZero)
         EXPECT_EQ(bits(0xFF, position, 1), 0) << position;
         EXPECT_EQ(bits(0xFF, position, 8), 0) << position;
     }
+}
+
+TEST(BitField, IntLiteralCountsAsItsLowByte)
+{
+    EXPECT_EQ(get_bit(0xA5, 0, 1), 1);
+    EXPECT_EQ(get_bit(0xA5, 1, 1), 0);
+    EXPECT_EQ(get_bit(0xA5, 4, 4), 0x0A);
+    EXPECT_EQ(get_bit(0xA5, 8, 1), 0);
+    EXPECT_EQ(get_bit(0xA5, 0, 0), 0);
+    EXPECT_EQ(get_bit(0xA5, 0, 12), 0xA5);
+    EXPECT_EQ(get_bit(0x1A5, 0, 12), 0xA5);
+    EXPECT_EQ(get_bit(-1, 4, 4), 0x0F);
+    static_assert(std::is_same_v<decltype(get_bit(0xA5, 0, 1)), unsigned char>);
 }

@@ -79,3 +79,15 @@ TEST(PartitionInfo, NeedsABufferOfItsSize)
     EXPECT_EQ(info.getSerialized(buffer.data(), 4), 4U);
     EXPECT_EQ(buffer, Bytes({0, 2, 0x10, 0x11}));
 }
+
+TEST(PartitionInfo, TracesNothing)
+{
+    const TraceCapture trace;
+    PartitionInfo partition;
+    EXPECT_FALSE(load(partition, {1}));
+    EXPECT_FALSE(load(partition, Bytes(15, 0)));
+    EXPECT_FALSE(load(partition, {1, 13}));
+    unsigned char buffer[1] = {};
+    EXPECT_EQ(partition.getSerialized(buffer, 1), 0U);
+    EXPECT_EQ(trace.lines(), Lines());
+}

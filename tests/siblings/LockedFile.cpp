@@ -65,6 +65,7 @@ int LockedFile::write(const void* buffer, unsigned int length)
 
 void LockedFile::truncFile(long length)
 {
+    lockedFileAnswers.truncations.push_back(length);
     orThrow(::ftruncate(fd, length));
 }
 

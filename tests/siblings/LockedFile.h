@@ -3,6 +3,7 @@
 #define RECORDKIT_TESTS_SIBLINGS_LOCKEDFILE_H
 
 #include <functional>
+#include <vector>
 
 namespace testing_support {
 
@@ -12,6 +13,7 @@ struct LockedFileAnswers {
     std::function<void()> beforeOpen; ///< another process's turn, or a failure
     long placesOff = 0;               ///< added to each place that lseek reports
     unsigned int bytesLess = 0;       ///< less than asked for, for each read and write
+    std::vector<long> truncations;    ///< lengths that files were cut to
 };
 
 extern LockedFileAnswers lockedFileAnswers;

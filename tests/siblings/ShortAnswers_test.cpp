@@ -135,6 +135,13 @@ TEST_F(ShortStore, FileThatIsCutInPartIsNotAnswered)
     EXPECT_EQ(readFile(working()), Bytes(FULL_FILE - 138, 0xFF));
 }
 
+TEST_F(ShortStore, FilesAreCutToNothingBeforeTheyAreRewritten)
+{
+    EXPECT_EQ(store.truncate(SB, 3, 1), 0U);
+    EXPECT_EQ(lockedFileAnswers.truncations, std::vector<long>({0}));
+    EXPECT_EQ(readFile(kept(3)), Bytes(FULL_FILE, 0xFF));
+}
+
 TEST_F(ShortStore, RecordGoesBehindOneThatCameBeforeTheLock)
 {
     writeFile(working(), fileOf(2));

@@ -92,7 +92,19 @@ TEST_F(UtilTest, UnitsHaveTheirNodeIds)
     EXPECT_EQ(nodeIdOf(0, 7, 0), 0x07);
     EXPECT_EQ(nodeIdOf(0, 7, 2), 0x07);
     EXPECT_EQ(nodeIdOf(128, 7, 1), 0x8F);
+}
+
+TEST_F(UtilTest, NegativeUnitsAreTakenByTheirLowBits)
+{
+    // Only units above 7 are refused.
     EXPECT_EQ(nodeIdOf(0, -1, 0), 0xFF);
+    EXPECT_EQ(nodeIdOf(128, -1, 0), 0xFE);
+    EXPECT_EQ(nodeIdOf(128, -1, 1), 0xFF);
+    EXPECT_EQ(nodeIdOf(160, -1, 1), 0xFF);
+    EXPECT_EQ(nodeIdOf(160, -8, 0), 0xF0);
+    EXPECT_EQ(nodeIdOf(192, -1, 0), 0xFF);
+    EXPECT_EQ(nodeIdOf(192, -64, 2), 0xC0);
+    EXPECT_EQ(nodeIdOf(0, -2147483647 - 1, 0), 0x00);
 }
 
 TEST_F(UtilTest, UnitsThatCannotBeMappedThrow)
@@ -140,6 +152,8 @@ TEST_F(UtilTest, FirstTwoLogicalIOUnitsOfBoardZeroAreSwapped)
     EXPECT_EQ(Util::bmmId2Liou(0, 1), 0);
     EXPECT_EQ(Util::bmmId2Liou(0, 3), 0);
     EXPECT_EQ(Util::bmmId2Liou(1, 2), 6);
+    EXPECT_EQ(Util::bmmId2Liou(2, 1), 9);
+    EXPECT_EQ(Util::bmmId2Liou(63, 3), 255);
     EXPECT_EQ(Util::bmmId2Liou(64, 2), 2);
 }
 
@@ -238,11 +252,17 @@ TEST_F(CPUNames, SteppingIsTheLastFieldOfTheRecord)
 TEST_F(CPUNames, SteppingIsABlankWhereItIsNotKnown)
 {
     EXPECT_EQ(Util::getCPUStepping(rom), " ");
-    for (const char* content : {"", "CODE-2,A0\n", "CODE-1\n", "CODE-1,A0,\n"}) {
+    for (const char* content : {"", "CODE-2,A0\n", "CODE-1,A0,\n", "CODE-1,A0,\r\n"}) {
         table("cpu_stepping.csv", content);
         EXPECT_EQ(Util::getCPUStepping(rom), " ") << content;
     }
     EXPECT_EQ(trace.lines(), Lines());
+}
+
+TEST_F(CPUNames, KeyIsTheLastFieldOfARecordThatHasNoOther)
+{
+    table("cpu_stepping.csv", "CODE-1\n");
+    EXPECT_EQ(Util::getCPUStepping(rom), "CODE-1");
 }
 
 TEST_F(CPUNames, RecordWithABadEscapeIsTracedAndCountsAsNotThere)

@@ -179,3 +179,44 @@ TEST(SystemInfoParameters, TextIsCutAtAZeroByte)
     EXPECT_EQ(text(Bytes({0xFF, 0, 0, 0}) + Bytes(13, 0)), "");
     EXPECT_EQ(text(Bytes({0, 1, 1, 1}) + textBytes("1234567890ABC")), "-");
 }
+
+TEST(GSWBVersion, IsASerializableObjectOfTwelveBytes)
+{
+    GSWBVersion version;
+    TAVLib::SerializableObject& object = version;
+    EXPECT_EQ(object.getSerializedSize(), 12U);
+    EXPECT_EQ(imageOf(object), Bytes(12, 0));
+    EXPECT_FALSE(load(object, sequence(11, 1)));
+    EXPECT_EQ(imageOf(object), Bytes(12, 0));
+    EXPECT_TRUE(load(object, sequence(14, 1)));
+    EXPECT_EQ(imageOf(object), sequence(12, 1));
+    EXPECT_EQ(version.getInternalData()[11], 12);
+    version.getInternalData()[0] = 0x77;
+    EXPECT_EQ(imageOf(object), Bytes({0x77}) + sequence(11, 2));
+    Bytes buffer(11, 0xEE);
+    EXPECT_EQ(object.getSerialized(buffer.data(), 11), 0U);
+    EXPECT_EQ(buffer, Bytes(11, 0xEE));
+}
+
+TEST(GSWBVersion, NumbersAboveTheirWidthAreShownWhole)
+{
+    auto version = fromBytes<GSWBVersion>({0, 0, 100, 255, 199, 99, 9, 100, 255, 100, 99, 9});
+    std::string first;
+    std::string second;
+    version.getOnlineVersion(first, second);
+    EXPECT_EQ(first, "V100L255-A199");
+    EXPECT_EQ(second, "V99L09-A100");
+    version.getOfflineVersion(first, second);
+    EXPECT_EQ(first, "V255L100");
+    EXPECT_EQ(second, "V099L009");
+}
+
+TEST(SystemFirmwareVersion, LetterIndexC0EndsTheText)
+{
+    // C0h and 40h make the zero character.
+    EXPECT_EQ(fromBytes<SystemFirmwareVersion>({0xC0, 0x10, 0x05, 3}).getVersionString(), "S");
+    EXPECT_EQ(fromBytes<SystemFirmwareVersion>({0xC1, 0x10, 0x05, 3}).getVersionString(), "S\x01"
+                                                                                          "10053");
+    EXPECT_EQ(fromBytes<SystemFirmwareVersion>({0xBF, 0x10, 0x05, 3}).getVersionString(), "S\xFF"
+                                                                                          "10053");
+}
