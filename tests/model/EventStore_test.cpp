@@ -1330,12 +1330,12 @@ void addDamage(Random& random, Steps& steps)
         steps.push_back({PUT_BYTES, {which}, random.bytes(random.below(300))});
         break;
     case 1: {
-        const long long size =
-            random.oneIn(3)
-                ? random.below(400)
-                : static_cast<long long>(SLOT) * random.between(0, 803) + random.between(-3, 5);
-        steps.push_back(
-            {RESIZE, {which, std::max(size, 0LL), random.oneIn(2) ? 0xFF : random.below(256)}, {}});
+        long long size = random.below(400);
+        if (!random.oneIn(3)) {
+            size = static_cast<long long>(SLOT) * random.between(0, 803);
+            size = std::max(size + random.between(-3, 5), 0LL);
+        }
+        steps.push_back({RESIZE, {which, size, random.oneIn(2) ? 0xFF : random.below(256)}, {}});
         break;
     }
     case 2:
@@ -1359,12 +1359,8 @@ void addDamage(Random& random, Steps& steps)
         // An id in the middle, or bytes of an empty slot.
         const long long slot = random.oneIn(2) ? random.below(10) : random.below(800);
         const Bytes bytes = random.oneIn(2) ? Bytes({0xFF, 0xFF}) : random.bytes(random.below(4));
-        steps.push_back({PATCH,
-                         {
-                             which,
-                             slot * static_cast<long long>(SLOT) + random.oneOf({2, 2, 0, 137}),
-                         },
-                         bytes});
+        const long long place = random.oneOf({2, 2, 0, 137});
+        steps.push_back({PATCH, {which, slot * static_cast<long long>(SLOT) + place}, bytes});
         break;
     }
     }
@@ -1490,8 +1486,8 @@ Steps generateReading(Random& random)
             addDamage(random, steps);
         }
         const auto at = [&random](const std::vector<long long>& numbers) {
-            return numbers[random.below(static_cast<unsigned int>(numbers.size()))] +
-                   (random.oneIn(3) ? random.between(-1, 1) : 0);
+            const int beside = random.oneIn(3) ? random.between(-1, 1) : 0;
+            return numbers[random.below(static_cast<unsigned int>(numbers.size()))] + beside;
         };
         switch (random.below(6)) {
         case 0:

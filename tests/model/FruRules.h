@@ -202,7 +202,7 @@ struct Member {
     }
 };
 
-/// The bytes of an area, with zeroes as far as anyone looks behind them.
+/// The bytes of an area, with zeroes as far as anyone looks beyond them.
 class Image {
 public:
     explicit Image(Bytes image) : bytes(std::move(image)) {}

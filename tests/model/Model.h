@@ -16,7 +16,8 @@
 namespace testing_support {
 
 /// Random numbers that are the same on every platform: the engine's sequence is fixed by the
-/// language, that of its distributions is not.
+/// language, that of its distributions is not. Nor is the order of two operands: an expression
+/// takes one number, or several in braces.
 class Random {
 public:
     explicit Random(unsigned int seed) : engine(seed) {}
@@ -113,7 +114,7 @@ enum class FailureKind { DEVICE, OTHER };
 /// What a failure of another type is noted as.
 constexpr const char* OTHER_FAILURE = "another failure";
 
-/// A failure as the rules state it; describes itself as `describe` does a PException.
+/// A failure by the rules; describes itself as `describe` does a PException.
 struct Failure {
     std::string text;
 };

@@ -116,7 +116,7 @@ private:
     Medium none;
 };
 
-/// The rules, one after the other as they are stated.
+/// The rules of the conversions, one after the other.
 class Rules : public Subject {
 public:
     Lines perform(const Step& step) override

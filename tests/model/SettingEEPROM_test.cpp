@@ -681,7 +681,7 @@ Bytes anyEntry(Random& random, unsigned int n)
     entry.bytes[0] = static_cast<unsigned char>(random.oneIn(10) ? random.byte() : random.below(2));
     entry.bytes[2] = static_cast<unsigned char>(random.oneIn(10) ? random.byte() : random.below(2));
     entry.bytes[3] = static_cast<unsigned char>(random.oneIn(10) ? random.byte() : n);
-    // Areas that lie on the EEPROM, mostly small ones, behind the index or on it.
+    // Areas that lie on the EEPROM, mostly small ones, after the index or on it.
     entry.bytes[4] &= 0x7F;
     entry.bytes[6] = static_cast<unsigned char>(random.oneIn(20) ? random.below(0x80) : 0);
     entry.bytes[7] &= random.oneIn(4) ? 0xFF : 0x0F;
