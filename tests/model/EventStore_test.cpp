@@ -1543,26 +1543,6 @@ Steps generateRotation(Random& random)
     return steps;
 }
 
-Steps generate(Random& random)
-{
-    Steps steps;
-    switch (random.below(5)) {
-    case 0:
-        steps = generateReading(random);
-        break;
-    case 1:
-        steps = generateRotation(random);
-        break;
-    default:
-        steps = generateMixed(random);
-        break;
-    }
-    if (random.oneIn(25)) {
-        steps.insert(steps.begin(), Step{USE_SHELL, {}, {}});
-    }
-    return steps;
-}
-
 std::string print(const Step& step)
 {
     const char* const names[] = {"put file",
@@ -1609,18 +1589,39 @@ std::string print(const Step& step)
     return text;
 }
 
-TEST(EventStoreModel, StoreKeepsItsRules)
+void compareStores(Steps (*generate)(Random&), unsigned int sequences, unsigned int firstSeed)
 {
     Comparison comparison;
     comparison.library = [] { return std::make_unique<Library>(); };
     comparison.rules = [] { return std::make_unique<Rules>(); };
-    comparison.generate = generate;
+    comparison.generate = [generate](Random& random) {
+        Steps steps = generate(random);
+        if (random.oneIn(25)) {
+            steps.insert(steps.begin(), Step{USE_SHELL, {}, {}});
+        }
+        return steps;
+    };
     comparison.changesMedium = [](const Step& step) {
         return (step.operation >= FULL_ENTRY_CHECK && step.operation <= WRITE_RECORD) ||
                step.operation >= CLEAR_ALL_RECORD;
     };
     comparison.print = print;
-    compare(comparison, 12000, 51000);
+    compare(comparison, sequences, firstSeed);
+}
+
+TEST(EventStoreModel, StoreKeepsItsRulesWhateverLiesThere)
+{
+    compareStores(generateMixed, 6000, 51000);
+}
+
+TEST(EventStoreModel, ReadersKeepTheirRulesAtTheEndsOfFiles)
+{
+    compareStores(generateReading, 3000, 152000);
+}
+
+TEST(EventStoreModel, ShiftsKeepTheirRulesOnChainsWithGaps)
+{
+    compareStores(generateRotation, 3000, 253000);
 }
 
 }
