@@ -15,7 +15,7 @@
 namespace testing_support {
 
 /// EEPROMs of 64 KiB in memory that note each access as "r4@512+16" or "w10@0+1", and can fail at
-/// one access or from one on.
+/// one access or from one on. An access beyond the end fails, too.
 class MemoryEEPROMs : public TAVLib::EEPROMRWif {
 public:
     static constexpr std::size_t SIZE = 65536;
@@ -79,9 +79,16 @@ private:
             if (failsOtherwise) {
                 throw OtherFailure();
             }
-            throw TAVLib::PException(1, 9, 9, 0x12, 0x345, 20031, reinterpret_cast<long>("device"),
-                                     0, 0, 0, 0, 0, 0, 0);
+            fail();
         }
+        if (offset > SIZE || length > SIZE - offset) {
+            fail();
+        }
+    }
+    [[noreturn]] static void fail()
+    {
+        throw TAVLib::PException(1, 9, 9, 0x12, 0x345, 20031, reinterpret_cast<long>("device"), 0,
+                                 0, 0, 0, 0, 0, 0);
     }
 
     std::map<int, Bytes> eeproms;

@@ -14,7 +14,8 @@
 
 namespace testing_support {
 
-/// A FRU device in memory that notes each access as "r0+8" or "w16+8", and fails from one on.
+/// A FRU device in memory that notes each access as "r0+8" or "w16+8", and fails from one on. What
+/// lies beyond its end reads as EEh and cannot be written.
 class MemoryDevice : public TAVLib::FRURWif {
 public:
     explicit MemoryDevice(Bytes image) : bytes(std::move(image)) {}
@@ -30,17 +31,26 @@ public:
     int write(unsigned int offset, unsigned int length, const unsigned char* buffer) override
     {
         note("w", offset, length);
+        if (offset > bytes.size() || length > bytes.size() - offset) {
+            fail();
+        }
         std::copy(buffer, buffer + length, bytes.begin() + offset);
         return static_cast<int>(length);
     }
 
-    void failFrom(std::size_t access) { firstFailure = access; }
+    void failFrom(std::size_t access)
+    {
+        firstFailure = access;
+        failsOtherwise = false;
+    }
     /// As failFrom, with an OtherFailure.
     void failOtherwiseFrom(std::size_t access)
     {
         failFrom(access);
         failsOtherwise = true;
     }
+    void failNoMore() { failFrom(~std::size_t{0}); }
+    std::size_t accessCount() const { return count; }
     Lines takeAccesses() { return std::exchange(accesses, {}); }
 
     Bytes bytes;
@@ -53,9 +63,13 @@ private:
             if (failsOtherwise) {
                 throw OtherFailure();
             }
-            throw TAVLib::PException(1, 9, 9, 0x12, 0x345, 20031, reinterpret_cast<long>("device"),
-                                     0, 0, 0, 0, 0, 0, 0);
+            fail();
         }
+    }
+    [[noreturn]] static void fail()
+    {
+        throw TAVLib::PException(1, 9, 9, 0x12, 0x345, 20031, reinterpret_cast<long>("device"), 0,
+                                 0, 0, 0, 0, 0, 0);
     }
 
     Lines accesses;
