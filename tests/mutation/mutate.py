@@ -6,9 +6,11 @@
 Run by ./dev mutate, which says what the options do.
 """
 import argparse
+import fcntl
 import json
 import random
 import shlex
+import signal
 import sys
 import threading
 from pathlib import Path
@@ -247,8 +249,20 @@ def parse_arguments():
     return parser.parse_args()
 
 
+def lock_work():
+    """Two runs in the same copies would change each other's files."""
+    WORK.mkdir(parents=True, exist_ok=True)
+    lock = open(WORK / "lock", "w")
+    try:
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        raise SystemExit(f"dev mutate: another run uses {WORK}") from None
+    return lock
+
+
 def main():
     options = parse_arguments()
+    _lock = lock_work()  # until the end
     processes = Processes()
     trees = [Tree(SOURCE, WORK / str(n + 1), processes) for n in range(WORKERS)]
     files = set(options.files)
@@ -264,6 +278,7 @@ def main():
     equivalents = Equivalents(EQUIVALENT)
     run = Run(found, quotas(found, options.count), options.seed, equivalents)
     print(f"{run.total} of {sum(map(len, found.values()))} mutants, seed {options.seed}", flush=True)
+    signal.signal(signal.SIGTERM, signal.default_int_handler)
     threads = [threading.Thread(target=run.work, args=(tree,)) for tree in trees]
     is_interrupted = False
     try:

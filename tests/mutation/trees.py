@@ -40,7 +40,7 @@ class DoesNotBuild(Exception):
 
 
 class TestsFail(Exception):
-    """Without a mutant."""
+    """Without a mutant, so that nothing can be said about mutants."""
 
 
 class Interrupted(Exception):
@@ -148,7 +148,7 @@ class Tree:
             self.changed = None
 
     def try_mutant(self, mutant, steps):
-        """What killed it, and whether that was the time limit; None when it survives."""
+        """The test that killed it, and whether that was by the time limit; None when it survives."""
         try:
             self.mutate(mutant)
             for step in steps:
@@ -167,8 +167,11 @@ class Tree:
             self.restore()
 
     def measure(self, step):
-        """The tests pass without a mutant, or none that they kill says anything."""
-        self.build(step.configuration, step.program)
+        """How long the tests may take; they pass without a mutant."""
+        try:
+            self.build(step.configuration, step.program)
+        except DoesNotBuild as failure:
+            raise TestsFail(f"{step.program} does not build without a mutant:\n{failure}") from None
         begun = time.monotonic()
         if self.run_tests(step, BUILD_LIMIT * 2) != 0:
             raise TestsFail(f"{step.program} fails without a mutant:\n"
