@@ -12,6 +12,7 @@ import random
 import shlex
 import signal
 import sys
+import tempfile
 import threading
 from pathlib import Path
 
@@ -21,6 +22,7 @@ from trees import (DoesNotBuild, Interrupted, PLAIN, Processes, SANITIZED, Step,
 SOURCE = Path(__file__).resolve().parents[2]
 WORK = SOURCE / "build" / "mutate"
 EQUIVALENT = Path(__file__).resolve().with_name("equivalent.txt")
+MEMORY = Path("/dev/shm")
 WORKERS = 2
 
 # The programs of tests/CMakeLists.txt that see a folder's mutants, the quickest and nearest first.
@@ -228,14 +230,15 @@ class Run:
         self.report(mutant, "killed", f"killed by {test}")
 
 
-def print_results(run):
-    for mutant, test in sorted(run.timed_out):
+def print_results(sample):
+    for mutant, test in sorted(sample.timed_out):
         print(f"\nkilled by the time limit: {mutant.file}:{mutant.line}: {mutant.change}: {test}")
-    for mutant in sorted(run.survivors):
+    for mutant in sorted(sample.survivors):
         print(f"\nsurvived: {mutant.file}:{mutant.line}\n{entry_text(mutant)}")
-    print(f"\n{run.not_built} more did not compile; {len(run.timed_out)} were killed by the time limit")
+    print(f"\n{sample.not_built} more did not compile; "
+          f"{len(sample.timed_out)} were killed by the time limit")
     print(f"\n{'folder':10} {'killed':>8} {'listed':>8} {'survived':>8}")
-    for folder, counts in run.results.items():
+    for folder, counts in sample.results.items():
         print(f"{folder:10} {counts['killed']:8} {counts['listed']:8} {counts['survived']:8}")
 
 
@@ -263,8 +266,16 @@ def lock_work():
 def main():
     options = parse_arguments()
     _lock = lock_work()  # until the end
+    # In memory where that can be: the tests wait for the disk more than for anything else.
+    with tempfile.TemporaryDirectory(prefix="recordkit-mutate-",
+                                     dir=MEMORY if MEMORY.is_dir() else WORK) as scratch:
+        return run(options, Path(scratch))
+
+
+def run(options, scratch):
     processes = Processes()
-    trees = [Tree(SOURCE, WORK / str(n + 1), processes) for n in range(WORKERS)]
+    trees = [Tree(SOURCE, WORK / str(n + 1), scratch / str(n + 1), processes)
+             for n in range(WORKERS)]
     files = set(options.files)
     for file in files:
         if not (SOURCE / file).is_file() or file.split("/")[1:2] not in [[f] for f in PROGRAMS]:
@@ -276,10 +287,11 @@ def main():
                 print(f"{mutant.file}:{mutant.line}: {mutant.place}: {mutant.change}")
         return 0
     equivalents = Equivalents(EQUIVALENT)
-    run = Run(found, quotas(found, options.count), options.seed, equivalents)
-    print(f"{run.total} of {sum(map(len, found.values()))} mutants, seed {options.seed}", flush=True)
+    sample = Run(found, quotas(found, options.count), options.seed, equivalents)
+    print(f"{sample.total} of {sum(map(len, found.values()))} mutants, seed {options.seed}",
+          flush=True)
     signal.signal(signal.SIGTERM, signal.default_int_handler)
-    threads = [threading.Thread(target=run.work, args=(tree,)) for tree in trees]
+    threads = [threading.Thread(target=sample.work, args=(tree,)) for tree in trees]
     is_interrupted = False
     try:
         for thread in threads:
@@ -291,16 +303,16 @@ def main():
         processes.stop()
         for thread in threads:
             thread.join()
-    if run.failure is not None:
-        print(f"dev mutate: {run.failure}", file=sys.stderr)
+    if sample.failure is not None:
+        print(f"dev mutate: {sample.failure}", file=sys.stderr)
         return 3
-    print_results(run)
+    print_results(sample)
     stale = equivalents.stale(found, files)
     for file, place, before, after, _ in stale:
         print(f"\n{EQUIVALENT.name}: nothing matches\n{file} {place}\n- {before}\n+ {after}")
-    sums = {key: sum(counts[key] for counts in run.results.values())
+    sums = {key: sum(counts[key] for counts in sample.results.values())
             for key in ("killed", "listed", "survived")}
-    print(f"\n{sums['killed']} of {run.done()} mutants killed, {sums['listed']} listed as "
+    print(f"\n{sums['killed']} of {sample.done()} mutants killed, {sums['listed']} listed as "
           f"equivalent, {sums['survived']} survive")
     if is_interrupted:
         return 130

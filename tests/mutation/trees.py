@@ -93,13 +93,13 @@ class Processes:
 
 
 class Tree:
-    """Sources, builds and scratch folder of one worker, below a folder of its own."""
+    """Sources and builds of one worker, below a folder of its own; the tests run in `scratch`."""
 
-    def __init__(self, source, folder, processes):
+    def __init__(self, source, folder, scratch, processes):
         self.source = source
         self.sources = folder / "sources"
         self.builds = folder
-        self.scratch = folder / "scratch"
+        self.scratch = scratch
         self.output = folder / "output"
         self.processes = processes
         self.limits = {}
@@ -148,7 +148,7 @@ class Tree:
             self.changed = None
 
     def try_mutant(self, mutant, steps):
-        """The test that killed it, and whether that was by the time limit; None when it survives."""
+        """The test that killed it, and whether the time limit did; None when it survives."""
         try:
             self.mutate(mutant)
             for step in steps:
@@ -174,8 +174,9 @@ class Tree:
             raise TestsFail(f"{step.program} does not build without a mutant:\n{failure}") from None
         begun = time.monotonic()
         if self.run_tests(step, BUILD_LIMIT * 2) != 0:
-            raise TestsFail(f"{step.program} fails without a mutant:\n"
-                            + self.output.read_text(errors="replace")[-3000:])
+            text = self.output.read_text(errors="replace")
+            first = text[max(0, text.find(": Failure") - 200):][:3000]
+            raise TestsFail(f"{step.program} fails without a mutant:\n{first}")
         return max(SHORTEST_LIMIT, LIMIT_FACTOR * (time.monotonic() - begun))
 
     def build(self, configuration, target):
