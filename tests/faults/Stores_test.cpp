@@ -274,4 +274,5 @@ TEST(StoreFaultsOf, FileThatCannotBeMeasuredIsDamaged)
     const FaultRun faulty = runWithFault(world, {FAULT_VICTIM, world.path(), "walk"}, "stat:1:5");
     EXPECT_TRUE(faulty.wasHit);
     EXPECT_EQ(faulty.outcome.out.substr(0, 10), "result -1\n");
+    EXPECT_EQ(faulty.outcome.err, "cannot be read: Input/output error\n");
 }

@@ -58,6 +58,9 @@ int walk()
     while (reader.next(record)) {
         ++count;
     }
+    for (const SELChainReader::Damage& damage : reader.getDamage()) {
+        std::fprintf(stderr, "%s\n", damage.text.c_str());
+    }
     return reader.getDamage().empty() ? count : -1;
 }
 

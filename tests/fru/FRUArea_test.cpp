@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/fru/FRUArea.h>
+#include <recordkit/fru/FRUTables.h>
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -190,6 +191,34 @@ TEST_F(FRUAreaTest, InternalUseAreaDoesNotKeepWhatFollowsItsFields)
     const auto area = open(internal, FRU_AREA_INTERNAL_A);
     EXPECT_EQ(layoutOf(*area), "0:1 1:1 16:1 6:13 77:1 78:1 79:2 80:72 17:19 13:8 14:1 ");
     EXPECT_EQ(itemOf(*area, FRU_ITEM_RESERVED), std::string(8, '\0'));
+    EXPECT_EQ(itemOf(*area, FRU_ITEM_CHECKSUM), std::string(1, static_cast<char>(bytes.back())));
+}
+
+TEST_F(FRUAreaTest, FieldsBeginAtTheBufferWhateverThePositionWas)
+{
+    const auto area = open(device, FRU_AREA_BOARD, 16);
+    Bytes buffer = BOARD + Bytes(65, 0);
+    unsigned short pos = 5;
+    area->setAreaData(buffer.data(), &pos, findFRUArea(FRU_AREA_BOARD)->members);
+    EXPECT_EQ(pos, 24);
+}
+
+TEST_F(FRUAreaTest, EndMarkerBeyondTheAreaIsRefused)
+{
+    // Only a caller's own buffer has one there: those that are read go on in zeroes.
+    const auto area = open(device, FRU_AREA_BOARD, 16);
+    Bytes buffer(128, 0);
+    buffer[32] = 0xC1;
+    EXPECT_EQ(thrownBy([&] { area->setAreaEndData(buffer.data(), 32); }),
+              fruError(20003, "End Code Area offset Abnormal. area_id=4"));
+}
+
+TEST_F(FRUAreaTest, UnusedSpaceThatIsUsedUpNeedsNoLengthByte)
+{
+    MemoryDevice rom(Bytes(64, 0));
+    const auto area = open(rom, FRU_AREA_CPU_HEADER);
+    area->unusedUpdate(2);
+    EXPECT_EQ(itemOf(*area, FRU_ITEM_RESERVED), "");
 }
 
 TEST_F(FRUAreaTest, DeviceFailuresAreTracedAndThrownOn)

@@ -157,6 +157,8 @@ TEST(SBBoardInfo, ReadsTypeAndSockets)
     EXPECT_EQ(board.getBoardType(), 0x42);
     EXPECT_EQ(board.getCPUSocketNum(), 3U);
     EXPECT_EQ(board.getDIMMSocketNum(), 12U);
+    EXPECT_EQ(SBBoardInfo::CPU_1, 1U);
+    EXPECT_EQ(SBBoardInfo::DIMM_31, 31U);
     EXPECT_EQ(imageOf(board), image);
 }
 

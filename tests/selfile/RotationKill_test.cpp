@@ -154,3 +154,22 @@ TEST_P(RotationKill, WithoutRecoveryTheNextRotationWouldDeleteEvents)
     ASSERT_EQ(check.getFindings().size(), 1U);
     EXPECT_EQ(check.getFindings()[0].kind, SELStoreCheck::ROTATION_CUT_OFF);
 }
+
+class RecoverSteps : public StoreTest {};
+
+TEST_F(RecoverSteps, EveryRenameIsOnTheMediumBeforeTheNext)
+{
+    // A rotation that was cut off before its last two renames, and a gap above.
+    writeFile(working(), fileOf(0));
+    writeFile(kept(0), fileOf(800, 3000));
+    writeFile(kept(1), fileOf(800, 2000));
+    writeFile(kept(4), fileOf(800, 1000));
+    Arguments words = programOfThisBuild(ROTATION_VICTIM);
+    words.insert(words.end(), {root.path(), "1", "recover"});
+    const Outcome outcome = run(words);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out, "1 rename\n2 sync\n3 rename\n4 sync\n5 rename\n6 sync\n");
+    EXPECT_EQ(keptNames(), Lines({"sb1_bmc_sel1", "sb1_bmc_sel2", "sb1_bmc_sel3"}));
+    EXPECT_EQ(readFile(kept(1)), fileOf(800, 3000));
+    EXPECT_EQ(readFile(kept(3)), fileOf(800, 1000));
+}

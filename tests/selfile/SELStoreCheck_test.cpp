@@ -160,6 +160,10 @@ TEST_F(StoreCheckTest, BackupWithOtherEventsIsALeftOver)
     EXPECT_EQ(findings(), Lines({cutOff(800)}));
     writeFile(working(), fileOf(799));
     EXPECT_EQ(findings(), Lines({cutOff(800)}));
+    // One event is as much as any.
+    writeFile(kept(0), fileOf(1));
+    writeFile(working(), fileOf(0));
+    EXPECT_EQ(findings(), Lines({cutOff(1)}));
 }
 
 TEST_F(StoreCheckTest, BackupWithoutAWorkingFileWaitsToBeRestored)

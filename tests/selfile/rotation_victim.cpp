@@ -3,6 +3,7 @@
 //
 //   rotation_victim ROOT BOARD 0       runs the rotation and prints its steps
 //   rotation_victim ROOT BOARD STEP    dies before that step
+//   rotation_victim ROOT BOARD recover finishes a rotation that was cut off, and prints the steps
 //
 // A step is a call that changes a file; a write is two steps, the second with half of it done.
 // The calls are caught by the linker (--wrap), so that the library under test is the real one.
@@ -11,10 +12,12 @@
 #include <cstdlib>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 #include <recordkit/host/HostRoot.h>
 #include <recordkit/host/Machine.h>
 #include <recordkit/selfile/BMCSELDataFile.h>
+#include <recordkit/selfile/SELStoreCheck.h>
 
 namespace {
 
@@ -118,8 +121,14 @@ int main(int argc, char** argv)
     }
     TAVLib::host::setSystemRoot(argv[1]);
     const auto sb = static_cast<unsigned char>(std::atoi(argv[2]));
-    fatalStep = std::atoi(argv[3]);
-    const int result = BMCSELDataFile().shiftSelFile(sb, true);
+    bool isDone = false;
+    if (argv[3] == std::string("recover")) {
+        std::vector<std::string> actions;
+        isDone = TAVLib::RecordKit::SELStoreCheck(sb).recover(actions);
+    } else {
+        fatalStep = std::atoi(argv[3]);
+        isDone = BMCSELDataFile().shiftSelFile(sb, true) == 0;
+    }
     std::fputs(names.c_str(), stdout);
-    return result == 0 ? 0 : 1;
+    return isDone ? 0 : 1;
 }

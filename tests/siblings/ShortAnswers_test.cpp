@@ -142,6 +142,14 @@ TEST_F(ShortStore, FilesAreCutToNothingBeforeTheyAreRewritten)
     EXPECT_EQ(readFile(kept(3)), Bytes(FULL_FILE, 0xFF));
 }
 
+TEST_F(ShortStore, FileThatIsCutAndNotWrittenIsEmpty)
+{
+    writeFile(working(), fileOf(2));
+    lockedFileAnswers.bytesLess = FULL_FILE;
+    EXPECT_EQ(store.truncate(SB, 0, 0), 6U);
+    EXPECT_EQ(readFile(working()), Bytes());
+}
+
 TEST_F(ShortStore, RecordGoesBehindOneThatCameBeforeTheLock)
 {
     writeFile(working(), fileOf(2));
