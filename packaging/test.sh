@@ -31,7 +31,7 @@ mkdir -p "$root"
 depends=$(dpkg-deb -f "$packages"/recordkit_*.deb Depends | tr ',' '\n' |
     sed -n -e 's/ *(.*//; s/ //g; /^librecordkit1$/!p' | paste -sd,)
 debootstrap --variant=minbase \
-    --include="man-db,bash-completion,g++,pkg-config,cmake,make,$depends" \
+    --include="man-db,bash-completion,g++,pkg-config,cmake,make,libfmt-dev,$depends" \
     "$suite" "$root" "$mirror" >"$root.log" 2>&1 || fail "no fresh system: $root.log"
 # The minimal system leaves manual pages and documentation out when it installs.
 rm -f "$root"/etc/dpkg/dpkg.cfg.d/*docker* "$root"/etc/dpkg/dpkg.cfg.d/excludes
@@ -76,8 +76,10 @@ inside sh -c 'cd /tmp && g++ -std=c++17 /usr/share/doc/librecordkit-dev/examples
 [ "$(inside /tmp/read_fru /usr/share/doc/recordkit/examples/ascii-all.bin)" = SBS00998877 ] ||
     fail "what the example says"
 cp -r "$source/tests/install/consumer" "$root/tmp/"
-inside sh -c 'cd /tmp/consumer && cmake -S . -B b && cmake --build b' >>"$root.log" 2>&1 ||
-    fail "find_package: $root.log"
+inside sh -c 'cd /tmp/consumer && cmake -S . -B b -DEXAMPLES=/usr/share/doc/librecordkit-dev/examples &&
+    cmake --build b' >>"$root.log" 2>&1 || fail "find_package: $root.log"
+inside sh -c '/tmp/consumer/b/list_sensors /source/examples/data/sdr/repository.sdr' | grep -q . ||
+    fail "what an example prints that links recordkit::inspect"
 inside /tmp/consumer/b/consumer | grep -q "^010002000000005f" || fail "what its program prints"
 rm -rf "$root"
 echo "package test: installed and used in a fresh $suite"

@@ -48,9 +48,19 @@ find "$prefix/include/recordkit" -name '*.h' | while read -r header; do
 done >"$scratch/headers.log" || fail "a header does not compile by itself"
 
 cmake -S "$source/tests/install/consumer" -B "$scratch/cmake" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" \
-    -DCMAKE_PREFIX_PATH="$prefix" >"$scratch/cmake.log" || fail "find_package"
+    -DEXAMPLES="$source/examples" -DCMAKE_PREFIX_PATH="$prefix" >"$scratch/cmake.log" ||
+    fail "find_package"
 cmake --build "$scratch/cmake" >>"$scratch/cmake.log" || fail "the CMake program"
 "$scratch/cmake/consumer" | grep -q "^$expected" || fail "what the CMake program prints"
+
+"$scratch/cmake/list_sensors" "$source/examples/data/sdr/repository.sdr" | grep -q . ||
+    fail "what an example prints that links recordkit::inspect"
+
+# The library alone, without the command and the layer above it.
+cmake --install "$build" --prefix "$scratch/library" --component library >"$scratch/install.log"
+[ ! -e "$scratch/library/bin" ] || fail "the component library has the command"
+[ ! -e "$scratch/library/include/recordkit/inspect" ] || fail "the component library has inspect"
+[ -n "$(find "$scratch/library" -name 'librecordkit.so.1')" ] || fail "the component library"
 
 PKG_CONFIG_PATH=$lib/pkgconfig
 export PKG_CONFIG_PATH

@@ -22,3 +22,8 @@ cp "$(dirname "$0")/../../examples/data/fru/ascii-all.bin" "$root/fru.bin"
 [ "$("$@" "$examples/read_fru" "$root/fru.bin")" = SBS00998877 ]
 [ "$("$@" "$examples/read_fru" "$root/fru.bin" SN-4711)" = SN-4711 ]
 [ "$("$@" "$examples/read_fru" "$root/fru.bin")" = SN-4711 ]
+[ "$("$@" "$examples/edit_fru" "$root/fru.bin" board.serial=SN-4712)" = "SN-4711 -> SN-4712" ]
+[ "$("$@" "$examples/read_fru" "$root/fru.bin")" = SN-4712 ]
+! "$@" "$examples/edit_fru" "$root/fru.bin" board.colour=red 2>/dev/null
+"$@" "$examples/list_sensors" "$(dirname "$0")/../../examples/data/sdr/repository.sdr" >"$root/sensors"
+grep -qx "60h CPU1 Status      Processor " "$root/sensors" || { cat "$root/sensors"; exit 1; }
