@@ -12,8 +12,8 @@ set(RECORDKIT_SANITIZE "" CACHE STRING "sanitizers to compile in, as for -fsanit
 set(RECORDKIT_PUBLIC_DATA ${PROJECT_SOURCE_DIR}/../shared/data/public CACHE PATH
     "public sample data that some tests compare with; those are skipped where it is not")
 # Tests are built where this is the project that was asked for, unless BUILD_TESTING says otherwise.
-include(CTest)
-if(BUILD_TESTING AND CMAKE_SOURCE_DIR STREQUAL PROJECT_SOURCE_DIR)
+option(BUILD_TESTING "build the tests of projects that are asked for" ON)
+if(BUILD_TESTING AND PROJECT_IS_TOP_LEVEL)
     set(RECORDKIT_TESTS_BY_DEFAULT ON)
 else()
     set(RECORDKIT_TESTS_BY_DEFAULT OFF)
