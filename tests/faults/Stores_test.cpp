@@ -265,6 +265,19 @@ TEST_P(StoreFaults, DescriptorsAreClosedInProgramsThatAreStarted)
     EXPECT_EQ(sound.inherited, 0) << GetParam().name;
 }
 
+TEST(StoreFaultsOf, AnswerToAShiftRequestIsWrittenToItsEnd)
+{
+    const FaultWorld world;
+    const Arguments shift = {FAULT_VICTIM, world.path(), "shiftSelFile"};
+    const long lastWrite = runWithFault(world, shift, "write:0:5").calls;
+    world.reset();
+    const FaultRun faulty =
+        runWithFault(world, shift, "write:" + std::to_string(lastWrite) + ":short");
+    EXPECT_TRUE(faulty.wasHit);
+    EXPECT_EQ(readFile(BMCSELDataFile::getShiftRequestFile()),
+              textBytes(std::string("0") + std::string(15, '\0')));
+}
+
 TEST(StoreFaultsOf, FileThatCannotBeMeasuredIsDamaged)
 {
     const FaultWorld world;

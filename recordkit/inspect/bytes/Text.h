@@ -38,7 +38,7 @@ std::string toUtf8(ByteView latin1);
 /// UTF-8 as Latin-1; nothing when a character is not in Latin-1, or the text is not UTF-8.
 std::optional<std::string> toLatin1(const std::string& text);
 
-/// The text with control characters as \x07, for terminals.
+/// The text for a terminal: a backslash, x and two hex digits stand for each control character.
 std::string printable(const std::string& text);
 
 }
