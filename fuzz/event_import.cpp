@@ -3,7 +3,7 @@
 // first byte says which form, and whether OEM data come from options.
 #include "Fuzz.h"
 #include "tool/sel/EventFields.h"
-#include "tool/sel/EventImport.h"
+#include "tool/sel/EventInput.h"
 #include "tool/sel/EventJson.h"
 
 using namespace recordkit::tool;
@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     const auto format = static_cast<ImportFormat>(data[0] % 5);
     const std::string content(data + 1, data + size);
     fuzz::attempt([&] {
-        for (ImportedEvent& event : importEvents("input", content, format, fields)) {
+        for (ImportedEvent& event : readEvents("input", content, format, fields)) {
             setRecordId(event.message, 0x1234);
             fuzz::expect(recordIdOf(event.message) == 0x1234);
             unsigned char image[Layout::SLOT_SIZE];

@@ -14,7 +14,7 @@
 #include "support/Bytes.h"
 #include "support/ScratchRoot.h"
 #include "tool/PeerNames.h"
-#include "tool/sel/EventImport.h"
+#include "tool/sel/EventInput.h"
 
 using namespace recordkit::inspect;
 using namespace recordkit::tool;
@@ -102,7 +102,7 @@ TEST(Simulator, HasNoWordsForAnEventThatWeHaveNone)
 
     const Bytes raw = readFile(root.at("/events.raw"));
     const auto ours =
-        importEvents("events.raw", std::string(raw.begin(), raw.end()), ImportFormat::AUTO, {});
+        readEvents("events.raw", std::string(raw.begin(), raw.end()), ImportFormat::AUTO, {});
     // The simulator may begin with an event of its own for the clearing.
     ASSERT_GE(ours.size(), sent.size());
     const std::size_t before = ours.size() - sent.size();

@@ -16,7 +16,7 @@
 #include "support/Answers.h"
 #include "support/Bytes.h"
 #include "support/ScratchRoot.h"
-#include "tool/sel/EventImport.h"
+#include "tool/sel/EventInput.h"
 
 using namespace recordkit::inspect;
 using namespace recordkit::tool;
@@ -117,7 +117,7 @@ std::vector<Event> eventsOf(const Sample& sample)
 {
     const std::string content = contentOf(sample.log);
     std::vector<Event> events;
-    for (const ImportedEvent& imported : importEvents(sample.log, content, sample.format, {})) {
+    for (const ImportedEvent& imported : readEvents(sample.log, content, sample.format, {})) {
         const Bytes image = imageOf(imported.message);
         events.push_back(decodeEvent(0, {1, 0, 0, image.data()}));
     }

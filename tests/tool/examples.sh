@@ -27,3 +27,5 @@ cp "$(dirname "$0")/../../examples/data/fru/ascii-all.bin" "$root/fru.bin"
 ! "$@" "$examples/edit_fru" "$root/fru.bin" board.colour=red 2>/dev/null
 "$@" "$examples/list_sensors" "$(dirname "$0")/../../examples/data/sdr/repository.sdr" >"$root/sensors"
 grep -qx "60h CPU1 Status      Processor " "$root/sensors" || { cat "$root/sensors"; exit 1; }
+"$@" "$examples/show_events" "$(dirname "$0")/../../examples/data/sel/events.raw" >"$root/events"
+[ "$(sed -n 2p "$root/events")" = "0002h System Firmware Hang" ]

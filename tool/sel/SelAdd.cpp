@@ -10,7 +10,7 @@
 #include "../Commands.h"
 #include "../Files.h"
 #include "../print/Progress.h"
-#include "EventImport.h"
+#include "EventInput.h"
 #include "Store.h"
 
 namespace recordkit::tool {
@@ -127,7 +127,7 @@ void add(const CLI::App& command, const Options& options, const Globals& globals
     const OemFields fields = oemFields(command, options, globals);
     const std::string name = inputName(options.file);
     const ImportFormat format = options.isNdjson ? ImportFormat::NDJSON : options.format;
-    std::vector<ImportedEvent> events = importEvents(name, readInput(options.file), format, fields);
+    std::vector<ImportedEvent> events = readEvents(name, readInput(options.file), format, fields);
     if (!options.renumbers) {
         refuseEmptyId(name, events);
     }

@@ -87,15 +87,11 @@ void decodeOemData(const SELEntry& entry, int from, Event& event)
 
 }
 
-Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::Record& record)
+Event decodeEvent(const BMCSELEntryMessage& message)
 {
-    BMCSELEntryMessage entry;
-    entry.setSerialized(record.image, BMCSELEntryMessage::MESSAGE_IMAGE_SIZE);
+    // A copy, for accessors that are not const.
+    BMCSELEntryMessage entry = message;
     Event event;
-    event.board = board;
-    event.logNumber = record.logNumber;
-    event.fileIndex = record.fileIndex;
-    event.slot = record.slot;
     event.recordId = littleEndian(entry, SELEntry::RECORD_ID, 2);
     event.recordType = entry.getSpecifiedBytePosData(SELEntry::RECORD_TYPE);
     event.kind = kindOf(event.recordType);
@@ -121,7 +117,19 @@ Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::R
     event.partitions = entry.getPartitionBitmask();
     event.partNumber = entry.getPartNo();
     event.serialNumber = entry.getSerialNo();
-    std::copy_n(record.image, event.image.size(), event.image.begin());
+    entry.getSerialized(event.image.data(), static_cast<unsigned int>(event.image.size()));
+    return event;
+}
+
+Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::Record& record)
+{
+    BMCSELEntryMessage entry;
+    entry.setSerialized(record.image, BMCSELEntryMessage::MESSAGE_IMAGE_SIZE);
+    Event event = decodeEvent(entry);
+    event.board = board;
+    event.logNumber = record.logNumber;
+    event.fileIndex = record.fileIndex;
+    event.slot = record.slot;
     return event;
 }
 

@@ -9,6 +9,7 @@
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Time.h>
 #include <recordkit/inspect/words/Severities.h>
+#include <recordkit/sel/BMCSELEntryMessage.h>
 #include <recordkit/selfile/SELChainReader.h>
 #include <recordkit/selfile/SELFileLayout.h>
 
@@ -53,7 +54,10 @@ struct Event {
     std::array<unsigned char, SELFileLayout::SLOT_SIZE> image = {};
 };
 
-/// Decodes what a slot holds.
+/// Decodes a record that is in no log.
+Event decodeEvent(const TAVLib::RecordKit::BMCSELEntryMessage& message);
+
+/// Decodes the record of a slot.
 Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::Record& record);
 
 /// "system-event", "oem-timestamped", "oem-untimestamped" or "other".

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tool/sel/EventImport.h"
+#include <recordkit/inspect/event/EventImport.h>
 
 #include <gtest/gtest.h>
 
-#include "support/Bytes.h"
-#include "tool/Errors.h"
+#include <recordkit/inspect/bytes/Error.h>
 
-using namespace recordkit::tool;
+#include "support/Bytes.h"
+
+using namespace recordkit::inspect;
 using namespace testing_support;
 
 namespace {
@@ -30,14 +31,13 @@ std::string hexOf(const Bytes& bytes, const char* separator = "")
     return text;
 }
 
-std::vector<ImportedEvent> import(const std::string& content,
-                                  ImportFormat format = ImportFormat::AUTO,
+std::vector<ImportedEvent> import(const std::string& content, EventForm format = EventForm::AUTO,
                                   const OemFields& fields = {})
 {
     return importEvents("FILE", content, format, fields);
 }
 
-Bytes onlyImage(const std::string& content, ImportFormat format = ImportFormat::AUTO,
+Bytes onlyImage(const std::string& content, EventForm format = EventForm::AUTO,
                 const OemFields& fields = {})
 {
     const auto events = import(content, format, fields);
@@ -51,13 +51,12 @@ Bytes completeImage(const Bytes& record)
     return Bytes({0xFF, 0xFF}) + record + Bytes({13}) + Bytes(111, 0) + Bytes(8, 0);
 }
 
-std::string refusal(const std::string& content, ImportFormat format = ImportFormat::AUTO,
+std::string refusal(const std::string& content, EventForm format = EventForm::AUTO,
                     const OemFields& fields = {})
 {
     try {
         import(content, format, fields);
-    } catch (const Error& e) {
-        EXPECT_EQ(statusOf(e), EXIT_DATA);
+    } catch (const DataError& e) {
         return e.what();
     }
     return "taken";
@@ -82,7 +81,7 @@ TEST(EventImport, WriterawManufacturerIdsAreTurnedBack)
         Bytes sent = saved;
         std::swap(sent[7], sent[9]);
         EXPECT_EQ(onlyImage(textOf(saved)), completeImage(sent));
-        EXPECT_EQ(onlyImage(textOf(saved), ImportFormat::WRITERAW), completeImage(sent));
+        EXPECT_EQ(onlyImage(textOf(saved), EventForm::WRITERAW), completeImage(sent));
     }
     for (const unsigned char type : {0x02, 0xBF, 0xE0, 0xFF}) {
         Bytes saved = OEM_RECORD;
@@ -93,7 +92,7 @@ TEST(EventImport, WriterawManufacturerIdsAreTurnedBack)
 
 TEST(EventImport, WireRecordsStayAsTheyAre)
 {
-    EXPECT_EQ(onlyImage(textOf(OEM_RECORD), ImportFormat::WIRE), completeImage(OEM_RECORD));
+    EXPECT_EQ(onlyImage(textOf(OEM_RECORD), EventForm::WIRE), completeImage(OEM_RECORD));
 }
 
 TEST(EventImport, HexRecordsAreInWireOrder)
@@ -141,17 +140,7 @@ TEST(EventImport, MessageImageIsTakenAsItIs)
     EXPECT_EQ(onlyImage(hexOf(image)), image);
 }
 
-TEST(EventImport, NdjsonGivesTheImage)
-{
-    const Bytes image = Bytes({0x78, 0x56}) + RECORD + sequence(120, 9);
-    const std::string object = "{\"id\": 1, \"image\": \"" + hexOf(image) + "\"}";
-    const auto events = import("\n " + object + "\n\n" + object);
-    ASSERT_EQ(events.size(), 2U);
-    EXPECT_EQ(imageOf(events[1].message), image);
-    EXPECT_EQ(events[1].place, "line 4");
-}
-
-TEST(EventImport, OptionsFillTheOemDataOfRecordsWithout)
+TEST(EventImport, FieldsFillTheOemDataOfRecordsWithout)
 {
     OemFields fields;
     fields.areGiven = true;
@@ -161,16 +150,16 @@ TEST(EventImport, OptionsFillTheOemDataOfRecordsWithout)
     const Bytes expected = Bytes({0xFF, 0xFF}) + RECORD + Bytes({13}) + Bytes(68, 0) +
                            Bytes({0x05, 0x10, 0xC4, 'P', 'N', '-', '1'}) + Bytes(14, 0) +
                            Bytes({0xCC}) + textBytes("SERIAL-12345") + Bytes(9, 0) + Bytes(8, 0);
-    EXPECT_EQ(onlyImage(textOf(RECORD), ImportFormat::AUTO, fields), expected);
-    EXPECT_EQ(refusal(hexOf(sequence(74)), ImportFormat::AUTO, fields),
-              "FILE, line 1: a record of 74 bytes has OEM data of its own; --partitions, "
-              "--part-number and --serial-number are for those without");
+    EXPECT_EQ(onlyImage(textOf(RECORD), EventForm::AUTO, fields), expected);
+    EXPECT_EQ(refusal(hexOf(sequence(74)), EventForm::AUTO, fields),
+              "FILE, line 1: a record of 74 bytes has OEM data of its own, so that partitions, "
+              "part number and serial number cannot be given");
 }
 
 TEST(EventImport, BadInputIsRefusedWithItsPlace)
 {
     EXPECT_EQ(refusal(""), "FILE is empty, expected event records");
-    EXPECT_EQ(refusal("\n# only a comment\n"), "FILE holds no event record");
+    EXPECT_EQ(refusal("\n# only a comment\n"), "FILE contains no event record");
     EXPECT_EQ(refusal(textOf(RECORD) + std::string(1, '\0')),
               "FILE, offset 16: 1 bytes, expected a record of 16");
     EXPECT_EQ(refusal(textOf(RECORD).substr(0, 15)),
@@ -181,16 +170,7 @@ TEST(EventImport, BadInputIsRefusedWithItsPlace)
               "FILE, line 1: column 1: expected two hex digits for each byte");
     EXPECT_EQ(refusal(hexOf(RECORD) + "\n12 3"),
               "FILE, line 2: column 5: expected two hex digits for each byte");
-    EXPECT_EQ(refusal("{}"),
-              "FILE, line 1: expected an object with a text \"image\" of hex digits");
-    EXPECT_EQ(refusal("{\"image\": 5}"),
-              "FILE, line 1: expected an object with a text \"image\" of hex digits");
-    EXPECT_EQ(refusal("{\"image\": \"12\""),
-              "FILE, line 1: expected an object with a text \"image\" of hex digits");
-    EXPECT_EQ(refusal("{\"image\": \"12\"}"),
-              "FILE, line 1: 1 bytes, expected 16, 18, 74, 130 or 138 bytes");
-    EXPECT_EQ(refusal("[1]", ImportFormat::NDJSON),
-              "FILE, line 1: expected an object with a text \"image\" of hex digits");
+    EXPECT_EQ(refusal("12", EventForm::WIRE), "FILE, offset 0: 2 bytes, expected a record of 16");
 }
 
 TEST(EventImport, EachHexLengthIsJudgedOnItsOwn)

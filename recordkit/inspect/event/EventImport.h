@@ -1,21 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
-#ifndef RECORDKIT_TOOL_SEL_EVENTIMPORT_H
-#define RECORDKIT_TOOL_SEL_EVENTIMPORT_H
+#ifndef RECORDKIT_INSPECT_EVENT_EVENTIMPORT_H
+#define RECORDKIT_INSPECT_EVENT_EVENTIMPORT_H
 
 #include <string>
 #include <vector>
 
 #include <recordkit/sel/BMCSELEntryMessage.h>
 
-namespace recordkit::tool {
+namespace recordkit::inspect {
 
 /// The forms in which people have event records.
-enum class ImportFormat {
-    AUTO,     ///< told by the content: ndjson, hex text, otherwise writeraw
+enum class EventForm {
+    AUTO,     ///< by the content: hexadecimal text, otherwise writeraw
     WRITERAW, ///< 16-byte records as `ipmitool sel writeraw` saves them
     WIRE,     ///< 16-byte records as the controller sends them
-    HEX,      ///< one record a line, hex digits of 16, 18, 74, 130 or 138 bytes
-    NDJSON,   ///< what `sel list --ndjson` writes; its field "image" is taken
+    HEX,      ///< one record a line, hex digits of 16, 18, 74, 130 or 138 bytes; # begins a comment
 };
 
 /// What fills the OEM data of records that come without.
@@ -32,10 +31,10 @@ struct ImportedEvent {
     std::string place;
 };
 
-/// Reads every record of an input. `name` is what messages call it. Throws CommandError (data)
-/// that names the place and what was expected there; nothing is read by halves.
+/// Reads every record of an input. `name` is what messages call it. Throws DataError that names the
+/// place and what was expected there, also for an input without records; then nothing is read.
 std::vector<ImportedEvent> importEvents(const std::string& name, const std::string& content,
-                                        ImportFormat format, const OemFields& fields);
+                                        EventForm form, const OemFields& fields = {});
 
 /// The record id of a complete message, and a message with another one.
 unsigned short recordIdOf(const TAVLib::RecordKit::BMCSELEntryMessage& message);

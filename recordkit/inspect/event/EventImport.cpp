@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "EventImport.h"
+#include <recordkit/inspect/event/EventImport.h>
 
 #include <algorithm>
-#include <cctype>
 #include <fmt/format.h>
 #include <sstream>
 
+#include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/selfile/SELFileLayout.h>
 
-#include "../Errors.h"
-#include "../print/Json.h"
-
-namespace recordkit::tool {
+namespace recordkit::inspect {
 
 using TAVLib::RecordKit::BMCSELEntry;
 using TAVLib::RecordKit::BMCSELEntryMessage;
@@ -22,8 +19,6 @@ namespace Layout = TAVLib::RecordKit::SELFileLayout;
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
 constexpr const char* LENGTHS = "16, 18, 74, 130 or 138 bytes";
 
 /// A record that was read by itself has no next one: IPMI says so with FFFFh.
@@ -32,9 +27,9 @@ constexpr unsigned char NO_NEXT_RECORD = 0xFF;
 /// 8-bit text in a FRU type/length byte.
 constexpr unsigned char TEXT_FIELD = 0xC0;
 
-CommandError badRecord(const std::string& name, const std::string& place, const std::string& text)
+DataError badRecord(const std::string& name, const std::string& place, const std::string& text)
 {
-    return dataError(fmt::format("{}, {}: {}", name, place, text));
+    return DataError(fmt::format("{}, {}: {}", name, place, text));
 }
 
 /// Puts a text field (type/length byte and characters) into OEM extended data.
@@ -81,10 +76,11 @@ BMCSELEntryMessage complete(const Bytes& record, const OemFields& fields, const 
         return fromOemImage(image);
     }
     if (fields.areGiven) {
-        throw badRecord(name, place,
-                        fmt::format("a record of {} bytes has OEM data of its own; --partitions, "
-                                    "--part-number and --serial-number are for those without",
-                                    record.size()));
+        throw badRecord(
+            name, place,
+            fmt::format("a record of {} bytes has OEM data of its own, so that partitions, "
+                        "part number and serial number cannot be given",
+                        record.size()));
     }
     if (image.size() == OEMSELEntry::OEM_IMAGE_SIZE) {
         return fromOemImage(image);
@@ -135,10 +131,11 @@ std::vector<ImportedEvent> fromBinary(const std::string& name, const std::string
     return events;
 }
 
-Bytes parseHex(const std::string& text, const std::string& name, const std::string& place)
+/// The record bytes of a line of hex digits; none for a line without a record.
+Bytes parseHexLine(const std::string& line, const std::string& name, const std::string& place)
 {
     Bytes bytes;
-    const std::size_t bad = parseHexDigits(text, bytes);
+    const std::size_t bad = parseHexDigits(line.substr(0, line.find('#')), bytes);
     if (bad != std::string::npos) {
         throw badRecord(name, place,
                         fmt::format("column {}: expected two hex digits for each byte", bad + 1));
@@ -146,42 +143,15 @@ Bytes parseHex(const std::string& text, const std::string& name, const std::stri
     return bytes;
 }
 
-bool isBlank(const std::string& text)
-{
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; });
-}
-
-/// The record bytes of one line; none for a line without a record.
-using LineParser = Bytes (*)(const std::string& line, const std::string& name,
-                             const std::string& place);
-
-Bytes fromHexLine(const std::string& line, const std::string& name, const std::string& place)
-{
-    return parseHex(line.substr(0, line.find('#')), name, place);
-}
-
-Bytes fromNdjsonLine(const std::string& line, const std::string& name, const std::string& place)
-{
-    if (isBlank(line)) {
-        return {};
-    }
-    const Json object = Json::parse(line, nullptr, false);
-    if (!object.is_object() || !object.contains("image") || !object["image"].is_string()) {
-        throw badRecord(name, place, "expected an object with a text \"image\" of hex digits");
-    }
-    return parseHex(object["image"].get<std::string>(), name, place);
-}
-
 std::vector<ImportedEvent> fromLines(const std::string& name, const std::string& content,
-                                     LineParser parse, const OemFields& fields)
+                                     const OemFields& fields)
 {
     std::vector<ImportedEvent> events;
     std::istringstream lines(content);
     unsigned int number = 0;
     for (std::string line; std::getline(lines, line);) {
         const std::string place = fmt::format("line {}", ++number);
-        const Bytes record = parse(line, name, place);
+        const Bytes record = parseHexLine(line, name, place);
         if (!record.empty()) {
             events.push_back({complete(record, fields, name, place), place});
         }
@@ -189,41 +159,25 @@ std::vector<ImportedEvent> fromLines(const std::string& name, const std::string&
     return events;
 }
 
-ImportFormat formatOf(const std::string& content)
+EventForm formOf(const std::string& content)
 {
-    if (!isText(content, true)) {
-        return ImportFormat::WRITERAW;
-    }
-    const std::size_t first = content.find_first_not_of(" \t\r\n");
-    return first != std::string::npos && content[first] == '{' ? ImportFormat::NDJSON
-                                                               : ImportFormat::HEX;
-}
-
-std::vector<ImportedEvent> import(const std::string& name, const std::string& content,
-                                  ImportFormat format, const OemFields& fields)
-{
-    switch (format) {
-    case ImportFormat::HEX:
-        return fromLines(name, content, fromHexLine, fields);
-    case ImportFormat::NDJSON:
-        return fromLines(name, content, fromNdjsonLine, fields);
-    default:
-        return fromBinary(name, content, format == ImportFormat::WIRE, fields);
-    }
+    return isText(content, true) ? EventForm::HEX : EventForm::WRITERAW;
 }
 
 }
 
 std::vector<ImportedEvent> importEvents(const std::string& name, const std::string& content,
-                                        ImportFormat format, const OemFields& fields)
+                                        EventForm form, const OemFields& fields)
 {
     if (content.empty()) {
-        throw dataError(name + " is empty, expected event records");
+        throw DataError(name + " is empty, expected event records");
     }
-    const ImportFormat actual = format == ImportFormat::AUTO ? formatOf(content) : format;
-    std::vector<ImportedEvent> events = import(name, content, actual, fields);
+    const EventForm actual = form == EventForm::AUTO ? formOf(content) : form;
+    std::vector<ImportedEvent> events =
+        actual == EventForm::HEX ? fromLines(name, content, fields)
+                                 : fromBinary(name, content, actual == EventForm::WIRE, fields);
     if (events.empty()) {
-        throw dataError(name + " holds no event record");
+        throw DataError(name + " contains no event record");
     }
     return events;
 }
