@@ -118,7 +118,7 @@ void replaceFile(const std::string& path, const std::vector<unsigned char>& byte
     }
 }
 
-/// Copies a file; does nothing if it does not exist.
+/// Copies a file; returns false if it does not exist.
 bool copyFile(const std::string& from, const std::string& to)
 {
     std::vector<unsigned char> bytes;
