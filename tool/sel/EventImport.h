@@ -9,16 +9,16 @@
 
 namespace recordkit::tool {
 
-/// The forms in which people have event records.
+/// The accepted forms of event records.
 enum class ImportFormat {
-    AUTO,     ///< told by the content: ndjson, hex text, otherwise writeraw
+    AUTO,     ///< detected by the content: ndjson, hex text, otherwise writeraw
     WRITERAW, ///< 16-byte records as `ipmitool sel writeraw` saves them
     WIRE,     ///< 16-byte records as the controller sends them
-    HEX,      ///< one record a line, hex digits of 16, 18, 74, 130 or 138 bytes
-    NDJSON,   ///< what `sel list --ndjson` writes; its field "image" is taken
+    HEX,      ///< one record per line, hex digits of 16, 18, 74, 130 or 138 bytes
+    NDJSON,   ///< output of `sel list --ndjson`; its field "image" is read
 };
 
-/// What fills the OEM data of records that come without.
+/// Values for the OEM data of records without any.
 struct OemFields {
     bool areGiven = false;
     unsigned short partitions = 0;
@@ -32,8 +32,8 @@ struct ImportedEvent {
     std::string place;
 };
 
-/// Reads every record of an input. `name` is what messages call it. Throws CommandError (data)
-/// that names the place and what was expected there; nothing is read by halves.
+/// Reads every record of an input. `name` is the input's name in messages. Throws CommandError
+/// (data) that names the place and what was expected there; it returns all records or none.
 std::vector<ImportedEvent> importEvents(const std::string& name, const std::string& content,
                                         ImportFormat format, const OemFields& fields);
 
