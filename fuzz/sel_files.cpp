@@ -59,7 +59,7 @@ unsigned int walk(SELChainReader::Order order)
     return numbered;
 }
 
-/// Every operation that reads, with ids and addresses from the files themselves.
+/// Every operation that reads, driven by the contents of the files.
 void ask(unsigned short id)
 {
     BMCSELDataFile store;

@@ -135,7 +135,7 @@ TEST_F(StoreCheckTest, LeftOverOfOneEventIsFound)
 
 TEST_F(StoreCheckTest, LeftOverIsToldByItsEventsAndNotByTheirNumber)
 {
-    // The rotation was cut off, and as many or more events came after it.
+    // The rotation was interrupted, and as many or more events came after it.
     writeFile(kept(0), fileOf(5));
     for (const std::size_t count : {5U, 6U, 799U}) {
         writeFile(working(), fileOf(count, 900));
