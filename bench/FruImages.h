@@ -6,8 +6,8 @@
 
 namespace bench {
 
-/// Sample images as a device of that size holds them: chassis, board and product area in 256 bytes;
-/// all areas in 2 KiB; a processor's ROM in 128.
+/// Sample images for a device of that size: chassis, board and product area in 256 bytes; all areas
+/// in 2 KiB; a processor's ROM in 128.
 const std::vector<unsigned char>& smallFru();
 const std::vector<unsigned char>& largeFru();
 const std::vector<unsigned char>& cpuRom();

@@ -35,7 +35,7 @@ private:
     std::string path;
 };
 
-/// Writes an event file of 800 slots, of which `count` hold events.
+/// Writes an event file of 800 slots, of which `count` contain events.
 void writeEventFile(const std::string& name, unsigned int count);
 
 }

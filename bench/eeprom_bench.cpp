@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The EEPROM stores on devices in memory, beside the bytes that they move; and how erasing scales
-// with threads on a device whose writes take a millisecond.
+// The EEPROM stores on devices in memory, compared with copying the same bytes; and how erasing
+// scales with threads on a device whose writes take a millisecond.
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
@@ -61,7 +61,7 @@ void prepareSetting(MemoryDevice& device)
     std::copy_n(index.getIndexData(), 16, device.at(4) + 512 + 3 * 16);
 }
 
-/// Every block of every EEPROM is to be erased.
+/// Marks every block of every EEPROM for erasure.
 void markAll(MemoryDevice& device)
 {
     EFIBackupEEPROMIndex index;
@@ -126,7 +126,8 @@ void clearSixteen(benchmark::State& state)
     }
 }
 
-/// What erasing 16 EEPROMs moves: every block, and for each the record in and two bytes out.
+/// The bytes that erasing 16 EEPROMs moves: every block, and for each the record in and two bytes
+/// out.
 void moveSixteen(benchmark::State& state)
 {
     MemoryDevice device;

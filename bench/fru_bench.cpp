@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// FRU images opened, read and edited in memory, beside the same bytes copied and summed.
+// FRU images opened, read and edited in memory, compared with copying and summing the same bytes.
 #include <benchmark/benchmark.h>
 #include <cstring>
 #include <fstream>

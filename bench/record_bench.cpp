@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Data objects filled and read, beside memcpy of the same image.
+// Data objects filled and read, compared with memcpy of the same image.
 #include <benchmark/benchmark.h>
 #include <cstring>
 #include <vector>
@@ -131,7 +131,7 @@ void fillAndReadGspb(benchmark::State& state)
 {
     const Bytes image = gspbImage();
     for (auto _ : state) {
-        // A new one each time: entries of PCI boxes are kept.
+        // A new object each time, because it keeps entries of PCI boxes.
         GSPBBoardInfo board;
         board.setSerialized(image.data(), static_cast<unsigned int>(image.size()));
         unsigned int sum = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Each entry class: parse, serialize and field access, beside memcpy of the same bytes.
+// Each entry class: parse, serialize and field access, compared with memcpy of the same bytes.
 #include <benchmark/benchmark.h>
 #include <cstring>
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The event file store, each operation beside its floor: the same system calls without it.
+// The event file store, each operation compared with its floor: the same system calls without the
+// store.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -51,7 +52,7 @@ void TailSearchFloorOpenPreadClose(benchmark::State& state)
     }
 }
 
-/// The system call alone, on a file that is open already.
+/// Only the system call, on a file that is already open.
 void TailSearchFloorBarePread(benchmark::State& state)
 {
     const bench::Root root;

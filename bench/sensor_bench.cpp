@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Severity look-up beside the look-up of a key in a map of the same size.
+// Severity lookup, compared with the lookup of a key in a map of the same size.
 #include <benchmark/benchmark.h>
 #include <map>
 

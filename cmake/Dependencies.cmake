@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: Apache-2.0
-# The libraries that the command, the tests and the benchmarks use. A cross build takes the same
-# ones, as headers.
+# The libraries that the command, the tests and the benchmarks use. A cross build uses the same
+# ones, as headers only.
 
 if(RECORDKIT_PLATFORM STREQUAL "host")
     find_path(CLI11_INCLUDE_DIR CLI/CLI.hpp REQUIRED)
     find_path(NLOHMANN_JSON_INCLUDE_DIR nlohmann/json.hpp REQUIRED)
 
-    # RECORDKIT_FMT is what an installed library names.
+    # RECORDKIT_FMT is the dependency that an installed library names.
     add_library(recordkit_fmt INTERFACE)
     if(CMAKE_CROSSCOMPILING)
         find_path(FMT_INCLUDE_DIR fmt/format.h REQUIRED)

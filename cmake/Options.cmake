@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-# What a builder may choose, and the compiler settings that every target shares.
+# The options of the build, and the compiler settings that every target shares.
 
 set(RECORDKIT_PLATFORM host CACHE STRING
     "host: build the sibling libraries for a Linux host; external: leave their symbols undefined")
@@ -32,7 +32,7 @@ target_compile_features(recordkit_options INTERFACE cxx_std_17)
 target_include_directories(recordkit_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(recordkit_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Woverloaded-virtual -Werror)
-# Builds of one commit give the same bytes wherever they are made.
+# Builds of one commit produce the same bytes wherever they are made.
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 if(RECORDKIT_COVERAGE)
     target_compile_options(recordkit_options INTERFACE --coverage -fprofile-abs-path)
@@ -41,7 +41,7 @@ else()
     target_compile_options(recordkit_options INTERFACE
         -ffile-prefix-map=${CMAKE_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
 endif()
-# Hardening; tests/install/hardening.sh looks for it in what was built.
+# Hardening; tests/install/hardening.sh verifies it in the built binaries.
 target_compile_options(recordkit_options INTERFACE -fstack-protector-strong)
 target_link_options(recordkit_options INTERFACE LINKER:-z,relro,-z,now)
 if(RECORDKIT_SANITIZE)
@@ -50,7 +50,7 @@ if(RECORDKIT_SANITIZE)
     target_link_options(recordkit_options INTERFACE -fsanitize=${RECORDKIT_SANITIZE})
 endif()
 if(NOT RECORDKIT_SANITIZE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
-    # A compiler that sets it by itself is not told twice.
+    # Undefine first: some compilers predefine it.
     target_compile_options(recordkit_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
 endif()
 if(RECORDKIT_BUILD_FUZZ)
@@ -61,13 +61,13 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 if(CMAKE_SYSTEM_PROCESSOR STREQUAL "powerpc")
-    # Overrides -fPIC: 16-bit offsets into the offset table reach all that the libraries need.
+    # Overrides -fPIC: 16-bit offsets into the offset table are enough for these libraries.
     target_compile_options(recordkit_options INTERFACE -fpic)
 endif()
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 
-# What a library does not mean to export.
+# Hides the symbols that a library must not export.
 set(RECORDKIT_LOCAL_SYMBOLS LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/local.map)
 
 # A clang library leaves the sanitizers' symbols to the program, so it cannot be closed.

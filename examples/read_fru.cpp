@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Prints the board's serial number of a FRU image; with a second argument, changes it.
+// Prints the board serial number of a FRU image; with a second argument, changes it.
 #include <cstdio>
 
 #include <recordkit/fru/FRUData.h>

@@ -11,7 +11,7 @@
 
 namespace fuzz {
 
-/// Ends the process, which the fuzzer takes for a finding, where NDEBUG would drop an assert.
+/// Aborts the process, which the fuzzer reports as a finding; NDEBUG would drop an assert.
 inline void expect(bool isTrue)
 {
     if (!isTrue) {
@@ -19,15 +19,15 @@ inline void expect(bool isTrue)
     }
 }
 
-/// Runs an action; being refused in words is no finding, any other exception is one.
+/// Runs an action; a refusal with a text is not a finding, any other exception is one.
 template <typename Action> void attempt(const Action& action)
 {
     try {
         action();
     } catch (const TAVLib::PException&) {
-        // An index beyond the record, or a field that it does not carry.
+        // An index beyond the record, or a field that it does not contain.
     } catch (const recordkit::inspect::Error&) {
-        // Input that is none.
+        // Invalid input.
     }
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Processor ROMs: every block and item, and everything that the cpu command names by them.
+// Processor ROMs: every block and item, and everything that the cpu command derives from them.
 #include <recordkit/fru/FRUTables.h>
 #include <recordkit/inspect/fru/ImageDevice.h>
 #include <recordkit/util/Util.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The tables that name processors: the first line of the input is the code that is looked for, the
-// rest the table.
+// The tables that name processors: the first line of the input is the code to look up, the rest the
+// table.
 #include <algorithm>
 #include <filesystem>
 

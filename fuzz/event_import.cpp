@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Event records in every form that `sel add` takes, and each of them as `sel list` shows it. The
-// first byte says which form, and whether OEM data come from options.
+// Event records in every form that `sel add` accepts, and each of them as `sel list` shows it. The
+// first byte selects the form, and whether OEM data come from options.
 #include "Fuzz.h"
 #include "tool/sel/EventFields.h"
 #include "tool/sel/EventInput.h"

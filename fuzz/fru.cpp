@@ -11,7 +11,7 @@
 
 namespace {
 
-/// What lies behind its end cannot be read.
+/// Nothing after its end can be read.
 class Device : public TAVLib::FRURWif {
 public:
     Device(const unsigned char* data, std::size_t size) : bytes(data, data + size) {}
@@ -46,7 +46,7 @@ template <typename Action> void attempt(const Action& action)
     try {
         action();
     } catch (const TAVLib::PException&) {
-        // How the library says that an image is damaged. Anything else is a finding.
+        // How the library reports a damaged image. Anything else is a finding.
     }
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Every class with an image: two images loaded one after the other, every field read, the image
-// handed out again. The first byte of the input chooses the class, the second says how much of the
+// serialized again. The first byte of the input chooses the class, the second says how much of the
 // rest is the first image.
 #include <algorithm>
 
@@ -28,7 +28,7 @@ void load(TAVLib::SerializableObject& object, const Image& image)
     }
 }
 
-/// What the field tables do not ask: indexes beyond what is there.
+/// Queries that the field tables do not make: indexes beyond the end.
 void askBeyond(TAVLib::SerializableObject& object, unsigned char index)
 {
     if (auto* const board = dynamic_cast<GSPBBoardInfo*>(&object)) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Gives a target every file of the folders named, as the fuzzer would.
+// Runs a target on every file of the named folders, as the fuzzer would.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>

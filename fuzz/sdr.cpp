@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         const SdrFile file = parseSdrFile(content, format);
         std::size_t end = 0;
         for (const SdrRecord& record : file.records) {
-            // Every step moves on, and stays in the file.
+            // Every step advances, and stays in the file.
             fuzz::expect(record.offset >= end && record.offset + record.bytes.size() <= size);
             end = record.offset + record.bytes.size();
             fuzz::attempt([&] { eventOffsets(readSensor(record)); });

@@ -3,8 +3,8 @@
 // recovered.
 //
 // The input is a list of pieces: a file (bits 2..0 of its first byte; bit 3: the backup of file 0;
-// bit 4: the file is cut off behind the piece), the slot where the piece goes in units of 4, how
-// many bytes follow, and these. A file is otherwise empty slots.
+// bit 4: the file is cut off after the piece), the slot of the piece in units of 4, the number of
+// bytes, and the bytes. All other slots of a file are empty.
 #include <algorithm>
 #include <map>
 
@@ -59,7 +59,7 @@ unsigned int walk(SELChainReader::Order order)
     return numbered;
 }
 
-/// Every operation that reads, by what the files themselves hold.
+/// Every operation that reads, driven by the contents of the files.
 void ask(unsigned short id)
 {
     BMCSELDataFile store;
@@ -111,7 +111,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     std::vector<std::string> actions;
     const unsigned int found = walk(SELChainReader::OLDEST_FIRST);
     if (SELStoreCheck(0).recover(actions)) {
-        // Closing gaps brings events back; it takes none away but for those of an oldest file.
+        // Closing gaps brings events back; it removes none except those of an oldest file.
         fuzz::expect(walk(SELChainReader::OLDEST_FIRST) + Layout::SLOTS >= found);
     }
     return 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The index of setting areas: as bytes, and as the JSON that `eeprom setting mkindex` takes. What
-// is made of JSON has no problems, and gives the same index again.
+// The index of setting areas: as bytes, and as the JSON that `eeprom setting mkindex` takes. An
+// index made from JSON has no problems, and yields the same index again.
 #include "Fuzz.h"
 #include "tool/eeprom/SettingJson.h"
 

@@ -13,7 +13,7 @@ namespace recordkit::tool {
 class BoardOption {
 public:
     void addTo(CLI::App& command);
-    /// The board; throws CommandError (usage) for one that the machine does not have.
+    /// Returns the board; throws CommandError (usage) if the machine has no such board.
     unsigned char get(const Globals& globals) const;
 
 private:

@@ -6,7 +6,7 @@
 
 namespace recordkit::tool {
 
-/// One byte of content that is held as a string, whose characters may be signed.
+/// One byte of content that is stored in a string, whose characters may be signed.
 inline unsigned char byteAt(const std::string& bytes, std::size_t at)
 {
     return static_cast<unsigned char>(bytes[at]);

@@ -8,8 +8,8 @@
 
 namespace recordkit::tool {
 
-/// The whole command line with every sub-command: what is parsed, and what the manual pages and the
-/// completion are made of.
+/// The whole command line with every sub-command, for parsing and for generating the manual pages
+/// and the completion.
 class CommandLine {
 public:
     CommandLine();

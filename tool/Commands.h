@@ -8,8 +8,8 @@
 
 namespace recordkit::tool {
 
-// Each adds one sub-command to its parent. What it does runs when the command line is parsed;
-// errors are thrown as CommandError.
+// Each function adds one sub-command to its parent. The sub-command runs when the command line is
+// parsed; errors are thrown as CommandError.
 
 void addSelCommands(CLI::App& app, Globals& globals);
 void addSeverityCommand(CLI::App& app, Globals& globals);

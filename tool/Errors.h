@@ -8,7 +8,7 @@
 
 namespace recordkit::tool {
 
-// The command speaks in the terms of the layer below it.
+// The command uses the names of the layer below it.
 using namespace inspect;
 
 /// Exit statuses of the command.
@@ -19,7 +19,7 @@ enum ExitStatus : int {
     EXIT_FILE = 3,  ///< could not be read or written
 };
 
-/// An error that ends the command with its exit status.
+/// An error that terminates the command with the given exit status.
 class CommandError : public Error {
 public:
     CommandError(ExitStatus exitStatus, const std::string& text) : Error(text), status(exitStatus)
@@ -46,7 +46,7 @@ inline CommandError fileError(const std::string& text)
     return {EXIT_FILE, text};
 }
 
-/// The exit status of an error: of the command's own, or of one of the layer below.
+/// The exit status of an error, the command's own or one of the layer below.
 ExitStatus statusOf(const Error& error);
 
 /// "PATH cannot be read: reason".

@@ -17,7 +17,7 @@ namespace recordkit::tool {
 
 namespace {
 
-/// A file that is removed unless it was renamed.
+/// A temporary file; removed on destruction unless renamed.
 class Temporary {
 public:
     explicit Temporary(const std::string& pattern) : name(pattern)
@@ -52,7 +52,7 @@ public:
     }
     void copyOwner(const struct stat& of) const
     {
-        // Only root can give a file away; the permissions are the owner's to set.
+        // Only root can give a file to another owner; the owner may set the permissions.
         if (::fchown(fd, of.st_uid, of.st_gid) == -1 && errno != EPERM) {
             throw systemError(name, "given its owner", errno);
         }
@@ -94,7 +94,7 @@ struct stat statusOf(const std::string& path)
     return status;
 }
 
-/// Replaces a regular file, or the one that a symbolic link leads to; owner and permissions stay.
+/// Replaces a regular file, or the one that a symbolic link points to; keeps owner and permissions.
 void replaceFile(const std::string& path, const std::string& content)
 {
     char* const resolved = ::realpath(path.c_str(), nullptr);

@@ -53,7 +53,7 @@ void Globals::apply()
     machine.partitions = partitions;
     TAVLib::host::setMachine(machine);
     if (!isVerbose) {
-        // What failed is said by the sub-commands, in their own words.
+        // The sub-commands report failures themselves, in their own words.
         TAVLib::host::setTraceSink([](const TAVLib::host::TraceLine&) {});
     }
 }

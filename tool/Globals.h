@@ -8,20 +8,20 @@
 
 namespace recordkit::tool {
 
-/// What every sub-command is given: the root, the machine, and where output goes.
+/// The context of every sub-command: the root, the machine, and where output goes.
 class Globals {
 public:
-    /// Adds the options that stand in front of every sub-command.
+    /// Adds the options of every sub-command.
     void addTo(CLI::App& app);
 
-    /// Hands root and machine to the host platform; to be called when the options are parsed.
-    /// Throws CommandError (usage).
+    /// Passes root and machine to the host platform; call after the options are parsed. Throws
+    /// CommandError (usage).
     void apply();
 
     int getBoards() const { return boards; }
     int getPartitions() const { return partitions; }
 
-    /// Whether standard output is a terminal that wants colour.
+    /// Whether standard output is a terminal and colour is wanted.
     bool wantsColour() const;
 
     /// Whether standard error is a terminal that a progress bar may be drawn on.

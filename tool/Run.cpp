@@ -25,10 +25,10 @@ int parseAndDo(const std::vector<std::string>& arguments)
     CommandLine commandLine;
     CLI::App& app = commandLine.getApp();
     try {
-        // It takes them from the end.
+        // CLI11 consumes the vector from the back.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& e) {
-        // Help and version come this way too, with status 0.
+        // Help and version end up here too, with status 0.
         return app.exit(e) == 0 ? EXIT_DONE : EXIT_USAGE;
     }
     return EXIT_DONE;

@@ -7,8 +7,8 @@
 
 namespace recordkit::tool {
 
-/// The whole command: does what the arguments say and answers the exit status. Output goes to
-/// standard output and standard error.
+/// The whole command: executes the arguments and returns the exit status. Output goes to standard
+/// output and standard error.
 int run(const std::vector<std::string>& arguments);
 
 }

@@ -12,7 +12,7 @@ inline unsigned char sumOf(const unsigned char* bytes, unsigned int n)
     return static_cast<unsigned char>(std::accumulate(bytes, bytes + n, 0U));
 }
 
-/// What makes a sum 0 modulo 256.
+/// The byte that makes a sum 0 modulo 256.
 inline unsigned char complementOf(unsigned char sum)
 {
     return static_cast<unsigned char>(0U - sum);

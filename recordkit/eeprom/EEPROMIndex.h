@@ -14,20 +14,20 @@ public:
 
     /// The file that holds the master copy of the index.
     virtual const char* getIndexDataFileName() const = 0;
-    /// Where entry 0 lies on the index's EEPROM, and how many bytes an entry has.
+    /// Offset of entry 0 on the index's EEPROM, and the number of bytes of an entry.
     virtual unsigned int getIndexOffset() const = 0;
     virtual unsigned int getIndexSize() const = 0;
     virtual int getIndexEEPROMID() const = 0;
     /// Numbers of the first and the last entry.
     virtual int getIndexHeadNumber() const = 0;
     virtual int getIndexLastNumber() const = 0;
-    /// The bytes of the entry, to be read and written.
+    /// The bytes of the entry, for reading and writing.
     virtual unsigned char* getIndexData() = 0;
 
     /// Whether the entry is in use.
     virtual bool isIndex() const = 0;
     virtual void setIndexValidFlag(bool valid) = 0;
-    /// Where the area lies.
+    /// The place of the area.
     virtual int getAreaEEPROMID() const = 0;
     virtual unsigned char getAreaNumber() const = 0;
     virtual unsigned short getAreaOffset() const = 0;

@@ -16,7 +16,7 @@ using Index = EFIBackupEEPROMIndex;
 constexpr int READ_FAILURE = 4;
 constexpr int WRITE_FAILURE = 5;
 
-/// Holds a mutex for its lifetime.
+/// Locks a mutex for its lifetime.
 class Guard {
 public:
     explicit Guard(pthread_mutex_t& held) : mutex(held) { pthread_mutex_lock(&mutex); }
@@ -204,7 +204,7 @@ void EFIBackupEEPROMData::setThrow(int, const char* format, ...)
 
 void EFIBackupEEPROMData::throwWriteError(unsigned char action, unsigned short detail)
 {
-    // The text has no closing parenthesis: log readers match it as it is.
+    // The text has no closing parenthesis: log readers match it like this.
     setThrow(WRITE_FAILURE,
              "EFIBackup writeIndexData: write error.(ActCode=0x%02x DetCode=0x%04x select=0x%x",
              action, detail, +Index::INDEX_EEPROM);

@@ -14,15 +14,16 @@ namespace TAVLib::RecordKit {
 /// The backup of EFI data on EEPROMs 11 to 26, one for each partition's bank (0 to 3 each), and its
 /// index record on EEPROM 10 (see EFIBackupEEPROMIndex).
 ///
-/// Failures throw PException (module 128, location 14, action 2, detail 3, message 20031) with the
-/// text alone; those of the device are caught, and their action and detail codes are in the text.
-/// Exceptions of other types pass through. Locks are released on every path.
+/// Failures throw PException (module 128, location 14, action 2, detail 3, message 20031) with only
+/// the text; exceptions of the device are caught, and their action and detail codes are in the
+/// text. Exceptions of other types pass through. Locks are released on every path.
 ///
-/// Several threads may use objects of their own at once: changes of the index record take turns, in
-/// the whole process, and so do erases of one EEPROM; different EEPROMs are erased side by side.
+/// Several threads may each use an object of their own at the same time: changes of the index
+/// record are serialised in the whole process, and so are erases of one EEPROM; different EEPROMs
+/// are erased concurrently.
 class RECORDKIT_API EFIBackupEEPROMData {
 public:
-    /// The device must outlive the object, and serve several threads where there are any.
+    /// The device must outlive the object, and be usable from several threads if there are any.
     explicit EFIBackupEEPROMData(EEPROMRWif& device);
     virtual ~EFIBackupEEPROMData();
     EFIBackupEEPROMData(const EFIBackupEEPROMData&) = delete;
@@ -31,30 +32,31 @@ public:
     /// Whether setIndexData made the store valid, in this process.
     bool isValid() const;
 
-    /// Moves bytes of a backup EEPROM and answers the length; 0, and the device is not touched,
-    /// while the store is not valid.
+    /// Reads or writes bytes of a backup EEPROM and returns the length; returns 0 without touching
+    /// the device while the store is not valid.
     unsigned int write(unsigned int p, unsigned int b, unsigned long offset, unsigned int length,
                        unsigned char* data);
     unsigned int read(unsigned int p, unsigned int b, unsigned long offset, unsigned int length,
                       unsigned char* data);
 
-    /// Reads the record; true, and its flags are taken over, when its checksum is right and it
-    /// names this system. Whether the store is valid does not change: that is setIndexData's.
+    /// Reads the record; returns true and adopts its flags if its checksum is right and it names
+    /// this system. Does not change whether the store is valid: only setIndexData does.
     bool checkIndexData(const std::string& serial);
-    /// Valid: writes a new record for this system, without flags. Not valid: the record
-    /// deliberately stays as it is, so that a later checkIndexData can find it.
+    /// Valid: writes a new record for this system, without flags. Not valid: leaves the record
+    /// unchanged, so that a later checkIndexData can find it.
     void setIndexData(bool valid, std::string serial);
 
     /// Writes the record and the zeroes after it; one flag byte, or those of one EEPROM. The
-    /// checksum byte always goes first. Each answers the result of its last write; a block whose
-    /// flag byte would lie outside the record writes nothing and answers 0.
+    /// checksum byte is always written first. Each returns the result of its last write; for a
+    /// block whose flag byte would be outside the record it writes nothing and returns 0.
     int writeIndexData();
     int writeIndexData(int p, int b, int n);
     int writeIndexData(int p, int b);
 
-    /// Clears the flag of the block that holds an address; 0.
+    /// Clears the flag of the block that contains an address; returns 0.
     int resetClearFlag(unsigned int p, unsigned int b, unsigned int address);
-    /// Erases every block of an EEPROM whose flag is set, and clears the flag behind each; 0.
+    /// Erases every block of an EEPROM whose flag is set, and clears the flag after each erase;
+    /// returns 0.
     int clearExecute(unsigned int p, unsigned int b);
 
     /// Throws; the kind is not used.

@@ -18,19 +18,19 @@ unsigned int groupOf(unsigned int p, unsigned int b)
     return (p & 3) * EFIBackupEEPROMIndex::BANKS + (b & 3);
 }
 
-/// Position of a block's byte among the flags; FLAGS_SIZE or more for one that has none.
+/// Position of a block's byte among the flags; FLAGS_SIZE or more for a block without one.
 unsigned int flagByteOf(unsigned int p, unsigned int b, unsigned int n)
 {
     return groupOf(p, b) * EFIBackupEEPROMIndex::GROUP_SIZE + (n >> 1);
 }
 
-/// The nibble of a block: odd ones have the low one.
+/// The nibble of a block: odd blocks have the low one.
 unsigned char nibbleOf(unsigned int n)
 {
     return n % 2 != 0 ? 0x0F : 0xF0;
 }
 
-/// The bytes of a serial that a record has; those that it lacks are 0.
+/// The bytes of a serial as a record stores them; missing ones are 0.
 std::string serialBytes(const std::string& serial)
 {
     std::string bytes = serial;
@@ -131,8 +131,7 @@ void EFIBackupEEPROMIndex::setIndexValidFlag(bool valid, const std::string& seri
 
 void EFIBackupEEPROMIndex::expandClrFlags()
 {
-    // Each byte stands for itself, so no order among them is needed; the stores' locks order the
-    // rest.
+    // Each byte is independent, so no order among them is needed; the stores' locks order the rest.
     for (unsigned int i = 0; i < FLAGS_SIZE; ++i) {
         clrinfo[i].store(image[FLAGS + i], std::memory_order_relaxed);
     }

@@ -9,8 +9,8 @@
 
 namespace TAVLib::RecordKit {
 
-/// The index record of the EFI backup, at the start of EEPROM 10: whose backup it is, and which
-/// blocks are still to be erased.
+/// The index record of the EFI backup, at the start of EEPROM 10: the owner of the backup, and the
+/// blocks pending erasure.
 ///
 /// | byte | width  | meaning                                                           |
 /// |------|--------|-------------------------------------------------------------------|
@@ -20,22 +20,23 @@ namespace TAVLib::RecordKit {
 /// | 14   | 2      | 0                                                                 |
 /// | 16   | 16 x 8 | clear flags, 8 bytes for each backup EEPROM                       |
 ///
-/// The backup lies on 16 EEPROMs of 16 blocks of 4 KiB; partition p and bank b, 0 to 3 each, give
-/// EEPROM 11 + 4 p + b and group 4 p + b of the flags. Block n has a nibble of byte n / 2 of its
-/// group, even ones the high nibble; other than 0 means that it is still to be erased.
+/// The backup is stored on 16 EEPROMs of 16 blocks of 4 KiB; partition p and bank b, 0 to 3 each,
+/// select EEPROM 11 + 4 p + b and group 4 p + b of the flags. Block n has a nibble of byte n / 2 of
+/// its group, even blocks the high nibble; a nibble other than 0 means that the block has yet to be
+/// erased.
 ///
-/// The flags are also held in `clrinfo`, which all objects share and which outlives them; queries
-/// read that copy alone. It and `IndexState` are read without a lock, and so are atomic.
+/// The flags are also kept in `clrinfo`, which all objects share and which outlives them; queries
+/// read only that copy. It and `IndexState` are atomic because they are read without a lock.
 ///
-/// Nothing is traced or thrown. Only the low two bits of partition and bank count where a group is
-/// meant. A block above 15 has the byte that the formula gives, which is one of a later group, as
-/// long as that lies in the record; beyond it, setting a flag changes nothing and it reads as
+/// Nothing is traced or thrown. Only the low two bits of partition and bank select a group. A block
+/// above 15 has the byte that the formula yields, which belongs to a later group, as long as that
+/// is inside the record; beyond the record, setting a flag changes nothing and the flag reads as
 /// clear.
 class RECORDKIT_API EFIBackupEEPROMIndex {
 public:
     enum Size : unsigned int {
         INDEX_SIZE = 144,
-        INDEX_AREA_SIZE = 256, ///< what follows the record is zero
+        INDEX_AREA_SIZE = 256, ///< the bytes after the record are zero
         SERIAL_SIZE = 12,
         FLAGS_SIZE = 128,
         GROUP_SIZE = 8,
@@ -50,12 +51,12 @@ public:
     EFIBackupEEPROMIndex();
     virtual ~EFIBackupEEPROMIndex();
 
-    /// Whether the index is known to be valid, for the whole process; not known at first, which
+    /// Whether the index is known to be valid, for the whole process; initially unknown, which
     /// counts as not valid.
     void setIndexState(bool valid);
     bool getIndexState() const;
 
-    /// The record, to be read and written.
+    /// The record, for reading and writing.
     unsigned char* getIndexData() { return image; }
     const unsigned char* getIndexData() const { return image; }
 
@@ -68,27 +69,27 @@ public:
     /// Sets or clears the flag of a block in the record and in the shared copy; the byte's other
     /// flag is that of the copy.
     void setClrFlag(unsigned int p, unsigned int b, unsigned int n, bool set);
-    /// Whether a block is still to be erased, by the shared copy.
+    /// Whether a block has yet to be erased, by the shared copy.
     bool getClrBlockState(unsigned int p, unsigned int b, unsigned int n) const;
     unsigned int getClrBlockNumber(unsigned int address) const;
     /// First and last byte address of a block.
     void getClrBlockAddress(unsigned int n, unsigned int& start, unsigned int& end) const;
 
-    /// Where the flag byte of a block lies in the record: 16 + 8 g + (n >> 1), which is 144 or more
-    /// for a block without one.
+    /// Offset of a block's flag byte in the record: 16 + 8 g + (n >> 1), which is 144 or more for a
+    /// block without one.
     int getIndexPoint(int p, int b, int n) const;
     int getIndexChecksumPoint() const { return CHECKSUM; }
 
     /// Whether the record names this system, by 12 bytes; a shorter text never does.
     bool checkSerialInfo(const std::string& serial) const;
-    /// Begins a new record without flags, in the shared copy too; bytes that a serial of less than
-    /// 12 lacks are 0. An invalid one is left all zero,
-    /// which deliberately passes isChecksum: it names no system.
+    /// Starts a new record without flags, in the shared copy too; a serial of less than 12 bytes is
+    /// padded with zeroes. An invalid record is left all zero, which passes isChecksum by design:
+    /// it names no system.
     void setIndexValidFlag(bool valid, const std::string& serial);
-    /// Takes the record's flags over to the shared copy.
+    /// Copies the record's flags to the shared copy.
     void expandClrFlags();
 
-    static std::atomic<unsigned char> IndexState; ///< 1 valid, 0 invalid, FFh not known
+    static std::atomic<unsigned char> IndexState; ///< 1 valid, 0 invalid, FFh unknown
     static std::atomic<unsigned char> clrinfo[FLAGS_SIZE];
 
 private:

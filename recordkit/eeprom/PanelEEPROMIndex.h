@@ -8,7 +8,7 @@
 namespace TAVLib::RecordKit {
 
 /// One entry of the index of setting areas: 27 entries on EEPROM 4 from byte 512 on, and in the
-/// index file from its first byte.
+/// index file from its first byte on.
 ///
 /// | byte | width | meaning                                                        |
 /// |------|-------|----------------------------------------------------------------|
@@ -49,7 +49,7 @@ public:
     unsigned char* getIndexData() override { return image; }
 
     bool isIndex() const override { return image[VALID] == 1; }
-    /// The checksum is left as it is.
+    /// Does not change the checksum.
     void setIndexValidFlag(bool valid) override { image[VALID] = valid ? 1 : 0; }
     int getAreaEEPROMID() const override
     {

@@ -194,7 +194,7 @@ void SettingEEPROMData::readArea(std::string& out)
 int SettingEEPROMData::writeArea(std::string& data)
 {
     const auto length = static_cast<unsigned int>(data.size());
-    // The whole length, which may be more than its low 32 bits.
+    // Compare the whole length, which may exceed its low 32 bits.
     if (data.size() > index->getAreaSize()) {
         setThrow(TOO_LONG, "writeArea: size error.(size=0x%x wsize=0x%x)", length,
                  index->getAreaSize());

@@ -11,12 +11,12 @@
 namespace TAVLib::RecordKit {
 
 /// The setting areas on EEPROMs 4 and 5, numbered 0 to 26, by their index on EEPROM 4 (see
-/// PanelEEPROMIndex). The file /etc/default/config/panelindex.dat below the system root holds the
+/// PanelEEPROMIndex). The file /etc/default/config/panelindex.dat below the system root is the
 /// index's master copy.
 ///
-/// Each operation loads the entry that it needs; those on "the loaded entry" work on what an
-/// operation before has loaded. Failures throw PException (module 128, location 14) by their kind,
-/// with the text alone; those of the device and of files are caught, and their action and detail
+/// Each operation loads the entry that it needs; those on "the loaded entry" use the entry that an
+/// earlier operation loaded. Failures throw PException (module 128, location 14) by their kind,
+/// with only the text; failures of the device and of files are caught, and their action and detail
 /// codes are in the text.
 ///
 /// | kind | action | detail | message | failure                                        |
@@ -29,7 +29,7 @@ namespace TAVLib::RecordKit {
 /// | 10   | 2      | 5      | 20032   | seek to another place                          |
 /// | 11   | 2      | 3      | 20031   | no status of the file; file longer than area   |
 ///
-/// There are no locks here: callers that share an object or an area take turns.
+/// The class has no locks: callers that share an object or an area must take turns.
 class RECORDKIT_API SettingEEPROMData {
 public:
     /// The device must outlive the object.
@@ -38,7 +38,7 @@ public:
     SettingEEPROMData(const SettingEEPROMData&) = delete;
     SettingEEPROMData& operator=(const SettingEEPROMData&) = delete;
 
-    /// Where entry n lies on the index's EEPROM.
+    /// Offset of entry n on the index's EEPROM.
     unsigned int getIndexOffset(int n) const;
     /// Loads entry n, and writes the loaded entry as entry n.
     void readIndexData(int n);
@@ -50,20 +50,20 @@ public:
     bool isValid(int n);
     /// Marks every entry in use as not valid; stops at one that fails checkIndexData.
     void setAllInvalid();
-    /// Takes entry n from the index file, or every entry for -1; stops at the first failure.
+    /// Copies entry n from the index file, or every entry for -1; stops at the first failure.
     void initializeIndexData(int n);
     void readIndexDataFile(int n);
 
     /// The whole area of the loaded entry.
     void readArea(std::string& out);
-    /// Writes to the area of the loaded entry and answers the length; bytes behind it stay. Throws
-    /// kind 3 before the device is touched. When the device fails, an entry in use is marked as not
-    /// valid first, so that a half-written area is never taken for one.
+    /// Writes to the area of the loaded entry and returns the length; bytes after the data stay
+    /// unchanged. Throws kind 3 before the device is touched. If the device fails, an entry in use
+    /// is first marked as not valid, so that a half-written area is never taken for a valid one.
     int writeArea(std::string& data);
 
     /// Content of area n, which must be valid; with a path, written to that file too.
     std::string read(int n, char* path);
-    /// Writes area n and marks it as valid, and answers the length.
+    /// Writes area n, marks it as valid, and returns the length.
     int write(int n, std::string& data);
     int write(int n, char* path);
 

@@ -17,7 +17,7 @@ using TAVLib::traceFRUError;
 
 namespace {
 
-/// What a coded field can claim beyond its area, and more.
+/// More than a coded field can claim beyond its area.
 constexpr unsigned int ZEROES_BEHIND_AREA = 128;
 
 constexpr int FIRST_INFORMATION_AREA = 1;
@@ -30,7 +30,7 @@ bool isCpuArea(FRU_AREA id)
     return id >= FIRST_CPU_AREA && id <= LAST_CPU_AREA;
 }
 
-/// The leading `length` bytes of a value; what it lacks is zero.
+/// The first `length` bytes of a value; missing bytes are zero.
 std::string sized(const std::string& value, unsigned int length)
 {
     std::string bytes = value;
@@ -73,7 +73,7 @@ FRUArea::~FRUArea()
 
 unsigned char* FRUArea::readAreaData(unsigned int fixedSize, CSUM_MODE mode)
 {
-    // Kept in eight bits: an area of 256 bytes and more has the rest of its size.
+    // The size is stored in eight bits: that of an area of 256 bytes or more is taken modulo 256.
     size = static_cast<unsigned char>(fixedSize);
     if (hasLengthByte()) {
         unsigned char head[2] = {};
@@ -96,11 +96,12 @@ void FRUArea::setAreaData(unsigned char* buf, unsigned short* pos, const FRUMemb
 {
     *pos = 0;
     for (const FRUMemberTbl* row = table; row->item != FRU_ITEM_TERMINATOR; ++row) {
-        // An end marker in the place of a field: the rest of the table is absent.
+        // An end marker in place of a field: the rest of the table is absent.
         if (row->size == 0 && buf[*pos] == FRU_END_OF_FIELDS) {
             return;
         }
-        // By the row's size, so that a coded field is not bounded: images in the field have such.
+        // Checked by the row's size, so that a coded field is not bounded: existing images have
+        // such fields.
         if (*pos + row->size > size) {
             throwFRUError(MESSAGE_TEXT, "Table length Abnormal. area_id=%d", areaId);
         }
@@ -114,7 +115,7 @@ void FRUArea::setAreaData(unsigned char* buf, unsigned short* pos, const FRUMemb
 void FRUArea::setAreaEndData(unsigned char* buf, unsigned short pos)
 {
     if (areaId == FRU_AREA_INTERNAL_A || areaId == FRU_AREA_INTERNAL_B) {
-        // What the image holds in between is not kept.
+        // The image's bytes in between are not kept.
         append(FRUMember(pos + 1U < size ? size - 1U - pos : 0U));
         append(FRUMember(buf + size - 1, FRU_ITEM_CHECKSUM, 1));
         return;
@@ -186,7 +187,7 @@ void FRUArea::updateItem(FRU_ITEM item, std::string& value)
 {
     FRUMember* const member = find(item);
     if (member == nullptr) {
-        // Marked all the same: callers write such an area back and rely on it.
+        // Marked anyway: callers write such an area back and rely on it.
         dirty = true;
         return;
     }
@@ -194,7 +195,7 @@ void FRUArea::updateItem(FRU_ITEM item, std::string& value)
         unusedUpdate(static_cast<short>(static_cast<int>(value.size()) -
                                         (member->getTypeLength() & FRU_LENGTH_BITS)));
     } else if (member->getLength() > 1 && value.size() < member->getLength()) {
-        // The caller's own string is padded: callers show it afterwards as it was stored.
+        // Pad the caller's own string: callers show it afterwards as it was stored.
         value.resize(member->getLength(), '\0');
     }
     member->setData(value);
@@ -211,8 +212,8 @@ void FRUArea::unusedUpdate(short delta)
     }
     const auto rest = static_cast<short>(unused->getLength() - delta);
     if (rest < 0) {
-        // The negative remainder: the length byte shrinks, though the area grows. The whole area
-        // is written with a length of its own by syncFRU.
+        // The negative remainder: the length byte shrinks, though the area grows. syncFRU writes
+        // the whole area with a length of its own.
         lengthUpdate(rest);
     }
     *unused = FRUMember(rest < 0 ? 0U : static_cast<unsigned int>(rest));
@@ -224,7 +225,7 @@ void FRUArea::lengthUpdate(short delta)
     const bool isThere = members.size() > LENGTH_MEMBER;
     const FRU_ITEM found = isThere ? members[LENGTH_MEMBER]->getItem() : FRU_ITEM_TERMINATOR;
     if (found != FRU_ITEM_AREA_LENGTH) {
-        // The text goes out as it is, with its placeholder; the item is the next parameter.
+        // The text is passed unchanged, with its placeholder; the item is the next parameter.
         throwFRUText(MESSAGE_FRU, "FRUArea::lengthUpdate  Not Length on FRUMember(%d)", found);
     }
     const std::string old = sized(members[LENGTH_MEMBER]->getData(), 1);
@@ -237,8 +238,7 @@ void FRUArea::lengthUpdate(short delta)
 void FRUArea::syncItem(FRU_ITEM item)
 {
     const FRUMember* const member = getItemMember(item);
-    // Type/length bytes are deliberately not counted: the items written one by one are those of
-    // areas without them.
+    // Type/length bytes are not counted: only items of areas without them are written one by one.
     unsigned int position = static_cast<unsigned int>(offset);
     for (const FRUMember* const before : members) {
         if (before == member) {
@@ -246,7 +246,7 @@ void FRUArea::syncItem(FRU_ITEM item)
         }
         position += before->getLength();
     }
-    // The zero at the end of the text gives an empty field an address, too.
+    // The terminating zero of the text gives an empty field an address too.
     const std::string bytes = sized(member->getData(), member->getLength() + 1U);
     const std::vector<unsigned char> buffer(bytes.begin(), bytes.end());
     rw.write(position, member->getLength(), buffer.data());

@@ -12,7 +12,7 @@ using TAVLib::get_bit;
 
 namespace {
 
-/// The bytes of a two-byte field; those it lacks are 0.
+/// The bytes of a two-byte field; missing ones are 0.
 struct TwoBytes {
     explicit TwoBytes(const std::string& data)
         : first(data.empty() ? 0 : static_cast<unsigned char>(data[0])),
@@ -28,7 +28,7 @@ std::string oneByte(unsigned char byte)
     return std::string(1, static_cast<char>(byte));
 }
 
-/// High byte first; only what has exactly two bytes is a number.
+/// High byte first; only a value of exactly two bytes is a number.
 std::string highByteFirst(const std::string& data)
 {
     const TwoBytes bytes(data.size() == 2 ? data : std::string());

@@ -11,7 +11,7 @@ enum FRU_AREA : int {
     FRU_AREA_CHASSIS = 3,
     FRU_AREA_BOARD = 4,
     FRU_AREA_PRODUCT = 5,
-    FRU_AREA_MULTIRECORD = 6, ///< has an offset, and cannot be opened
+    FRU_AREA_MULTIRECORD = 6, ///< has an offset, but cannot be opened
     FRU_AREA_CPU_HEADER = 50,
     FRU_AREA_CPU_PROCESSOR = 51,
     FRU_AREA_CPU_CORE = 52,

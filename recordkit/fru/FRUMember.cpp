@@ -5,7 +5,7 @@
 
 namespace {
 
-/// 8-bit text in bits 7..6: what every field is declared as that was edited.
+/// 8-bit text in bits 7..6: the declared type of every edited field.
 constexpr unsigned char TEXT_TYPE = 0xC0;
 
 }

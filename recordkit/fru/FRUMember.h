@@ -7,8 +7,8 @@
 #include <recordkit/fru/FRUItem.h>
 #include <recordkit/platform/Export.h>
 
-/// One row of a member table; size 0 stands for a field coded with a type/length byte. A table is
-/// ended by a row with FRU_ITEM_TERMINATOR.
+/// One row of a member table; size 0 means a field coded with a type/length byte. A row with
+/// FRU_ITEM_TERMINATOR ends the table.
 struct FRUMemberTbl {
     FRU_ITEM item;
     unsigned int size;
@@ -27,21 +27,21 @@ public:
     FRUMember(const FRUMember&) = default;
     FRUMember& operator=(const FRUMember&) = default;
 
-    /// Declares the field as 8-bit text of `len` bytes, whatever it holds.
+    /// Declares the field as 8-bit text of `len` bytes, whatever its value is.
     void settypelength(unsigned char len);
     /// Declares a coded field as 8-bit text of the length of its value; does nothing to a fixed
-    /// one. Lengths above 63 deliberately run into the type bits: callers bound them.
+    /// one. Lengths above 63 overflow into the type bits: it is the callers who bound them.
     void settypelength();
 
     FRU_ITEM getItem() const { return item; }
     std::string getData() const { return data; }
-    /// Bytes of the value, as the image has them, modulo 65536.
+    /// Length of the value in bytes, as stored in the image, modulo 65536.
     unsigned short getLength() const { return length; }
     /// 0 for a fixed field.
     unsigned char getTypeLength() const { return typelength; }
     bool getHasTypeLength() const { return hasTypeLength; }
 
-    /// Changes the value alone; the declared length stays.
+    /// Changes only the value; the declared length stays.
     void setData(const std::string& value) { data = value; }
 
 private:

@@ -21,8 +21,8 @@ public:
     void setNextBootOnly(bool nextOnly) { writeBit(image[FLAGS], 6, !nextOnly); }
     /// The bit says "EFI", so true clears it.
     void setBiosBootType(bool flag) { writeBit(image[FLAGS], 5, !flag); }
-    /// Bits 5..2 of byte 1 become those of `value`; its other bits are deliberately not masked
-    /// away but added: callers set the lock bits with them.
+    /// Bits 5..2 of byte 1 become those of `value`. The other bits of `value` are not masked off
+    /// but added, because callers set the lock bits with them.
     void setBootFlagsData2(unsigned char value);
     /// Bits 5..2 of byte 1, in place; 0 while the flags are not valid.
     unsigned char getBootFlagsData2() const;

@@ -8,7 +8,7 @@
 
 namespace TAVLib::RecordKit {
 
-/// The identity of a unit, 12 bytes that belong to its callers.
+/// The identity of a unit, 12 bytes whose meaning is up to the callers.
 class RECORDKIT_API DeviceInfo : public FixedSizeSerializableObject {
 public:
     struct UnitID {

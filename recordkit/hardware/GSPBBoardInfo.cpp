@@ -87,14 +87,14 @@ bool GSPBBoardInfo::setSerialized(const unsigned char* data, unsigned int length
         traceLengthError(GSPB_BOARD_INFO_LOCATION, "setSerialized", length, needed);
         return false;
     }
-    // All that can fail comes first: the counts are always those of the lists held.
+    // Everything that can fail comes first, so that the counts always match the lists.
     std::vector<CONNECTED_UNIT_INFO> newBoxes(box[0]);
     for (std::size_t port = 0; port < newBoxes.size(); ++port) {
         newBoxes[port] = {box[1 + 2 * port], box[2 + 2 * port]};
     }
     gbeStatus.reserve(data[GBE_COUNT]);
     sasStatus.reserve(sas[0]);
-    // Not emptied first: callers collect the entries of several images in one object.
+    // Not cleared first: callers collect the entries of several images in one object.
     pciBoxes.insert(pciBoxes.end(), newBoxes.begin(), newBoxes.end());
 
     std::copy_n(data, HEADER_SIZE, header);

@@ -25,12 +25,12 @@ namespace TAVLib::RecordKit {
 /// | 10 + 2g + 2s | 1     | p, the number of PCI box ports                                    |
 /// | 11 + 2g + 2s | 2 x p | CONNECTED_UNIT_INFO of each PCI box port                          |
 ///
-/// A port that is not there throws PException (module 83, location 0x0F00, action 1, detail 0x0B00,
-/// message 20010) with the operation ("getGbEPortStatus()") and "not found GbE Port", "not found
-/// SAS Port" or "not found PCI_Box Port".
+/// A missing port throws PException (module 83, location 0x0F00, action 1, detail 0x0B00, message
+/// 20010) with the operation ("getGbEPortStatus()") and "not found GbE Port", "not found SAS Port"
+/// or "not found PCI_Box Port".
 class RECORDKIT_API GSPBBoardInfo : public SerializableObject {
 public:
-    /// What is connected to a PCI box port; FFh is nothing.
+    /// What is connected to a PCI box port; FFh means nothing.
     struct CONNECTED_UNIT_INFO {
         unsigned char pciBox;
         unsigned char logicalPCIBox;
@@ -50,7 +50,7 @@ public:
     int getConnectedPCIBox(unsigned int port) const;
     int getConnectedLogicalPCIBox(unsigned int port) const;
 
-    /// Each replaces what the vector holds by 0, 1, ..., count - 1.
+    /// Each replaces the vector's contents with 0, 1, ..., count - 1.
     void getGbEPorts(std::vector<int>& ports);
     void getSASPorts(std::vector<int>& ports);
     void getPCIBoxPorts(std::vector<int>& ports);
@@ -59,16 +59,17 @@ public:
     {
         return LEAST_SIZE + 2U * (header[GBE_COUNT] + sasCount + pciBoxCount);
     }
-    /// 0 and a trace line (module 83, location 0x0F00, level 0, message 20008) when the buffer is
-    /// too short.
+    /// 0 and a trace line (module 83, location 0x0F00, level 0, message 20008) if the buffer is too
+    /// short.
     unsigned int getSerialized(unsigned char* buffer, unsigned int length) const override;
-    /// False, the same trace line and an unchanged object when `length` is below the size that the
-    /// counts give. They are read before `length` is looked at, so `data` must reach them: up to
-    /// 1031 bytes (see PaddedImage.h).
+    /// False, the same trace line and an unchanged object if `length` is below the size that the
+    /// counts imply. The counts are read before `length` is checked, so `data` must contain them:
+    /// up to 1031 bytes (see PaddedImage.h).
     ///
-    /// The entries of the PCI box ports are deliberately added to those of an image before, and
-    /// all of them can be asked for; sizes and getPCIBoxPorts follow the last image's count, and
-    /// getSerialized writes as many of the first ones.
+    /// The entries of the PCI box ports are added to those of earlier images, because callers
+    /// collect several images in one object, and all of them can be queried; sizes and
+    /// getPCIBoxPorts follow the last image's count, and getSerialized writes only that many, the
+    /// first ones.
     bool setSerialized(const unsigned char* data, unsigned int length) override;
 
 private:

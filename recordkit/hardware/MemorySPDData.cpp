@@ -13,7 +13,7 @@ constexpr unsigned char KNOWN_WIDTHS = 4;
 constexpr unsigned char KNOWN_RANKS = 4;
 constexpr unsigned char KNOWN_DENSITIES = 7;
 
-/// The first width doubled as often; 0 for a code without a meaning.
+/// The first width, doubled `code` times; 0 for a code without a meaning.
 unsigned int widthOf(unsigned char code, unsigned int first)
 {
     return code < KNOWN_WIDTHS ? first << code : 0;
@@ -33,8 +33,8 @@ unsigned char MemorySPDData::getDIMMSize() const
     if (busWidth == 0 || deviceWidth == 0 || ranks == 0) {
         return DIMM_UNKNOWN;
     }
-    // In single precision, from left to right, as the codes were always made; a bus narrower than
-    // a device gives fractions that are cut off at the end.
+    // In single precision, from left to right, as these codes have always been computed; a bus
+    // narrower than a device yields fractions that are cut off at the end.
     const float capacity = static_cast<float>(megabits) * 0.125F * static_cast<float>(busWidth) /
                            static_cast<float>(deviceWidth) * static_cast<float>(ranks);
     switch (static_cast<unsigned int>(capacity)) {

@@ -20,7 +20,7 @@ namespace TAVLib::RecordKit {
 /// | 128   | 18    | part number                                                            |
 /// | other |       | carried unchanged                                                      |
 ///
-/// Nothing is thrown: what cannot be decoded has a code of its own.
+/// Nothing is thrown: there is a code for what cannot be decoded.
 class RECORDKIT_API MemorySPDData : public FixedSizeSerializableObject {
 public:
     /// Codes of a module's capacity.
@@ -33,16 +33,16 @@ public:
         DIMM_UNKNOWN = 15, ///< any other capacity, and what cannot be decoded
     };
 
-    /// The rank field as it is stored: 0 for one rank.
+    /// The rank field as stored: 0 means one rank.
     unsigned char getRankNum() const { return get_bit(image[ORGANIZATION], 3, 3); }
     /// One of DIMMSize.
     unsigned char getDIMMSize() const;
     /// 2 for devices of 4 Gbit, 3 of 8, 4 of 16, 5 of 32; 1 for all others.
     unsigned char getDRAMSize() const;
-    /// Always 0: callers take the rate from the controller's own record.
+    /// Always 0: callers read the rate from the controller's own record.
     unsigned char getDataRate() const { return 0; }
     unsigned int getSerialNumber() const;
-    /// Up to 18 characters, cut at the first zero byte; blanks behind it are kept.
+    /// Up to 18 characters, cut at the first zero byte; trailing blanks are kept.
     std::string getModulePartNumber() const;
 
     unsigned int getSerializedSize() const override { return SIZE; }

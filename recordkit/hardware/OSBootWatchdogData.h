@@ -8,7 +8,7 @@
 
 namespace TAVLib::RecordKit {
 
-/// The OS boot watchdog's data; the bytes belong to its callers.
+/// The OS boot watchdog's data; the meaning of the bytes is up to the callers.
 ///
 /// | byte | width | meaning               |
 /// |------|-------|-----------------------|
@@ -18,7 +18,7 @@ class RECORDKIT_API OSBootWatchdogData : public FixedSizeSerializableObject {
 public:
     unsigned char getBootWatchdogData1() const { return image[DATA_1]; }
     void setBootWatchdogData1(unsigned char value) { image[DATA_1] = value; }
-    /// Takes five bytes.
+    /// Copies five bytes.
     void setOSBootWatchdogData(unsigned char* data) { std::copy_n(data, +SIZE, image); }
 
     unsigned int getSerializedSize() const override { return SIZE; }

@@ -28,7 +28,7 @@ void traceOutOfRange(const char* text, int index, std::size_t size)
     traceNotFound(PCI_BOX_INFO_LOCATION, text, range.c_str());
 }
 
-/// Where the block behind this one begins.
+/// Where the next block begins.
 const unsigned char* nextBlock(const unsigned char* block)
 {
     return block + SLOTS + 2 * block[SLOT_COUNT];
@@ -122,7 +122,7 @@ bool PCIBOXInfo::setSerialized(const unsigned char* data, unsigned int length)
         needed += SLOTS * count;
         const unsigned char* block = data + HEADER_SIZE;
         for (unsigned int card = 0; card < count; ++card) {
-            // One byte a slot, though a slot has two: looser than the image, see the header.
+            // One byte per slot, although a slot has two: looser than the image, see the header.
             needed += block[SLOT_COUNT];
             block = nextBlock(block);
         }
@@ -131,7 +131,7 @@ bool PCIBOXInfo::setSerialized(const unsigned char* data, unsigned int length)
         traceLengthError(PCI_BOX_INFO_LOCATION, "setSerialized", length, needed);
         return false;
     }
-    // All that can fail comes first: cards and slots always belong to one image.
+    // Everything that can fail comes first, so that cards and slots always belong to one image.
     std::vector<CONNECT_GSPB_INFO> newCards(count);
     std::vector<StatusWords> newSlotStatus(count);
     const unsigned char* block = data + HEADER_SIZE;

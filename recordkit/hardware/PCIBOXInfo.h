@@ -27,10 +27,10 @@ namespace TAVLib::RecordKit {
 /// | 2                 | 1     | c, the number of slots behind the card                      |
 /// | 3                 | 2 x c | status word of each slot, low byte first                    |
 ///
-/// Nothing is thrown. A card or slot that is not there writes one trace line (module 83, location
+/// Nothing is thrown. A query for a missing card or slot writes one trace line (module 83, location
 /// 0x0D00, level 0, message 20010; "isParamError(lnkc)" or "isParamError(slotNum)", and "out of
-/// range:N, size=M") and answers a neutral value. A card without slots counts as one that is not
-/// there, but for getLinkCards.
+/// range:N, size=M") and returns a neutral value. A card without slots counts as missing, except
+/// for getLinkCards.
 class RECORDKIT_API PCIBOXInfo : public SerializableObject {
 public:
     /// The first three bytes of a link card block.
@@ -49,29 +49,30 @@ public:
     bool isPEXUPowerON() const { return flag(PEXU_FLAGS, 1); }
     bool isPEXUFault() const { return flag(PEXU_FLAGS, 2); }
 
-    /// Replaces what `cards` holds by 0, 1, ..., l - 1.
+    /// Replaces the contents of `cards` with 0, 1, ..., l - 1.
     void getLinkCards(std::vector<int>& cards) const;
-    /// 255 for a card that is not there.
+    /// 255 for a missing card.
     unsigned char getConnectedId(int card) const;
     bool isConnected(int card) const;
     unsigned char getPortNo(int card) const;
-    /// 0 for a slot that is not there.
+    /// 0 for a missing slot.
     unsigned short getPCISlotStatus(int card, int slot) const;
-    /// Replaces what `slots` holds by 0, 1, ..., c - 1; by nothing for a card that is not there.
+    /// Replaces the contents of `slots` with 0, 1, ..., c - 1; clears it for a missing card.
     void getPCISlots(int card, std::vector<int>& slots) const;
-    /// Whether a card or a slot is not there, after tracing it.
+    /// Whether a card or a slot is missing; traces it if so.
     bool isParamError(int card, int slot) const;
 
     unsigned int getSerializedSize() const override;
-    /// 0 and a trace line (module 83, location 0x0D00, level 0, message 20008) when the buffer is
-    /// too short.
+    /// 0 and a trace line (module 83, location 0x0D00, level 0, message 20008) if the buffer is too
+    /// short.
     unsigned int getSerialized(unsigned char* buffer, unsigned int length) const override;
-    /// False, the same trace line and an unchanged object when `length` is too short. Images of up
-    /// to 12 bytes are (13 needed); without a PEXU there are no link cards, whatever byte 12 says.
+    /// False, the same trace line and an unchanged object if `length` is too short. Images of up to
+    /// 12 bytes are too short (13 needed); without a PEXU there are no link cards, whatever byte 12
+    /// says.
     ///
-    /// The check deliberately counts one byte for each slot, not two: controllers cut images
-    /// short. So `data` must reach all blocks and slots that its counts name, whatever `length`
-    /// says: up to 130828 bytes (see PaddedImage.h).
+    /// The check counts one byte for each slot, not two, because controllers cut images short. So
+    /// `data` must contain all blocks and slots that its counts declare, whatever `length` says: up
+    /// to 130828 bytes (see PaddedImage.h).
     bool setSerialized(const unsigned char* data, unsigned int length) override;
 
 private:

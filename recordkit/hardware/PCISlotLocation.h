@@ -23,8 +23,8 @@ public:
     /// | 38        | 2    | bit 0 to bit 2          | to bit 0   |
     /// | 40        | 3    | bits 1..0 to bits 1..0  | -          |
     ///
-    /// Bits of byte 0 that the kind does not use keep their old value, which callers put there.
-    /// For any other type nothing changes, byte 1 included.
+    /// Bits of byte 0 that the kind does not use keep their old value, which callers have set. For
+    /// any other type nothing changes, byte 1 included.
     void setPCISlotLocation(unsigned int boardType, unsigned int position, unsigned char second,
                             unsigned char flag);
 

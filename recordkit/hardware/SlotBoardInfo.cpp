@@ -37,7 +37,7 @@ bool SlotBoardInfo::setSerialized(const unsigned char* data, unsigned int length
         traceLengthError(static_cast<FailureLocation>(location), "setSerialized", length, needed);
         return false;
     }
-    // Read first: when that fails, the count is still that of the words held.
+    // Read first: if that fails, the count still matches the words.
     readWords(data + HEADER_SIZE, data[SLOT_COUNT], slotStatus);
     std::copy_n(data, HEADER_SIZE, header);
     return true;

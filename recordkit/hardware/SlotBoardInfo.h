@@ -9,7 +9,7 @@
 
 namespace TAVLib::RecordKit {
 
-/// What boards with PCI slots have in common: IOUBoardInfo and SASUBoardInfo are made of it.
+/// The common part of boards with PCI slots: IOUBoardInfo and SASUBoardInfo derive from it.
 ///
 /// | byte | width | meaning                                                         |
 /// |------|-------|-----------------------------------------------------------------|
@@ -27,21 +27,20 @@ public:
     bool isFault() const { return flag(2); }
 
     /// Status word of a slot. Throws PException (module 83, the class's location, action 1, detail
-    /// 0x0B00, message 20010, "getPCISlotStatus()", "not found PCISlot") for a slot that is not
-    /// there.
+    /// 0x0B00, message 20010, "getPCISlotStatus()", "not found PCISlot") for a missing slot.
     unsigned short getPCISlotStatus(unsigned int slot) const;
-    /// Replaces what `slots` holds by 0, 1, ..., n - 1.
+    /// Replaces the contents of `slots` with 0, 1, ..., n - 1.
     void getPCISlots(std::vector<int>& slots);
 
     unsigned int getSerializedSize() const override
     {
         return HEADER_SIZE + 2U * header[SLOT_COUNT];
     }
-    /// 0 and a trace line (module 83, the class's location, level 0, message 20008) when the
-    /// buffer is too short.
+    /// 0 and a trace line (module 83, the class's location, level 0, message 20008) if the buffer
+    /// is too short.
     unsigned int getSerialized(unsigned char* buffer, unsigned int length) const override;
-    /// False, the same trace line and an unchanged object when `length` is below 9 + 2 n. Byte 8 is
-    /// read before `length` is looked at, so `data` must reach it; bytes behind the image are
+    /// False, the same trace line and an unchanged object if `length` is below 9 + 2 n. Byte 8 is
+    /// read before `length` is checked, so `data` must contain it; bytes after the image are
     /// ignored.
     bool setSerialized(const unsigned char* data, unsigned int length) override;
 

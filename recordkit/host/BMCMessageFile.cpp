@@ -44,7 +44,7 @@ std::string persistentFile(unsigned char sb, int index)
     throw host::fileError(host::BMC_MESSAGE_FILE_LOCATION, operation, path, error);
 }
 
-/// A descriptor that is closed with its scope.
+/// A descriptor that is closed at the end of its scope.
 class Descriptor {
 public:
     Descriptor(const std::string& path, int flags)
@@ -87,7 +87,8 @@ bool readFile(const std::string& path, std::vector<unsigned char>& bytes)
     return true;
 }
 
-/// Replaces a file by a temporary beside it, so that it is whole at every moment.
+/// Replaces a file by renaming a temporary file in its folder, so that it is complete at every
+/// moment.
 void replaceFile(const std::string& path, const std::vector<unsigned char>& bytes)
 {
     const std::string temporary = path + ".new";
@@ -117,7 +118,7 @@ void replaceFile(const std::string& path, const std::vector<unsigned char>& byte
     }
 }
 
-/// Copies a file; one that does not exist is left where it is not.
+/// Copies a file; returns false if it does not exist.
 bool copyFile(const std::string& from, const std::string& to)
 {
     std::vector<unsigned char> bytes;
@@ -171,7 +172,7 @@ void restore(unsigned char sb)
     copyFile(persistentFile(sb, 0), workingFile(sb));
 }
 
-/// Turns the failure of an operation into false and a trace line with its reason.
+/// Turns the failure of an operation into false and a trace line with the reason.
 bool succeeds(void (*operation)(unsigned char), unsigned char sb)
 {
     try {

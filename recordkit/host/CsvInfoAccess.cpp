@@ -7,9 +7,9 @@ namespace TAVLib {
 
 namespace {
 
-/// One column of a line, without the quotes around it; empty for a column that is not there.
-/// A quote opens and closes a stretch in which commas do not separate; escapes are left to the
-/// reader of the record.
+/// One column of a line, without the quotes around it; empty for a missing column. A quote opens
+/// and closes a section in which commas do not separate columns; escapes are left to the reader of
+/// the record.
 std::string columnOf(const std::string& line, int column)
 {
     std::string value;

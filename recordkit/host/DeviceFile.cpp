@@ -65,7 +65,7 @@ int DeviceFile::writeThrough(unsigned long offset, unsigned int length,
         fail("write", offset, length, ENOSPC);
     }
     const int count = write(offset, length, buffer);
-    // A device that cannot be synchronised has nothing to be waited for.
+    // A device that cannot be synced needs no waiting.
     if (TEMP_FAILURE_RETRY(::fdatasync(fd)) == -1 && errno != EINVAL && errno != EROFS) {
         fail("fdatasync", offset, length, errno);
     }

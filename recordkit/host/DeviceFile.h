@@ -8,8 +8,8 @@
 
 namespace TAVLib::host {
 
-/// An open file that stands for a device: bytes are moved where they belong, all of them or none.
-/// Failures are thrown with the operation, its offset and length, the path and the reason.
+/// An open file that represents a device: bytes are read and written at their offset, all of them
+/// or none. Failures are thrown with the operation, its offset and length, the path and the reason.
 class DeviceFile {
 public:
     /// Opens a file that exists.
@@ -20,7 +20,8 @@ public:
 
     int read(unsigned long offset, unsigned int length, unsigned char* buffer) const;
     int write(unsigned long offset, unsigned int length, const unsigned char* buffer) const;
-    /// As write, but refuses what would make a regular file longer, and waits for the medium.
+    /// As write, but refuses to make a regular file longer, and waits until the bytes reach the
+    /// medium.
     int writeThrough(unsigned long offset, unsigned int length, const unsigned char* buffer) const;
 
 private:

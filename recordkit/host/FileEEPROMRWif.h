@@ -9,12 +9,12 @@
 
 namespace TAVLib::host {
 
-/// The EEPROMs in files: images, or the nodes that the kernel gives them. A write has reached the
-/// medium when it returns. Several threads may use one object at once.
+/// The EEPROMs as files: images, or the kernel's nodes for them. A write has reached the medium
+/// when it returns. Several threads may use one object at once.
 ///
 /// Failures are thrown as PException (module 200, location 0x0400, action 2, errno as detail) with
 /// the operation, its offset and length, the path and the reason in the message: also for a read or
-/// a write that does not lie in the file (ENODATA, ENOSPC) and an EEPROM without one (ENODEV).
+/// a write outside the file (ENODATA, ENOSPC) and for an EEPROM without a file (ENODEV).
 class RECORDKIT_API FileEEPROMRWif : public EEPROMRWif {
 public:
     /// Images eeprom<select>.bin in a folder.

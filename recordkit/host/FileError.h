@@ -8,7 +8,7 @@
 
 namespace TAVLib::host {
 
-/// Module code of what the host platform itself reports.
+/// Module code of the host platform's own reports.
 constexpr unsigned char HOST_MODULE = 200;
 
 /// Location codes of the host platform's classes.

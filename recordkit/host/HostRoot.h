@@ -8,11 +8,11 @@
 
 namespace TAVLib::host {
 
-/// Puts every compiled-in path below `directory`; "" stands for the system's own root.
+/// Puts every compiled-in path below `directory`; "" means the system's own root.
 ///
-/// Throws std::invalid_argument unless `directory` is empty or an absolute path of letters,
-/// digits and . _ / + - alone: it becomes part of shell commands. To be done before other
-/// threads ask for it.
+/// Throws std::invalid_argument unless `directory` is empty or an absolute path that contains only
+/// letters, digits and . _ / + -: it becomes part of shell commands. Call it before other threads
+/// use the root.
 RECORDKIT_API void setSystemRoot(const std::string& directory);
 
 }

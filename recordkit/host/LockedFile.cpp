@@ -21,7 +21,7 @@ constexpr mode_t FILE_MODE = 0644;
 
 }
 
-// flock(2) locks belong to the open file description, and each object opens its own: so they
+// flock(2) locks belong to the open file description, and each object opens its own, so they
 // exclude the threads of one process as well as other processes.
 LockedFile::LockedFile(const std::string& name)
     : path(name), fd(TEMP_FAILURE_RETRY(
@@ -39,7 +39,7 @@ LockedFile::LockedFile(const std::string& name)
 
 LockedFile::~LockedFile()
 {
-    // Closing the only descriptor of the description gives the lock back.
+    // Closing the only descriptor of the description releases the lock.
     ::close(fd);
 }
 

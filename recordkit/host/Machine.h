@@ -16,7 +16,7 @@ struct Machine {
     std::vector<int> systemBoardTypes; ///< by board number; 0 where it is shorter
 };
 
-/// Sets the machine; to be done before other threads ask for it.
+/// Sets the machine; call it before other threads query it.
 RECORDKIT_API void setMachine(const Machine& machine);
 RECORDKIT_API const Machine& machine();
 

@@ -9,7 +9,7 @@ namespace TAVLib {
 
 namespace {
 
-/// A parameter as text, by the kind that the catalogue gives it.
+/// A parameter as text, by its kind in the catalogue.
 std::string toText(char kind, long parameter)
 {
     if (kind != 's') {

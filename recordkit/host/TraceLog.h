@@ -20,8 +20,8 @@ struct TraceLine {
 
 using TraceSink = std::function<void(const TraceLine&)>;
 
-/// Sends trace lines to `sink` from now on and gives back the sink before it. An empty sink
-/// restores the default: one line "recordkit[1:83:0x0900] level 0: ..." to standard error.
+/// Sends trace lines to `sink` from now on and returns the previous sink. An empty sink restores
+/// the default: one line "recordkit[1:83:0x0900] level 0: ..." to standard error.
 ///
 /// The sink may be called from several threads at once.
 RECORDKIT_API TraceSink setTraceSink(TraceSink sink);

@@ -8,7 +8,7 @@ namespace TAVLib {
 
 /// The message files that accompany each system board's event files.
 ///
-/// The event store drives them in step with its own files; every operation is true on success.
+/// The event store keeps them in step with its own files; every operation returns true on success.
 class RECORDKIT_API BMCMessageFile {
 public:
     /// Empties all message files of the board.

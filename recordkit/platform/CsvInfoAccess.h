@@ -16,8 +16,8 @@ public:
     /// True when the table could not be opened.
     bool isFault() const;
 
-    /// Finds the first record whose column (from 0) equals the key and gives its line, without the
-    /// line end; false and an untouched `record` when there is none.
+    /// Finds the first record whose column (from 0) equals the key and returns its line in
+    /// `record`, without the line end; false and an untouched `record` if none is found.
     bool searchRecord(int column, const std::string& key, std::string& record);
 
 private:

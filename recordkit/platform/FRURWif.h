@@ -7,7 +7,7 @@
 namespace TAVLib {
 
 /// Reader and writer of one FRU device, supplied by the caller. Offsets are byte offsets in the
-/// device; a failure is thrown as a PException, the results are not looked at.
+/// device; a failure is thrown as a PException, the results are not examined.
 class RECORDKIT_API FRURWif {
 public:
     virtual ~FRURWif() = default;

@@ -10,11 +10,11 @@ namespace TAVLib {
 
 /// A file held under an exclusive lock for the lifetime of the object.
 ///
-/// The lock excludes other processes and other threads alike. Every failure of the system below
-/// is thrown as a PException.
+/// The lock excludes other processes and other threads alike. Every failure of a system call is
+/// thrown as a PException.
 class RECORDKIT_API LockedFile {
 public:
-    /// Opens for reading and writing, creates a file that does not exist, waits for the lock.
+    /// Opens for reading and writing, creates the file if it does not exist, waits for the lock.
     explicit LockedFile(const std::string& path);
 
     /// Unlocks and closes.
@@ -23,7 +23,7 @@ public:
     LockedFile(const LockedFile&) = delete;
     LockedFile& operator=(const LockedFile&) = delete;
 
-    /// Positions as lseek(2) does; the result is the offset from the start of the file.
+    /// Positions as lseek(2) does; returns the offset from the start of the file.
     long lseek(long offset, int whence);
 
     /// Bytes read, 0 at the end of the file.

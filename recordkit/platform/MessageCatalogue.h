@@ -7,8 +7,8 @@
 /// Formats the catalogue message `messageNumber` with the arguments that follow.
 ///
 /// Text arguments are const char*, every number is passed as long. Writes at most 120 bytes to
-/// `buffer`, the terminating zero included, whatever the arguments; the result is the length of
-/// the text written.
+/// `buffer`, including the terminating zero, whatever the arguments; returns the length of the text
+/// written.
 RECORDKIT_API int lmsg_getmsg(int messageNumber, char* buffer, ...);
 
 #endif

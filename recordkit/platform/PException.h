@@ -11,8 +11,8 @@ namespace TAVLib {
 
 /// The one exception type of the firmware: thrown by value, caught by reference.
 ///
-/// A message parameter is a number, or the address of a text as the catalogue entry of
-/// `messageNumber` says. Texts are copied by the constructor, so they may die with the throw.
+/// A message parameter is a number or the address of a text; the catalogue entry of `messageNumber`
+/// says which. The constructor copies texts, so they need not outlive the throw.
 class RECORDKIT_API PException {
 public:
     static constexpr unsigned int PARAMETERS = 8;
@@ -28,7 +28,7 @@ public:
     unsigned short getLocationCode() const { return location; }
     int getMessageNumber() const { return messageNumber; }
 
-    /// Parameter 0 to 7: a text as it was given, a number in decimal; empty for any other index.
+    /// Parameter 0 to 7: a text unchanged, a number in decimal; empty for any other index.
     std::string getParameter(unsigned int index) const;
 
     /// The catalogue message with the parameters filled in, whatever its length.

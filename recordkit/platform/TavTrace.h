@@ -6,7 +6,8 @@
 
 namespace TAVLib::trace {
 
-/// The firmware's trace sink, named by who writes: producer class, module code, location code.
+/// The firmware's trace sink. Its parameters identify the writer: producer class, module code,
+/// location code.
 class RECORDKIT_API TavTrace {
 public:
     TavTrace(unsigned char producer, unsigned char module, unsigned short location);

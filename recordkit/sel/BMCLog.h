@@ -14,11 +14,11 @@ public:
     unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
     unsigned int getSerializedSize() const override { return validLength; }
 
-    /// Takes up to 135 bytes and ignores what lies beyond; always true.
+    /// Accepts up to 135 bytes and ignores the rest; always true.
     bool setSerialized(const unsigned char* data, unsigned int size) override;
 
 private:
-    /// One byte more than is ever filled, so that a zero byte follows the longest image.
+    /// One byte more than any image fills, so that a zero byte follows the longest one.
     enum Size : unsigned int { BUFFER_SIZE = 136, MAX_SIZE = BUFFER_SIZE - 1 };
 
     unsigned char buffer[BUFFER_SIZE] = {};

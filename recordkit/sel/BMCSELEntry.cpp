@@ -41,7 +41,7 @@ int BMCSELEntry::convert(OEMSELEntry& src)
         traceOperationError(BMC_SEL_ENTRY_LOCATION, "convert from OEMSELEntry to BMCSELEntry");
         return 0;
     }
-    // Only the record is taken here; the OEM data are looked for behind a complete one.
+    // Copy only the record here; OEM data are expected only after a complete record.
     const SELEntry& record = src;
     if (!SELEntry::setSerialized(scratch, record.SELEntry::getSerializedSize())) {
         traceOperationError(BMC_SEL_ENTRY_LOCATION, "convert from OEMSELEntry to BMCSELEntry");

@@ -23,13 +23,13 @@ namespace TAVLib::RecordKit {
 /// | 108    | 90         | 1     | serial number type/length byte                             |
 /// | 109    | 91         | 21    | serial number (12 or 16 bytes of it) and further OEM bytes |
 ///
-/// Block bytes 69 to 111 are extended bytes 13 to 55 of the OEM entry. The extended data
-/// inherited from OEMSELEntry are not part of this image; only convert() reads them.
-/// A fresh entry holds zeroed buffers and no valid byte.
+/// Block bytes 69 to 111 are extended bytes 13 to 55 of the OEM entry. The extended data inherited
+/// from OEMSELEntry are not part of this image; only convert() reads them. A new entry has zeroed
+/// buffers and no valid bytes.
 ///
 /// Failures are traced (module 83, location 0x1300, level 0). The accessors throw PException
-/// (location 0x1300, action 1, detail 0x0B00, message 20008, "BMCSELEntry", block bytes held,
-/// block bytes needed) when too few block bytes are held.
+/// (location 0x1300, action 1, detail 0x0B00, message 20008, "BMCSELEntry", block bytes present,
+/// block bytes needed) when too few block bytes are present.
 class RECORDKIT_API BMCSELEntry : public OEMSELEntry {
 public:
     enum BlockSize : unsigned int {
@@ -51,22 +51,21 @@ public:
     /// Rebuilds the BMC block from the OEM extended data of this object.
     void convert();
 
-    /// Takes the SEL record and the OEM data of `src`, which must hold a complete record for its
-    /// OEM data to be found. 1, or 0 and a trace line when `src` gives no image; the BMC block
-    /// is then zeroed and the record kept.
+    /// Copies the SEL record and the OEM data of `src`, which must contain a complete record for
+    /// its OEM data to be found. 1, or 0 and a trace line when `src` has no image; the BMC block is
+    /// then zeroed and the record kept.
     int convert(OEMSELEntry& src);
 
-    /// Stores a part number of at most 18 characters, padded with zero bytes and always declared
-    /// as 18 bytes of text: readers stop at the first zero byte. A longer one is traced and
+    /// Stores a part number of at most 18 characters, padded with zero bytes and always declared as
+    /// 18 bytes of text: readers stop at the first zero byte. A longer part number is traced and
     /// changes nothing.
     void setPartNo(std::string& partNo);
 
     unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
     unsigned int getSerializedSize() const override;
 
-    /// Takes up to 130 bytes; what lies beyond is ignored. An image of at most 18 bytes
-    /// deliberately leaves the BMC block as it was. Fewer than 2 bytes are refused and leave the
-    /// object unchanged.
+    /// Accepts up to 130 bytes; the rest is ignored. An image of at most 18 bytes leaves the BMC
+    /// block as it was, by design. Fewer than 2 bytes are refused and leave the object unchanged.
     bool setSerialized(const unsigned char* data, unsigned int size) override;
 
     /// The partitions that the event concerns; needs 71 block bytes.
@@ -78,8 +77,8 @@ public:
     /// Part number of the unit involved, at most 18 bytes of it; needs 90 block bytes.
     std::string getPartNo();
 
-    /// Serial number of the unit involved, at most `maxLength` bytes of it and never beyond the
-    /// 21 that the block holds; needs 103 block bytes.
+    /// Serial number of the unit involved, at most `maxLength` bytes of it and never more than the
+    /// 21 in the block; needs 103 block bytes.
     std::string getSerialNo(unsigned int maxLength);
 
 protected:

@@ -57,8 +57,9 @@ bool BMCSELEntryMessage::setSerialized(const unsigned char* data, unsigned int s
         return false;
     }
     const unsigned int used = BMCSELEntry::getSerializedSize();
-    // A record alone keeps the block it finds, so that more may be held than was given: then the
-    // trailer counts as complete, and nothing is read behind the caller's bytes.
+    // A record without a block keeps the existing block, so that the object may have more bytes
+    // than it was given: then the trailer counts as complete, and nothing is read past the caller's
+    // bytes.
     if (size != used) {
         const unsigned int taken =
             size < used ? 0 : std::min<unsigned int>(size - used, TRAILER_SIZE);
@@ -90,7 +91,7 @@ unsigned int BMCSELEntryMessage::getEventData(unsigned char* out)
     if (hasOwnBitmask()) {
         return BMCSELEntry::getSerialized(out, BMCSELEntry::getSerializedSize());
     }
-    // What the image lacks is zero: bytes of an event before it may still be in the storage.
+    // Bytes that the image lacks are zero: the storage may still contain those of an earlier event.
     const unsigned int recordSize = SELEntry::getSerializedSize();
     std::fill(std::copy_n(getImage(), recordSize, out), out + IMAGE_SIZE, ZERO);
     unsigned char held[BMC_BLOCK_SIZE] = {};

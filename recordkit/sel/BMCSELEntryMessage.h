@@ -8,7 +8,7 @@
 
 namespace TAVLib::RecordKit {
 
-/// A BMC SEL entry with a trailer: the record that the event log files hold in each slot.
+/// A BMC SEL entry with a trailer: the record in each slot of the event log files.
 ///
 /// | offset | trailer byte | width | meaning                                                  |
 /// |--------|--------------|-------|----------------------------------------------------------|
@@ -18,7 +18,7 @@ namespace TAVLib::RecordKit {
 /// | 132    | 2            | 2     | partition bitmask of trailer kind 1, low byte first      |
 /// | 134    | 4            | 4     | carried unchanged                                        |
 ///
-/// A fresh entry holds zeroed buffers and no valid byte. Failures to move an image are traced
+/// A new entry has zeroed buffers and no valid bytes. Failures to load or store an image are traced
 /// (module 83, location 0x1400, level 0); this class throws nothing of its own.
 class RECORDKIT_API BMCSELEntryMessage : public BMCSELEntry {
 public:
@@ -33,17 +33,17 @@ public:
     /// The trailer kind that carries a partition bitmask and a serial number of 16 bytes.
     static constexpr unsigned char KIND_WITH_BITMASK = 1;
 
-    /// As BMCSELEntry; the trailer becomes complete and of kind 0, its other bytes stay.
+    /// As BMCSELEntry; the trailer becomes complete and of kind 0, its other bytes stay unchanged.
     void convert();
     int convert(OEMSELEntry& src);
 
     unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
     unsigned int getSerializedSize() const override;
 
-    /// Takes up to 138 bytes; what lies beyond is ignored. An image that ends with the BMC block
-    /// deliberately leaves the trailer as it was. A record alone, while a block is held, leaves
-    /// the trailer's bytes and makes all 8 count. Fewer than 2 bytes are refused and leave the
-    /// object unchanged.
+    /// Accepts up to 138 bytes; the rest is ignored. An image that ends with the BMC block leaves
+    /// the trailer as it was, by design. A record without a block, loaded while the object has a
+    /// block, keeps the trailer's bytes and makes all 8 of them valid. Fewer than 2 bytes are
+    /// refused and leave the object unchanged.
     bool setSerialized(const unsigned char* data, unsigned int size) override;
 
     /// The trailer's bitmask for trailer kind 1 (never throws), that of BMCSELEntry otherwise.
@@ -53,9 +53,9 @@ public:
     /// At most 16 bytes of the serial number for trailer kind 1, at most 12 otherwise.
     std::string getSerialNo();
 
-    /// Writes the event as its sender knows it and returns the length: the BMCSELEntry image
-    /// for trailer kind 1 (up to 130 bytes), an OEMSELEntry image rebuilt from the block
-    /// otherwise (74 bytes, of which those that this image lacks are 0). `out` must hold as many.
+    /// Writes the event in its sender's form and returns the length: the BMCSELEntry image for
+    /// trailer kind 1 (up to 130 bytes), an OEMSELEntry image rebuilt from the block otherwise (74
+    /// bytes, of which those that this image lacks are 0). `out` must have room for as many.
     unsigned int getEventData(unsigned char* out);
 
 private:

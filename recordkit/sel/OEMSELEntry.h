@@ -21,12 +21,13 @@ namespace TAVLib::RecordKit {
 /// | 53     | 35            | 12    | serial number                                        |
 /// | 65     | 47            | 9     | further OEM bytes                                    |
 ///
-/// Type/length bytes are those of the IPMI FRU Information Storage Definition v1.0, section 13.
-/// A fresh entry holds zeroed buffers and no valid byte.
+/// Type/length bytes are those of the IPMI FRU Information Storage Definition v1.0, section 13. A
+/// new entry has zeroed buffers and no valid bytes.
 ///
-/// Failures to move an image are traced (module 83, location 0x0A00, level 0). The accessors
-/// throw PException (location 0x0A00, action 1, detail 0x0B00, message 20008, "OEMSELEntry",
-/// extended bytes held, extended bytes needed) when too few extended bytes are held.
+/// Failures to load or store an image are traced (module 83, location 0x0A00, level 0). The
+/// accessors throw PException (location 0x0A00, action 1, detail 0x0B00, message 20008,
+/// "OEMSELEntry", extended bytes present, extended bytes needed) when too few extended bytes are
+/// present.
 class RECORDKIT_API OEMSELEntry : public SELEntry {
 public:
     enum ExtendedSize : unsigned int {
@@ -51,12 +52,12 @@ public:
     unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
     unsigned int getSerializedSize() const override;
 
-    /// Takes up to 74 bytes; what lies beyond is ignored. An image of at most 18 bytes
-    /// deliberately leaves the extended data as they were: callers put a new record before the
-    /// OEM data they hold. Fewer than 2 bytes are refused and leave the object unchanged.
+    /// Accepts up to 74 bytes; the rest is ignored. An image of at most 18 bytes leaves the
+    /// extended data as they were: callers combine a new record with the OEM data they already
+    /// have. Fewer than 2 bytes are refused and leave the object unchanged.
     bool setSerialized(const unsigned char* data, unsigned int size) override;
 
-    /// OEM event data byte n, from 1; throws beyond the extended bytes held, 0 below 1.
+    /// OEM event data byte n, from 1; throws beyond the extended bytes present; 0 for n below 1.
     unsigned char getSpecifiedEventData(int n) const;
 
     /// The partitions that the event concerns; needs 15 extended bytes.
@@ -70,14 +71,14 @@ public:
 
     /// Serial number of the unit involved, at most 12 bytes of it.
     ///
-    /// Needs 45 extended bytes although the field ends with the 47th: images that stop short of
-    /// its end are accepted on purpose, and the missing bytes are those held before.
+    /// Needs 45 extended bytes although the field ends with the 47th: images that end before the
+    /// field does are accepted, and the missing bytes keep their earlier values.
     std::string getSerialNo();
 
     /// The text of a coded field of at most `maxLength` bytes: hex digits for binary, the
-    /// characters up to the first zero byte for 8-bit text, nothing for BCD plus and 6-bit ASCII.
-    /// A length of 1 counts as empty, as FRU fields use that code for their end mark.
-    /// `data` reaches min(length in `typeLength`, maxLength) bytes.
+    /// characters up to the first zero byte for 8-bit text, nothing for BCD plus and 6-bit ASCII. A
+    /// length of 1 counts as empty, because FRU fields use that code for their end mark. `data`
+    /// must have min(length in `typeLength`, maxLength) bytes.
     std::string getFRUData(unsigned char typeLength, unsigned char* data, unsigned int maxLength);
 
 protected:

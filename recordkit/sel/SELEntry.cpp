@@ -26,7 +26,7 @@ bool isSlaveAddress(unsigned char generatorId1)
     return get_bit(generatorId1, 0, 1) == 0;
 }
 
-/// The controller that a generator id stands for, UNKNOWN_GENERATOR for an unlisted software id.
+/// The controller that a generator id maps to, UNKNOWN_GENERATOR for an unlisted software id.
 unsigned char controllerOf(unsigned char generatorId1)
 {
     if (isSlaveAddress(generatorId1)) {
@@ -55,7 +55,7 @@ bool isKnownGenerator(unsigned char generatorId1)
 
 unsigned int SELEntry::getSerialized(unsigned char* buf, unsigned int size) const
 {
-    // Not the virtual size: derived classes take this class's part of their image from here.
+    // Not the virtual size: derived classes use this for this class's part of their image.
     return copyImage(SEL_ENTRY_LOCATION, "SELEntry::getSerialized", image,
                      SELEntry::getSerializedSize(), buf, size);
 }

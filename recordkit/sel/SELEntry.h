@@ -26,12 +26,12 @@ namespace TAVLib::RecordKit {
 /// | 14     | 13          | 1     | bit 7 direction, bits 6..0 event/reading type         |
 /// | 15     | 14          | 3     | event data 1 to 3                                     |
 ///
-/// Record bytes are numbered from 1 as IPMI numbers them: record byte n lies at offset n + 1.
-/// A fresh entry holds a zeroed image and no record byte.
+/// Record bytes are numbered from 1 as in IPMI: record byte n is at offset n + 1. A new entry has a
+/// zeroed image and no record bytes.
 ///
-/// Failures to move an image are traced (module 83, location 0x0900, level 0, message 20008).
-/// The accessors throw PException (location 0x0900, action 1) when the record is too short for
-/// them (detail 0x0B00, message 20008, "SELEntry", bytes held, bytes needed).
+/// Failures to load or store an image are traced (module 83, location 0x0900, level 0, message
+/// 20008). The accessors throw PException (location 0x0900, action 1) when the record is too short
+/// for them (detail 0x0B00, message 20008, "SELEntry", bytes present, bytes needed).
 class RECORDKIT_API SELEntry : public SerializableObject {
 public:
     enum Size : unsigned int { HEADER_SIZE = 2, RECORD_SIZE = 16, IMAGE_SIZE = 18 };
@@ -54,7 +54,7 @@ public:
         OEM_UNTIMESTAMPED_DATA = 4,
     };
 
-    /// Record types (IPMI v2.0, sections 32.1 to 32.3); those of the OEM go on to DFh and FFh.
+    /// Record types (IPMI v2.0, sections 32.1 to 32.3); those of the OEM range up to DFh and FFh.
     enum RecordType : unsigned char {
         SYSTEM_EVENT_RECORD = 0x02,
         FIRST_OEM_TIMESTAMPED_RECORD = 0xC0,
@@ -65,24 +65,24 @@ public:
     unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
     unsigned int getSerializedSize() const override { return HEADER_SIZE + recordSize(); }
 
-    /// Takes up to 18 bytes; what lies beyond is ignored. Fewer than 2 bytes are refused with a
-    /// trace line and leave the object unchanged.
+    /// Accepts up to 18 bytes; the rest is ignored. Fewer than 2 bytes are refused with a trace
+    /// line and leave the object unchanged.
     bool setSerialized(const unsigned char* data, unsigned int size) override;
 
     /// The 16 record bytes as 32 lower-case hex digits; needs a complete record.
     std::string printSELData() const;
 
-    /// Record byte `pos`, 1 to 16; throws for a byte beyond the record held.
+    /// Record byte `pos`, 1 to 16; throws for a byte beyond the end of the record.
     ///
-    /// There is no lower bound: 0 and -1 give the next record id's high and low byte, which
-    /// callers use. What lies before the image is answered with 0.
+    /// There is no lower bound: 0 and -1 return the next record id's high and low byte, which
+    /// callers use. Positions before the image return 0.
     unsigned char getSpecifiedBytePosData(int pos) const;
 
     /// The 8-bit IPMB slave address of the generator; needs record byte 8.
     ///
-    /// System software ids stand for one of the two controllers: 5Fh, 71h and 81h for 24h; 01h,
-    /// 37h and 41h for 20h. Throws for any other (detail 0x0B01, message 20030,
-    /// "Get Slave Address", "GeneratorID_byte1", the id).
+    /// System software ids map to one of the two controllers: 5Fh, 71h and 81h for 24h; 01h, 37h
+    /// and 41h for 20h. Throws for any other (detail 0x0B01, message 20030, "Get Slave Address",
+    /// "GeneratorID_byte1", the id).
     unsigned char getSlaveAddress() const;
 
     /// The LUN of the generator, 0 to 3; needs record byte 9. Software id 5Fh is always LUN 1.
@@ -95,8 +95,8 @@ protected:
     /// The whole image storage, 18 bytes, of which recordLength + 2 are valid.
     const unsigned char* getImage() const { return image; }
     int getRecordLength() const { return recordLength; }
-    /// Ends an image with the `rest` bytes that its size claims: those held, then zeroes where
-    /// the size is that of a derived class which claims more.
+    /// Ends an image with the `rest` bytes that its size claims: those present, then zeroes if a
+    /// derived class claims a larger size.
     static void appendPart(unsigned char* end, unsigned int rest, const unsigned char* part,
                            unsigned int partSize);
     unsigned int recordSize() const { return static_cast<unsigned int>(recordLength); }

@@ -15,7 +15,7 @@ unsigned int SELEntryLongText::getSerialized(unsigned char* buf, unsigned int si
 
 bool SELEntryLongText::setSerialized(const unsigned char* data, unsigned int size)
 {
-    // Kept even when the image is then refused: callers look at what was too short.
+    // Kept even if the image is then refused: callers look at what was too short.
     validLength = std::min<unsigned int>(size, MAX_SIZE);
     std::copy_n(data, validLength, buffer);
     if (validLength < MIN_SIZE) {

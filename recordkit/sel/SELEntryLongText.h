@@ -21,19 +21,19 @@ public:
     unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
     unsigned int getSerializedSize() const override { return validLength; }
 
-    /// Takes up to 79 bytes and ignores what lies beyond.
+    /// Accepts up to 79 bytes and ignores the rest.
     ///
     /// Fewer than 15 bytes throw PException (location 0x1500, action 1, detail 0x0B00, message
-    /// 20008, "SELEntryLongText", bytes held, 15); the bytes and their number stay in the object,
-    /// the text remains the earlier one. The buffer is not cleared first: where an image has no
-    /// zero byte, the text goes on with what a longer image before it left there.
+    /// 20008, "SELEntryLongText", bytes present, 15); the object keeps the bytes and their number,
+    /// and the earlier text. The buffer is not cleared first: if an image has no zero byte, the
+    /// text continues with what a longer earlier image left there.
     bool setSerialized(const unsigned char* data, unsigned int size) override;
 
     /// The text of the last image that had one.
     std::string getLongText() const { return text; }
 
 private:
-    /// One byte more than is ever filled, so that a zero byte follows the longest image.
+    /// One byte more than any image fills, so that a zero byte follows the longest one.
     enum Size : unsigned int {
         TEXT_OFFSET = 14,
         MIN_SIZE = 15,

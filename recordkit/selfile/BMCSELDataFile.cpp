@@ -42,7 +42,7 @@ constexpr const char* SHIFT_REQUEST_FILE = "/var/tmp/shift_sel_sync";
 /// Size of the answer in the shift request file.
 constexpr std::size_t SHIFT_ANSWER_SIZE = 16;
 
-/// A file of the store, open for reading as long as its scope lasts.
+/// A file of the store, open for reading until the end of the scope.
 class OpenFile : public SELSlotSource {
 public:
     OpenFile(BMCSELDataFile& owner, const std::string& name)
@@ -75,12 +75,12 @@ private:
     int fd;
 };
 
-/// A file that was just opened and locked. Where it cannot be read, it ends.
+/// A file that was just opened and locked. A failure to read counts as its end.
 class LockedSource : public SELSlotSource {
 public:
     explicit LockedSource(LockedFile& locked) : file(locked) {}
 
-    /// Whether the end was a failure to read, which is not traced here.
+    /// Whether the end was a failure to read, which this class does not trace.
     bool hasFailed() const { return failed; }
 
     bool seek(unsigned long offset) override
@@ -109,19 +109,19 @@ public:
 
 private:
     LockedFile& file;
-    unsigned long place = 0; ///< where the file is
-    unsigned long next = 0;  ///< where it is read next
+    unsigned long place = 0; ///< current position of the file
+    unsigned long next = 0;  ///< position of the next read
     bool failed = false;
 };
 
-/// Whether a file whose ids run from `first` to `last` (round the end of the ids, if need be)
-/// holds `wanted`.
+/// Whether a file whose ids range from `first` to `last` (possibly wrapping around) contains
+/// `wanted`.
 bool isInRange(unsigned short first, unsigned short last, unsigned short wanted)
 {
     return first <= last ? first <= wanted && wanted <= last : wanted >= first || wanted <= last;
 }
 
-/// What the search for the first empty slot says of a file.
+/// The result of the search for the first empty slot of a file.
 unsigned int judge(unsigned int searchCode, unsigned long addr, const BMCSELEntryMessage& found)
 {
     unsigned char slot[SLOT_SIZE] = {};
@@ -179,7 +179,7 @@ int runCopy(const std::string& from, const std::string& to, const char* redirect
     return std::system(command.c_str());
 }
 
-/// Takes the request for a shift: SUCCESS, REWRITE_FAILED, or NOT_REQUESTED where there is none.
+/// Removes the request for a shift: SUCCESS, REWRITE_FAILED, or NOT_REQUESTED if there is none.
 int takeShiftRequest(BMCSELDataFile& store)
 {
     const std::string path = BMCSELDataFile::getShiftRequestFile();
@@ -189,14 +189,14 @@ int takeShiftRequest(BMCSELDataFile& store)
     if (errno == ENOENT) {
         return BMCSELDataFile::NOT_REQUESTED;
     }
-    // The text names another operation; logs are searched for it as it is.
+    // The text names another operation; it stays, because people search logs for it.
     store.writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "BMCSELDataFile::clearAllRecord %s remove(%d)",
                      path.c_str(), errno);
     return BMCSELDataFile::REWRITE_FAILED;
 }
 
-/// Leaves the result of a shift where the request was: 16 bytes, whatever its length. The folder is
-/// everybody's, and so a link that stands there is not followed.
+/// Writes the shift's result to the request file: 16 bytes, zero-padded. The directory is
+/// world-writable, so symlinks are not followed.
 void answerShiftRequest(int result)
 {
     constexpr mode_t PERMISSIONS = 0644;
@@ -234,8 +234,8 @@ unsigned int shiftChain(BMCSELDataFile& store, unsigned char sb)
         }
         const std::string to = store.getFileName(sb, i + 1, PERSISTENT);
         if (std::rename(from.c_str(), to.c_str()) == -1) {
-            // The error stands where the index is expected and the index behind it: who reads
-            // these lines counts on that order.
+            // The error comes where the index is expected, and the index after it: readers of these
+            // lines rely on that order.
             store.writeTrace(LEVEL_ERROR, MESSAGE_TEXT,
                              "BMCSELDataFile::shiftSelFile sel%d rename(%d)", errno, i);
             return BMCSELDataFile::MOVE_FAILED;
@@ -435,8 +435,8 @@ int BMCSELDataFile::writeRecord(unsigned char sb, BMCSELEntryMessage& rec)
     // Opening the file for writing would create a missing one.
     if (::access(name.c_str(), F_OK) == 0) {
         try {
-            // Searched under the lock, by the file that has it: another descriptor of the same
-            // file, closed meanwhile, would drop a lock of the POSIX kind.
+            // Search under the lock, through the locked file: closing another descriptor of the
+            // same file would drop a POSIX lock.
             LockedFile file(name);
             LockedSource source(file);
             const unsigned int tail = findTail(*this, source, addr);
@@ -453,7 +453,7 @@ int BMCSELDataFile::writeRecord(unsigned char sb, BMCSELEntryMessage& rec)
             // Reported like a short write.
         }
     }
-    // A file that cannot be read is reported by the search itself.
+    // The search itself reports a file that cannot be read.
     if (getTailAddr(sb, addr) == SUCCESS) {
         writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "writeRecord");
     }
@@ -513,7 +513,7 @@ int BMCSELDataFile::readFirstRecord(unsigned char sb, BMCSELEntryMessage& out)
         }
         OpenFile file(*this, name);
         if (!file.isOpen()) {
-            // Callers take a file that is there for a log that is there, and keep their record.
+            // Callers treat an existing file as an existing log, and keep their record.
             return 1;
         }
         unsigned char slot[SLOT_SIZE] = {};
@@ -661,7 +661,7 @@ unsigned int BMCSELDataFile::makeCopySELFile(unsigned char sb)
     }
     const int copied = runCopy(from, to, ">/dev/null 2>&1");
     if (copied != 0) {
-        // Reported as mv, under which name this step is known.
+        // Reported as mv, the name by which this step is known.
         writeTrace(LEVEL_ERROR, MESSAGE_TEXT, "BMCSELDataFile::makeCopySELFile mv(%d)", copied);
         return MOVE_FAILED;
     }
@@ -725,7 +725,7 @@ int BMCSELDataFile::restoreTmpSel(unsigned char sb)
     const std::string working = getFileName(sb, 0, TEMPORARY);
     int copied = -1;
     if (isLink(working)) {
-        // The folder is everybody's, and the copy would follow the link.
+        // The folder is world-writable and cp would follow a symlink, so refuse one.
         errno = ELOOP;
     } else {
         copied = runCopy(backup, working, " >/dev/null 2>&1");

@@ -58,7 +58,8 @@ void SELChainReader::goToFile(std::size_t number)
         if (!current.scan->isReadable()) {
             damage.push_back({current.index, current.path, current.scan->describeDamage()});
         }
-        // Emptied since it was counted, by a rotation or by clearing: its records are elsewhere.
+        // Emptied since it was counted, by a rotation or by clearing: its records are not here any
+        // more.
         current.count = std::min(current.count, current.scan->getCount());
     }
 }

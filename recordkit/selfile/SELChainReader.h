@@ -13,22 +13,22 @@ namespace TAVLib::RecordKit {
 class SELFileScan;
 
 /// Walks the whole event log of one board, for callers that list everything: each file is opened
-/// once and read in one piece, where readStoredRecord counts the chain again for every record.
+/// once and read in one piece, whereas readStoredRecord counts the chain again for every record.
 ///
-/// The constructor opens the chain and counts it; the descriptors stay open as long as the
-/// reader, so that a rotation in the meantime does not mix files up. One file is in memory at a
-/// time (110400 bytes, or as long as a working file that is too long). Events stored after the
-/// constructor are not given. Nothing is traced or thrown but std::bad_alloc.
+/// The constructor opens the chain and counts it; the descriptors stay open as long as the reader
+/// exists, so that a rotation in the meantime does not mix files up. Only one file is in memory at
+/// a time (110400 bytes, more for an oversized working file). Events stored after the constructor
+/// are not returned. Nothing is traced, and only std::bad_alloc is thrown.
 class RECORDKIT_API SELChainReader {
 public:
     enum Order { OLDEST_FIRST, NEWEST_FIRST };
 
     struct Record {
-        /// The number that readStoredRecord knows the record by, from 1; 0 for the records before
-        /// the damage of a damaged file, which have none.
+        /// The record's number for readStoredRecord, from 1; 0 for the records before the damage in
+        /// a damaged file, which have no number.
         unsigned int logNumber;
         int fileIndex;              ///< 0 working file, 1 to 7 rotated
-        unsigned int slot;          ///< 0 to 799, and above in a working file that is too long
+        unsigned int slot;          ///< 0 to 799; higher in an oversized working file
         const unsigned char* image; ///< 138 bytes, valid until the next record is asked for
     };
 
@@ -36,7 +36,7 @@ public:
     struct Damage {
         int fileIndex;
         std::string path;
-        std::string text; ///< what is wrong with it, in words
+        std::string text; ///< what is wrong with it, as text
     };
 
     explicit SELChainReader(unsigned char sb, Order order = OLDEST_FIRST);
@@ -44,12 +44,12 @@ public:
     SELChainReader(const SELChainReader&) = delete;
     SELChainReader& operator=(const SELChainReader&) = delete;
 
-    /// Gives the next record; false behind the last.
+    /// Fetches the next record; returns false after the last one.
     bool next(Record& record);
 
     /// Records that have a log number.
     unsigned int getTotal() const { return total; }
-    /// What was found so far: a file that can be counted and not be read later comes in by next().
+    /// Damage found so far; a file that could be counted but later not read is added by next().
     const std::vector<Damage>& getDamage() const { return damage; }
 
 private:
@@ -71,7 +71,7 @@ private:
     std::vector<Damage> damage;
     unsigned int total = 0;
     std::size_t file = 0;
-    unsigned int position = 0; ///< records given of the current file
+    unsigned int position = 0; ///< records returned from the current file
 };
 
 }

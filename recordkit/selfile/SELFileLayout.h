@@ -9,7 +9,7 @@
 
 namespace TAVLib::RecordKit {
 
-/// The form of every event log file: 800 slots of one BMCSELEntryMessage image each, neither
+/// The layout of every event log file: 800 slots of one BMCSELEntryMessage image each, neither
 /// header nor trailer. An empty slot is all 0xFF; slots are filled from the first one upward.
 namespace SELFileLayout {
 
@@ -27,13 +27,13 @@ enum FileKind : int { TEMPORARY = 0, PERSISTENT = 1 };
 
 constexpr unsigned char EMPTY_BYTE = 0xFF;
 
-/// A slot with this record id is empty, or damaged when its other bytes say otherwise.
+/// A slot with this record id is empty, or damaged if its other bytes are not all 0xFF too.
 constexpr unsigned short EMPTY_RECORD_ID = 0xFFFF;
 
 static_assert(SLOT_SIZE == 138 && FILE_SIZE == 110400 && LAST_SLOT == 110262,
               "the sizes of files in the field");
 
-/// Record id of the record that a slot holds.
+/// Record id of the record in a slot.
 inline unsigned short idOf(const unsigned char* slot)
 {
     return readLE16(slot + RECORD_ID_OFFSET);

@@ -16,7 +16,7 @@ using namespace SELFileLayout;
 
 namespace {
 
-/// As many slots as a count of 16 bits can tell, and one.
+/// One slot more than a 16-bit count can express.
 constexpr std::size_t LONGEST_SCAN = std::size_t{65536} * SLOT_SIZE;
 
 }
@@ -92,7 +92,7 @@ void SELFileScan::fillBuffer()
         return;
     }
     size = static_cast<long>(status.st_size);
-    // The store finds the tail of a working file that is too long, and counts what is before it.
+    // The store finds the tail of an oversized working file, and counts the records before it.
     buffer.resize(std::clamp<std::size_t>(static_cast<std::size_t>(size), FILE_SIZE, LONGEST_SCAN));
     filled = 0;
     ssize_t got = 1;
@@ -114,7 +114,7 @@ void SELFileScan::findTail()
         code = isEmpty(slot(count)) ? BMCSELDataFile::SUCCESS : BMCSELDataFile::DAMAGED_TAIL;
         return;
     }
-    // A short slot after the whole ones is judged as the store's own search does.
+    // A short slot after the complete ones is judged as in the store's own search.
     const std::size_t rest = filled % SLOT_SIZE;
     constexpr std::size_t RECORD_ID_END = RECORD_ID_OFFSET + 2;
     if (rest != 0 && rest < RECORD_ID_END) {

@@ -9,14 +9,14 @@
 
 namespace TAVLib::RecordKit {
 
-/// One event log file, opened once and read in one piece, and what its slots hold.
+/// One event log file, opened once and read in one piece, and the state of its slots.
 ///
-/// Of a file that is longer than it should be, the leading 65536 slots are looked at: the store
-/// counts in 16 bits. Nothing is traced or thrown but std::bad_alloc.
+/// Only the first 65536 slots of an oversized file are examined: the store counts in 16 bits.
+/// Nothing is traced, and only std::bad_alloc is thrown.
 class SELFileScan {
 public:
-    /// Where a file is read to: 110400 bytes, or more for a longer file. Several scans may share
-    /// one, one after another.
+    /// The buffer that a file is read into: 110400 bytes, or more for a longer file. Several scans
+    /// may share one buffer, one after another.
     using Buffer = std::vector<unsigned char>;
 
     /// Opens the file and reads it for the first time.
@@ -25,7 +25,7 @@ public:
     SELFileScan(const SELFileScan&) = delete;
     SELFileScan& operator=(const SELFileScan&) = delete;
 
-    /// Reads the file again, to have it in the buffer; what is known of it is found out again.
+    /// Reads the file again into the buffer and recomputes everything derived from it.
     void read();
 
     bool isMissing() const;
@@ -41,7 +41,7 @@ public:
     /// Records from slot 0 to the tail or to the damage.
     unsigned int getCount() const { return count; }
 
-    /// What an administrator must know of this file, in words; empty for a sound one.
+    /// What an administrator must know about this file, as text; empty for a sound one.
     std::string describeDamage() const;
 
     /// A slot in the buffer; it is this file's until another one is read.
@@ -62,7 +62,7 @@ private:
     std::size_t filled = 0;
     unsigned int code;
     unsigned int count = 0;
-    unsigned int strayCount = 0; ///< slots after the first empty one that are not empty
+    unsigned int strayCount = 0; ///< non-empty slots after the first empty one
     unsigned int firstStray = 0;
 };
 

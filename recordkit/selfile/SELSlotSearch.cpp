@@ -13,12 +13,12 @@ using namespace SELFileLayout;
 
 namespace {
 
-/// Slots that a search takes with one read. One at a time costs seventy times as much; of many
-/// more, most would be read in vain while a file is short.
+/// Slots that a search reads at a time. One at a time costs seventy times as much; with many more,
+/// most would be read in vain while a file is short.
 constexpr unsigned int SLOTS_AT_ONCE = 100;
 constexpr unsigned int BYTES_AT_ONCE = SLOTS_AT_ONCE * SLOT_SIZE;
 
-/// The first of `count` slots with that id; `count` where there is none.
+/// The first of `count` slots with that id; `count` if none has it.
 unsigned long indexOf(unsigned short wanted, const unsigned char* slots, unsigned long count)
 {
     unsigned long index = 0;
@@ -28,7 +28,7 @@ unsigned long indexOf(unsigned short wanted, const unsigned char* slots, unsigne
     return index;
 }
 
-/// Searches on from `addr`, one slot with each read, as far as the file can be read.
+/// Continues the search slot by slot from `addr` until the file can no longer be read.
 unsigned int searchBySlot(SELSlotSource& source, unsigned short wanted,
                           unsigned char (&found)[SLOT_SIZE], unsigned long& addr)
 {
@@ -66,7 +66,7 @@ SELSlotSource::~SELSlotSource() = default;
 unsigned int searchSlots(SELSlotSource& source, unsigned short wanted,
                          unsigned char (&found)[SLOT_SIZE], unsigned long& addr)
 {
-    // Not on the stack, of which the board's tasks have little; not set to zero, which would cost
+    // Not on the stack, because the board's tasks have little of it; not zeroed, which would cost
     // as much as reading.
     const std::unique_ptr<unsigned char[]> slots(new unsigned char[BYTES_AT_ONCE]);
     addr = 0;
@@ -81,8 +81,8 @@ unsigned int searchSlots(SELSlotSource& source, unsigned short wanted,
             return BMCSELDataFile::SUCCESS;
         }
     } while (count == static_cast<long>(BYTES_AT_ONCE));
-    // What the file gives beyond these is left to the plain search: a short last slot, an error, a
-    // file that cannot be read at a position.
+    // The slot-by-slot search handles everything else: a short last slot, an error, a file that
+    // cannot be read at a position.
     return searchBySlot(source, wanted, found, addr);
 }
 

@@ -20,7 +20,7 @@ namespace {
 constexpr unsigned int RECORD_TYPE_OFFSET = SELEntry::RECORD_TYPE + 1;
 constexpr unsigned int TIMESTAMP_OFFSET = SELEntry::TIMESTAMP + 1;
 
-/// Where the files stand in the list.
+/// Positions of the files in the list.
 constexpr std::size_t WORKING = 0;
 constexpr std::size_t BACKUP = 1;
 constexpr std::size_t FIRST_ROTATED = 2;
@@ -35,7 +35,7 @@ std::string selName(int index)
     return "sel" + std::to_string(index);
 }
 
-/// Renames one persistent file of a board and says so.
+/// Renames one persistent file of a board and records the action.
 bool move(unsigned char sb, int from, int to, std::vector<std::string>& actions)
 {
     const std::string oldPath = pathOf(sb, from, PERSISTENT);
@@ -178,7 +178,7 @@ bool SELStoreCheck::isBackupPartOfWorkingFile() const
     const SELFileScan current(files[WORKING].path, currentSlots);
     const SELFileScan saved(backup.path, savedSlots);
     if (!current.isReadable() || !saved.isReadable()) {
-        return true; // Where nothing is known, nothing is to be moved.
+        return true; // If either file cannot be read, assume nothing and move nothing.
     }
     return current.getCount() >= backup.count && saved.getCount() == backup.count &&
            std::equal(saved.slot(0), saved.slot(backup.count), current.slot(0));

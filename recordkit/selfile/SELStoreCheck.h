@@ -9,22 +9,22 @@
 
 namespace TAVLib::RecordKit {
 
-/// What an administrator must know of one board's event log after a power cut, and the repair of
-/// a rotation that was cut off.
+/// What an administrator must know about one board's event log after a power cut, and the repair of
+/// an interrupted rotation.
 ///
-/// Nothing is thrown but std::bad_alloc; what fails is said in words.
+/// Only std::bad_alloc is thrown; failures are reported as text.
 class RECORDKIT_API SELStoreCheck {
 public:
     /// One file of the set.
     struct File {
         int index; ///< 0 to 7
-        int kind;  ///< of index 0: 0 the working file, 1 its backup
+        int kind;  ///< for index 0: 0 the working file, 1 its backup
         std::string path;
         bool isMissing;
         long size;              ///< bytes; -1 when missing or unreadable
         unsigned int count;     ///< records up to the tail or to the damage
-        std::string damage;     ///< in words; empty for a sound or a missing file
-        unsigned short firstId; ///< this and the next mean something when count is not 0
+        std::string damage;     ///< as text; empty for a sound or a missing file
+        unsigned short firstId; ///< this and the next are meaningful if count is not 0
         unsigned short lastId;
         bool hasTimes;          ///< whether a record has a timestamp: some OEM records have none
         unsigned int firstTime; ///< IPMI timestamps of the first and the last record with one
@@ -33,10 +33,10 @@ public:
 
     enum FindingKind {
         WORKING_FILE_MISSING,
-        FILE_DAMAGED,       ///< wrong size, damaged tail, records behind the tail, unreadable
-        CHAIN_GAP,          ///< files behind a missing one cannot be reached
-        ROTATION_CUT_OFF,   ///< the backup holds events that the working file does not
-        SHIFT_REQUEST_LEFT, ///< the shift request file is there
+        FILE_DAMAGED,       ///< wrong size, damaged tail, records after the tail, unreadable
+        CHAIN_GAP,          ///< files after a missing one cannot be reached
+        ROTATION_CUT_OFF,   ///< the backup contains events that the working file does not
+        SHIFT_REQUEST_LEFT, ///< the shift request file exists
     };
 
     struct Finding {
@@ -45,7 +45,7 @@ public:
         std::string text;
     };
 
-    /// Looks at every file of the board once.
+    /// Examines every file of the board once.
     explicit SELStoreCheck(unsigned char sb);
 
     /// Working file, backup, then the rotated files 1 to 7.
@@ -55,14 +55,16 @@ public:
     /// Whether nothing is wrong.
     bool isSound() const;
 
-    /// Finishes a rotation that was cut off and closes gaps in the chain, by renames alone.
+    /// Finishes an interrupted rotation and closes gaps in the chain, using only renames.
     ///
-    /// A backup whose events the working file does not hold moves into the chain: the files up to
-    /// the first gap move up by one. Only where there is no gap is the oldest file dropped, as the
-    /// rotation would have done. Any other gap is closed by moving the older files down. `actions`
-    /// gets a line for each thing done or not possible; false when a rename failed.
+    /// A backup with events that the working file does not contain moves into the chain: the files
+    /// up to the first gap move up by one. The oldest file is dropped only if there is no gap, as
+    /// the rotation would have done. Any other gap is closed by moving the older files down.
+    /// `actions` gets a line for each action that was done or was not possible; returns false when
+    /// a rename failed.
     ///
-    /// The object describes the files as they were before; a fresh one tells what is now.
+    /// The object describes the files as they were before; construct a new one to examine the
+    /// result.
     bool recover(std::vector<std::string>& actions) const;
 
 private:

@@ -19,7 +19,7 @@ namespace TAVLib::RecordKit {
 /// | 31   | 1     | type/length byte of the id string                       |
 /// | 32   | 16    | id string                                               |
 ///
-/// A new record is all zero. A copy has an image of its own.
+/// A new record is all zero. A copy has its own image.
 class RECORDKIT_API CompactSensorRecord : public RecordSensorCommon, public SerializableObject {
 public:
     CompactSensorRecord();
@@ -41,13 +41,13 @@ public:
     const unsigned char* getIDStringStructConst() const override { return image + ID_STRING; }
     unsigned char getCurrentRecordLength() const override;
 
-    /// 0 and an untouched buffer when it is too short.
+    /// 0 and an untouched buffer if it is too short.
     unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
-    /// 32 and the length of the id string, as its field has it.
+    /// 32 plus the length of the id string, as its field declares it.
     unsigned int getSerializedSize() const override { return FIXED_SIZE + getIDStringLength(); }
-    /// Takes 32 bytes and the id string, of which it keeps 16 bytes; what lies behind is ignored.
-    /// False and an unchanged record below 32 bytes; false, and a record with a new fixed part and
-    /// the old string, when the string is cut off.
+    /// Accepts 32 bytes and the id string, of which it keeps 16 bytes; the rest is ignored. False
+    /// and an unchanged record below 32 bytes; false, and a record with a new fixed part and the
+    /// old string, if the string is incomplete.
     bool setSerialized(const unsigned char* data, unsigned int len) override
     {
         return takeImage(data, len, FIXED_SIZE);

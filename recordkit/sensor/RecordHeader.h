@@ -14,7 +14,7 @@ namespace TAVLib::RecordKit {
 /// | 0    | 2     | record id, low byte first                 |
 /// | 2    | 1     | SDR version, carried unchanged            |
 /// | 3    | 1     | record type                               |
-/// | 4    | 1     | record length: bytes behind the header    |
+/// | 4    | 1     | record length: bytes after the header     |
 ///
 /// A view of the image that the derived record owns. The order of the virtual operations is part
 /// of the binary interface.

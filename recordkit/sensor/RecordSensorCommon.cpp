@@ -9,7 +9,7 @@ namespace TAVLib::RecordKit {
 
 namespace {
 
-/// Copies `count` bytes of a string that has 16; what lies beyond is 0.
+/// Copies `count` bytes of a string that has 16; bytes beyond these are 0.
 void copyString(const unsigned char* string, unsigned int count, unsigned char* out)
 {
     const unsigned int held = std::min(count, RecordSensorCommon::VARIABLE_FIELD_LENGTH);

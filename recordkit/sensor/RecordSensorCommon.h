@@ -32,14 +32,14 @@ namespace TAVLib::RecordKit {
 /// | 21   | 1     | sensor units 2: base unit                                            |
 /// | 22   | 1     | sensor units 3: modifier unit                                        |
 ///
-/// Behind it the two kinds differ. Each ends in an id string: a type/length byte (bits 7..6 type,
-/// bits 4..0 length; bit 5 stays as it is found) and up to 16 bytes.
+/// After these bytes the two kinds differ. Each ends in an id string: a type/length byte (bits 7..6
+/// type, bits 4..0 length; bit 5 stays unchanged) and up to 16 bytes.
 ///
-/// Accessors move bytes and bits, and check nothing. Only setIDStringBytes throws. The order of the
+/// Accessors copy bytes and bits, and check nothing. Only setIDStringBytes throws. The order of the
 /// virtual operations is part of the binary interface.
 class RECORDKIT_API RecordSensorCommon : public RecordHeader {
 public:
-    /// The most bytes of an id string.
+    /// Maximum length of an id string in bytes.
     static constexpr unsigned int VARIABLE_FIELD_LENGTH = 16;
 
     ~RecordSensorCommon() override;
@@ -97,15 +97,15 @@ public:
     virtual unsigned char getNegativeGoingThresholdHyst() const = 0;
     virtual void setNegativeGoingThresholdHyst(unsigned char value) = 0;
 
-    /// Takes up to 16 bytes, their type and their length, and corrects the record length; what lies
-    /// behind them stays. More bytes throw PException (module 83, location 0x0700, action 1, detail
-    /// 0x0B00, message 20034, "setIDStringBytes(len)" and the length) and change nothing.
+    /// Stores up to 16 bytes, their type and their length, and corrects the record length; the
+    /// bytes after them stay. More bytes throw PException (module 83, location 0x0700, action 1,
+    /// detail 0x0B00, message 20034, "setIDStringBytes(len)" and the length) and change nothing.
     virtual void setIDStringBytes(const unsigned char* bytes, unsigned int len, unsigned char type);
-    /// Copies the string, or its leading `size` bytes, and answers how many. Bytes beyond the
-    /// image, which a length field of 17 to 31 claims, are 0.
+    /// Copies the string, or its first `size` bytes, and returns how many. Bytes beyond the image,
+    /// which a length field of 17 to 31 claims, are 0.
     virtual unsigned int getIDStringBytes(unsigned char* buf, unsigned int size) const;
     virtual unsigned char getIDStringType() const;
-    /// 0 to 31: the field as it is stored, which an image can have above 16.
+    /// 0 to 31: the field as stored; an image can contain values above 16.
     virtual unsigned int getIDStringLength() const;
 
     /// The type/length byte; the string follows it.
@@ -132,8 +132,8 @@ protected:
         std::memmove(common, data, fixedSize);
         const unsigned int string =
             std::min(common[fixedSize - 1] & LENGTH_BITS, VARIABLE_FIELD_LENGTH);
-        // A string that is cut off is refused, and the fixed part is new all the same: callers
-        // read it after such a failure.
+        // An incomplete string is refused, but the fixed part is replaced anyway: callers read it
+        // after such a failure.
         if (length < fixedSize + string) {
             return false;
         }

@@ -140,7 +140,7 @@ int SeverityMap::getAlarmStatus(unsigned char evtReadType, unsigned char sensorT
 
 int SeverityMap::severityToAlarmStatus(DISCRETESEVERITYSTAT s)
 {
-    // A caller's number may be any; outside the table there is no alarm.
+    // A caller may pass any number; outside the table there is no alarm.
     const int severity = s;
     return severity >= SEV_NONE && severity <= SEV_INFORMATIONAL
                ? severitytoalalarmlist[severity].alarmStatus
@@ -218,7 +218,7 @@ void SeverityMap::updatePowerSupplyMode()
 {
     const int fd = TEMP_FAILURE_RETRY(::open(powerSupplyModeFile().c_str(), O_RDONLY | O_CLOEXEC));
     unsigned char mode = 0;
-    // Descriptor 0 is never read: a process without standard input would take it for this file.
+    // Descriptor 0 is never read: a process without standard input would mistake it for this file.
     // A file that cannot be opened or read leaves the mode non-redundant.
     if (fd != 0 && TEMP_FAILURE_RETRY(::read(fd, &mode, 1)) != 1) {
         mode = 0;
@@ -234,14 +234,14 @@ void SeverityMap::setPowerSupplyMode(bool newPsmode, bool newPsuredmode)
 {
     psmode = newPsmode ? 1 : 0;
     psuredmode = newPsuredmode ? 1 : 0;
-    // Not truncated: readers that come between find the old byte, not an empty file.
+    // Not truncated: a concurrent reader finds the old byte, not an empty file.
     const int fd = TEMP_FAILURE_RETRY(::open(powerSupplyModeFile().c_str(),
                                              O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW,
                                              POWER_SUPPLY_MODE_PERMISSIONS));
     const auto mode =
         static_cast<unsigned char>(psmode << PSMODE_BIT | psuredmode << PSUREDMODE_BIT);
     if (fd != 0) {
-        // Without the file the flags still hold until the next query of the power unit.
+        // Without the file the flags are still valid until the next query of the power unit.
         static_cast<void>(TEMP_FAILURE_RETRY(::write(fd, &mode, 1)));
     }
     if (fd >= 0) {

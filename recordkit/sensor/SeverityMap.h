@@ -7,15 +7,15 @@
 #include <recordkit/platform/Export.h>
 
 /// Classifies discrete sensor events: a pair of event/reading type and sensor type, with the bit
-/// set of asserted event offsets (bit n: offset n), gives a severity and an alarm status. The
+/// set of asserted event offsets (bit n: offset n), maps to a severity and an alarm status. The
 /// codes are those of IPMI v2.0, sections 42.1 and 42.2.
 ///
 /// One pair, power unit redundancy (0Bh, 09h), depends on the power supply mode kept in
 /// /tmp/psumode below the system root, one byte: bit 0 psmode, bit 1 psuredmode. With neither set
-/// the configuration is not redundant, and losing redundancy (offset 3) is not a warning. The
-/// file is read again with every query of that pair; a missing one counts as 0.
+/// the configuration is not redundant, and losing redundancy (offset 3) is not a warning. The file
+/// is read again for every query of that pair; a missing one counts as 0.
 ///
-/// A link in place of the file is not written through, for anybody may leave one in /tmp.
+/// A link in place of the file is not followed for writing, because any user may leave one in /tmp.
 ///
 /// The class has no locks: the first getInstance() must come before other threads use it.
 class RECORDKIT_API SeverityMap {
@@ -52,24 +52,24 @@ public:
     /// The one map of the process, built by the first call and never freed.
     static SeverityMap* getInstance();
 
-    /// Fills the map; does nothing when it holds anything.
+    /// Fills the map; does nothing if it is not empty.
     void initializeSeverityData();
 
-    /// Folds `count` entries into masks and adds them under the pair. A pair that is already
-    /// there keeps its masks. Offsets count modulo 64, and then 16 and above set nothing; severity
-    /// 0 sets nothing either.
+    /// Folds `count` entries into masks and adds them under the pair. An existing pair keeps its
+    /// masks. Offsets count modulo 64, and then 16 and above set nothing; severity 0 sets nothing
+    /// either.
     void setMasks(unsigned char evtReadType, unsigned char sensorType, const offsetToSev_t* list,
                   int count);
 
-    /// Severity of the asserted offsets: non-recoverable before critical, non-critical, monitor
-    /// and informational. SEV_NONE for an unknown pair or when no offset has a severity.
+    /// Severity of the asserted offsets: non-recoverable before critical, non-critical, monitor and
+    /// informational. SEV_NONE for an unknown pair or if no offset has a severity.
     DISCRETESEVERITYSTAT getSeverity(unsigned char evtReadType, unsigned char sensorType,
                                      unsigned short offsets);
 
     /// Alarm status of the same.
     int getAlarmStatus(unsigned char evtReadType, unsigned char sensorType, unsigned short offsets);
 
-    /// Alarm status that belongs to a severity; ALARM_NONE for a value that is none.
+    /// Alarm status of a severity; ALARM_NONE for a value that is not a severity.
     int severityToAlarmStatus(DISCRETESEVERITYSTAT s);
 
     /// The offsets of one severity, 1 to 5, whatever the power supply mode; 0 for any other
@@ -86,9 +86,9 @@ public:
                           unsigned short& sev2, unsigned short& sev3, unsigned short& sev4,
                           unsigned short& sev5);
 
-    /// Criticality 0 to 3 of a severity event (07h) of a module (15h) or the chassis (18h), by
-    /// its asserted offsets; 0 for every other pair. It deliberately knows these two sensor types
-    /// alone, though the map knows more.
+    /// Criticality 0 to 3 of a severity event (07h) of a module (15h) or the chassis (18h), by its
+    /// asserted offsets; 0 for every other pair. Only these two sensor types have a criticality,
+    /// although the map contains more.
     int getDiscreteCriticalityStatus(unsigned char evtReadType, unsigned char sensorType,
                                      unsigned short offsets);
 

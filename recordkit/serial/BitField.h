@@ -9,8 +9,8 @@ namespace TAVLib {
 /// The field of `width` bits that starts at bit `position` of a byte (bit 0 is the least
 /// significant), shifted down to bit 0.
 ///
-/// Widths of 8 and more take all bits from the position up, width 0 gives 0, and positions of
-/// 8 and more give 0. The value is a byte, or an int literal, of which the low byte counts.
+/// Widths of 8 and more return all bits from the position up; width 0 and positions of 8 and more
+/// return 0. The value is a byte, or an int literal, of which only the low byte is used.
 template <typename T> unsigned char get_bit(T value, unsigned int position, unsigned int width)
 {
     static_assert(std::is_same_v<T, unsigned char> || std::is_same_v<T, int>,

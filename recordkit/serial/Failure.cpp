@@ -22,7 +22,7 @@ constexpr unsigned short FRU_DETAIL = 1;
 constexpr unsigned short OUT_OF_RANGE_DETAIL = 0x0B00;
 constexpr unsigned short FIELD_NOT_PRESENT_DETAIL = 0x0B01;
 
-/// The most that lmsg_getmsg writes.
+/// The maximum that lmsg_getmsg writes.
 constexpr unsigned int MESSAGE_BUFFER_SIZE = 120;
 
 void put(unsigned short where, unsigned char level, const char* message,
@@ -31,7 +31,7 @@ void put(unsigned short where, unsigned char level, const char* message,
     trace::TavTrace(PRODUCER, module, where).putLog(level, message);
 }
 
-/// A text as a message parameter: its address, which the catalogue knows to be a text.
+/// A text as a message parameter: its address; the catalogue knows that the parameter is a text.
 long textParameter(const char* text)
 {
     static_assert(sizeof(long) == sizeof(text), "a long parameter carries the address of a text");
@@ -87,7 +87,7 @@ void traceNotFound(FailureLocation where, const char* text, const char* element)
 void traceText(FailureLocation where, unsigned char level, int messageNumber, const char* text)
 {
     char message[MESSAGE_BUFFER_SIZE];
-    // A message reads as many parameters as it takes, of the types that it takes.
+    // Each message reads only the parameters that it declares, with the types that it declares.
     switch (messageNumber) {
     case MESSAGE_LENGTH:
         lmsg_getmsg(messageNumber, message, text, 0L, 0L);

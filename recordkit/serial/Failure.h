@@ -6,7 +6,7 @@
 
 namespace TAVLib {
 
-/// Who reports: the class's number in the high byte.
+/// Location codes: the class that reports, its number in the high byte.
 enum FailureLocation : unsigned short {
     SB_BOARD_INFO_LOCATION = 0x0500,
     IOU_BOARD_INFO_LOCATION = 0x0600,
@@ -25,7 +25,7 @@ enum FailureLocation : unsigned short {
     BMC_LOG_LOCATION = 0x1600,
     SASU_BOARD_INFO_LOCATION = 0x1800,
     FRU_LOCATION = 13,    ///< in the module of the FRU classes and the EEPROM stores
-    EEPROM_LOCATION = 14, ///< in the same
+    EEPROM_LOCATION = 14, ///< in the same module
 };
 
 /// Numbers of the catalogue messages that the library writes.
@@ -47,7 +47,7 @@ enum FailureMessage : int {
 /// Trace levels.
 enum FailureLevel : unsigned char { LEVEL_ERROR = 0, LEVEL_DEVICE = 100, LEVEL_PARAMETER = 200 };
 
-/// Traces that an image or a buffer of `length` bytes is shorter than the `needed` ones.
+/// Traces that an image or buffer has `length` bytes where `needed` are required.
 void traceLengthError(FailureLocation where, const char* text, unsigned int length,
                       unsigned int needed);
 
@@ -62,28 +62,28 @@ void traceOperationError(FailureLocation where, const char* text);
 /// Traces the failure of a system call.
 void traceSystemCallError(FailureLocation where, const char* text, int error);
 
-/// Traces a text that is no catalogue message.
+/// Traces a text that is not a catalogue message.
 void traceLine(FailureLocation where, unsigned char level, const char* text);
 
 /// Traces that an element is not there.
 void traceNotFound(FailureLocation where, const char* text, const char* element);
 
-/// Traces a text under a message; what the message takes beyond it is 0 or an empty text.
+/// Traces a text under a message; the message's other parameters are 0 or an empty text.
 void traceText(FailureLocation where, unsigned char level, int messageNumber, const char* text);
 
 /// Traces that the value of a parameter is out of its range; the unit kind is the location.
 void traceParameterError(unsigned char unitKind, const char* text, int value);
 
-/// Throws that a record holds `held` bytes where `needed` are asked for (detail 0x0B00).
+/// Throws that a record has `held` bytes where `needed` are required (detail 0x0B00).
 [[noreturn]] void throwLengthError(FailureLocation where, const char* text, long held, long needed);
 
 /// Throws that an element is not there (detail 0x0B00, message 20010).
 [[noreturn]] void throwNotFound(FailureLocation where, const char* text, const char* element);
 
-/// Throws that an index lies beyond a fixed table (detail 0x0B00, message 20034).
+/// Throws that an index is outside a fixed table (detail 0x0B00, message 20034).
 [[noreturn]] void throwIndexError(FailureLocation where, const char* text, long index);
 
-/// Throws that a record does not carry the asked-for field (detail 0x0B01).
+/// Throws that a record does not contain the requested field (detail 0x0B01).
 [[noreturn]] void throwFieldError(FailureLocation where, const char* text, const char* field,
                                   long value);
 
@@ -97,7 +97,7 @@ void traceFRUError(FailureLevel level, const char* text);
 /// The same with a text that shows one number, by %d.
 [[noreturn]] void throwFRUError(int messageNumber, const char* format, int value);
 
-/// What a failure of the EEPROM stores carries beside its text.
+/// The codes of a failure of the EEPROM stores, besides its text.
 struct EEPROMFailure {
     unsigned char action;
     unsigned short detail;

@@ -10,8 +10,8 @@ namespace TAVLib {
 
 /// A data object whose image has one size; the derived class owns the storage.
 ///
-/// Nothing is traced or thrown, and nothing is allocated. Both moves stand here in full, so that a
-/// caller's compiler that knows the class sees a plain copy.
+/// Nothing is traced or thrown, and nothing is allocated. Both copies are defined inline so that a
+/// caller that knows the concrete class gets a plain memcpy.
 class RECORDKIT_API FixedSizeSerializableObject : public SerializableObject {
 public:
     ~FixedSizeSerializableObject() override;
@@ -27,9 +27,9 @@ public:
         return size;
     }
 
-    /// Takes the leading getSerializedSize() bytes; false and an unchanged object when `length`
-    /// is below the size. A longer image is accepted: controllers append bytes that older
-    /// readers do not know.
+    /// Loads the first getSerializedSize() bytes; false and an unchanged object when `length` is
+    /// below the size. A longer image is accepted: controllers append bytes that older readers do
+    /// not know.
     bool setSerialized(const unsigned char* data, unsigned int length) override
     {
         const unsigned int size = getSerializedSize();

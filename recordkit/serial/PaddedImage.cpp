@@ -5,8 +5,9 @@ namespace TAVLib {
 
 namespace {
 
-/// The farthest look behind an image is PCIBOXInfo's: a last block with 255 slots begins in it (513
-/// bytes), and 254 blocks of 3 zero bytes follow. GSPBBoardInfo's goes 1031 bytes from the start.
+/// The furthest any class reads past its image is PCIBOXInfo: a last block with 255 slots begins in
+/// the image (513 bytes), and 254 blocks of 3 zero bytes follow. GSPBBoardInfo reads up to 1031
+/// bytes from the start.
 constexpr std::size_t PADDING = 2048;
 
 }

@@ -8,9 +8,9 @@
 
 namespace TAVLib {
 
-/// Loads an image that comes from outside. Some classes trust counts inside an image beyond its
-/// length, as their headers say; here they read a copy that goes on in zero bytes for as long as
-/// any of them may look. The result is that of setSerialized with the image's own length.
+/// Loads an untrusted image. Some classes trust counts in the image beyond the given length, as
+/// their headers document, so they are given a copy padded with enough zero bytes that no read
+/// leaves the buffer. Returns what setSerialized returns for the unpadded length.
 RECORDKIT_API bool setSerializedPadded(SerializableObject& object,
                                        const std::vector<unsigned char>& image);
 

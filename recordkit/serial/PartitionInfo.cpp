@@ -22,7 +22,7 @@ bool PartitionInfo::setSerialized(const unsigned char* data, unsigned int length
     if (length > MAX_SIZE || length < HEADER_SIZE || data[NODE_COUNT] > MAX_NODES) {
         return false;
     }
-    // Not limited to `length`: the count byte alone says how many ids there are.
+    // Not limited to `length`: only the count byte says how many ids there are.
     std::copy_n(data, HEADER_SIZE + data[NODE_COUNT], image);
     return true;
 }

@@ -22,14 +22,14 @@ public:
     unsigned int getSerialized(unsigned char* buffer, unsigned int length) const override;
     unsigned int getSerializedSize() const override { return HEADER_SIZE + image[NODE_COUNT]; }
 
-    /// Takes 2 to 14 bytes with a count of at most 12; false and an unchanged object otherwise.
+    /// Accepts 2 to 14 bytes with a count of at most 12; false and an unchanged object otherwise.
     ///
-    /// `length` is deliberately not compared with the count: callers rely on an image being taken
-    /// by its count alone. `data` must therefore reach data[1] + 2 bytes (at most 14), whatever
-    /// `length` says.
+    /// `length` is not compared with the count, because callers rely on only the count deciding how
+    /// much of an image is read. `data` must therefore reach data[1] + 2 bytes (at most 14),
+    /// whatever `length` says.
     bool setSerialized(const unsigned char* data, unsigned int length) override;
 
-    /// Replaces what `ids` holds by the node ids, in image order.
+    /// Replaces the contents of `ids` with the node ids, in image order.
     void getNodeIds(std::vector<unsigned char>& ids);
 
 private:

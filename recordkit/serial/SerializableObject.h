@@ -6,22 +6,22 @@
 
 namespace TAVLib {
 
-/// The contract of every data object: one raw byte image, taken in and handed out whole.
+/// The contract of every data object: one raw byte image, loaded and stored as a whole.
 ///
-/// Objects own their image by value, do no I/O and carry no locks. The order of the virtual
+/// Objects own their image by value, do no I/O and contain no locks. The order of the virtual
 /// operations is part of the binary interface.
 class RECORDKIT_API SerializableObject {
 public:
     virtual ~SerializableObject();
 
-    /// Writes the image to `buffer`, which holds `length` bytes.
-    /// The result is the number of bytes written, 0 when the buffer is too short.
+    /// Writes the image to `buffer`, which has `length` bytes. Returns the number of bytes written,
+    /// 0 when the buffer is too short.
     virtual unsigned int getSerialized(unsigned char* buffer, unsigned int length) const = 0;
 
     /// Number of bytes that getSerialized writes for the current contents.
     virtual unsigned int getSerializedSize() const = 0;
 
-    /// Replaces the contents from an image of `length` bytes; false when the image is refused.
+    /// Replaces the contents with an image of `length` bytes; false when the image is refused.
     virtual bool setSerialized(const unsigned char* data, unsigned int length) = 0;
 };
 

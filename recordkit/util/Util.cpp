@@ -96,7 +96,7 @@ void Util::nodeId2Unit(unsigned char nodeId, BoardType& type, int& unit, int& di
 {
     divSide = get_bit(nodeId, 0, 1);
     const unsigned char kind = nodeId & TYPE_BITS;
-    // 111 has the type of 110, but its unit number where the divided boards have theirs.
+    // 111 has the type of 110, but its unit number is where that of the divided boards is.
     unit = kind == 0 || kind == MMB_NODE ? nodeId & UNIT_BITS : get_bit(nodeId, 1, 3);
     if (get_bit(nodeId, 7, 1) == 0) {
         type = IPMIClientCommand::BOARD_SB;
@@ -126,7 +126,7 @@ unsigned char Util::unit2NodeId(BoardType type, int unit, int divSide)
         if (side == UNDIVIDED) {
             throwUtilError("unit2NodeId(divSide)", divSide);
         }
-        // 0x5F clears bit 5 of the sum before the type bits are set, for GSPB boards alone.
+        // 0x5F clears bit 5 of the sum before the type bits are set, for GSPB boards only.
         return static_cast<unsigned char>(type == IPMIClientCommand::BOARD_IOU
                                               ? ((number * 2 + side) & 0x7F) | 0x80
                                               : ((number * 2 + side) & 0x5F) | 0xA0);
@@ -188,7 +188,8 @@ void Util::nodeId2BmmId(unsigned char nodeId, unsigned char& bmmId, unsigned cha
     NodeType type = IPMIClientCommand::NODE_SB;
     int lunit = 0;
     nodeId2LUnit(nodeId, type, lunit);
-    // A node id's type is a multiple of 32, so this never holds; callers rely on their ids staying.
+    // A node id's type is a multiple of 32, so this is never true; callers rely on their ids
+    // staying unchanged.
     if (type == IPMIClientCommand::NODE_LIOU) {
         liou2BmmId(static_cast<unsigned char>(lunit), bmmId, index);
     }
@@ -221,8 +222,8 @@ void Util::sortByBmmId(std::vector<unsigned char>& ids)
 
 unsigned int Util::getCPUCache(FRUData& fru)
 {
-    // getItem has turned the bytes already; they are taken lowest byte first once more, as the
-    // ROMs are filled.
+    // getItem has already swapped the bytes; they are read lowest byte first again, because the
+    // ROMs are filled that way.
     const std::string bytes = itemOf(fru, FRU_AREA_CPU_CACHE, FRU_ITEM_CPU_CACHE_SIZE);
     unsigned int size = 0;
     for (std::size_t i = 0; i < bytes.size() && i < sizeof size; ++i) {
@@ -289,7 +290,7 @@ std::string Util::getCPUModelName(FRUData& fru, DISPLAY_MODE mode)
     const unsigned int speed =
         getBCDtoHexValue(itemOf(fru, FRU_AREA_CPU_PROCESSOR, FRU_ITEM_CPU_SPEED)) / 10 * 10;
     const unsigned int hundredths = speed % 1000 / 10;
-    // The name ends in a blank of its own: two of them are what displays are laid out for.
+    // The name itself ends in a blank: displays are laid out for two of them.
     return name + ' ' + std::to_string(speed / 1000) + (hundredths < 10 ? ".0" : ".") +
            std::to_string(hundredths) + " GHz " + std::to_string(getCPUCache(fru) >> 10) + "MB";
 }

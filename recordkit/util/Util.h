@@ -10,8 +10,7 @@
 
 namespace TAVLib::RecordKit {
 
-/// Conversions between unit numbers, node ids and management-board ids, and the naming of
-/// processors.
+/// Conversions between unit numbers, node ids and management-board ids, and processor names.
 ///
 /// | bits of a node id | meaning                                                              |
 /// |-------------------|----------------------------------------------------------------------|
@@ -20,11 +19,11 @@ namespace TAVLib::RecordKit {
 /// | 3..1              | unit number for the others                                           |
 /// | 0                 | division side                                                        |
 ///
-/// The processor functions take a FRUData opened on a processor ROM; what it throws passes
-/// through. Their tables are CSV files below /etc/tav/common of the system root: the first column
-/// is the processor code (area 51, item 59), the value the last one. A table or record that is not
-/// there is no failure; a record that is no CSV is traced (module 82, location 0x0800) and counts
-/// as not there.
+/// The processor functions accept a FRUData opened on a processor ROM; its exceptions pass through.
+/// Their tables are CSV files below /etc/tav/common of the system root: the first column is the
+/// processor code (area 51, item 59), the last one the value. A missing table or record is not a
+/// failure; a record that is not valid CSV is traced (module 82, location 0x0800) and counts as
+/// missing.
 class RECORDKIT_API Util {
 public:
     using BoardType = ipmiclient::IPMIClientCommand::BoardType;
@@ -33,11 +32,11 @@ public:
     /// How a processor's name is shown.
     enum DISPLAY_MODE : int {
         DISPLAY_MODE_MARKUP = 0, ///< with "&reg;", speed and cache
-        DISPLAY_MODE_PLAIN = 1,  ///< with "(R)", the name alone
+        DISPLAY_MODE_PLAIN = 1,  ///< with "(R)", only the name
     };
 
     static void boardId2Unit(unsigned char boardId, BoardType& type, int& unit);
-    /// `type` becomes bits 7..5 as they are, whatever NodeType names.
+    /// Sets `type` to bits 7..5 unchanged, whether or not NodeType names the value.
     static void nodeId2LUnit(unsigned char nodeId, NodeType& type, int& lunit);
     static void nodeId2Unit(unsigned char nodeId, BoardType& type, int& unit, int& divSide);
     /// Throws PException (module 82, location 0x0800, action 1, detail 0x0701, message 20027) with
@@ -47,31 +46,31 @@ public:
     static void LUnit2Unit(NodeType ntype, int lunit, BoardType& type, int& unit, int& divSide);
 
     /// Logical I/O unit to management board and index and back; on board 0 the indexes 0 and 1 are
-    /// swapped. A machine without logical I/O units answers (0, 0).
+    /// swapped. A machine without logical I/O units returns (0, 0).
     static void liou2BmmId(unsigned char liou, unsigned char& bmmId, unsigned char& index);
     static unsigned char bmmId2Liou(unsigned char bmmId, unsigned char index);
-    /// Writes nothing for any node id: see the source.
+    /// Never writes its outputs (see Util.cpp for why).
     static void nodeId2BmmId(unsigned char nodeId, unsigned char& bmmId, unsigned char& index);
 
-    /// Decimal value of 1 to 4 bytes of packed BCD, the lowest digits first; 0 for other lengths.
+    /// Decimal value of 1 to 4 bytes of packed BCD, lowest digits first; 0 for other lengths.
     static unsigned int getBCDtoHexValue(std::string bcd);
-    /// Swaps the first 0x81 and the first 0x80 when both are there.
+    /// Swaps the first 0x81 and the first 0x80 if both are present.
     static void sortByBmmId(std::vector<unsigned char>& ids);
 
     /// Cache size in kilobytes.
     static unsigned int getCPUCache(FRUData& fru);
     static unsigned char getCPUModelType(FRUData& fru);
-    /// From cpu_stepping.csv; one blank when it is not there.
+    /// From cpu_stepping.csv; one blank if it is missing.
     static std::string getCPUStepping(FRUData& fru);
-    /// From cpu_ca_number_sb3.csv for system boards of type 2, cpu_ca_number.csv for others: 0 when
-    /// a part number was found and stored.
+    /// From cpu_ca_number_sb3.csv for system boards of type 2, cpu_ca_number.csv for others: 0 if a
+    /// part number was found and stored.
     static int convertCPUPartNumber(std::string code, std::string& partNumber, unsigned char sbNo);
     /// From the tables, or the ROM's own.
     static std::string getCPUPartNumber(FRUData& fru, unsigned char sbNo);
     /// `text` with every "&reg;" replaced by "(R)".
     static std::string replaceRegisteredTrademark(std::string& text);
-    /// From cpu_processor_number.csv, or a general name; with DISPLAY_MODE_MARKUP the latter has
-    /// speed and cache.
+    /// From cpu_processor_number.csv, or a general name; with DISPLAY_MODE_MARKUP the general name
+    /// includes speed and cache.
     static std::string getCPUModelName(FRUData& fru, DISPLAY_MODE mode);
 };
 

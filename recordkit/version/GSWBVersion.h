@@ -26,7 +26,7 @@ public:
     void getOfflineVersion(std::string& first, std::string& second);
 
     unsigned int getSerializedSize() const override { return SIZE; }
-    /// The image, 12 bytes, to be read and written.
+    /// The image, 12 bytes, for reading and writing.
     unsigned char* getInternalData() const override { return image; }
 
 private:

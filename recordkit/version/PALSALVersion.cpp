@@ -25,7 +25,7 @@ std::string PALSALVersion::getSALVersionString() const
 
 std::string PALSALVersion::getVersionString() const
 {
-    // PAL B tells whether the firmware is there, SAL B is the version that people know it by.
+    // PAL B tells whether the firmware is present, SAL B is the version that people know.
     return getPAL_B() == 0 ? NO_VERSION : text(SAL_B);
 }
 

@@ -6,7 +6,7 @@
 
 namespace TAVLib::RecordKit {
 
-/// How a version that is not there is shown.
+/// How a missing version is shown.
 constexpr const char* NO_VERSION = "-";
 
 /// Value of a BCD byte, kept to eight bits; digits above 9 are not checked.

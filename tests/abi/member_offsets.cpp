@@ -104,7 +104,7 @@ static_assert(offsetof(FRUMember, typelength) == 4 && offsetof(FRUMember, data) 
 static_assert(offsetof(FRUMember, item) == 32 && offsetof(FRUMember, hasTypeLength) == 36, "");
 static_assert(offsetof(FRUMember, length) == 38 && sizeof(FRUMember) == 40, "");
 
-// A reference has no offset to ask for: the device's is what lies between its neighbours.
+// A reference has no offset to ask for: the device's is the space between its neighbours.
 static_assert(offsetof(FRUArea, offset) == 8 && offsetof(FRUArea, members) == 12, "");
 static_assert(offsetof(FRUArea, size) == 24 && offsetof(FRUArea, areaId) == 28, "");
 static_assert(offsetof(FRUArea, dirty) == 32 && sizeof(FRUArea) == 36, "");

@@ -100,7 +100,7 @@ TEST_F(EFIBackup, RecordIsKnownByChecksumAndSerial)
     EXPECT_FALSE(backup.checkIndexData("XERIAL-01234"));
     eeproms.at(10)[99] ^= 1;
     EXPECT_FALSE(backup.checkIndexData(SERIAL));
-    // The flags of a record that is refused are not taken over.
+    // The flags of a refused record are not adopted.
     EXPECT_EQ(EFIBackupEEPROMIndex::clrinfo[0], 0x11);
 }
 
@@ -124,7 +124,7 @@ TEST_F(EFIBackup, ChecksumGoesFirst)
     EXPECT_EQ(eeproms.takeAccesses(), Lines({"w10@0+1", "w10@88+8"}));
     EXPECT_EQ(backup.writeIndexData(), 112);
     EXPECT_EQ(eeproms.takeAccesses(), Lines({"w10@0+144", "w10@144+112"}));
-    // A block above 15 has the byte that the formula gives, as long as it lies in the record.
+    // A block above 15 has the byte that the formula yields, as long as it is inside the record.
     EXPECT_EQ(backup.writeIndexData(3, 3, 15), 1);
     EXPECT_EQ(eeproms.takeAccesses(), Lines({"w10@0+1", "w10@143+1"}));
     EXPECT_EQ(backup.writeIndexData(0, 0, 255), 1);
@@ -316,7 +316,7 @@ TEST_F(EFIBackup, DamagedRecordIsNotMadeSoundByABlockWithoutAFlag)
 TEST_F(EFIBackup, PartitionsAndBanksAboveThreeHaveNoEEPROM)
 {
     prepare({{16, 0x10}});
-    // The device is asked for number -1, and what it says is passed on.
+    // The device is asked for number -1, and its answer is passed on.
     unsigned char data[4] = {1, 2, 3, 4};
     eeproms.failAt(1, true);
     EXPECT_EQ(thrownBy([&] { backup.write(4, 0, 0, 4, data); }),

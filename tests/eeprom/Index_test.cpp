@@ -154,11 +154,11 @@ TEST_F(EFIIndex, EveryFlagIsOnItsOwn)
 
 TEST_F(EFIIndex, FlagByteComesFromTheSharedCopy)
 {
-    // The record alone has another flag in the byte; the copy does not.
+    // Only the record has another flag in the byte; the copy does not.
     index.getIndexData()[16] = 0x10;
     index.setClrFlag(0, 0, 1, true);
     EXPECT_EQ(recordOf(index)[16], 0x01);
-    // Any nibble but 0 is pending, and is kept as it is.
+    // Any nibble but 0 is pending, and is kept unchanged.
     EFIBackupEEPROMIndex::clrinfo[0] = 0xC0;
     EXPECT_TRUE(index.getClrBlockState(0, 0, 0));
     index.setClrFlag(0, 0, 1, true);

@@ -35,7 +35,7 @@ public:
         return static_cast<int>(length);
     }
 
-    /// The n-th access from now, from 1, throws; with `goesOn` all behind it too.
+    /// The n-th access from now, from 1, throws; with `goesOn`, all later ones too.
     void failAt(std::size_t n, bool goesOn = false)
     {
         failing = count + n;

@@ -200,7 +200,7 @@ TEST_F(SettingPowerCut, WriteOfAnAreaThatWasNotValid)
                          EXPECT_EQ(areaNow(), Bytes(64, 'n'));
                          EXPECT_EQ(entryNow(), entry(true));
                      } else if (entryNow() != entry(false)) {
-                         // Torn: its checksum tells.
+                         // Torn: its checksum shows it.
                          EXPECT_NE(entryNow(), withSum(entryNow(), 15));
                      }
                  },
@@ -211,8 +211,8 @@ TEST_F(SettingPowerCut, WriteOfAValidArea)
 {
     atEveryWrite([this] { prepare(true); }, write,
                  [this] {
-                     // The entry is not touched. What a cut leaves of the area is not told: old,
-                     // new, or new in front and old behind.
+                     // The entry is not touched. What a cut leaves of the area is not detected:
+                     // old, new, or new bytes first and old ones after them.
                      EXPECT_EQ(entryNow(), entry(true));
                      const Bytes area = areaNow();
                      const auto news = std::count(area.begin(), area.end(), 'n');
@@ -280,7 +280,7 @@ TEST_F(EFIPowerCut, RecordCutBetweenChecksumAndFlagIsMendedByTheNextChange)
     EXPECT_FALSE(backup.checkIndexData(SERIAL));
     EXPECT_EQ(backup.resetClearFlag(0, 0, 0), 0);
     EXPECT_TRUE(backup.checkIndexData(SERIAL));
-    // The block is erased once more.
+    // The block is erased again.
     EFIBackupEEPROMIndex().setIndexState(true);
     EXPECT_EQ(backup.clearExecute(1, 2), 0);
     EXPECT_EQ(part(recordNow(), 64, 8), Bytes(8, 0));

@@ -51,7 +51,7 @@ TEST_F(Settings, WritingMakesAnAreaValid)
     EXPECT_EQ(settings.write(4, data), 7);
     EXPECT_EQ(eeproms.takeAccesses(), Lines({"r4@576+16", "w4@4352+7", "w4@576+16"}));
     EXPECT_EQ(entryOf(4), entry(4, true));
-    // What lies behind the data stays.
+    // The bytes after the data stay.
     EXPECT_EQ(eeproms.get(4, 4352, 32), textBytes("setting") + sequence(25, 11));
     // The second time the entry is valid already.
     EXPECT_EQ(settings.write(4, data), 7);

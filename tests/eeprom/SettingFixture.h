@@ -12,7 +12,7 @@
 
 namespace testing_support {
 
-/// Entry n: its area lies at 4096 + 64 n, odd ones on EEPROM 5, and has 32 bytes.
+/// Entry n: its area is at 4096 + 64 n, odd ones on EEPROM 5, and has 32 bytes.
 inline Bytes entry(unsigned int n, bool valid)
 {
     const unsigned int offset = 4096 + 64 * n;

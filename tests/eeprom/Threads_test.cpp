@@ -123,7 +123,7 @@ void prepare(WatchingDevice& device)
     std::copy(record.begin(), record.end(), device.at(10).begin());
 }
 
-/// What the device holds when everything is erased.
+/// The device's contents when everything is erased.
 void expectAllClear(WatchingDevice& device, int eeproms)
 {
     Bytes record = part(device.at(10), 0, 144);
@@ -163,7 +163,7 @@ void clearWhatIsLeft(WatchingDevice& device)
 {
     EFIBackupEEPROMData backup(device);
     untilDone([&] {
-        // An address whose block has no flag only takes the record's flags over.
+        // An address whose block has no flag only adopts the record's flags.
         backup.resetClearFlag(0, 0, ~0U);
         for (unsigned int i = 0; i < EEPROMS; ++i) {
             backup.clearExecute(i / 4, i % 4);

@@ -14,7 +14,7 @@ namespace {
 
 struct SubCommand {
     const char* name;
-    Arguments words; ///< behind --root; ROOT stands for the root's path
+    Arguments words; ///< after --root; ROOT is replaced by the root's path
 };
 
 void PrintTo(const SubCommand& command, std::ostream* out)
@@ -135,7 +135,7 @@ TEST(FullDisk, NothingIsLostAndTheCommandSaysSo)
     const FaultWorld world;
     const std::string disk = world.at("/disk");
     fs::create_directories(disk);
-    // Room for the image and a page: a temporary of 64 KB beside it does not fit.
+    // Room for the image and a page: a temporary file of 64 KB in addition does not fit.
     if (::mount("none", disk.c_str(), "tmpfs", 0, "size=72k") != 0) {
         GTEST_SKIP() << "no tmpfs can be mounted here; the shim's ENOSPC stands for it";
     }

@@ -21,7 +21,7 @@ public:
     std::string at(const std::string& below) const { return root.at(below); }
     const std::string& path() const { return root.path(); }
 
-    /// The files of the event log that hold no temporary's name, with their events by id.
+    /// The files of the event log that do not have a temporary's name, with their events by id.
     std::multiset<unsigned int> events() const;
     /// All files below the root with their content.
     std::map<std::string, Bytes> files() const;
@@ -31,7 +31,7 @@ private:
     std::map<std::string, Bytes> original;
 };
 
-/// What went wrong, and what the program said and left.
+/// The fault, the program's output, and what the program left.
 struct FaultRun {
     Outcome outcome;
     long calls = 0;
@@ -42,7 +42,7 @@ struct FaultRun {
     bool isTraced() const { return outcome.out.find("\ntrace ") != std::string::npos; }
 };
 
-/// Runs a program with a fault, as RECORDKIT_FAULT of the shim says.
+/// Runs a program with a fault, given as RECORDKIT_FAULT of the shim.
 FaultRun runWithFault(const FaultWorld& world, const Arguments& program, const std::string& fault);
 
 /// Every fault of one kind of call, in order: an errno for each of the first `calls` calls, and

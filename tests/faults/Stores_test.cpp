@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Every operation of the stores with every system call going wrong once: the answer is one of those
-// documented, what failed is said, no descriptor stays open and no event gets lost.
+// Every operation of the stores, with every system call failing once: the result is a documented
+// one, the failure is reported, no descriptor stays open and no event gets lost.
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
@@ -22,7 +22,7 @@ struct Operation {
     const char* name;
     std::set<int> codes;  ///< documented
     bool mayThrow;        ///< PException
-    std::set<int> silent; ///< codes that say by themselves what failed
+    std::set<int> silent; ///< codes that identify the failure by themselves
     Cost cost;
 };
 
@@ -75,7 +75,7 @@ protected:
         const std::string& out = faulty.outcome.out;
         if (out.compare(0, 7, "thrown ") == 0) {
             EXPECT_TRUE(GetParam().mayThrow) << out;
-            // The text behind the codes names what failed.
+            // The text after the codes names what failed.
             EXPECT_GT(out.size(), std::string("thrown act 2 det 0x0003 \n").size()) << out;
             return;
         }
@@ -176,7 +176,7 @@ TEST(StoreFaultsOf, WriteRecordThatAnsweredOneHasStoredItOnce)
                 runWithFault(world, {FAULT_VICTIM, world.path(), "writeRecord"}, fault);
             const bool isWritten = faulty.outcome.out.compare(0, 8, "result 1") == 0;
             const std::size_t count = world.events().count(NEW_ID);
-            // Half a record is no more than the refusal said: it was not written.
+            // Half a record agrees with the refusal: it was not written.
             EXPECT_TRUE(isWritten ? count == 1 : count <= 1) << faulty.outcome.out;
         }
     }

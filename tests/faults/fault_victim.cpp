@@ -190,7 +190,7 @@ const Operation OPERATIONS[] = {
     {"editFru", editFru},
 };
 
-/// Tells the shim, where there is one, that the operation is over.
+/// Tells the shim, if there is one, that the operation is over.
 void endFaults()
 {
     if (void* const end = ::dlsym(RTLD_DEFAULT, "recordkit_faults_end")) {

@@ -79,7 +79,7 @@ struct Fault {
         if (const char* const report = std::getenv("RECORDKIT_FAULT_REPORT")) {
             reportPath = report;
         }
-        // Programs that this one starts are left alone.
+        // Programs that this one starts are not affected.
         ::unsetenv("LD_PRELOAD");
         ::unsetenv("RECORDKIT_FAULT");
         ::unsetenv("RECORDKIT_FAULT_REPORT");
@@ -139,7 +139,7 @@ void countInherited(const void* caller)
     }
 }
 
-/// What /bin/cp leaves behind that runs out of space.
+/// What /bin/cp leaves when it runs out of space.
 void halve(const std::string& command)
 {
     const std::size_t first = command.find(' ', command.find(' ') + 1) + 1;
@@ -155,7 +155,7 @@ void halve(const std::string& command)
 
 extern "C" {
 
-/// For programs that say when what is under test has ended: what they call after that is sound.
+/// For programs that report when the operation under test has ended: their later calls do not fail.
 void recordkit_faults_end()
 {
     fault().call.clear();

@@ -39,7 +39,7 @@ std::string itemOf(FRUArea& area, FRU_ITEM item)
     return value;
 }
 
-/// The items of an area with the bytes each takes in the image.
+/// The items of an area with the number of their bytes in the image.
 std::string layoutOf(const FRUArea& area)
 {
     std::string layout;
@@ -117,7 +117,7 @@ TEST_F(FRUAreaTest, CodedFieldMayClaimBytesBeyondTheArea)
     EXPECT_EQ(thrownBy([&] { open(product, FRU_AREA_PRODUCT); }),
               fruError(20003, "Table length Abnormal. area_id=5"));
     MemoryDevice chassis(areaOf(8, {0x17, 0xC1}) + Bytes(80, 'Z'));
-    chassis.bytes[6] = 0xFF; // behind the end marker nothing is parsed
+    chassis.bytes[6] = 0xFF; // nothing is parsed after the end marker
     EXPECT_EQ(layoutOf(*open(chassis, FRU_AREA_CHASSIS, 0, FRUArea::CSUM_IGNORE)),
               "0:1 1:1 8:1 12:1 13:3 14:1 ");
 }
@@ -205,7 +205,7 @@ TEST_F(FRUAreaTest, FieldsBeginAtTheBufferWhateverThePositionWas)
 
 TEST_F(FRUAreaTest, EndMarkerBeyondTheAreaIsRefused)
 {
-    // Only a caller's own buffer has one there: those that are read go on in zeroes.
+    // Only a caller's own buffer has one there: those that are read continue with zeroes.
     const auto area = open(device, FRU_AREA_BOARD, 16);
     Bytes buffer(128, 0);
     buffer[32] = 0xC1;

@@ -214,7 +214,7 @@ TEST_F(FRUDataTest, TwoByteItemsOfARomComeHighByteFirst)
     EXPECT_EQ(item(data, FRU_AREA_CPU_CORE, FRU_ITEM_CPU_CORE2), "\x04\x03");
     EXPECT_EQ(item(data, FRU_AREA_CPU_CORE, FRU_ITEM_CPU_CORE3), "\x06\x05");
     EXPECT_EQ(item(data, FRU_AREA_CPU_CORE, FRU_ITEM_CPU_CORE4), "\x08\x07");
-    // An area without the field answers two zero bytes.
+    // An area without the field returns two zero bytes.
     EXPECT_EQ(item(data, FRU_AREA_CPU_CORE, FRU_ITEM_CPU_SPEED), std::string(2, '\0'));
     unsigned char raw[2] = {};
     data.getItemData(FRU_AREA_CPU_CACHE, FRU_ITEM_CPU_CACHE_SIZE, raw);

@@ -26,7 +26,7 @@ Bytes header(unsigned char board)
     return header(0, 0, board, 0, 0);
 }
 
-/// A device that ends; behind its end reads and writes throw.
+/// A device that ends; reads and writes after its end throw.
 class EndingDevice : public MemoryDevice {
 public:
     explicit EndingDevice(const Bytes& image) : MemoryDevice(image) {}
@@ -52,7 +52,7 @@ private:
     }
 };
 
-/// What opening an area answers: "ok", or the failure's text.
+/// The result of opening an area: "ok", or the failure's text.
 std::string opening(FRUData& fru, FRU_AREA id, FRUArea::CSUM_MODE mode)
 {
     try {
@@ -89,7 +89,7 @@ void useWhole(TAVLib::FRURWif& device, FRU_CPU layout)
         }
         fru.syncFRU();
     } catch (const TAVLib::PException&) {
-        // Said in words; nothing else is asked of such an image.
+        // Reported as text; nothing else is required for such an image.
     }
 }
 
@@ -120,7 +120,8 @@ TEST(FRUHostile, AreaLengthsAtTheirLimits)
         area[0] = 1;
         area[1] = length;
         area[6] = 0xC1;
-        // The byte that the library takes for the checksum, its size being kept in eight bits.
+        // The byte that the library takes for the checksum, because it stores the size in eight
+        // bits.
         const std::size_t size = length * 8 % 256;
         if (size != 0) {
             unsigned char& checksum = area[size - 1];
@@ -175,7 +176,7 @@ TEST(FRUHostile, CodedLengthsBeyondAreaAndDevice)
         fields[0] = 0x19;
         fields[place - 2] = 0xFF;
         const Bytes image = header(1) + areaOf(16, fields);
-        // Behind a field that ends outside of the area there is no place for the table's next.
+        // After a field that ends outside the area there is no place for the table's next field.
         EXPECT_EQ(boardOpening(image), place < 10 ? "Table length Abnormal. area_id=4" : "ok")
             << place;
         useWhole(image);

@@ -16,7 +16,7 @@ namespace {
 struct AreaPlan {
     FRU_AREA id;
     std::size_t headerByte;
-    Bytes fixed; ///< behind the length byte
+    Bytes fixed; ///< after the length byte
     std::vector<FRU_ITEM> coded;
 };
 
@@ -85,7 +85,7 @@ Bytes randomImage(Random& random)
 
 using Fields = std::map<FRU_ITEM, std::string>;
 
-/// What the library should hold, kept beside it.
+/// The expected contents of the library's objects.
 struct Model {
     std::map<FRU_AREA, Fields> fields;
     std::map<FRU_AREA, unsigned int> unused;
@@ -130,7 +130,7 @@ void edit(Random& random, FRUData& fru, Model& model)
     known = value;
 }
 
-/// Bytes that lie in none of the areas.
+/// Bytes outside all areas.
 Bytes outside(const Bytes& image, FRUData& fru)
 {
     Bytes rest = image;
@@ -163,7 +163,7 @@ TEST(FRURandomEdits, LeaveAValidImageWithEverythingElseAsItWas)
             }
             fru.syncFRU();
         }
-        // It opens with checksums checked, and holds exactly what the model says.
+        // It opens with checksums checked, and contains exactly what the model says.
         const Model after = read(device);
         ASSERT_EQ(after.fields, model.fields);
         ASSERT_EQ(after.unused, model.unused);

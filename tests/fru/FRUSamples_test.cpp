@@ -14,7 +14,7 @@ namespace {
 
 constexpr FRU_AREA AREAS[] = {FRU_AREA_CHASSIS, FRU_AREA_BOARD, FRU_AREA_PRODUCT};
 
-/// Reads every field of the areas that can be opened, and gives their ids back.
+/// Reads every field of the areas that can be opened, and returns their ids.
 std::vector<FRU_AREA> readAll(FRUData& fru)
 {
     std::vector<FRU_AREA> opened;

@@ -6,7 +6,7 @@
 
 namespace testing_support {
 
-/// How often this program has taken memory from the heap by operator new.
+/// How often this program has allocated memory with operator new.
 std::size_t allocationCount();
 
 /// Lets the n-th allocation from now, from 1, fail with std::bad_alloc, and those after it succeed.

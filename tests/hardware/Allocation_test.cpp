@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The fixed-size objects live where they stand: nothing they do takes memory from the heap.
+// The fixed-size objects contain all their data: nothing they do allocates memory.
 #include <gtest/gtest.h>
 
 #include <recordkit/hardware/BMC_BootFlagsClearData.h>

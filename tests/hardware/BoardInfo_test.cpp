@@ -101,7 +101,7 @@ TYPED_TEST(SlotBoard, ShortImagesAreTracedAndChangeNothing)
     EXPECT_EQ(imageOf(board), BOARD);
     EXPECT_TRUE(board.setSerialized(other.data(), 15));
     EXPECT_EQ(board.getBoardType(), 0x99);
-    // Bytes behind the image are ignored.
+    // Bytes after the image are ignored.
     EXPECT_TRUE(load(board, BOARD + Bytes({1, 2, 3})));
     EXPECT_EQ(imageOf(board), BOARD);
     EXPECT_EQ(trace.take(), Lines());
@@ -152,7 +152,7 @@ TEST(SBBoardInfo, ReadsTypeAndSockets)
     image[17] = 0x01;
     image[18] = 0x80;
     image[19] = 0x11;
-    image[20] = 0xFF; // behind the map
+    image[20] = 0xFF; // after the map
     const auto board = fromBytes<SBBoardInfo>(image);
     EXPECT_EQ(board.getBoardType(), 0x42);
     EXPECT_EQ(board.getCPUSocketNum(), 3U);

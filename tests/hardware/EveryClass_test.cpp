@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What holds of every class with an image: a new object is all zero and has this size.
+// What is true of every class with an image: a new object is all zero and has this size.
 #include <gtest/gtest.h>
 
 #include <recordkit/hardware/BMC_BootFlagsClearData.h>
@@ -44,7 +44,7 @@ using namespace testing_support;
 
 namespace {
 
-/// Built in storage full of other bytes, so that a byte left alone shows.
+/// Built in storage full of other bytes, so that an uninitialised byte shows.
 template <typename Class> void expectNew(unsigned int size)
 {
     alignas(Class) unsigned char storage[sizeof(Class)];

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Objects that take memory, when there is none: each keeps the image that it had.
+// Objects that allocate memory, when there is none: each keeps its image.
 #include <gtest/gtest.h>
 #include <new>
 
@@ -103,7 +103,7 @@ TEST(FailedAllocation, QueriesAreAnsweredFromTheImageThatWasKept)
 
 TEST(FailedAllocation, AreaThatCannotBeSplitLeavesNothingBehind)
 {
-    // Under the address sanitizer, a field that was made and not taken would be reported.
+    // Under the address sanitizer, a field that was created and not stored would be reported.
     MemoryDevice device(areaOf(24, {0x19, 0xC2, 'M', 'F', 0xC2, 'P', 'R', 0xC1}));
     bool isOpened = false;
     for (std::size_t n = 1; n < 200 && !isOpened; ++n) {

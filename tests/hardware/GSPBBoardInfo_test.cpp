@@ -146,7 +146,7 @@ TEST(GSPBBoardInfo, FewerPCIBoxesAfterwardsStillGiveAWholeImage)
     ASSERT_TRUE(load(board, HEADER + Bytes({0, 0, 1, 7, 8})));
     EXPECT_EQ(imageOf(board), HEADER + Bytes({0, 0, 1, 1, 2}));
     EXPECT_EQ(board.getConnectedPCIBox(3), 7);
-    // And the status words are those of the last image alone.
+    // And the status words are only those of the last image.
     auto status = fromBytes<GSPBBoardInfo>(BOARD);
     ASSERT_TRUE(load(status, HEADER + Bytes(3, 0)));
     EXPECT_EQ(portsOf(status).gbe, Numbers());

@@ -134,7 +134,7 @@ TEST(PCIBOXInfo, CheckCountsOneByteForASlot)
     const Bytes image = header(1) + Bytes({4, 1, 2, 0x34, 0x12, 0x78, 0x56});
     ASSERT_EQ(image.size(), 20U);
     PCIBOXInfo box;
-    // 13 + 3 + 2 bytes pass, and the words are read all the same.
+    // 13 + 3 + 2 bytes pass, and the words are read anyway.
     EXPECT_FALSE(box.setSerialized(image.data(), 17));
     EXPECT_EQ(trace.take(), Lines({"1:83:0x0D00 level 0: setSerialized: 17 where 18 is needed"}));
     EXPECT_EQ(imageOf(box), Bytes(13, 0));
@@ -193,7 +193,7 @@ TEST(PCIBOXInfo, CountsBeyondTheLengthAreReadFromThePadding)
 {
     const TraceCapture trace;
     PCIBOXInfo box;
-    // 255 blocks are named and one begins, with 255 slots: the farthest look behind an image.
+    // 255 blocks are declared and one begins, with 255 slots: the furthest read past an image.
     EXPECT_FALSE(setSerializedPadded(box, header(255) + Bytes({1, 2, 255})));
     EXPECT_FALSE(setSerializedPadded(box, header(255)));
     EXPECT_EQ(imageOf(box), Bytes(13, 0));

@@ -22,14 +22,14 @@ using namespace testing_support;
 
 namespace {
 
-/// A query and the one bit of the image that it answers; -1 for none.
+/// A query and the one bit of the image that it reads; -1 for none.
 template <typename Record> struct Flag {
     bool (Record::*query)() const;
     unsigned int byte;
     unsigned int bit;
 };
 
-/// Sets each bit of the image alone: exactly the query of that bit is true.
+/// Sets each bit of the image by itself: exactly the query of that bit is true.
 template <typename Record>
 void expectFlags(const std::vector<Flag<Record>>& flags, std::size_t size)
 {

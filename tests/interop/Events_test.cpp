@@ -47,7 +47,7 @@ std::vector<Sent> everyEvent()
     return events;
 }
 
-/// The file that `ipmitool sel add` takes.
+/// The input file of `ipmitool sel add`.
 std::string eventFile(const std::vector<Sent>& events)
 {
     std::string text;

@@ -11,7 +11,7 @@ using namespace testing_support;
 
 namespace {
 
-/// A sample with room behind its areas, so that they can grow.
+/// A sample with room after its areas, so that they can grow.
 std::string roomyCopy(const ScratchRoot& root, const std::string& sample)
 {
     Bytes bytes = readFile(RECORDKIT_EXAMPLE_DATA "/fru/" + sample);
@@ -34,7 +34,7 @@ bool contains(const std::string& text, const std::string& line)
     return text.find(line) != std::string::npos;
 }
 
-/// Edits within the unused space, of every coding, and one that moves the areas behind it.
+/// Edits within the unused space, of every coding, and one that moves the areas after it.
 std::string editedImage(const ScratchRoot& root)
 {
     const std::string path = roomyCopy(root, "example-json.bin");
@@ -71,7 +71,7 @@ TEST(FruInterop, IpmitoolReadsEditedImages)
           " Product Asset Tag     : Rack 7, shelf 12\n", " Product Extra         : c001beef\n"}) {
         EXPECT_TRUE(contains(printed.out, line)) << line << "is not in\n" << printed.out;
     }
-    // What it read from the device is what lies in the file.
+    // What it read from the device equals the file.
     const std::string saved = root.at("/saved.bin");
     ASSERT_EQ(simulator.ipmitool({"fru", "read", "0", saved}).status, 0);
     EXPECT_EQ(readFile(saved), readFile(path));

@@ -13,7 +13,7 @@ namespace testing_support {
 
 namespace {
 
-/// A UDP port that nobody uses now.
+/// A UDP port that is free now.
 int freePort()
 {
     const int fd = ::socket(AF_INET, SOCK_DGRAM, 0);

@@ -16,7 +16,7 @@ bool hasPrograms(const Arguments& names);
 /// A simulated management controller (openipmi's) on loopback for the lifetime of the object.
 class Simulator {
 public:
-    /// `folder` takes its files; `devices` are further lines for its description.
+    /// Its files go into `folder`; `devices` are further lines for its description.
     explicit Simulator(const std::string& folder, const std::string& devices = "");
     ~Simulator();
     Simulator(const Simulator&) = delete;

@@ -19,7 +19,7 @@ enum Operation {
     FAIL_AT,    ///< access from now on, whether all after it fail too
     FAIL_OTHERWISE,
     FAIL_NO_MORE,
-    ANSWER_WITH, ///< what writes and reads answer
+    ANSWER_WITH, ///< what writes and reads return
     NEW_STORE,
     // An index record of its own, which shares the flags with the store.
     POKE_RECORD,
@@ -264,7 +264,7 @@ private:
         const long long group = (p & 3) * 4 + (b & 3);
         return 16 + 8 * group + (n >> 1);
     }
-    /// Whether it lies in the record: a block without a flag byte is refused.
+    /// Whether it is inside the record: a block without a flag byte is refused.
     static bool isInRecord(long long place)
     {
         return place >= 0 && place < static_cast<long long>(RECORD_SIZE);
@@ -332,7 +332,7 @@ private:
         }
     }
 
-    /// Writes a stretch of the index's EEPROM and answers what the device does.
+    /// Writes a range of the index's EEPROM and returns what the device returns.
     long long writeStretch(std::size_t from, const Bytes& bytes)
     {
         try {

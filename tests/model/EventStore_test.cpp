@@ -91,7 +91,7 @@ std::string keptFile(unsigned int sb, int index)
     return fmt::format("/var/tav/fmem/ipmi/sb{}_bmc_sel{}", sb, index);
 }
 
-/// The files that sequences put or damage.
+/// The files that sequences create or damage.
 const std::vector<std::string>& paths()
 {
     static const std::vector<std::string> all = [] {
@@ -528,7 +528,7 @@ private:
     {
         return isLoop(path) ? ELOOP : isThere(path) ? 0 : ENOENT;
     }
-    /// Size that stat gives. That of a folder is the medium's own affair.
+    /// Size as stat returns it. That of a folder depends on the medium.
     long long sizeOf(const std::string& path) const
     {
         if (isFile(path)) {
@@ -954,7 +954,7 @@ private:
 
     // Maintenance.
 
-    /// Runs a copying command and answers its status.
+    /// Runs a copying command and returns its status.
     int copy(const std::string& from, const std::string& to, const char* blank)
     {
         calls.push_back("/bin/cp " + from + " " + to + blank + ">/dev/null 2>&1");
@@ -970,7 +970,7 @@ private:
         return 0;
     }
 
-    /// What remove answers: 0, or what errno is.
+    /// The result of remove: 0, or errno.
     int remove(const std::string& path)
     {
         calls.push_back("remove " + path);
@@ -984,7 +984,7 @@ private:
         return 0;
     }
 
-    /// What rename answers: 0, or what errno is.
+    /// The result of rename: 0, or errno.
     int rename(const std::string& from, const std::string& to)
     {
         calls.push_back("rename " + from + " " + to);

@@ -59,7 +59,7 @@ enum Operation {
 
 constexpr long long NO_LAYOUT = -1;
 constexpr const char* NOTHING_OPEN = "nothing is open";
-/// After a reading that failed: no position lies in such an area.
+/// After a reading that failed: no position is inside such an area.
 constexpr const char* NO_SIZE = "the area has no size";
 
 /// A field as bytes that can be compared: item, whether coded, type/length byte, length, value.

@@ -478,7 +478,7 @@ private:
     }
 };
 
-/// A whole image, whose areas are read when they are first asked for.
+/// A whole image, whose areas are read on first use.
 class Data {
 public:
     Data(Device& device, int layout) : rw(device), cpu(layout)

@@ -54,7 +54,7 @@ struct Step {
 
 using Steps = std::vector<Step>;
 
-/// What lies on a medium, by name.
+/// The contents of a medium, by name.
 using Medium = std::map<std::string, Bytes>;
 
 /// The library or its model, from a fresh start.
@@ -65,11 +65,11 @@ public:
     /// All that a caller sees of an operation: result, exception, trace lines, what became of its
     /// own arguments, accesses to its device.
     virtual Lines perform(const Step& step) = 0;
-    /// What lies on the medium now.
+    /// The medium's contents now.
     virtual const Medium& medium() = 0;
 };
 
-/// The library beside a slow model of its rules.
+/// The library compared with a slow model of its rules.
 struct Comparison {
     std::function<std::unique_ptr<Subject>()> library;
     std::function<std::unique_ptr<Subject>()> rules;

@@ -230,7 +230,7 @@ private:
     Medium images;
 };
 
-/// Where the fields lie that the two kinds have at different places.
+/// Offsets of the fields that the two kinds have at different places.
 struct Kind {
     std::size_t positiveHyst;
     std::size_t negativeHyst;
@@ -354,8 +354,8 @@ private:
         image[4] = static_cast<unsigned char>(kind.fixedSize() + string.size() - 5);
     }
 
-    /// Bytes of the image from a place on, and zeroes where it has none, in a buffer with that
-    /// much room. One that is too small takes what fits, or nothing.
+    /// Bytes of the image from a place on, and zeroes where it has none, in a buffer with that much
+    /// room. A buffer that is too small gets what fits, or nothing.
     static std::string taken(const Bytes& image, std::size_t from, std::size_t count,
                              std::size_t room, bool asMuchAsFits)
     {

@@ -308,7 +308,7 @@ private:
         bool isFolder = false;
         Bytes bytes;
     };
-    /// A failure of the system below a file, with the codes that the host gives it.
+    /// A failure of a system call on a file, with the host's codes for it.
     struct FileFailure {
         int error;
     };
@@ -673,7 +673,7 @@ private:
     Medium all;
 };
 
-/// An entry for number n, in one of ten cases one that says something else somewhere.
+/// An entry for number n, in one of ten cases with a different value somewhere.
 Bytes anyEntry(Random& random, unsigned int n)
 {
     Entry entry;
@@ -681,7 +681,7 @@ Bytes anyEntry(Random& random, unsigned int n)
     entry.bytes[0] = static_cast<unsigned char>(random.oneIn(10) ? random.byte() : random.below(2));
     entry.bytes[2] = static_cast<unsigned char>(random.oneIn(10) ? random.byte() : random.below(2));
     entry.bytes[3] = static_cast<unsigned char>(random.oneIn(10) ? random.byte() : n);
-    // Areas that lie on the EEPROM, mostly small ones, after the index or on it.
+    // Areas inside the EEPROM, mostly small ones, after the index or on it.
     entry.bytes[4] &= 0x7F;
     entry.bytes[6] = static_cast<unsigned char>(random.oneIn(20) ? random.below(0x80) : 0);
     entry.bytes[7] &= random.oneIn(4) ? 0xFF : 0x0F;

@@ -99,7 +99,7 @@ int __wrap_remove(const char* path)
     return __real_remove(path);
 }
 
-/// Thousands of syncs of a whole machine would say nothing more.
+/// Thousands of syncs of a whole machine would show nothing more.
 void __wrap_sync()
 {
     storeCalls().note("sync");

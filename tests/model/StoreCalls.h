@@ -13,11 +13,11 @@ namespace testing_support {
 /// counts.
 struct StoreCalls {
     Lines log;
-    /// What commands answer without running; 0 lets them copy.
+    /// The result of commands, without running them; 0 lets them copy.
     int commandStatus = 0;
     /// Whether commands run in a real shell, which is slow. Otherwise they are carried out here.
     bool realShell = false;
-    /// A bit for each operation of the message files that answers false.
+    /// A bit for each operation of the message files that returns false.
     unsigned int failingMessageFiles = 0;
 
     /// The root is left out of what is noted.

@@ -251,7 +251,7 @@ TEST(BMCSELEntryMessage, RecordAloneWhileABlockIsHeldCompletesTheTrailer)
     auto message = fromBytes<BMCSELEntryMessage>(RECORD + BLOCK + Bytes({0xA0, 0xA1, 0xA2}));
     ASSERT_EQ(message.getSerializedSize(), 133U);
     ASSERT_TRUE(load(message, part(COMPLETE, 0, 18)));
-    // Bytes of the trailer that no image gave are those held, here zero.
+    // Bytes of the trailer that no image contained keep their value, here zero.
     EXPECT_EQ(imageOf(message), RECORD + BLOCK + Bytes({0xA0, 0xA1, 0xA2, 0, 0, 0, 0, 0}));
     BMCSELEntryMessage fresh;
     ASSERT_TRUE(load(fresh, RECORD));
@@ -283,7 +283,7 @@ TEST(BMCSELEntryMessage, PartNumberOfAShortBlockIsStoredAndNotHeld)
     auto message = fromBytes<BMCSELEntryMessage>(RECORD + part(BLOCK, 0, 80));
     std::string number = "PART-NUMBER-5678";
     message.setPartNo(number);
-    // The field reaches beyond the 80 bytes held: only its beginning is in the image.
+    // The field extends beyond the 80 bytes present: only its beginning is in the image.
     EXPECT_EQ(imageOf(message),
               RECORD + part(BLOCK, 0, 71) + Bytes({0xD2}) + textBytes("PART-NUM"));
     EXPECT_EQ(thrownBy([&] { message.getPartNo(); }),

@@ -17,7 +17,7 @@ namespace {
 const Bytes RECORD = sequence(18, 1);
 const Bytes EXTENDED = sequence(56, 0x80);
 
-/// The block that EXTENDED gives: count, event data, zeroes, the rest of the OEM data.
+/// The block made from EXTENDED: count, event data, zeroes, the rest of the OEM data.
 const Bytes BLOCK = Bytes({13}) + part(EXTENDED, 0, 13) + Bytes(55, 0) + part(EXTENDED, 13, 43);
 
 std::string lengthError(int held, int needed)
@@ -26,7 +26,7 @@ std::string lengthError(int held, int needed)
            std::to_string(needed) + ")";
 }
 
-/// An entry with that many block bytes, the given ones laid over zeroes from `at` on.
+/// An entry with that many block bytes, zero except for the given ones from `at` on.
 BMCSELEntry withBlock(std::size_t length, std::size_t at, const Bytes& bytes)
 {
     Bytes block(112, 0);
@@ -34,7 +34,7 @@ BMCSELEntry withBlock(std::size_t length, std::size_t at, const Bytes& bytes)
     return fromBytes<BMCSELEntry>(RECORD + part(block, 0, length));
 }
 
-/// An OEM entry that gives no image.
+/// An OEM entry without an image.
 class Mute : public OEMSELEntry {
 public:
     unsigned int getSerialized(unsigned char*, unsigned int) const override { return 0; }

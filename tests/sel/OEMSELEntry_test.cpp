@@ -23,7 +23,7 @@ std::string lengthError(int held, int needed)
            std::to_string(needed) + ")";
 }
 
-/// An entry with that many extended bytes, the given ones laid over zeroes from `at` on.
+/// An entry with that many extended bytes, zero except for the given ones from `at` on.
 OEMSELEntry withExtended(std::size_t length, std::size_t at, const Bytes& bytes)
 {
     Bytes extended(56, 0);
@@ -210,7 +210,7 @@ TEST(OEMSELEntry, SerialNumberNeedsOnlyFortyFiveBytes)
     const Bytes field = Bytes({0xCC}) + textBytes("0123456789AB");
     auto entry = withExtended(56, 34, field);
     EXPECT_TRUE(load(entry, RECORD + Bytes(34, 0) + Bytes({0xCC}) + textBytes("abcdefghij")));
-    // The last two characters are those held before.
+    // The last two characters keep their earlier values.
     EXPECT_EQ(entry.getSerialNo(), "abcdefghijAB");
 
     auto shorter = withExtended(44, 34, part(field, 0, 10));

@@ -285,7 +285,7 @@ TEST_F(StoreRead, IdFFFFIsSearchedLikeAnyOther)
     writeFile(working(), fileOf(3, 10));
     EXPECT_EQ(store.readRecord(SB, 0xFFFF, out), 4U);
     EXPECT_EQ(imageOf(out), UNTOUCHED);
-    // Where the range takes it in, the first slot with that id is an empty one.
+    // If the range includes it, the first slot with that id is an empty one.
     writeFile(working(), fileOf(5, 65533));
     EXPECT_EQ(store.readRecord(SB, 0xFFFF, out), 0U);
     EXPECT_EQ(imageOf(out), Bytes(138, 0xFF));
@@ -297,7 +297,7 @@ TEST_F(StoreRead, ClearedRotatedFilesHaveIdFFFFAndNoOther)
     EXPECT_EQ(store.readRecord(SB, 0xFFFF, out), 1U); // the working file is empty
     EXPECT_EQ(store.readRecord(SB, 5, out), 1U);
     writeFile(working(), fileOf(3, 10));
-    EXPECT_EQ(store.readRecord(SB, 5, out), 15U); // all seven files are looked at
+    EXPECT_EQ(store.readRecord(SB, 5, out), 15U); // all seven files are examined
     EXPECT_EQ(imageOf(out), UNTOUCHED);
     EXPECT_EQ(store.readRecord(SB, 0xFFFF, out), 0U);
     EXPECT_EQ(imageOf(out), Bytes(138, 0xFF));
@@ -439,7 +439,7 @@ TEST_F(StoreLast, FallsBackToTheNewestRotatedFileWhereTheWorkingFileGivesNothing
         EXPECT_EQ(store.readLastRecord(SB, out), 1);
         EXPECT_EQ(imageOf(out), slotOf(501));
     }
-    // No further: the second rotated file is not asked.
+    // No further: the second rotated file is not searched.
     writeFile(kept(1), fileOf(0));
     EXPECT_EQ(store.readLastRecord(SB, out), 0);
 }

@@ -203,7 +203,7 @@ TEST_F(StoreShift, AnswerThatNobodyTookIsTheNextRequest)
     EXPECT_EQ(readFile(kept(1)), fileOf(800, 900));
     EXPECT_EQ(readFile(kept(2)), fileOf(800));
     EXPECT_EQ(readFile(working()), EMPTY_FILE);
-    // Who takes the answer away has asked for nothing.
+    // Removing the answer is not a request.
     std::filesystem::remove(shiftRequest());
     EXPECT_EQ(store.shiftSelFile(SB, false), -1);
     EXPECT_EQ(keptNames(), Lines({"sb1_bmc_sel1", "sb1_bmc_sel2"}));

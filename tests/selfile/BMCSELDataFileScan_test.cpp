@@ -155,7 +155,7 @@ TEST_F(StoreScan, SearchInAPipeFailsToPosition)
     EXPECT_EQ(store.searchRecord(working(), 2, found, addr), 8U);
     EXPECT_EQ(addr, 138U);
     EXPECT_EQ(trace.take(), Lines({line("lseek failed: errno 29")}));
-    // The first slot was taken from the pipe, the second one is still there.
+    // The first slot was read from the pipe, the second one is still there.
     EXPECT_EQ(store.searchRecord(working(), 2, found, addr), 0U);
     EXPECT_EQ(addr, 0U);
     ::close(fd);

@@ -68,7 +68,7 @@ protected:
         return isTold;
     }
 
-    /// Appends this writer's records; the number of those that were answered with 1.
+    /// Appends this writer's records; the number of those for which writeRecord returned 1.
     static unsigned int append(unsigned int writer)
     {
         BMCSELDataFile own;
@@ -128,7 +128,7 @@ bool exitedWith(pid_t child, int status)
 
 TEST_F(StoreConcurrency, WriterFindsTheTailAgainUnderTheLock)
 {
-    // The slot that the writer found is taken by another record while it waits.
+    // The slot that the writer found is filled with another record while it waits.
     const Bytes other = slotOf(2);
     if (!writeWhile([&other](TAVLib::LockedFile& file) {
             file.lseek(700 * SLOT, SEEK_SET);

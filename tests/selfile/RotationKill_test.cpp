@@ -45,7 +45,7 @@ protected:
         return run(words);
     }
 
-    /// How often the chain holds each id.
+    /// How often the chain contains each id.
     static std::map<unsigned int, int> idsInChain()
     {
         std::map<unsigned int, int> ids;
@@ -107,7 +107,7 @@ TEST_P(RotationKill, LosesNoEventAtAnyStep)
         EXPECT_TRUE(SELStoreCheck(SB).isSound());
         expectNothingLost();
 
-        // A log that is still full takes the rotation that was cut off anew.
+        // A log that is still full is rotated again after the interrupted rotation.
         if (store.fullEntryCheck(SB) == BMCSELDataFile::FILE_FULL) {
             ASSERT_EQ(store.shiftSelFile(SB, true), 0);
             expectNothingLost();
@@ -121,7 +121,7 @@ TEST_P(RotationKill, EveryRenameIsOnTheMediumBeforeTheNext)
 {
     fill();
     std::string steps = rotateAndDieAt(0).out;
-    steps = steps.substr(steps.find(" copy\n")); // behind the message files
+    steps = steps.substr(steps.find(" copy\n")); // after the message files
     std::string order;
     std::istringstream lines(steps);
     for (std::string name; lines >> name;) {
@@ -139,7 +139,7 @@ TEST_P(RotationKill, WithoutRecoveryTheNextRotationWouldDeleteEvents)
     fill();
     const Outcome whole = rotateAndDieAt(0);
     const std::string marker = " rename\n";
-    // The first rename of the chain comes behind those of the message files.
+    // The first rename of the chain comes after those of the message files.
     const std::size_t copy = whole.out.find(" copy\n");
     ASSERT_NE(copy, std::string::npos);
     const std::size_t at = whole.out.find(marker, copy);
@@ -159,7 +159,7 @@ class RecoverSteps : public StoreTest {};
 
 TEST_F(RecoverSteps, EveryRenameIsOnTheMediumBeforeTheNext)
 {
-    // A rotation that was cut off before its last two renames, and a gap above.
+    // A rotation that was interrupted before its last two renames, and a gap above.
     writeFile(working(), fileOf(0));
     writeFile(kept(0), fileOf(800, 3000));
     writeFile(kept(1), fileOf(800, 2000));

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/selfile/SELChainReader.h>
 
+#include <fcntl.h>
 #include <filesystem>
+#include <unistd.h>
 
 #include "StoreFixture.h"
 #include "recordkit/selfile/SELFileScan.h"
@@ -213,6 +215,23 @@ TEST_F(ChainReader, JudgesEveryFileAsTheStoreDoes)
         SELFileScan::Buffer buffer;
         EXPECT_EQ(SELFileScan(kept(4), buffer).getCode(), store.getTailAddrEx(SB, 4, addr, 1))
             << file.size();
+    }
+}
+
+TEST_F(ChainReader, ScanClosesItsFileEvenAsDescriptorZero)
+{
+    writeFile(kept(4), fileOf(1));
+    const int input = ::dup(STDIN_FILENO);
+    ::close(STDIN_FILENO);
+    {
+        SELFileScan::Buffer buffer;
+        const SELFileScan scan(kept(4), buffer);
+        EXPECT_NE(::fcntl(STDIN_FILENO, F_GETFD), -1);
+    }
+    EXPECT_EQ(::fcntl(STDIN_FILENO, F_GETFD), -1);
+    if (input != -1) {
+        ::dup2(input, STDIN_FILENO);
+        ::close(input);
     }
 }
 

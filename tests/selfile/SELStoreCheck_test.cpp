@@ -135,7 +135,7 @@ TEST_F(StoreCheckTest, LeftOverOfOneEventIsFound)
 
 TEST_F(StoreCheckTest, LeftOverIsToldByItsEventsAndNotByTheirNumber)
 {
-    // The rotation was cut off, and as many or more events came after it.
+    // The rotation was interrupted, and as many or more events came after it.
     writeFile(kept(0), fileOf(5));
     for (const std::size_t count : {5U, 6U, 799U}) {
         writeFile(working(), fileOf(count, 900));
@@ -292,8 +292,8 @@ TEST_F(StoreCheckTest, ShiftRequestIsANoteOnly)
                      " holds the result -1 of an earlier rotation that nobody took: the "
                      "next rotation takes it for a request"}));
     EXPECT_TRUE(SELStoreCheck(SB).isSound());
-    for (const char* const result : {"0", "9"}) {
-        writeFile(shiftRequest(), std::string(result) + std::string(15, '\0'));
+    for (const char* const result : {"0", "9", "1x"}) {
+        writeFile(shiftRequest(), textBytes(result) + Bytes(16 - std::string(result).size(), 0));
         ASSERT_EQ(findings().size(), 1U);
         EXPECT_NE(findings()[0].find(std::string(" holds the result ") + result + " of"),
                   std::string::npos);
@@ -301,7 +301,7 @@ TEST_F(StoreCheckTest, ShiftRequestIsANoteOnly)
     // Empty, one byte more or less than an answer, or as long and not a number.
     for (const std::string& content :
          {std::string(), std::string(17, '0'), std::string(15, '0'), std::string(16, '/'),
-          std::string(16, ':'), std::string(16, '\0')}) {
+          std::string(16, ':'), std::string(16, '\0'), std::string("x") + std::string(15, '0')}) {
         writeFile(shiftRequest(), content);
         EXPECT_EQ(findings(), Lines({"note: " + shiftRequest() +
                                      " is there: a rotation was requested and has not run"}));

@@ -17,7 +17,7 @@ constexpr std::size_t FULL_FILE = 110400;
 
 using Message = TAVLib::RecordKit::BMCSELEntryMessage;
 
-/// A slot that holds a record with this id; its other bytes depend on id and filler.
+/// A slot with a record with this id; its other bytes depend on id and filler.
 inline Bytes slotOf(unsigned int id, unsigned char filler = 0x40)
 {
     Bytes slot = sequence(SLOT, filler + id);
@@ -26,7 +26,8 @@ inline Bytes slotOf(unsigned int id, unsigned char filler = 0x40)
     return slot;
 }
 
-/// A file whose slots hold `count` records with ids from `firstId` on; the other slots are empty.
+/// A file whose slots contain `count` records with ids from `firstId` on; the other slots are
+/// empty.
 inline Bytes fileOf(std::size_t count, unsigned int firstId = 1)
 {
     Bytes file(FULL_FILE, 0xFF);

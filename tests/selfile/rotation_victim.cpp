@@ -79,7 +79,7 @@ int __wrap_system(const char* command)
 
 void __wrap_sync()
 {
-    // Only what is on the way to the medium differs behind it; a test need not wait for disks.
+    // Only what is on the way to the medium differs after it; a test need not wait for disks.
     step("sync");
 }
 

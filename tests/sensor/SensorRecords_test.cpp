@@ -47,7 +47,7 @@ protected:
 using Records = testing::Types<FullSensorRecord, CompactSensorRecord>;
 TYPED_TEST_SUITE(SensorRecord, Records, );
 
-/// One setter, called with a value, and the getter behind it.
+/// One setter, called with a value, and the matching getter.
 template <typename Record> struct ByteField {
     unsigned char (Record::*get)() const;
     void (Record::*set)(unsigned char);
@@ -195,7 +195,7 @@ TYPED_TEST(SensorRecord, EveryStringLengthIsTakenWhole)
         }
         ASSERT_TRUE(load(record, bytes));
         EXPECT_EQ(imageOf(record), bytes);
-        // Bytes behind the string are ignored.
+        // Bytes after the string are ignored.
         ASSERT_TRUE(load(record, bytes + Bytes({0xEE, 0xEE})));
         EXPECT_EQ(imageOf(record), bytes);
         EXPECT_EQ(record.getCurrentRecordLength(), this->FIXED + length - 5);
@@ -259,7 +259,7 @@ TYPED_TEST(SensorRecord, StringIsSetWithItsLengthAndTheRecordLength)
     const Bytes storage = this->storage(record);
     EXPECT_EQ(*record.getIDStringStructConst(), 0xE4); // bit 5 stays
     EXPECT_EQ(record.getRecordLength(), this->FIXED + 4 - 5);
-    // What is behind the new string stays too.
+    // The bytes after the new string stay too.
     EXPECT_EQ(part(storage, this->FIXED, 16), textBytes("ABCD") + Bytes(12, 0x77));
     EXPECT_EQ(record.getIDStringType(), 3);
     record.setIDStringBytes(textBytes("0123456789ABCDEF").data(), 16, 2);

@@ -113,7 +113,7 @@ TEST_F(SeverityMapTest, HasFortyTwoPairs)
         pairs.insert(row.evtReadType << 8 | row.sensorType);
     }
     EXPECT_EQ(pairs.size(), 42U);
-    // Every pair of codes is in the table or unknown: an unknown one leaves its outputs alone.
+    // Every pair of codes is in the table or unknown: an unknown one leaves its outputs unchanged.
     for (int evtReadType = 0; evtReadType < 0x100; ++evtReadType) {
         for (int sensorType = 0; sensorType < 0x100; ++sensorType) {
             unsigned short alarm = 0x5555;

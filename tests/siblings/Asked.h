@@ -10,7 +10,7 @@ namespace testing_support {
 /// What the siblings of this test program were asked, in order: "getSBBoardType 3 3".
 extern std::vector<std::string> asked;
 
-/// What the tables of this test program answer.
+/// What the tables of this test program return.
 struct CsvAnswers {
     bool isFault = false;
     std::string record; ///< empty: none is found

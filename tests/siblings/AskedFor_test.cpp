@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the library asks its siblings, where the answer does not tell.
+// What the library asks its siblings, where the answer does not show it.
 #include <recordkit/util/Util.h>
 
 #include "Asked.h"

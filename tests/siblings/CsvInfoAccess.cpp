@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Tables that note what they are asked and answer what a test says.
+// Tables that record what they are asked and return what a test sets.
 #include <recordkit/platform/CsvInfoAccess.h>
 
 #include "Asked.h"

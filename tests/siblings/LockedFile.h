@@ -12,7 +12,7 @@ namespace testing_support {
 struct LockedFileAnswers {
     std::function<void()> beforeOpen; ///< another process's turn, or a failure
     long placesOff = 0;               ///< added to each place that lseek reports
-    unsigned int bytesLess = 0;       ///< less than asked for, for each read and write
+    unsigned int bytesLess = 0;       ///< less than requested, for each read and write
     std::vector<long> truncations;    ///< lengths that files were cut to
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A machine of four boards that notes what type it is asked for.
+// A machine of four boards that records which type it is asked for.
 #include <recordkit/platform/CommonUtil.h>
 
 #include "Asked.h"

@@ -43,7 +43,7 @@ constexpr std::size_t FULL_CHAIN = std::size_t{Layout::OLDEST_FILE} * Layout::SL
 
 /// What the processes share: each worker's events are numbered from 0 on.
 struct Shared {
-    std::atomic<unsigned int> acknowledged[WORKERS]; ///< all below it were answered with 1
+    std::atomic<unsigned int> acknowledged[WORKERS]; ///< for all below it writeRecord returned 1
     std::atomic<unsigned int> tried[WORKERS];
     std::atomic<unsigned int> inMaintenance; ///< processes that rotate or back up
     std::atomic<unsigned int> rotations;
@@ -84,7 +84,8 @@ BMCSELEntryMessage eventOf(unsigned int number)
     return message;
 }
 
-/// The caller's part of the contract: rotations and backups do not run beside writes to a board.
+/// The caller's part of the contract: rotations and backups do not run concurrently with writes to
+/// a board.
 class BoardLock {
 public:
     BoardLock(const std::string& folder, unsigned int board, int kind)

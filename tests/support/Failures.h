@@ -19,7 +19,7 @@ std::string describe(const TAVLib::PException& e);
 /// What `action` throws, described; "nothing" when it throws nothing.
 std::string thrownBy(const std::function<void()>& action);
 
-/// What a device throws that has exceptions of its own: it passes the library as it is.
+/// An exception type of a device's own: it passes through the library unchanged.
 struct OtherFailure {};
 
 /// Collects the trace lines of its lifetime, each as "1:83:0x0900 level 0: text".

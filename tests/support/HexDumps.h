@@ -44,7 +44,7 @@ inline std::string xxd(const Bytes& image)
     return text;
 }
 
-/// With a line that stands for those like the one before.
+/// With one line in place of repeated lines.
 inline std::string hexdump(const Bytes& image)
 {
     std::string text;

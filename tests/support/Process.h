@@ -19,7 +19,7 @@ using Arguments = std::vector<std::string>;
 /// Becomes a program; for children of the tests.
 [[noreturn]] void execute(const Arguments& arguments, const Arguments& extraEnvironment = {});
 
-/// Runs a program to its end. `extraEnvironment` holds NAME=value entries.
+/// Runs a program to its end. `extraEnvironment` contains NAME=value entries.
 Outcome run(const Arguments& arguments, const std::string& input = "",
             const Arguments& extraEnvironment = {});
 

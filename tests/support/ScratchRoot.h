@@ -29,7 +29,7 @@ bool fileExists(const std::string& path);
 Bytes readFile(const std::string& path);
 void writeFile(const std::string& path, const Bytes& bytes);
 void writeFile(const std::string& path, const std::string& text);
-/// Overwrites bytes of a file where they lie.
+/// Overwrites bytes of a file in place.
 void patchFile(const std::string& path, long offset, const Bytes& bytes);
 /// Names in a folder, sorted.
 std::vector<std::string> listFolder(const std::string& path);

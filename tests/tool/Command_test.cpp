@@ -119,7 +119,7 @@ protected:
 
 using Ids = std::vector<int>;
 
-/// Runs a program with a terminal for its streams; false when there is none to be had.
+/// Runs a program with a terminal for its streams; false if none is available.
 bool runOnTerminal(const Arguments& words, const Arguments& environment, std::string& shown)
 {
     int terminal = -1;
@@ -724,7 +724,7 @@ TEST_F(Command, CheckNamesWhatIsWrongAndRecovers)
     fill(5);
     ASSERT_EQ(sel({"backup", "--board", "1"}).status, 0);
     EXPECT_EQ(sel({"check"}).status, 0);
-    writeFile(working(1), Bytes(FULL_FILE, 0xFF)); // as a rotation that was cut off leaves it
+    writeFile(working(1), Bytes(FULL_FILE, 0xFF)); // as an interrupted rotation leaves it
     const Outcome checked = sel({"check", "--board", "1"});
     EXPECT_EQ(checked.status, 1);
     EXPECT_NE(checked.out.find("holds 5 events that the working file does not"), std::string::npos);

@@ -25,7 +25,7 @@ using namespace testing_support;
 
 namespace {
 
-/// Two images that differ, and from which length on the second one is taken.
+/// Two images that differ, and the length from which on the second one is accepted.
 struct Sample {
     Bytes first;
     Bytes second;
@@ -154,7 +154,7 @@ TEST_P(EveryClass, TakesWhatIsLongEnoughAndRefusesTheRest)
         const bool isTaken = length >= sample.least && length <= sample.most;
         EXPECT_EQ(take(*object, image), isTaken) << length;
         if (isTaken && length >= size) {
-            // What lies behind is ignored.
+            // Bytes after it are ignored.
             const std::size_t kept =
                 sample.isCutAtWill && object->getSerializedSize() > size ? length : size;
             EXPECT_EQ(imageOf(*object), part(image, 0, kept)) << length;
@@ -193,7 +193,7 @@ TEST_P(EveryClass, DecodesEachByteThatItReads)
     for (const DecodedField& field : fields) {
         EXPECT_TRUE(names.insert(field.name).second) << field.name << " is there twice";
     }
-    // A field is changed by its own bytes alone.
+    // Only its own bytes change a field.
     for (std::size_t byte = 0; byte < image.size(); ++byte) {
         Bytes changed = image;
         changed[byte] ^= 0xFF;
@@ -228,7 +228,7 @@ INSTANTIATE_TEST_SUITE_P(Classes, EveryClass, testing::ValuesIn(classesWithObjec
 
 TEST(RecordClasses, HoldEveryClassOfTheHeaders)
 {
-    // Bases that hold no image of their own kind.
+    // Bases without an image of their own kind.
     const std::set<std::string> bases = {"SerializableObject", "FixedSizeSerializableObject",
                                          "SlotBoardInfo",      "DeviceIDResponse",
                                          "RecordHeader",       "RecordSensorCommon"};

@@ -312,7 +312,7 @@ TEST(FruEdit, GrowingIsRefusedWhereThereIsNoRoom)
 {
     const std::vector<FruEdit> large = {{"board.serial", std::string(60, 'x')}};
     EXPECT_EQ(refusal(IMAGE, large, true), "1: the areas would take 152 bytes, the image has 112");
-    // Bytes of nobody that hold something are not written over.
+    // Bytes outside all areas that are not blank are not overwritten.
     Bytes occupied = IMAGE;
     occupied[111] = 1;
     EXPECT_EQ(

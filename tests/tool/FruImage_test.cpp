@@ -132,7 +132,7 @@ TEST(FruImage, TextOfOtherLanguagesHas16BitCharacters)
     EXPECT_EQ(manufacturer(58, {0xC4, 0x3D, 0xD8, 0x00, 0xDE}), "\xF0\x9F\x98\x80");
     EXPECT_EQ(manufacturer(58, {0xC4, 0x3D, 0xD8, 'a', 0}), "\xEF\xBF\xBD"
                                                             "a");
-    // An odd number of bytes is no 16-bit text.
+    // An odd number of bytes is not 16-bit text.
     EXPECT_EQ(manufacturer(58, {0xC3, 'a', 'b', 'c'}), "abc");
 }
 
@@ -221,7 +221,7 @@ TEST(FruImage, DamagedHeadersAreProblems)
     EXPECT_EQ(problemsOf(Bytes(256, 0)),
               Lines({"no FRU image: format version 00h at offset 0, expected 01h"}));
     EXPECT_FALSE(parse(Bytes(256, 0)).isFru);
-    // The areas are there all the same.
+    // The areas are returned anyway.
     Bytes wrong = BOARD_IMAGE;
     wrong[7] = 0x42;
     EXPECT_EQ(problemsOf(wrong), Lines({"common header: checksum 42h at offset 7, expected FEh"}));
@@ -282,7 +282,7 @@ TEST(FruImage, OverlapsAreProblems)
     // An area of unknown size may begin in another one.
     EXPECT_EQ(problemsOf(header({0, 5, 1, 0, 0}) + BOARD).back(),
               "board (8 to 47) holds the offset 40 of chassis");
-    // Side by side is no overlap.
+    // Adjacent areas do not overlap.
     EXPECT_EQ(problemsOf(header({0, 6, 1, 0, 0}) + BOARD + areaOf(8, {0x17, 0xC0, 0xC0, 0xC1})),
               Lines());
 }

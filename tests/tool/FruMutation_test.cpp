@@ -39,7 +39,7 @@ unsigned char sumTo(const Bytes& bytes, std::size_t from, std::size_t size)
     return sum;
 }
 
-/// Makes checksums right again, so that what is behind them is reached.
+/// Repairs checksums, so that the code after their check is reached.
 void repair(Bytes& bytes)
 {
     if (bytes.size() < 8) {
@@ -95,7 +95,7 @@ Bytes mutated(Random& random, Bytes bytes)
     return bytes;
 }
 
-/// Standard output and standard error go nowhere for its lifetime.
+/// Discards standard output and standard error for its lifetime.
 class Silence {
 public:
     Silence()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Every FRU image of the samples against what two independent decoders said of it: each field that
+// Every FRU image of the samples against the output of two independent decoders: each field that
 // they name has the same value here.
 #include <ctime>
 #include <filesystem>
@@ -108,7 +108,7 @@ const Names FREEIPMI_NAMES = {
     {"FRU FRU File ID", "file-id"}, // of the area that is just printed
 };
 
-/// Lines "   Name   : value"; the value starts one blank behind the colon.
+/// Lines " Name : value"; the value starts one blank after the colon.
 Fields fieldsOf(const std::string& answer, const Names& names)
 {
     Fields fields;
@@ -147,7 +147,7 @@ std::vector<Ours> oursOf(const FruImage& image)
     return all;
 }
 
-/// A date in words; the decoders know nothing of the roll-over.
+/// A date as text; the decoders do not know about the roll-over.
 std::string asDate(const MfgDate& date, const char* format)
 {
     constexpr std::time_t START_OF_1996 = 820454400;
@@ -251,7 +251,7 @@ void compare(const std::string& sample, const Fields& theirs, const std::vector<
             continue;
         }
         at = found + 1;
-        // ipmi-fru takes BCD plus as one digit a byte.
+        // ipmi-fru reads BCD plus as one digit per byte.
         if (print != asFreeipmi || !isBcdPlus(*ours[found].field)) {
             EXPECT_EQ(toUtf8(value), print(*ours[found].field)) << name;
         }

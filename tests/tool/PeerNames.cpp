@@ -96,7 +96,7 @@ constexpr Alias EVENTS[] = {
 };
 // clang-format on
 
-/// Letters and digits alone, in lower case: the rest is a matter of style.
+/// Only letters and digits, in lower case: the rest is a matter of style.
 std::string essence(const std::string& text)
 {
     std::string result;
@@ -138,7 +138,7 @@ bool isSameEvent(const std::string& peerWords, unsigned char eventType, unsigned
     }
     constexpr unsigned char FIRMWARE_SENSOR = 0x0F;
     if (sensorType == FIRMWARE_SENSOR) {
-        // It shows event data 2 in the place of the event; ours stands behind a colon.
+        // It shows event data 2 in place of the event; ours follows a colon.
         return isSame(FIRMWARE_EVENTS, peerWords, ourWords.substr(0, ourWords.find(": ")));
     }
     return isSame(EVENTS, peerWords, ourWords);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Every record of the sample logs against what ipmitool said of it: id, time, sensor, direction
-// and event. The names differ; PeerNames says which of them mean the same.
+// Every record of the sample logs against ipmitool's output: id, time, sensor, direction and event.
+// The names differ; PeerNames says which of them mean the same.
 #include <cstdio>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -24,14 +24,14 @@ using namespace testing_support;
 
 namespace {
 
-/// A log with its answers: the verbose listing and the one line for each record.
+/// A log with ipmitool's output: the verbose listing and the one line for each record.
 struct Sample {
     std::string name;
     std::string log;
     std::string verbose;
     std::string lines;
     ImportFormat format;
-    /// The answers were made from a file in wire order, which ipmitool takes for its own order.
+    /// The answers were made from a file in wire order, which ipmitool mistakes for its own order.
     bool hasReversedManufacturers;
     std::size_t records;
 };

@@ -146,7 +146,7 @@ TEST(Sensor, TypeLengthByteOfFFIsBounded)
     } catch (const DataError& e) {
         EXPECT_STREQ(e.what(), "record at offset 0: 47 bytes, its id string is cut off");
     }
-    // And in records that are no sensors.
+    // And in records that are not sensors.
     Bytes locator(11, 0);
     locator[10] = 0xFF;
     const SdrFile other = parse(record(1, SDR_FRU_LOCATOR, locator + textBytes("abc")));
@@ -337,7 +337,7 @@ TEST_P(SdrPeers, RecordsAreThoseOfIpmitool)
         }
         ASSERT_LT(at, ours.size()) << line;
         const Sensor& sensor = ours[at++];
-        // It prints 6-bit and BCD plus names as they lie in the record.
+        // It prints the raw bytes of 6-bit and BCD plus names.
         const bool isText = std::all_of(columns[0].begin(), columns[0].end(), [](char each) {
             return static_cast<unsigned char>(each) >= 0x20 &&
                    static_cast<unsigned char>(each) < 0x7F;

@@ -75,7 +75,7 @@ TEST(Spd, CrcCoversWhatByteZeroSays)
     // The check value of this CRC over "123456789".
     EXPECT_EQ(spdCrc(ByteView(textBytes("123456789")).part(0, 9)), 0x31C3);
     Bytes image = module();
-    image[120] = 9; // behind the 117 bytes
+    image[120] = 9; // after the 117 bytes
     EXPECT_TRUE(parseSpd(image).isCrcRight());
     image[116] = 9;
     EXPECT_FALSE(parseSpd(image).isCrcRight());
@@ -255,7 +255,8 @@ TEST_P(SpdPeers, ModuleIsThatOfDecodeDimms)
         EXPECT_EQ(spd.serialNumber, 0U);
     }
     if (spd.hasManufacturerData && answer("Part Number") != "Undefined") {
-        // It cuts a part number at the first byte that is no ASCII character; one image has 88h.
+        // It cuts a part number at the first byte that is not an ASCII character; one image has
+        // 88h.
         const std::string ours = spd.partNumber.substr(0, spd.partNumber.find('\xC2'));
         EXPECT_EQ(withoutPadding(ours), withoutPadding(answer("Part Number")));
     }

@@ -110,7 +110,7 @@ public:
         return all;
     }
 
-    /// Where a block lies; 0 for one that the ROM does not have.
+    /// Offset of a block; 0 for one that the ROM does not have.
     unsigned int offsetOf(FRU_AREA area) { return fru.getAreaOffset(area); }
 
     unsigned int sizeOf(FRU_AREA area)
@@ -135,7 +135,7 @@ private:
     unsigned char board;
 };
 
-/// What is read, or null and the reason when it cannot be.
+/// The value that is read, or null and the reason why it cannot be read.
 Json valueOf(const Fact& fact, std::vector<std::string>& problems)
 {
     try {

@@ -11,7 +11,7 @@
 
 namespace recordkit::tool {
 
-/// What a value means; nullptr for fields that speak for themselves.
+/// The meaning of a value; nullptr for fields that need no explanation.
 using Meaning = std::string (*)(const Json& value);
 
 /// A row of a class's table: appends one field, or those of a list.
@@ -60,14 +60,14 @@ Row<Record> field(const std::string& name, Place place, Get get, Meaning meaning
     };
 }
 
-/// The rows of `rows` behind those of `first`.
+/// The rows of `first`, followed by those of `rows`.
 template <typename Record> Rows<Record> operator+(Rows<Record> first, const Rows<Record>& rows)
 {
     first.insert(first.end(), rows.begin(), rows.end());
     return first;
 }
 
-/// A class of the library by its table.
+/// A class of the library, described by its table.
 template <typename Record> RecordClass describe(const char* name, const char* sizes,
                                                 const char* description, const Rows<Record>& rows)
 {

@@ -35,7 +35,7 @@ DecodedFields decodeFru(const Image& bytes)
     return fields;
 }
 
-/// Fields of the blocks of a processor ROM, in image order, as they are stored.
+/// Fields of the blocks of a processor ROM, in image order, as stored.
 DecodedFields decodeRom(const Image& bytes)
 {
     ImageDevice device(std::string(bytes.begin(), bytes.end()));

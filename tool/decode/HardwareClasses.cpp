@@ -28,7 +28,7 @@ using namespace TAVLib::RecordKit;
 
 namespace {
 
-/// A byte of the image itself, for what has no accessor.
+/// A byte of the image itself, for fields without an accessor.
 template <typename Record> Row<Record> byteField(const char* name, unsigned int offset)
 {
     return field<Record>(name, {offset, 1}, [offset](Record& record) {

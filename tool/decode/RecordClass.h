@@ -15,25 +15,25 @@ namespace recordkit::tool {
 
 using Image = std::vector<unsigned char>;
 
-/// Where a field lies in an image.
+/// The place of a field in an image.
 struct Place {
     unsigned int offset = 0;
-    unsigned int width = 0; ///< bytes; 0 for what is not in the image itself
-    const char* bits = "";  ///< as "3" or "7..6", where it is not whole bytes
+    unsigned int width = 0; ///< bytes; 0 for a field that is not in the image itself
+    const char* bits = "";  ///< such as "3" or "7..6", if not whole bytes
 };
 
 struct DecodedField {
     std::string name;
     Place place;
     Json value;          ///< null for a field that this record does not carry
-    std::string meaning; ///< empty where there is nothing to say
+    std::string meaning; ///< empty if there is nothing to add
 };
 using DecodedFields = std::vector<DecodedField>;
 
-/// A class of the library that holds an image, as the decode command knows it.
+/// A class of the library that contains an image, as the decode command sees it.
 struct RecordClass {
     const char* name;
-    const char* sizes; ///< of its images, as "12" or "2 to 14"
+    const char* sizes; ///< of its images, such as "12" or "2 to 14"
     const char* description;
     /// An object without contents; nullptr for the classes of FRU images, which read a device.
     std::function<std::unique_ptr<TAVLib::SerializableObject>()> create;
@@ -44,7 +44,7 @@ struct RecordClass {
 /// All of them, by subsystem.
 const std::vector<RecordClass>& recordClasses();
 
-/// The class of that name, in any case; nullptr when there is none.
+/// The class with that name, in any case; nullptr if there is none.
 const RecordClass* findRecordClass(const std::string& name);
 
 }

@@ -37,7 +37,7 @@ std::string directionMeaning(const Json& isDeassertion)
     return isDeassertion.get<bool>() ? "deasserted" : "asserted";
 }
 
-/// Record bytes, low byte first; they lie one behind their IPMI number.
+/// Record bytes, low byte first; their offset is their IPMI number plus one.
 template <typename Entry>
 Row<Entry> recordBytes(const char* name, int first, unsigned int width, Meaning meaning = nullptr)
 {
@@ -94,11 +94,11 @@ template <typename Entry> Rows<Entry> selEntry()
         recordBytes<Entry>("event_data_3", SELEntry::EVENT_DATA_1 + 2, 1, hexMeaning),
         field<Entry>("record", {2, 16}, &Entry::printSELData),
     };
-    // The analyzer takes what std::function holds for lost.
+    // The analyzer believes that std::function leaks its target.
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
 }
 
-/// The extended fields, which lie elsewhere in each of the wider entries.
+/// The extended fields, which have different offsets in each of the wider entries.
 template <typename Entry>
 Rows<Entry> extended(unsigned int bitmask, unsigned int partNumber, unsigned int serialNumber)
 {

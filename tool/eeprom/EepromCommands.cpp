@@ -18,7 +18,7 @@ namespace {
 
 using Index = TAVLib::RecordKit::EFIBackupEEPROMIndex;
 
-/// Blank images of all EEPROMs; one that is there is never touched.
+/// Creates blank images of all EEPROMs; never touches an existing one.
 void create(const std::string& folder)
 {
     std::error_code error;
@@ -38,7 +38,8 @@ void create(const std::string& folder)
             throw systemError(path, "created", EEXIST);
         }
     }
-    // The index EEPROMs begin as zeroes, which are no valid entry and no owner; the others erased.
+    // The index EEPROMs start as zeroes, which are neither a valid entry nor an owner; the others
+    // start erased.
     for (const int eeprom : eeproms) {
         const char blank = eeprom <= Index::INDEX_EEPROM ? '\0' : '\xFF';
         writeOutput(fmt::format("{}/eeprom{}.bin", folder, eeprom),

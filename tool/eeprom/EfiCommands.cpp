@@ -52,7 +52,7 @@ unsigned int bankOf(const Options& options)
     return numberOf("BANK", options.bank, Index::BANKS - 1);
 }
 
-/// The record of the images, with its flags taken over for the queries.
+/// The record of the images, with its flags copied for the queries.
 Index readRecord(const Options& options)
 {
     auto device = options.images.open();
@@ -68,8 +68,8 @@ std::string serialOf(const Index& index)
     return std::string(first, first + Index::SERIAL_SIZE);
 }
 
-/// Opens the store for the system that its record names; throws when there is no such record.
-/// setIndexData would begin a new record, so the state alone is set.
+/// Opens the store for the system that its record names; throws if there is no such record.
+/// setIndexData would start a new record, so only the state is set.
 Index openStore(const Options& options)
 {
     Index index = readRecord(options);
@@ -136,7 +136,7 @@ void initialise(const Options& options)
                printable(options.serial));
 }
 
-/// Where a move of `length` bytes begins; it must lie on the EEPROM.
+/// Where a read or write of `length` bytes begins; it must be inside the EEPROM.
 unsigned int offsetOf(const Options& options, std::size_t length)
 {
     constexpr unsigned int SIZE = Index::BLOCKS * Index::BLOCK_SIZE;
@@ -204,7 +204,7 @@ void mark(const Options& options)
     fmt::print("EEPROM {}: block {} is to be erased\n", index.getAreaEEPROMID(p, b), n);
 }
 
-/// Erases EEPROMs side by side, and says which are done.
+/// Erases EEPROMs concurrently, and reports which are done.
 class Clearing {
 public:
     explicit Clearing(const Options& clearOptions) : options(clearOptions) {}
@@ -215,7 +215,7 @@ public:
         threads.emplace_back([this, p, b, blocks] { clear(p, b, blocks); });
     }
 
-    /// Throws what failed first.
+    /// Throws the first failure.
     void finish()
     {
         for (std::thread& thread : threads) {

@@ -21,8 +21,8 @@ private:
     std::string text = ".";
 };
 
-/// Runs an action on the EEPROM stores. What fails in it becomes a CommandError: data for what a
-/// store refuses, file for what cannot be read or written.
+/// Runs an action on the EEPROM stores. A failure becomes a CommandError: data if a store refuses,
+/// file if something cannot be read or written.
 void attempt(const std::function<void()>& action);
 
 }

@@ -56,7 +56,7 @@ std::vector<SettingEntry> readIndex(const Options& options)
     return parseSettingIndex(bytes);
 }
 
-/// The index file's entries; none when there is no such file.
+/// The index file's entries; none if the file does not exist.
 std::vector<SettingEntry> readIndexFile()
 {
     if (!std::filesystem::exists(indexFile())) {
@@ -66,7 +66,7 @@ std::vector<SettingEntry> readIndexFile()
     return parseSettingIndex(std::vector<unsigned char>(content.begin(), content.end()));
 }
 
-/// How an entry differs from the master copy, but for being in use.
+/// How an entry differs from the master copy, apart from being in use.
 std::string fileText(const SettingEntry& entry, const std::vector<SettingEntry>& file)
 {
     const auto at = static_cast<std::size_t>(entry.number);

@@ -9,10 +9,10 @@
 
 namespace recordkit::tool {
 
-/// The index of setting areas under stable names.
+/// The index of setting areas as JSON with stable names.
 Json toJson(const std::vector<inspect::SettingEntry>& entries);
 
-/// Makes an index from what toJson writes. Throws CommandError (data).
+/// Makes an index from the output of toJson. Throws CommandError (data).
 inspect::Bytes settingIndexFrom(const std::string& json);
 
 }

@@ -19,7 +19,7 @@ struct Options {
     bool ignoresChecksum = false;
 };
 
-/// The value alone, a line for each field; nothing is printed when one of them cannot be.
+/// Only the value, a line for each field; prints nothing if one of them cannot be printed.
 void get(const Options& options)
 {
     const FruImage image = parseFruImage(readInput(options.file), options.internal.get());

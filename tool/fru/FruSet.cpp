@@ -25,7 +25,7 @@ struct Options {
     bool isDryRun = false;
 };
 
-/// Writes the bytes that differ where they lie, one run of them after the other.
+/// Writes the bytes that differ in place, one run after another.
 void patch(const std::string& file, const std::string& before, const std::string& after)
 {
     TAVLib::host::FileFRURWif device(file, true);
@@ -44,7 +44,7 @@ void patch(const std::string& file, const std::string& before, const std::string
     }
 }
 
-/// Reads the file once more, through the library and whole, and compares.
+/// Reads the file again, through the library and as a whole, and compares.
 void checkWritten(const std::string& file, const FruEditResult& result)
 {
     const FruImage expected = parseFruImage(result.bytes);

@@ -11,7 +11,7 @@
 
 namespace recordkit::tool {
 
-/// The option --internal of a sub-command: how the internal use area is read.
+/// The option --internal of a sub-command: how the internal use area is decoded.
 class InternalOption {
 public:
     void addTo(CLI::App& command);

@@ -34,7 +34,7 @@ std::string roff(const std::string& text)
     return isRequest ? "\\&" + escaped : escaped;
 }
 
-/// The path of a command with blanks or dashes, as "recordkit sel list".
+/// The path of a command with blanks or dashes, such as "recordkit sel list".
 std::string pathOf(const CLI::App& app, char separator)
 {
     const CLI::App* const parent = app.get_parent();

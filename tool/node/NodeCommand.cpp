@@ -52,7 +52,7 @@ constexpr LogicalName LOGICAL_KINDS[] = {
     {IPMIClientCommand::NODE_LIOU, "LIOU"},
 };
 
-/// A unit, the logical unit it was asked for as, and what belongs to it.
+/// A unit, the logical unit under which it was requested, and its ids.
 struct Node {
     std::string logical; ///< "LIOU6", or empty
     Util::BoardType type = IPMIClientCommand::BOARD_SB;

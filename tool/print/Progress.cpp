@@ -8,7 +8,7 @@ namespace recordkit::tool {
 
 namespace {
 
-/// Shorter work is done before a bar could be read.
+/// Shorter work ends before a bar could be read.
 constexpr std::size_t WORTH_A_BAR = 2000;
 
 }

@@ -6,8 +6,8 @@
 
 namespace recordkit::tool {
 
-/// A progress bar on standard error, redrawn for each percent and erased at the end. Short work has
-/// none.
+/// A progress bar on standard error, redrawn for each percent and erased at the end. Short work
+/// shows no bar.
 class Progress {
 public:
     Progress(std::size_t count, bool isWanted);

@@ -12,10 +12,10 @@
 
 namespace recordkit::tool {
 
-/// How a cell stands out on a terminal.
+/// How a cell is highlighted on a terminal.
 enum class Style { PLAIN, GOOD, NOTICE, WARNING, ALARM, FATAL };
 
-/// How a severity stands out.
+/// How a severity is highlighted.
 Style styleOf(inspect::Severity severity);
 
 struct Cell {
@@ -28,7 +28,7 @@ struct Column {
     std::size_t width; ///< the last column of a table is not padded
 };
 
-/// Writes aligned lines; colour only when asked for.
+/// Writes aligned lines; in colour only if requested.
 class Table {
 public:
     Table(std::vector<Column> tableColumns, bool useColour);

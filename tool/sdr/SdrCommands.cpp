@@ -29,7 +29,7 @@ struct Options {
     bool isJson = false;
 };
 
-/// A repository with what is wrong in it.
+/// A repository and its problems.
 struct Repository {
     std::string name;
     SdrFile file;
@@ -60,7 +60,7 @@ Repository readRepository(const Options& options)
     return repository;
 }
 
-/// Says what is damaged, at the end of a listing.
+/// Reports damage at the end of a listing.
 void finish(const Repository& repository)
 {
     if (repository.problems.empty()) {

@@ -9,7 +9,7 @@
 
 namespace recordkit::tool {
 
-/// What a record says under stable names.
+/// The contents of a record as JSON with stable names.
 Json toJson(const inspect::Sensor& sensor);
 
 }

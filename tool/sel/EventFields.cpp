@@ -141,7 +141,8 @@ std::string generatorText(const Event& event)
                                           second & 3, second >> 4);
 }
 
-/// What event data 2 and 3 hold, by bits 7..6 and 5..4 of event data 1 (IPMI v2.0, table 29-6).
+/// The contents of event data 2 and 3, by bits 7..6 and 5..4 of event data 1 (IPMI v2.0, table
+/// 29-6).
 std::string dataText(const Event& event)
 {
     constexpr const char* THRESHOLD[] = {"unspecified", "reading", "OEM code", "sensor-specific"};
@@ -172,7 +173,7 @@ void describeSystemEvent(std::string& text, const Event& event)
     line(text, "event data", dataText(event));
 }
 
-/// A text of a record for a terminal: a control character in it must not reach that.
+/// A text of a record for a terminal: control characters in it must not reach the terminal.
 std::string orDash(const std::string& text)
 {
     std::string harmless = text;

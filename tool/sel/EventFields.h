@@ -10,7 +10,7 @@
 
 namespace recordkit::tool {
 
-/// Every field of an event on a line of its own, and a dump of its bytes field by field.
+/// Every field of an event on a line of its own, and a dump of its bytes, field by field.
 std::string describeEvent(const Event& event);
 
 }

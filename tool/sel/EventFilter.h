@@ -11,12 +11,12 @@
 
 namespace recordkit::tool {
 
-/// The options of `sel list` that choose events.
+/// The options of `sel list` that select events.
 class EventFilter {
 public:
     void addTo(CLI::App& command);
 
-    /// Makes sense of the options' texts; throws CommandError (usage).
+    /// Parses the options' texts; throws CommandError (usage).
     void prepare();
 
     bool accepts(const Event& event) const;

@@ -9,8 +9,8 @@
 
 namespace recordkit::tool {
 
-/// Every field of an event under its stable name; a field that a kind of record does not have is
-/// null. JSON, ndjson and CSV all come from here.
+/// Every field of an event under its stable name; a field that the kind of record does not have is
+/// null. JSON, ndjson and CSV are all made from this.
 Json toJson(const Event& event);
 
 }

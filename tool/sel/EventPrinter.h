@@ -14,12 +14,12 @@ namespace recordkit::tool {
 
 enum class EventFormat { TABLE, JSON, NDJSON, CSV };
 
-/// Writes events one after another in one of the formats; nothing is held back but the comma of
-/// a JSON array.
+/// Streams events in one of the formats; only a JSON array needs to remember whether a comma is
+/// due.
 class EventPrinter {
 public:
     virtual ~EventPrinter() = default;
-    /// What stands before the first event and behind the last one.
+    /// The output before the first event and after the last one.
     virtual std::string begin() = 0;
     virtual std::string end() = 0;
     /// Appends one event to `out`.
@@ -28,7 +28,7 @@ public:
 
 std::unique_ptr<EventPrinter> makeEventPrinter(EventFormat format, bool hasColour);
 
-/// The table of a listing, and the cells of an event's line in it.
+/// The table of a listing, and the cells of an event's line.
 Table eventTable(bool hasColour);
 std::vector<Cell> eventCells(const Event& event);
 

@@ -31,7 +31,7 @@ struct Options {
     OemFields fields;
 };
 
-/// Record ids that go on from the newest record of a board.
+/// Record ids that continue from the newest record of a board.
 class Numbering {
 public:
     explicit Numbering(unsigned char board)
@@ -41,7 +41,7 @@ public:
             last = recordIdOf(newest);
         }
     }
-    /// 0000h and FFFFh are no ids of records: IPMI asks by them for the first and the last one.
+    /// 0000h and FFFFh are not record ids: IPMI uses them to request the first and the last record.
     unsigned short next()
     {
         last = last >= Layout::EMPTY_RECORD_ID - 1 ? 1 : last + 1;
@@ -64,7 +64,7 @@ void checkField(const char* option, const std::string& text, std::size_t longest
     }
 }
 
-/// Checks what belongs to the OEM data and puts the partitions into their bitmask.
+/// Checks the values for the OEM data and puts the partitions into their bitmask.
 OemFields oemFields(const CLI::App& command, const Options& options, const Globals& globals)
 {
     OemFields fields = options.fields;
@@ -101,7 +101,8 @@ void refuseEmptyId(const std::string& name, const std::vector<ImportedEvent>& ev
     }
 }
 
-/// Stores one event, rotating a full file when that is wanted; false when it is full and not.
+/// Stores one event, rotating a full file if requested; false if the file is full and may not be
+/// rotated.
 bool store(unsigned char board, ImportedEvent& event, bool rotates, unsigned int& rotations)
 {
     BMCSELDataFile files;

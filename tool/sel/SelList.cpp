@@ -41,7 +41,7 @@ void write(const std::string& text)
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
-/// The chosen events of all boards that are new since the last call.
+/// Events of all boards that pass the filter and are new since the last call.
 class Listing {
 public:
     Listing(const std::vector<unsigned char>& boards, const EventFilter& eventFilter)
@@ -67,7 +67,7 @@ public:
         return chosen;
     }
 
-    /// What is wrong with the files read so far, each problem once.
+    /// Problems of the files read so far, each once.
     const std::set<std::string>& getProblems() const { return problems; }
 
 private:
@@ -103,7 +103,7 @@ void list(Options& options, const Globals& globals)
 {
     options.filter.prepare();
     const std::vector<unsigned char> boards = options.boards.get(globals);
-    // Watching begins before the first look, so that no event falls between the two.
+    // Start watching before the first read, so that no event is missed in between.
     const std::unique_ptr<WriteWatch> watch =
         options.follows ? std::make_unique<WriteWatch>(boards) : nullptr;
     const std::unique_ptr<EventPrinter> printer =

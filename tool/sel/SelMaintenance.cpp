@@ -44,8 +44,8 @@ void requireFile(const std::string& path, const char* action)
     }
 }
 
-/// Gives a board a working file. Unlike the firmware's start it never overwrites one: events may
-/// have been stored since the last backup.
+/// Creates a board's working file. Unlike the firmware at its start it never overwrites one: events
+/// may have been stored since the last backup.
 const char* initialise(unsigned char board)
 {
     const std::string path = workingFile(board);
@@ -79,7 +79,7 @@ void rotateBoard(unsigned char board)
     requireFile(workingFile(board), "rotate");
     unsigned long tail = 0;
     if (BMCSELDataFile().getTailAddr(board, tail) == BMCSELDataFile::SUCCESS && tail == 0) {
-        // It would become a file of the chain all the same, and could push the oldest one out.
+        // It would become a file of the chain anyway, and could push the oldest one out.
         throw dataError(workingFile(board) + " holds no event, there is nothing to rotate");
     }
     rotate(board);
@@ -96,7 +96,7 @@ void backup(unsigned char board)
     fmt::print("board {}: {} copied to {}\n", board, workingFile(board), backupFile(board));
 }
 
-/// Whether the backup has every event that the working file has.
+/// Whether the backup contains every event of the working file.
 bool isWorkingFileInBackup(unsigned char board)
 {
     const TAVLib::RecordKit::SELStoreCheck check(board);

@@ -23,7 +23,7 @@ struct Options {
     bool isJson = false;
 };
 
-/// The newest event that `matches` accepts; throws CommandError (data) when there is none.
+/// The newest event that `matches` accepts; throws CommandError (data) if there is none.
 template <typename Match>
 Event findEvent(unsigned char board, const std::string& wanted, const Match& matches)
 {

@@ -52,7 +52,7 @@ Status statusOf(unsigned char board)
     status.findings = static_cast<std::size_t>(
         std::count_if(check.getFindings().begin(), check.getFindings().end(),
                       [](const SELStoreCheck::Finding& finding) { return finding.isDamage; }));
-    // From the newest file to the oldest of the chain: the last one seen holds the oldest event.
+    // From the newest file to the oldest of the chain: the last one seen contains the oldest event.
     for (const SELStoreCheck::File& file : files) {
         const bool isBackup = file.index == 0 && file.kind == Layout::PERSISTENT;
         if (isBackup) {

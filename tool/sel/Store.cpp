@@ -15,7 +15,7 @@ using namespace TAVLib::RecordKit::SELFileLayout;
 
 namespace {
 
-/// Why a file cannot be opened for writing, in the words of the system; empty when it can.
+/// Why a file cannot be opened for writing, as the system's text; empty if it can.
 std::string writeProblem(const std::string& path)
 {
     try {

@@ -19,11 +19,11 @@ CommandError storeError(unsigned int code, const std::string& path);
 
 /// Makes sure that a board has a sound working file, creating or rewriting it as the store does.
 /// The code is SUCCESS or FILE_FULL; throws CommandError for any other, and for a file of another
-/// size that holds events, which the store would rewrite as empty.
+/// size that contains events, which the store would rewrite as empty.
 unsigned int prepareWorkingFile(unsigned char board);
 
-/// Throws CommandError (data) while the backup of a board holds events of a rotation that was cut
-/// off: what deletes or overwrites the backup would delete them.
+/// Throws CommandError (data) while the backup of a board contains events of an interrupted
+/// rotation: deleting or overwriting the backup would delete them.
 void refuseWhileCutOff(unsigned char board);
 
 /// Rotates a board's working file into the chain; throws CommandError.

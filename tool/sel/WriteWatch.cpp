@@ -18,7 +18,7 @@ WriteWatch::WriteWatch(const std::vector<unsigned char>& boards) : fd(::inotify_
     if (fd == -1) {
         throw systemError("the working files", "watched", errno);
     }
-    // The folders, not the files: a restore or a rotation puts a new file in an old one's place.
+    // Watch the folders, not the files: a restore or a rotation replaces files by new ones.
     for (const unsigned char board : boards) {
         const std::filesystem::path working = workingFile(board);
         const std::filesystem::path newest = BMCSELDataFile().getFileName(board, 1, 1);

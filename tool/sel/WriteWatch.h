@@ -10,13 +10,13 @@ namespace recordkit::tool {
 /// Waits for writes to the working files of some boards, and for the ends of rotations.
 class WriteWatch {
 public:
-    /// Begins to watch; throws CommandError (file).
+    /// Starts watching; throws CommandError (file).
     explicit WriteWatch(const std::vector<unsigned char>& boards);
     ~WriteWatch();
     WriteWatch(const WriteWatch&) = delete;
     WriteWatch& operator=(const WriteWatch&) = delete;
 
-    /// Returns when one of the files was written since the last call.
+    /// Returns once one of the files was written since the last call.
     void wait() const;
 
 private:

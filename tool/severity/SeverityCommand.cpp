@@ -27,7 +27,7 @@ struct Options {
     bool isJson = false;
 };
 
-/// What the severity map says of one pair of codes.
+/// The severity map's entry for one pair of codes.
 struct Pair {
     unsigned char eventType = 0;
     unsigned char sensorType = 0;

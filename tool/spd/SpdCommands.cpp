@@ -61,7 +61,7 @@ void printOne(const Spd& spd)
     fmt::print("CRC           {}\n", crcText(spd));
 }
 
-/// Modules in a table, with the total behind them.
+/// Modules in a table, followed by the total.
 class ModuleTable {
 public:
     explicit ModuleTable(bool hasColour)

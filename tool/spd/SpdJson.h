@@ -9,7 +9,7 @@
 
 namespace recordkit::tool {
 
-/// A module under stable names.
+/// A module as JSON with stable names.
 Json toJson(const inspect::Spd& spd);
 
 }

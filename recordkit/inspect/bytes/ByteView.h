@@ -10,11 +10,11 @@
 
 namespace recordkit::inspect {
 
-/// Bytes that somebody owns.
+/// Bytes that their holder owns.
 using Bytes = std::vector<unsigned char>;
 
-/// Bytes that somebody else owns: a pointer and a length, copied like a number. They must outlive
-/// the view. Indexes are the caller's to check; part() and the numbers check theirs.
+/// Bytes with another owner: a pointer and a length, cheap to copy. The bytes must outlive the
+/// view. The caller must check indexes; part() and the numbers check their own.
 class ByteView {
 public:
     constexpr ByteView() = default;
@@ -22,7 +22,7 @@ public:
     {
     }
     ByteView(const Bytes& owner) : ByteView(owner.data(), owner.size()) {}
-    /// The content of a file, or a value that the library gives as a text.
+    /// The content of a file, or a value that the library returns as a text.
     ByteView(const std::string& owner)
         : ByteView(reinterpret_cast<const unsigned char*>(owner.data()), owner.size())
     {
@@ -43,13 +43,13 @@ public:
     constexpr const unsigned char* end() const { return bytes + length; }
     constexpr unsigned char operator[](std::size_t at) const { return bytes[at]; }
 
-    /// `count` bytes from an offset on, or as many of them as there are.
+    /// `count` bytes from an offset on, or as many of them as exist.
     constexpr ByteView part(std::size_t offset, std::size_t count = ~std::size_t{0}) const
     {
         const std::size_t from = offset < length ? offset : length;
         return {bytes + from, count < length - from ? count : length - from};
     }
-    /// Whether these bytes lie in the view, whatever the numbers.
+    /// Whether these bytes are inside the view; safe for any numbers.
     constexpr bool contains(std::size_t offset, std::size_t count) const
     {
         return offset <= length && count <= length - offset;

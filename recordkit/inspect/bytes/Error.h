@@ -13,20 +13,20 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Bytes that are not what they should be: damaged, of another kind, or without room for a change.
-/// The text names the place and what was expected there.
+/// Invalid bytes: damaged, of another kind, or without room for a change. The text names the place
+/// and what was expected there.
 class DataError : public Error {
 public:
     using Error::Error;
 };
 
-/// A request that cannot be meant: a field that no area has.
+/// A request that makes no sense: a field that no area has.
 class RequestError : public Error {
 public:
     using Error::Error;
 };
 
-/// A value that is there; throws the error for one that is not.
+/// Returns the value; throws the error if there is none.
 template <typename Value, typename Failure>
 Value orThrow(const std::optional<Value>& value, const Failure& failure)
 {

@@ -56,7 +56,7 @@ bool splitLine(const std::string& line, std::size_t& offset, std::string& rest)
     return true;
 }
 
-/// The bytes of a dump's line, without the characters that it may show behind them.
+/// The bytes of a dump's line, without the characters that may follow them.
 bool parseLine(const std::string& rest, Bytes& bytes)
 {
     // hexdump -C: between bars.
@@ -67,7 +67,7 @@ bool parseLine(const std::string& rest, Bytes& bytes)
     std::size_t at = 0;
     while (at < digits.size() && found.size() < BYTES_IN_A_LINE) {
         if (digits[at] == ' ') {
-            // xxd and i2cdump: behind two blanks or four. hexdump -C has two in the middle, too.
+            // xxd and i2cdump: after two or four blanks. hexdump -C has two in the middle, too.
             const bool isWide = digits.compare(at, 2, "  ") == 0;
             if (isWide && rest.find('|') == std::string::npos) {
                 break;

@@ -16,7 +16,7 @@ std::optional<unsigned long> parseNumber(const std::string& text, unsigned long 
 std::optional<std::vector<unsigned long>> parseNumberList(const std::string& text,
                                                           unsigned long limit);
 
-/// The numbers of the bits that are set, low ones first.
+/// The numbers of the set bits, lowest first.
 std::vector<unsigned int> bitsOf(unsigned int mask);
 
 }

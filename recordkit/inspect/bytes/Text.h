@@ -24,18 +24,18 @@ Coding codingOf(unsigned char typeLength);
 /// "binary", "BCD plus", "6-bit" or "text".
 const char* codingName(Coding coding);
 
-/// Two characters a byte, the high half first: digits, blank, "-", ".", ":", "," and "_".
+/// Two characters per byte, the high half first: digits, blank, "-", ".", ":", "," and "_".
 std::string decodeBcdPlus(ByteView bytes);
 /// Four characters in three bytes, from the low bits up; 20h to 5Fh. Trailing blanks are kept:
 /// padding cannot be told from text.
 std::string decodeSixBit(ByteView bytes);
-/// 16-bit characters, low byte first; what is not a character becomes U+FFFD.
+/// 16-bit characters, low byte first; an invalid character becomes U+FFFD.
 std::string decodeUtf16(ByteView bytes);
 
 /// Latin-1, the coding of texts in records, as UTF-8.
 std::string toUtf8(ByteView latin1);
 
-/// UTF-8 as Latin-1; nothing when a character is not in Latin-1, or the text is not UTF-8.
+/// UTF-8 as Latin-1; nothing if a character is not in Latin-1 or the text is not UTF-8.
 std::optional<std::string> toLatin1(const std::string& text);
 
 /// The text for a terminal: a backslash, x and two hex digits stand for each control character.

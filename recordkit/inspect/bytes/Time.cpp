@@ -78,7 +78,7 @@ std::optional<unsigned int> parseTime(const std::string& text)
             const long days = toDays(date);
             const long long time = static_cast<long long>(days) * SECONDS_PER_DAY +
                                    utc.tm_hour * 3600 + utc.tm_min * 60 + utc.tm_sec;
-            // strptime takes the 30th of February.
+            // strptime accepts the 30th of February.
             if (toDate(days).day != date.day || time < 0 || time > 0xFFFFFFFELL) {
                 return std::nullopt;
             }

@@ -8,7 +8,7 @@
 namespace recordkit::inspect {
 
 /// An IPMI timestamp (IPMI v2.0, section 37): seconds since 1970-01-01 UTC, or, up to 20000000h,
-/// seconds since the controller was initialised; FFFFFFFFh is none.
+/// seconds since the controller was initialised; FFFFFFFFh means unspecified.
 class Timestamp {
 public:
     explicit Timestamp(unsigned int ipmiSeconds) : seconds(ipmiSeconds) {}

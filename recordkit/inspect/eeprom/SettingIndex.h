@@ -10,7 +10,7 @@
 
 namespace recordkit::inspect {
 
-/// Size of each EEPROM that setting areas lie on; an area's offset has 16 bits.
+/// Size of each EEPROM with setting areas; an area's offset has 16 bits.
 constexpr unsigned int SETTING_EEPROM_SIZE = 65536;
 
 /// One entry of the index of setting areas, as PanelEEPROMIndex reads it.
@@ -30,12 +30,12 @@ struct SettingEntry {
 /// All entries of an index of 432 bytes.
 std::vector<SettingEntry> parseSettingIndex(ByteView bytes);
 
-/// What is wrong with how the areas lie: those that overlap each other or the index, or reach
-/// beyond their EEPROM. Areas of 0 bytes do not count.
+/// Problems of the areas' places: areas that overlap each other or the index, or extend beyond
+/// their EEPROM. Areas of 0 bytes do not count.
 std::vector<std::string> layoutProblems(const std::vector<SettingEntry>& entries);
 
-/// Makes an index: entries that are not given have no area, and name their own number. Throws
-/// DataError for a number that is given twice, and for layoutProblems.
+/// Creates an index: entries that are left out have no area, and contain their own number. Throws
+/// DataError for a number that occurs twice, and for layoutProblems.
 Bytes makeSettingIndex(const std::vector<SettingEntry>& entries);
 
 }

@@ -55,7 +55,7 @@ void decodeSystemEvent(const SELEntry& entry, Event& event)
     event.severity = severityOfEvent(event.eventType, event.sensorType, event.offset);
 }
 
-/// What event data 2 adds to the words of an event; nullptr where it adds nothing.
+/// What event data 2 adds to the text of an event; nullptr if it adds nothing.
 const char* extensionWords(const Event& event)
 {
     constexpr unsigned char FIRMWARE_SENSOR = 0x0F;

@@ -17,7 +17,7 @@ namespace recordkit::inspect {
 
 namespace SELFileLayout = TAVLib::RecordKit::SELFileLayout;
 
-/// What a SEL record is, by its record type (IPMI v2.0, section 32).
+/// The kind of a SEL record, by its record type (IPMI v2.0, section 32).
 enum class EventKind { SYSTEM_EVENT, OEM_TIMESTAMPED, OEM_UNTIMESTAMPED, OTHER };
 
 /// One record of an event log, decoded.
@@ -43,7 +43,7 @@ struct Event {
     bool isDeassertion = false;
     unsigned char data[3] = {};
 
-    // OEM records: the manufacturer of the timestamped ones, and the bytes that are the OEM's.
+    // OEM records: the manufacturer (timestamped ones only), and the OEM's own bytes.
     unsigned int manufacturer = 0;
     std::vector<unsigned char> oemData;
 
@@ -63,7 +63,7 @@ Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::R
 /// "system-event", "oem-timestamped", "oem-untimestamped" or "other".
 const char* kindName(EventKind kind);
 
-/// The event in words; for an offset without words, and for OEM records, what they are.
+/// The event as text; for an offset without a text, and for OEM records, what they are.
 std::string eventText(const Event& event);
 
 }

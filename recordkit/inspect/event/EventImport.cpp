@@ -21,7 +21,7 @@ namespace {
 
 constexpr const char* LENGTHS = "16, 18, 74, 130 or 138 bytes";
 
-/// A record that was read by itself has no next one: IPMI says so with FFFFh.
+/// A single record has no next one: IPMI expresses that as FFFFh.
 constexpr unsigned char NO_NEXT_RECORD = 0xFF;
 
 /// 8-bit text in a FRU type/length byte.
@@ -32,7 +32,7 @@ DataError badRecord(const std::string& name, const std::string& place, const std
     return DataError(fmt::format("{}, {}: {}", name, place, text));
 }
 
-/// Puts a text field (type/length byte and characters) into OEM extended data.
+/// Writes a text field (type/length byte and characters) into OEM extended data.
 void putField(Bytes& extended, unsigned int typeLengthOffset, const std::string& text)
 {
     if (!text.empty()) {
@@ -96,8 +96,8 @@ BMCSELEntryMessage complete(const Bytes& record, const OemFields& fields, const 
     return message;
 }
 
-/// Turns back what `ipmitool sel writeraw` saves: it keeps the manufacturer id of OEM records
-/// with a time (C0h to DFh) reversed in its own memory, and saves that.
+/// Reverses what `ipmitool sel writeraw` saves: it stores the manufacturer id of OEM records with a
+/// time (C0h to DFh) reversed in memory, and saves that.
 void turnManufacturerBack(Bytes& record)
 {
     constexpr std::size_t RECORD_TYPE = SELEntry::RECORD_TYPE - 1;

@@ -9,15 +9,15 @@
 
 namespace recordkit::inspect {
 
-/// The forms in which people have event records.
+/// The accepted forms of event records.
 enum class EventForm {
-    AUTO,     ///< by the content: hexadecimal text, otherwise writeraw
+    AUTO,     ///< detected by the content: hexadecimal text, otherwise writeraw
     WRITERAW, ///< 16-byte records as `ipmitool sel writeraw` saves them
     WIRE,     ///< 16-byte records as the controller sends them
-    HEX,      ///< one record a line, hex digits of 16, 18, 74, 130 or 138 bytes; # begins a comment
+    HEX, ///< one record per line: hex digits of 16, 18, 74, 130 or 138 bytes; # starts a comment
 };
 
-/// What fills the OEM data of records that come without.
+/// Values for the OEM data of records without any.
 struct OemFields {
     bool areGiven = false;
     unsigned short partitions = 0;
@@ -31,8 +31,9 @@ struct ImportedEvent {
     std::string place;
 };
 
-/// Reads every record of an input. `name` is what messages call it. Throws DataError that names the
-/// place and what was expected there, also for an input without records; then nothing is read.
+/// Reads every record of an input. `name` is the input's name in messages. Throws DataError that
+/// names the place and what was expected there, also for an input without records; it returns all
+/// records or none.
 std::vector<ImportedEvent> importEvents(const std::string& name, const std::string& content,
                                         EventForm form, const OemFields& fields = {});
 

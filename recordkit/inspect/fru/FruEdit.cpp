@@ -143,7 +143,7 @@ public:
     }
 
 private:
-    /// Every wrong checksum is repaired, or refused.
+    /// Repairs every wrong checksum, or refuses the image.
     void checkChecksums()
     {
         check("common header", image.header);
@@ -210,7 +210,7 @@ private:
         return all;
     }
 
-    /// Whether an area can be written back by the library without harm to what is around it.
+    /// Whether the library can write an area back without damaging the bytes around it.
     void checkArea(const FruAreaImage& area) const
     {
         if (!area.isWhole) {
@@ -265,8 +265,8 @@ private:
         if (missing.empty()) {
             return;
         }
-        // With a damaged record, an overlap or an area that lies nowhere, nobody knows what may
-        // be moved.
+        // With a damaged record, an overlap or an area of unknown place, it is unknown which bytes
+        // may be moved.
         std::vector<std::string> obstacles = image.problems;
         for (const FruAreaImage& area : image.areas) {
             if (area.extent.size == 0) {
@@ -281,7 +281,7 @@ private:
 
     void apply()
     {
-        // Fields that shrink come first: their bytes are what others grow by.
+        // Fields that shrink come first: they free the bytes that others need to grow.
         std::stable_sort(steps.begin(), steps.end(),
                          [](const Step& a, const Step& b) { return a.growth < b.growth; });
         ImageDevice device(result.bytes);

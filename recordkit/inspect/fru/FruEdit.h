@@ -7,7 +7,7 @@
 
 namespace recordkit::inspect {
 
-/// A new value for a field of a FRU image, as "board.serial" and UTF-8.
+/// A new value for a field of a FRU image: a name such as "board.serial", and UTF-8.
 struct FruEdit {
     std::string field;
     std::string value;
@@ -27,7 +27,7 @@ struct FruChange {
     std::string after;
 };
 
-/// An edited image and what was done to it.
+/// An edited image and the changes made to it.
 struct FruEditResult {
     std::string bytes;
     std::vector<FruChange> changes;
@@ -35,10 +35,10 @@ struct FruEditResult {
 };
 
 /// Edits an image in memory: all fields or none. Areas without edits, multirecords and bytes
-/// outside of areas stay as they are, unless areas may grow.
+/// outside all areas stay unchanged, unless areas may grow.
 ///
-/// Throws RequestError for fields that no area has, DataError for everything in image and values
-/// that forbids the edit.
+/// Throws RequestError for fields that no area has, DataError for anything in the image or the
+/// values that prevents the edit.
 FruEditResult editFruImage(const std::string& bytes, const std::vector<FruEdit>& edits,
                            const FruEditOptions& options);
 

@@ -99,7 +99,7 @@ private:
         return true;
     }
 
-    /// Whether all of them are there, with what follows them.
+    /// Whether all of them are present, with the bytes that follow them.
     bool readFields()
     {
         const FRUMemberTbl* row = findFRUArea(area.id)->members;
@@ -192,7 +192,8 @@ public:
         if (!readHeader()) {
             return image;
         }
-        // The library refuses a header with a wrong checksum; with a right one it tells the places.
+        // The library refuses a header with a wrong checksum; given a correct one, it returns the
+        // areas' places.
         std::string repaired = bytes.text();
         repaired[image.header.offset] = static_cast<char>(image.header.expected);
         ImageDevice device(repaired);

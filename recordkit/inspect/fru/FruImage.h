@@ -10,7 +10,7 @@
 
 namespace recordkit::inspect {
 
-/// A stretch of an image.
+/// A range of bytes of an image.
 struct FruExtent {
     std::string name;
     unsigned int offset = 0;
@@ -48,7 +48,7 @@ FruChecksum checksumOf(ByteView bytes, unsigned int offset, unsigned int size, u
 struct FruAreaImage {
     FRU_AREA id = FRU_AREA_COMMON_HEADER;
     FruExtent extent;
-    bool isWhole = false; ///< lies in the image, with its end marker and every field
+    bool isWhole = false; ///< is complete in the image, with its end marker and every field
     unsigned char language = 0;
     FruChecksum checksum;
     std::vector<FruField> fields;
@@ -56,7 +56,7 @@ struct FruAreaImage {
     std::vector<std::string> problems;
 };
 
-/// An internal use area as the standard has it: bytes up to the next area.
+/// An internal use area as defined by the standard: bytes up to the next area.
 struct FruInternalUse {
     FruExtent extent;
     std::string bytes;
@@ -74,12 +74,12 @@ struct FruMultiRecord {
 /// How the internal use area is read.
 enum class InternalLayout { STANDARD, A, B };
 
-/// Names of what no area has.
+/// Names of extents outside all areas.
 constexpr const char* FREE_BYTES = "free";
 constexpr const char* OTHER_BYTES = "other bytes";
 
-/// A FRU image (IPMI FRU Information Storage Definition v1.0) taken apart. Nothing in it is
-/// trusted: what is wrong becomes a problem in words, and the rest is there all the same.
+/// A FRU image (IPMI FRU Information Storage Definition v1.0) taken apart. The parser trusts
+/// nothing in the image: anything wrong becomes a problem text, and the rest is still returned.
 struct FruImage {
     unsigned int size = 0;
     bool isFru = false; ///< has a common header of the known format
@@ -87,31 +87,31 @@ struct FruImage {
     std::vector<FruAreaImage> areas;
     std::vector<FruInternalUse> internalUse; ///< one or none
     std::vector<FruMultiRecord> records;
-    std::vector<FruExtent> extents; ///< header and areas by offset; those that lie in the image
-    std::vector<FruExtent> lost;    ///< areas that begin in the image, and whose size is not known
+    std::vector<FruExtent> extents; ///< header and areas by offset; only those inside the image
+    std::vector<FruExtent> lost;    ///< areas that begin in the image but have an unknown size
     std::vector<std::string> headerProblems;
-    std::vector<std::string> problems; ///< of multirecords and of how the areas lie
+    std::vector<std::string> problems; ///< of multirecords and of the areas' places
 
-    /// Those of header and areas too.
+    /// Those of the header and of the areas too.
     std::vector<std::string> allProblems() const;
     const FruAreaImage* findArea(FRU_AREA id) const;
-    /// "board.serial"; nullptr when it is not there.
+    /// "board.serial"; nullptr if it is missing.
     const FruField* findField(const std::string& fullName) const;
-    /// The extents with what lies between and behind them: FREE_BYTES where it is blank,
+    /// The extents, and the bytes between and after them: FREE_BYTES where they are blank,
     /// OTHER_BYTES elsewhere.
     std::vector<FruExtent> map(ByteView bytes) const;
 };
 
 FruImage parseFruImage(ByteView bytes, InternalLayout layout = InternalLayout::STANDARD);
 
-/// A field's value in words; `language` is that of its area.
+/// A field's value as text; `language` is that of its area.
 std::string fruValue(FRU_ITEM item, bool isCoded, unsigned char typeLength, unsigned char language,
                      ByteView bytes);
 
 /// Whether text of an area is 8-bit; otherwise it is 16-bit.
 bool isEnglish(unsigned char language);
 
-/// Whether bytes are only 00h and FFh, as those that nobody wrote.
+/// Whether the bytes are only 00h and FFh, as in space that was never written.
 bool isBlank(ByteView bytes);
 
 }

@@ -24,7 +24,8 @@ struct Block {
     unsigned int offset; ///< the new one
 };
 
-/// The area with zero bytes in front of its checksum; its length byte and its checksum follow.
+/// The area with additional zero bytes before its checksum; its length byte and its checksum are
+/// updated.
 std::string grown(const std::string& area, unsigned int by)
 {
     std::string bytes = area;
@@ -61,7 +62,7 @@ std::vector<Block> blocksOf(const FruImage& image, const std::string& bytes,
     return blocks;
 }
 
-/// Gives each block its new place: where it was, or behind the one before.
+/// Assigns each block its new place: its old one, or the end of the block before.
 void place(std::vector<Block>& blocks, std::size_t size)
 {
     unsigned int end = 0;
@@ -75,7 +76,7 @@ void place(std::vector<Block>& blocks, std::size_t size)
     }
 }
 
-/// Refuses to write over bytes that no area had, unless they are blank.
+/// Refuses to overwrite bytes that belonged to no area, unless they are blank.
 void checkOverwritten(const std::vector<Block>& blocks, const FruImage& image,
                       const std::string& bytes)
 {
@@ -112,7 +113,7 @@ std::string growAreas(const std::string& bytes, const std::map<FRU_AREA, unsigne
     ImageDevice header(bytes);
     FRUData fru(header);
     for (const Block& block : blocks) {
-        // What a move leaves behind is covered by the block before it, but for what aligns it.
+        // The block before will cover the bytes that a move leaves, except those that align it.
         std::fill_n(result.begin() + static_cast<long>(block.old.offset), block.old.size, '\0');
     }
     for (const Block& block : blocks) {
@@ -121,7 +122,7 @@ std::string growAreas(const std::string& bytes, const std::map<FRU_AREA, unsigne
         std::string offset(1, static_cast<char>(block.offset / FRU_LENGTH_UNIT));
         fru.updateItem(FRU_AREA_COMMON_HEADER, block.offsetItem, offset);
     }
-    // The library leaves the header's pad and checksum as they were.
+    // The library leaves the header's pad and checksum unchanged.
     fru.syncFRU();
     const FruChecksum checksum = parseFruImage(header.getBytes()).header;
     std::copy_n(header.getBytes().begin(), checksum.offset, result.begin());

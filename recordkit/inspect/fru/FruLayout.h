@@ -9,18 +9,18 @@
 
 namespace recordkit::inspect {
 
-/// The largest area that FRUArea can hold, whose size has eight bits.
+/// The largest area that FRUArea can store: its size has eight bits.
 constexpr unsigned int MAX_AREA_SIZE = 248;
 
-/// The number of bytes that areas take for so many.
+/// Rounds a number of bytes up to the unit of area lengths.
 unsigned int toLengthUnit(unsigned int bytes);
 
-/// The image with areas that have more unused bytes: those behind them move up, multirecord and
-/// internal use areas too, and header and checksums follow. Bytes that belong to no area are taken
-/// only where they are blank.
+/// The image with areas that have more unused bytes: the areas after them move up, including
+/// multirecord and internal use areas, and header and checksums are updated. Bytes that belong to
+/// no area are used only if they are blank.
 ///
-/// `growth` says by how many bytes, multiples of 8, each area grows. Header and checksums must be
-/// right. Throws DataError when there is no room.
+/// `growth` is the number of bytes, a multiple of 8, by which each area grows. Header and checksums
+/// must be correct. Throws DataError if there is no room.
 std::string growAreas(const std::string& bytes, const std::map<FRU_AREA, unsigned int>& growth);
 
 }

@@ -9,15 +9,15 @@
 
 namespace recordkit::inspect {
 
-/// The areas that hold fields for people, in the order of the common header.
+/// The areas with fields for people, in the order of the common header.
 const std::vector<FRU_AREA>& informationAreas();
 
 /// "chassis", "board", "product", "internal", "multirecord".
 std::string fruAreaName(FRU_AREA area);
-/// The area of informationAreas that is called so.
+/// The area of informationAreas with that name.
 bool findFruArea(const std::string& name, FRU_AREA& area);
 
-/// Name of a field, as "part-number"; empty for items that are no field of an area.
+/// Name of a field, such as "part-number"; empty for items that are not a field of an area.
 std::string fruItemName(FRU_ITEM item);
 
 /// Fields of an area by name, in the order of the image, custom fields aside.

@@ -8,7 +8,7 @@
 
 namespace recordkit::inspect {
 
-/// A FRU device in memory. Throws DataError for what lies outside of it.
+/// A FRU device in memory. Throws DataError for an access outside it.
 class ImageDevice : public TAVLib::FRURWif {
 public:
     explicit ImageDevice(std::string image) : bytes(std::move(image)) {}

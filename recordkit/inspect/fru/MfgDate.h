@@ -11,7 +11,7 @@ namespace recordkit::inspect {
 
 /// A board's manufacturing date: minutes since 1996-01-01 UTC in three bytes, low byte first; 0 is
 /// unspecified (IPMI FRU Information Storage Definition v1.0, section 11). The count rolls over on
-/// 2027-11-24 at 20:16: what would lie before 2006 counts from there.
+/// 2027-11-24 at 20:16: a count that would mean a date before 2006 counts from there.
 class MfgDate {
 public:
     static constexpr unsigned int LENGTH = 3;
@@ -20,7 +20,7 @@ public:
     /// From the three bytes of the field.
     explicit MfgDate(ByteView bytes);
 
-    /// The count as it is stored, without the roll-over.
+    /// The count as stored, without the roll-over.
     unsigned int raw() const { return minutes; }
     std::string bytes() const;
     bool isSpecified() const { return minutes != 0; }

@@ -12,7 +12,7 @@ using TAVLib::RecordKit::SELChainReader;
 std::vector<Event> NewEvents::take(std::vector<std::string>& problems)
 {
     SELChainReader reader(board, SELChainReader::NEWEST_FIRST);
-    // Back to the last event given; when that is gone, everything is new.
+    // Back to the last event returned; if that is gone, everything is new.
     std::vector<Event> events;
     bool isFound = false;
     SELChainReader::Record record = {};
@@ -36,7 +36,8 @@ std::vector<Event> NewEvents::take(std::vector<std::string>& problems)
     return events;
 }
 
-/// Between emptying the working file and the last rename, a rotation has it only there.
+/// During a rotation, from emptying the working file to the last rename, only the backup contains
+/// the last event.
 bool NewEvents::isLastInBackup() const
 {
     TAVLib::RecordKit::BMCSELEntryMessage found;

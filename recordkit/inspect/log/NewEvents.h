@@ -10,13 +10,14 @@
 
 namespace recordkit::inspect {
 
-/// Gives the events of one board that were not given before, also across rotations.
+/// Returns the events of one board that it has not returned before, also across rotations.
 class NewEvents {
 public:
     explicit NewEvents(unsigned char sb) : board(sb) {}
 
-    /// Oldest first. `problems` gets a line for each file that could not be read as it should.
-    /// Nothing is new in the middle of a rotation; when the last event is gone, all others are.
+    /// Oldest first. `problems` gets a line for each file that could not be read correctly. Returns
+    /// nothing while a rotation is in progress. If the last event returned has since been dropped,
+    /// returns the whole log.
     std::vector<Event> take(std::vector<std::string>& problems);
 
 private:

@@ -28,7 +28,7 @@ enum Offset {
     CRC = 126
 };
 
-/// The first width doubled as often; 0 for a reserved code.
+/// The first width, doubled `code` times; 0 for a reserved code.
 unsigned int widthOf(unsigned char code, unsigned int first)
 {
     constexpr unsigned char KNOWN = 4;
@@ -112,7 +112,7 @@ Spd parseSpd(ByteView bytes)
     spd.eccWidth = get_bit(image[BUS_WIDTH], 3, 2) == 1 ? 8 : 0;
     spd.megabytes = capacityOf(spd);
     spd.moduleType = moduleTypeName(get_bit(image[MODULE_TYPE], 0, 4));
-    // Bit 7 of byte 0: the CRC covers what does not differ between modules of a kind.
+    // Bit 7 of byte 0: the CRC covers only the bytes that do not differ between modules of a kind.
     const std::size_t covered = get_bit(image[BYTES_USED], 7, 1) != 0 ? 117 : 126;
     spd.storedCrc = static_cast<unsigned short>(bytes.le16(CRC));
     spd.expectedCrc = spdCrc(bytes.part(0, covered));

@@ -8,10 +8,10 @@
 
 namespace recordkit::inspect {
 
-/// A DDR3 module by its serial presence detect data (JEDEC Annex K).
+/// A DDR3 module, decoded from its serial presence detect data (JEDEC Annex K).
 struct Spd {
-    bool hasManufacturerData = false; ///< the image reaches serial and part number
-    unsigned int megabytes = 0;       ///< 0 when it cannot be told
+    bool hasManufacturerData = false; ///< the image is long enough for serial and part number
+    unsigned int megabytes = 0;       ///< 0 if it cannot be determined
     unsigned int ranks = 0;           ///< 0 for a reserved code
     unsigned int deviceWidth = 0;     ///< bits; 0 for a reserved code
     unsigned int busWidth = 0;
@@ -29,7 +29,7 @@ struct Spd {
     bool isCrcRight() const { return storedCrc == expectedCrc; }
 };
 
-/// Reads an image of 128 bytes and more. Throws DataError for anything but a DDR3 module.
+/// Reads an image of 128 bytes or more. Throws DataError for anything but a DDR3 module.
 Spd parseSpd(ByteView bytes);
 
 /// CRC-16 as JEDEC defines it: polynomial 1021h, from 0.

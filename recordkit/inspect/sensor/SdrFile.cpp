@@ -18,7 +18,7 @@ constexpr std::size_t HEADER = 5;
 constexpr std::size_t VERSION = 2;
 constexpr std::size_t TYPE = 3;
 constexpr std::size_t LENGTH = 4;
-constexpr std::size_t NEXT_ID = 2; ///< bytes in front of a record in a response
+constexpr std::size_t NEXT_ID = 2; ///< bytes before a record in a response
 
 /// 51h for IPMI v1.5 and v2.0, 01h and 02h from older controllers.
 bool isKnownVersion(unsigned char version)
@@ -26,7 +26,7 @@ bool isKnownVersion(unsigned char version)
     return version == 0x51 || version == 0x01 || version == 0x02;
 }
 
-/// The least length of a record's body, by its type; 0 where any will do.
+/// The minimum length of a record's body, by its type; 0 if any length is valid.
 std::size_t leastLength(unsigned char type)
 {
     if (type == SDR_FULL) {
@@ -35,7 +35,7 @@ std::size_t leastLength(unsigned char type)
     return type == SDR_COMPACT ? CompactSensorRecord().getSerializedSize() - HEADER : 0;
 }
 
-/// Where the content ends, trailing blank bytes aside.
+/// The end of the content without trailing blank bytes.
 std::size_t endOfContent(ByteView content)
 {
     std::size_t end = content.size();

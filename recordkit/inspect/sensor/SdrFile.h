@@ -40,7 +40,7 @@ struct SdrFile {
     std::vector<std::string> problems; ///< with their offsets; records may follow them
 };
 
-/// Nothing in the content is trusted; every step moves on.
+/// Nothing in the content is trusted; every step advances.
 SdrFile parseSdrFile(ByteView content, SdrFormat format = SdrFormat::AUTO);
 
 /// "full", "compact", "event-only", ...; "OEM" and "type 2Ah" for those without a name.

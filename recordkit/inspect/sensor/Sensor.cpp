@@ -49,7 +49,7 @@ template <typename Record> void readAs(const SdrRecord& record, Sensor& sensor)
     readCommon(image, sensor);
 }
 
-/// Where the type/length byte of the name lies in records of other kinds; 0 for those without one.
+/// Offset of the name's type/length byte in records of other kinds; 0 for those without one.
 std::size_t nameOffset(unsigned char type)
 {
     switch (type) {

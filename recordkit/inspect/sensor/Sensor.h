@@ -8,12 +8,12 @@
 
 namespace recordkit::inspect {
 
-/// What a record of a repository says, in the words of a listing.
+/// The contents of a record of a repository, as a listing shows them.
 struct Sensor {
     unsigned int id = 0;
     std::size_t offset = 0;
     unsigned char recordType = 0;
-    bool isSensor = false; ///< a full or compact record; the fields below are only theirs
+    bool isSensor = false; ///< a full or compact record; only these have the fields below
     unsigned char number = 0;
     std::string name; ///< also of event-only records and locators
     unsigned char sensorType = 0;

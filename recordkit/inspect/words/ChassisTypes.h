@@ -10,7 +10,7 @@ namespace recordkit::inspect {
 /// Name of a chassis type (SMBIOS, table 17); "type 200" for those without one.
 std::string chassisTypeName(unsigned char type);
 
-/// The chassis type that a person means: a name in any case, or a number.
+/// Reads a chassis type: a name in any case, or a number.
 std::optional<unsigned char> findChassisType(const std::string& text);
 
 }

@@ -12,7 +12,7 @@ constexpr unsigned char LAST_GENERIC_EVENT = 0x0C;
 constexpr unsigned char SENSOR_SPECIFIC_EVENT = 0x6F;
 constexpr unsigned char FIRST_OEM_EVENT = 0x70;
 
-/// What an event/reading type is called: "threshold", "redundancy", "sensor-specific", "OEM", ...
+/// Name of an event/reading type: "threshold", "redundancy", "sensor-specific", "OEM", ...
 std::string eventTypeName(unsigned char eventType);
 
 }

@@ -36,7 +36,7 @@ EventWordsTable genericEvents();
 /// IPMI v2.0, table 42-3: the offsets of event/reading type 6Fh, by sensor type.
 EventWordsTable sensorEvents();
 
-/// The words for an event offset; nullptr where the standard has none.
+/// The words for an event offset; nullptr if the standard defines none.
 const char* eventWords(unsigned char eventType, unsigned char sensorType, unsigned char offset);
 
 }

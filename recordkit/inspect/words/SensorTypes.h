@@ -7,15 +7,15 @@
 
 namespace recordkit::inspect {
 
-/// The last sensor type that the standard names, and the first of the OEM's own.
+/// The last sensor type that the standard names, and the first OEM type.
 constexpr unsigned char LAST_SENSOR_TYPE = 0x2C;
 constexpr unsigned char FIRST_OEM_SENSOR_TYPE = 0xC0;
 
-/// Name of a sensor type (IPMI v2.0, table 42-3); "OEM C7h" for the OEM's own, "reserved 73h" for
-/// those without a name.
+/// Name of a sensor type (IPMI v2.0, table 42-3); "OEM C7h" for OEM types, "reserved 73h" for those
+/// without a name.
 std::string sensorTypeName(unsigned char sensorType);
 
-/// The sensor type that a person means: a name as above in any case, or a number (7, 0x07, 07h).
+/// Reads a sensor type: a name as above in any case, or a number (7, 0x07, 07h).
 std::optional<unsigned char> findSensorType(const std::string& text);
 
 }

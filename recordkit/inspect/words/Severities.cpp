@@ -12,7 +12,7 @@ namespace {
 struct Row {
     Severity severity;
     const char* name;
-    int rank; ///< how bad it is
+    int rank; ///< higher is worse
 };
 
 constexpr Row ROWS[] = {

@@ -17,8 +17,8 @@ const char* severityName(Severity severity);
 /// The severity with that name.
 std::optional<Severity> findSeverity(const std::string& name);
 
-/// Whether `severity` is as bad as `least` or worse: none, informational, monitor, warning,
-/// critical, non-recoverable.
+/// Whether `severity` is `least` or higher: none, informational, monitor, warning, critical,
+/// non-recoverable.
 bool isAtLeast(Severity severity, Severity least);
 
 /// "none", "warning" or "alarm".
