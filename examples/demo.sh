@@ -20,7 +20,7 @@ show() {
     "$recordkit" --root "$root" --boards 2 "$@"
 }
 
-# At which step the first file of the chain is renamed, told by a rotation in a copy of the root.
+# At which step the first file of the chain is renamed, found by a rotation in a copy of the root.
 first_rename() {
     rm -rf "$scratch/rehearsal"
     cp -r "$root" "$scratch/rehearsal"

@@ -17,7 +17,7 @@ rm -rf "$output"
 mkdir -p "$tree"
 git archive HEAD | tar -x -C "$tree"
 cp -r "$tree/packaging/debian" "$tree/debian"
-# The version stands in CMakeLists.txt alone.
+# The version is defined only in CMakeLists.txt.
 cat >"$tree/debian/changelog" <<TEXT
 recordkit ($version) unstable; urgency=medium
 

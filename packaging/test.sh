@@ -1,8 +1,8 @@
 #!/bin/sh
 # SPDX-License-Identifier: Apache-2.0
-# Installs the packages into a fresh system of their own, and uses them there as somebody would who
-# never built the source: manual pages, completion, every command line of the documentation and so
-# each task from its start to its end, an example built by the installed headers, the demo.
+# Installs the packages into a fresh system of their own, and uses them there like a user who never
+# built the source: manual pages, completion, every command line of the documentation and so each
+# task from start to end, an example built with the installed headers, the demo.
 #
 #   test.sh SOURCE-FOLDER PACKAGE-FOLDER BUILD-FOLDER CHROOT-FOLDER
 #

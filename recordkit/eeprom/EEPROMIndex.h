@@ -12,7 +12,7 @@ class RECORDKIT_API EEPROMIndex {
 public:
     virtual ~EEPROMIndex();
 
-    /// The file that holds the master copy of the index.
+    /// The file with the master copy of the index.
     virtual const char* getIndexDataFileName() const = 0;
     /// Offset of entry 0 on the index's EEPROM, and the number of bytes of an entry.
     virtual unsigned int getIndexOffset() const = 0;

@@ -12,9 +12,9 @@ namespace TAVLib::RecordKit {
 ///
 /// | byte | width | meaning                                                        |
 /// |------|-------|----------------------------------------------------------------|
-/// | 0    | 1     | 1: the area holds data                                         |
+/// | 0    | 1     | 1: the area contains data                                      |
 /// | 1    | 1     | carried unchanged                                              |
-/// | 2    | 1     | 0: the area lies on EEPROM 4; any other value: on EEPROM 5     |
+/// | 2    | 1     | 0: the area is on EEPROM 4; any other value: on EEPROM 5       |
 /// | 3    | 1     | area number                                                    |
 /// | 4    | 2     | area offset, high byte first                                   |
 /// | 6    | 2     | area size in bytes, high byte first                            |

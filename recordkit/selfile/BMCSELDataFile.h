@@ -19,7 +19,7 @@
 /// Folders are never created. Failures are traced (module 83, location 0x1000, level 0) and
 /// reported by a code; no PException leaves the class.
 ///
-/// Writing holds the lock of LockedFile, so that several processes may append to one board. Readers
+/// Writing takes the lock of LockedFile, so that several processes may append to one board. Readers
 /// take no lock and may see a record that is being written. A shift, backup or restore must not run
 /// concurrently with writes to the same board.
 ///

@@ -22,7 +22,7 @@ constexpr unsigned int RECORD_ID_OFFSET = 2;
 /// Index 0 is the working file and its backup; 1 to 7 are the rotated files, 7 the oldest.
 constexpr int OLDEST_FILE = 7;
 
-/// Which file of index 0 is meant.
+/// Selects one of the two files of index 0.
 enum FileKind : int { TEMPORARY = 0, PERSISTENT = 1 };
 
 constexpr unsigned char EMPTY_BYTE = 0xFF;

@@ -65,7 +65,7 @@ void traceSystemCallError(FailureLocation where, const char* text, int error);
 /// Traces a text that is not a catalogue message.
 void traceLine(FailureLocation where, unsigned char level, const char* text);
 
-/// Traces that an element is not there.
+/// Traces that an element is missing.
 void traceNotFound(FailureLocation where, const char* text, const char* element);
 
 /// Traces a text under a message; the message's other parameters are 0 or an empty text.
@@ -77,7 +77,7 @@ void traceParameterError(unsigned char unitKind, const char* text, int value);
 /// Throws that a record has `held` bytes where `needed` are required (detail 0x0B00).
 [[noreturn]] void throwLengthError(FailureLocation where, const char* text, long held, long needed);
 
-/// Throws that an element is not there (detail 0x0B00, message 20010).
+/// Throws that an element is missing (detail 0x0B00, message 20010).
 [[noreturn]] void throwNotFound(FailureLocation where, const char* text, const char* element);
 
 /// Throws that an index is outside a fixed table (detail 0x0B00, message 20034).

@@ -17,9 +17,9 @@ namespace TAVLib::RecordKit {
 /// | 7       | 1     | bits 0 and 1: PCI box 0 and 1                                |
 /// | 2, 4, 6 | 1     | carried unchanged                                            |
 ///
-/// Each query takes the unit's index. An index outside the range given is false and writes one
-/// trace line (level 200, message 20027, the unit kind as location); nothing is thrown. The
-/// ranges belong to the image and do not follow the machine's own unit counts.
+/// Each query takes the unit's index. For an index outside the given range it returns false and
+/// writes one trace line (level 200, message 20027, the unit kind as location); nothing is thrown.
+/// The ranges belong to the image and do not follow the machine's own unit counts.
 class RECORDKIT_API HardwareInfo : public FixedSizeSerializableObject {
 public:
     bool isTAVInstalled(int index) const;    ///< 0 and 1

@@ -1,6 +1,6 @@
 #!/bin/sh
 # SPDX-License-Identifier: Apache-2.0
-# The binary interface of the libraries, beside the baseline in abi/.
+# The binary interface of the libraries, compared with the baseline in abi/.
 #
 #   abi.sh compare SOURCE-FOLDER BUILD NAME   fails on a change that breaks callers, and names it
 #   abi.sh write SOURCE-FOLDER BUILD NAME     makes what was built the new baseline

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Where the members of the classes lie that callers on the 32-bit board compiled in. Compiled for
-// the board without access control, and never run: every assertion is the compiler's.
+// Offsets of the class members that callers on the 32-bit board compiled in. Compiled for the board
+// without access control, and never run: every assertion is the compiler's.
 #include <cstddef>
 
 #include <recordkit/fru/FRUData.h>

@@ -32,7 +32,7 @@ cat >"$scratch/all.cpp" <<'TEXT'
 TEXT
 (cd "$scratch" && "$cxx" -std=c++17 -I"$source" -fdump-lang-class -fsyntax-only all.cpp)
 
-# Lines as in slots.txt: a table starts behind each typeinfo entry.
+# Lines as in slots.txt: a table starts after each typeinfo entry.
 cat "$scratch"/*.class | sed 's/ (int ([*])([.][.][.]))/ /' | awk '
     function flush() { if (slots != "") print class ":" slots; slots = ""; inTable = 0 }
     /^Vtable for / { flush(); class = $3; next }

@@ -27,8 +27,8 @@ for library in "$@"; do
     awk '
         FNR == NR { for (i = 2; i <= NF; ++i) { found[$1, $i] = 1; if (!($i in one)) one[$i] = $1 }; next }
         {
-            # The parts of a qualified name must stand in one header: that of the class, where there
-            # is one by that name.
+            # The parts of a qualified name must appear in one header: that of the class, if there
+            # is one with that name.
             n = split($0, part, "::")
             for (h in headers) delete headers[h]
             class = ""

@@ -1,15 +1,15 @@
 #!/bin/bash
 # SPDX-License-Identifier: Apache-2.0
-# Runs every command line of the documentation, and compares what it prints with what stands there.
+# Runs every command line of the documentation, and compares its output with that in the page.
 #
 #   docs.sh check SOURCE-FOLDER COMMAND    fails where they differ
 #   docs.sh write SOURCE-FOLDER COMMAND    puts what is printed into the pages
 #
-# In an indented block, a line that begins with "$ " is run, and what it prints is what follows up to
-# the next such line or the end of the block; a line that begins with "recordkit " is run and must
-# end with 0. Each page begins in a folder of its own with the samples that people have: event
-# records, images of a board, a processor and two memory modules, EEPROM images, and the root of a
-# machine whose board 1 has events.
+# In an indented block, a line that begins with "$ " is run, and what it prints is what follows up
+# to the next such line or the end of the block; a line that begins with "recordkit " is run and
+# must end with 0. Each page starts in a folder of its own with samples: event records, images of a
+# board, a processor and two memory modules, EEPROM images, and the root of a machine whose board 1
+# has events.
 set -eu
 action=$1
 source=$(cd "$2" && pwd)
@@ -49,7 +49,7 @@ prepare() {
     recordkit eeprom efi init --serial SN4711 --images board
 } >/dev/null
 
-# The page with what its commands print in place of what stands there.
+# The page, with the current output of its commands.
 render() {
     local state=text line output
     while IFS= read -r line; do

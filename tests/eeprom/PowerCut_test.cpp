@@ -161,8 +161,8 @@ protected:
         ASSERT_TRUE(backup.checkIndexData(SERIAL));
     }
 
-    /// No block reads as clear whose erase did not finish; flags are old or new, and a record whose
-    /// checksum is not that of its flags is told.
+    /// No block reads as clear if its erase did not finish; flags are old or new, and a record
+    /// whose checksum does not match its flags is detected.
     void checkFlags() const
     {
         const Bytes now = recordNow();

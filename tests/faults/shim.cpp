@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A library to be preloaded, which makes one system call of a program go wrong.
+// A library to preload, which makes one system call of a program fail.
 //
 //   RECORDKIT_FAULT=CALL:N:KIND   the N-th call (from 1) of open, read, write, lseek, stat, rename,
 //                                 remove, ftruncate, flock, fsync, close or system

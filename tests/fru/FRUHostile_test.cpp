@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Images made to break readers. Each is opened, read whole, edited and written back; what can be
-// said of the result is, and the sanitizers see the rest.
+// Images made to break readers. Each is opened, read completely, edited and written back; the tests
+// check what the result must be, and the sanitizers see the rest.
 #include <gtest/gtest.h>
 
 #include <recordkit/fru/FRUData.h>
@@ -186,7 +186,7 @@ TEST(FRUHostile, CodedLengthsBeyondAreaAndDevice)
 TEST(FRUHostile, LastFieldOfSixtyThreeBytesInAnAreaOfEight)
 {
     const TraceCapture trace;
-    // Format, length, type, an empty part number, then a serial number whose bytes lie nowhere.
+    // Format, length, type, an empty part number, then a serial number whose bytes do not exist.
     EndingDevice device(header(0, 1, 0, 0, 0) + withChecksum({1, 1, 0x17, 0xC0, 0xFF, 'A', 'B'}));
     FRUData fru(device);
     std::string value;

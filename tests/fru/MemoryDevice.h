@@ -14,8 +14,8 @@
 
 namespace testing_support {
 
-/// A FRU device in memory that notes each access as "r0+8" or "w16+8", and fails from one on. What
-/// lies beyond its end reads as EEh and cannot be written.
+/// A FRU device in memory that records each access as "r0+8" or "w16+8", and fails from a given
+/// access on. Bytes beyond its end read as EEh and cannot be written.
 class MemoryDevice : public TAVLib::FRURWif {
 public:
     explicit MemoryDevice(Bytes image) : bytes(std::move(image)) {}

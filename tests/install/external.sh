@@ -1,6 +1,6 @@
 #!/bin/sh
 # SPDX-License-Identifier: Apache-2.0
-# The library alone, against a firmware's own siblings: it leaves exactly their symbols undefined.
+# Only the library, against a firmware's own siblings: it leaves exactly their symbols undefined.
 #
 #   external.sh SOURCE-FOLDER CXX
 set -eu

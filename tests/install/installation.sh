@@ -1,6 +1,6 @@
 #!/bin/sh
 # SPDX-License-Identifier: Apache-2.0
-# Installs a build, and builds and runs a program against the installation alone: once by CMake's
+# Installs a build, and builds and runs a program against only the installation: once by CMake's
 # find_package, once by pkg-config.
 #
 #   installation.sh SOURCE-FOLDER BUILD-FOLDER CXX

@@ -1,6 +1,6 @@
 #!/bin/sh
 # SPDX-License-Identifier: Apache-2.0
-# Builds tests of the records, which need nothing that is hidden, once more with the installed headers
+# Builds tests of the records, which need nothing that is hidden, again with the installed headers
 # and libraries in place of the source's, and runs them.
 #
 #   tests_by_installed_headers.sh SOURCE-FOLDER BUILD

@@ -11,8 +11,8 @@
 
 namespace testing_support {
 
-/// The device below the library: notes the bytes that are written, and whether an access comes
-/// with a buffer, beside what MemoryEEPROMs notes.
+/// The device below the library: records the bytes that are written, and whether an access comes
+/// with a buffer, in addition to what MemoryEEPROMs records.
 class WatchedEEPROMs : public MemoryEEPROMs {
 public:
     int read(int select, unsigned long offset, unsigned char* buffer, unsigned int length) override

@@ -1434,7 +1434,7 @@ void addCall(Random& random, Steps& steps)
     steps.push_back(step);
 }
 
-/// Calls on whatever lies there.
+/// Calls on arbitrary files.
 Steps generateMixed(Random& random)
 {
     Steps steps;

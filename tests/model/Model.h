@@ -89,7 +89,7 @@ std::string difference(const Comparison& comparison, const Steps& steps);
 Steps shortest(const Comparison& comparison, Steps steps);
 
 /// Runs that many random sequences. The first difference fails the test with its shortest sequence;
-/// a sequence that the process dies of is shown as it is.
+/// a sequence that kills the process is shown unchanged.
 void compare(const Comparison& comparison, unsigned int sequences, unsigned int firstSeed);
 
 /// "41 42 43".

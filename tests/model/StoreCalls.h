@@ -8,7 +8,7 @@
 
 namespace testing_support {
 
-/// What the event store does beside reading and writing its files: commands, renames, removals and
+/// What the event store does besides reading and writing its files: commands, renames, removals and
 /// syncs, by the linker's wrapping, and its companion message files. One log, so that the order
 /// counts.
 struct StoreCalls {

@@ -145,7 +145,7 @@ TEST(BMCSELEntry, ConvertsMissingExtendedBytesToZeroes)
 TEST(BMCSELEntry, ConvertLooksForOEMDataBehindACompleteRecord)
 {
     // A source keeps its extended data when a shorter record comes; its image then has them
-    // earlier, and what lies at their usual place is taken all the same.
+    // earlier, and the bytes at their usual place are read anyway.
     auto source = fromBytes<OEMSELEntry>(RECORD + EXTENDED);
     ASSERT_TRUE(load(source, part(RECORD, 0, 10)));
     BMCSELEntry entry;

@@ -21,7 +21,8 @@ namespace {
 constexpr unsigned int WRITERS = 4;
 constexpr unsigned int EACH = 190;
 
-/// Returns when somebody waits for the lock of a file; false where the system does not tell.
+/// Returns when a thread or process waits for the lock of a file; false if the system does not
+/// report it.
 bool waitForSomebodyToWait(const std::string& path)
 {
     struct stat status = {};
@@ -46,8 +47,8 @@ bool waitForSomebodyToWait(const std::string& path)
 
 class StoreConcurrency : public StoreTest {
 protected:
-    /// Changes a file of 700 records under its lock while a writer that has found slot 700 waits
-    /// to store record 1; false where the system does not tell that it waits.
+    /// Changes a file of 700 records under its lock while a writer that has found slot 700 waits to
+    /// store record 1; false if the system does not report that it waits.
     bool writeWhile(const std::function<void(TAVLib::LockedFile&)>& change)
     {
         writeFile(working(), fileOf(700, 5000));
@@ -80,8 +81,8 @@ protected:
         return written;
     }
 
-    /// Reads everything there is; false when a record is torn. The last one may be, as readers
-    /// take no lock.
+    /// Reads all records; false if a record is torn. The last one may be, because readers take no
+    /// lock.
     static bool readsWhole()
     {
         SELChainReader reader(SB);

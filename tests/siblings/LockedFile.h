@@ -7,8 +7,8 @@
 
 namespace testing_support {
 
-/// What the LockedFile of this test program answers. Its declaration leaves it short counts and
-/// places, where the host's throws or goes on until all is done.
+/// How the LockedFile of this test program behaves. Its declaration allows short counts and other
+/// places, where the host's throws or continues until everything is done.
 struct LockedFileAnswers {
     std::function<void()> beforeOpen; ///< another process's turn, or a failure
     long placesOff = 0;               ///< added to each place that lseek reports

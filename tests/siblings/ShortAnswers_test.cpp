@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The stores over a LockedFile that moves fewer bytes than asked, reports another place, or lets
-// another process in before the lock.
+// The stores on a LockedFile that reads or writes fewer bytes than requested, reports another
+// place, or lets another process in before the lock.
 #include "LockedFile.h"
 
 #include "eeprom/SettingFixture.h"

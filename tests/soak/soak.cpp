@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Eight processes store events on four boards, rotate, back up and list, and are killed again and
-// again; after each time `sel check --recover` runs, and every event that was answered with 1 is
-// looked for.
+// again; after each time `sel check --recover` runs, and the program looks for every event for
+// which writeRecord returned 1.
 //
 //   soak FOLDER COMMAND EVENTS KILLS SEED
 //
-// Ends with 0 when each of these events was found exactly once, but for those that rotations had
-// dropped as the oldest ones. The moment of a kill is told by the number of events stored, which
-// SEED decides; where in a call it meets each process is up to the machine.
+// Ends with 0 if each of these events was found exactly once, except those that rotations had
+// dropped as the oldest ones. The number of events stored, which SEED decides, determines the
+// moment of a kill; where in a call it hits each process is up to the machine.
 #include <algorithm>
 #include <atomic>
 #include <csignal>
@@ -263,8 +263,8 @@ std::vector<pid_t> start(Shared& shared, const std::string& folder)
     return workers;
 }
 
-/// All of them at once, as a power cut does: one that went on beside a rotation cut off would be
-/// another matter.
+/// All of them at once, as a power cut does: a process that continued after a rotation was killed
+/// would be a different case.
 void stop(const std::vector<pid_t>& workers)
 {
     ::killpg(workers.front(), SIGKILL);
@@ -318,8 +318,9 @@ int main(int argc, char** argv)
         totals.recoveries += runCommand(command, folder, "") != 0 ? 1 : 0;
         runCommand(command, folder, "--recover");
         for (unsigned int board = 0; board < BOARDS; ++board) {
-            // What recovery leaves to the firmware's start: a working file or a backup that was cut
-            // off while it was written holds nothing of its own, and is made anew.
+            // What recovery leaves to the firmware's start: a working file or a backup that was
+            // interrupted while it was written contains no events that are only there, and is
+            // created again.
             const auto sb = static_cast<unsigned char>(board);
             BMCSELDataFile().fullEntryCheck(sb);
             BMCSELDataFile().backupTmpSel(sb);

@@ -228,8 +228,8 @@ TEST_P(SpdPeers, ModuleIsThatOfDecodeDimms)
     const Spd spd = parseSpd(readFile(GetParam().file));
     const auto answers = answersOf(GetParam().name);
     if (answers.at("Fundamental Memory type") == "Unknown (0x0b)") {
-        // Byte 0 is 01h, which makes it take the module for one of an older kind, whose bytes it
-        // then reads. By Annex K, 0Bh in byte 2 is DDR3, and the CRC is right.
+        // Byte 0 is 01h, so it mistakes the module for one of an older kind, and reads that kind's
+        // bytes. By Annex K, 0Bh in byte 2 is DDR3, and the CRC is right.
         EXPECT_EQ(GetParam().name, "coreboot__pcengines_apu2_HYNIX-2G-1333");
         EXPECT_TRUE(spd.isCrcRight());
         EXPECT_EQ(spd.megabytes, 2048U);
