@@ -278,7 +278,7 @@ class FilePositions:
         return cursor
 
     def range_of(self, cursor):
-        """First and last offset; none where a macro stands in the way."""
+        """First and last offset; none inside a macro."""
         begin, end = cursor.extent.start.offset, cursor.extent.end.offset
         if begin < end and begin in self.tokens and self.token_before(end) is not None:
             return begin, end

@@ -180,9 +180,9 @@ TEST(FruEdit, FieldsThatAreNotThereAreRefused)
               "1: board.serial: the image has no board area");
     EXPECT_EQ(
         refusal(IMAGE, {{"boards.serial", "XY"}}),
-        "2: \"boards.serial\" is no field, expected AREA.FIELD with one of the areas chassis, "
+        "2: \"boards.serial\" is not a field, expected AREA.FIELD with one of the areas chassis, "
         "board, product");
-    EXPECT_EQ(refusal(IMAGE, {{"serial", "XY"}}).substr(0, 23), "2: \"serial\" is no field");
+    EXPECT_EQ(refusal(IMAGE, {{"serial", "XY"}}).substr(0, 26), "2: \"serial\" is not a field");
     EXPECT_EQ(refusal(IMAGE, {{"chassis.asset-tag", "XY"}}),
               "2: \"chassis.asset-tag\": the chassis area has no field \"asset-tag\", but type, "
               "part-number, serial and custom1, custom2, ...");

@@ -48,7 +48,7 @@ void checkName(const std::string& field)
         for (const FRU_AREA each : informationAreas()) {
             areas.push_back(fruAreaName(each));
         }
-        throw RequestError(fmt::format("\"{}\" is no field, expected AREA.FIELD with one of the "
+        throw RequestError(fmt::format("\"{}\" is not a field, expected AREA.FIELD with one of the "
                                        "areas {}",
                                        field, fmt::join(areas, ", ")));
     }
