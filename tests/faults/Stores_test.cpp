@@ -265,6 +265,24 @@ TEST_P(StoreFaults, DescriptorsAreClosedInProgramsThatAreStarted)
     EXPECT_EQ(sound.inherited, 0) << GetParam().name;
 }
 
+TEST(StoreFaultsOf, RecoveryMovesNothingWhenAFileCannotBeRead)
+{
+    // The backup is part of the working file. Were the two compared without one of them, the
+    // rotation would look cut off.
+    const FaultWorld world;
+    const auto before = world.files();
+    for (const std::string call : {"open", "read"}) {
+        const Arguments recover = {FAULT_VICTIM, world.path(), "recover"};
+        const long calls = runWithFault(world, recover, call + ":0:5").calls;
+        ASSERT_GT(calls, 0);
+        for (long n = 1; n <= calls; ++n) {
+            runWithFault(world, recover, call + ":" + std::to_string(n) + ":5");
+            EXPECT_EQ(world.files(), before) << call << " " << n;
+            world.reset();
+        }
+    }
+}
+
 TEST(StoreFaultsOf, AnswerToAShiftRequestIsWrittenToItsEnd)
 {
     const FaultWorld world;

@@ -151,6 +151,12 @@ TEST_F(FRUAreaTest, SizeIsKeptInEightBits)
     EXPECT_EQ(open(board, FRU_AREA_BOARD, 0, FRUArea::CSUM_IGNORE)->getSize(), 32);
 }
 
+TEST_F(FRUAreaTest, ChecksumModesAreThoseThatCallersWereCompiledWith)
+{
+    EXPECT_EQ(FRUArea::CSUM_CHECK, 0);
+    EXPECT_EQ(FRUArea::CSUM_IGNORE, 1);
+}
+
 TEST_F(FRUAreaTest, WrongChecksumIsRefusedUnlessIgnored)
 {
     Bytes bytes = BOARD;

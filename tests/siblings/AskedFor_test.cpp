@@ -5,6 +5,7 @@
 #include "Asked.h"
 #include "eeprom/SettingFixture.h"
 #include "recordkit/eeprom/EFIBackupEEPROMData.h"
+#include "recordkit/selfile/BMCSELDataFile.h"
 
 using namespace testing_support;
 using TAVLib::RecordKit::Util;
@@ -87,4 +88,11 @@ TEST_F(AskedFor, LongTextsGoToTheCatalogueWithTwoHundredFiftyFiveCharacters)
 {
     thrownBy([&] { settings.setThrow(0, "%s", std::string(300, 'x').c_str()); });
     EXPECT_EQ(asked, Lines({"message 20020 " + std::string(255, 'x')}));
+}
+
+TEST_F(AskedFor, MessageOfAFileThatCannotBeOpenedNamesItsFirst255Characters)
+{
+    const std::string path = "/" + std::string(254, 'b') + "cd";
+    EXPECT_LT(BMCSELDataFile().openFile(path), 0);
+    EXPECT_EQ(asked, Lines({"message 20011 open filename:[/" + std::string(254, 'b') + "]"}));
 }
