@@ -15,11 +15,8 @@ FRUMember::FRUMember(const unsigned char* src, FRU_ITEM fruItem, unsigned int si
       length(size == 0 ? TAVLib::get_bit(src[0], 0, 6) : static_cast<unsigned short>(size))
 {
     // A fixed field has all its bytes, though only the low 16 bits of their number are kept.
-    if (hasTypeLength) {
-        data.assign(src + 1, src + 1 + length);
-    } else {
-        data.assign(src, src + size);
-    }
+    const unsigned char* const value = hasTypeLength ? src + 1 : src;
+    data.assign(value, value + (hasTypeLength ? length : size));
 }
 
 FRUMember::FRUMember(unsigned int size)

@@ -131,18 +131,24 @@ bool PCIBOXInfo::setSerialized(const unsigned char* data, unsigned int length)
         traceLengthError(PCI_BOX_INFO_LOCATION, "setSerialized", length, needed);
         return false;
     }
-    // Everything that can fail comes first, so that cards and slots always belong to one image.
-    std::vector<CONNECT_GSPB_INFO> newCards(count);
-    std::vector<StatusWords> newSlotStatus(count);
+    // Get all the memory first: if there is none, cards and slots still belong to one image. Lists
+    // beyond the cards are never read.
+    cards.reserve(count);
+    slotStatus.resize(std::max<std::size_t>(count, slotStatus.size()));
     const unsigned char* block = data + HEADER_SIZE;
     for (unsigned int card = 0; card < count; ++card) {
-        newCards[card] = {block[CONNECTED_ID], block[PORT_NO], block[SLOT_COUNT]};
-        readWords(block + SLOTS, block[SLOT_COUNT], newSlotStatus[card]);
+        slotStatus[card].reserve(block[SLOT_COUNT]);
         block = nextBlock(block);
     }
     std::copy_n(data, HEADER_SIZE, header);
-    cards.swap(newCards);
-    slotStatus.swap(newSlotStatus);
+    cards.clear();
+    slotStatus.resize(count);
+    block = data + HEADER_SIZE;
+    for (StatusWords& words : slotStatus) {
+        cards.push_back({block[CONNECTED_ID], block[PORT_NO], block[SLOT_COUNT]});
+        readWords(block + SLOTS, block[SLOT_COUNT], words);
+        block = nextBlock(block);
+    }
     return true;
 }
 

@@ -10,10 +10,10 @@ namespace TAVLib::RecordKit {
 
 void readWords(const unsigned char* data, unsigned int count, StatusWords& words)
 {
-    words.reserve(count);
-    words.clear();
-    for (unsigned int i = 0; i < count; ++i) {
-        words.push_back(readLE16(data + 2 * i));
+    words.resize(count);
+    for (unsigned short& word : words) {
+        word = readLE16(data);
+        data += 2;
     }
 }
 
