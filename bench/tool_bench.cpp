@@ -3,7 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "Scratch.h"
-#include "tool/sel/EventPrinter.h"
+#include "tool/sel/EventColumns.h"
 
 namespace {
 
@@ -12,12 +12,10 @@ using namespace recordkit::tool;
 void ListingLine(benchmark::State& state)
 {
     const bench::Bytes image = bench::slot(1);
-    const auto printer = makeEventPrinter(EventFormat::TABLE, false);
-    std::string line;
+    EventListing listing =
+        eventListing(Format::TABLE, [](const std::string& text) { benchmark::DoNotOptimize(text); });
     for (auto _ : state) {
-        line.clear();
-        printer->append(decodeEvent(0, {1, 0, 0, image.data()}), line);
-        benchmark::DoNotOptimize(line.data());
+        listing.add(decodeEvent(0, {1, 0, 0, image.data()}));
     }
 }
 

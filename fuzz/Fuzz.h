@@ -5,9 +5,9 @@
 #include <cstdlib>
 
 #include <recordkit/host/TraceLog.h>
+#include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/platform/PException.h>
 
-#include "tool/Errors.h"
 
 namespace fuzz {
 

@@ -7,7 +7,6 @@
 #include "Fuzz.h"
 
 using namespace recordkit::inspect;
-using namespace recordkit::tool;
 using TAVLib::RecordKit::Util;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// Event records in every form that `sel add` accepts, and each of them as `sel list` shows it. The
-// first byte selects the form, and whether OEM data come from options.
-#include "Fuzz.h"
-#include "tool/sel/EventFields.h"
-#include "tool/sel/EventInput.h"
-#include "tool/sel/EventJson.h"
+// Event records in every form that can be imported, each of them decoded. The first byte selects the
+// form, and whether OEM data are given.
+#include <recordkit/inspect/event/EventImport.h>
+#include <recordkit/selfile/SELChainReader.h>
 
-using namespace recordkit::tool;
+#include "Fuzz.h"
+
+using namespace recordkit::inspect;
 namespace Layout = TAVLib::RecordKit::SELFileLayout;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
@@ -19,10 +19,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if ((data[0] & 0x80) != 0) {
         fields = {true, 0x8001, "PN-0123456789ABCDE", "SN4711"};
     }
-    const auto format = static_cast<ImportFormat>(data[0] % 5);
+    const auto format = static_cast<EventForm>(data[0] % 4);
     const std::string content(data + 1, data + size);
     fuzz::attempt([&] {
-        for (ImportedEvent& event : readEvents("input", content, format, fields)) {
+        for (ImportedEvent& event : importEvents("input", content, format, fields)) {
             setRecordId(event.message, 0x1234);
             fuzz::expect(recordIdOf(event.message) == 0x1234);
             unsigned char image[Layout::SLOT_SIZE];
@@ -30,7 +30,6 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
             TAVLib::RecordKit::SELChainReader::Record record = {1, 0, 0, image};
             const Event decoded = decodeEvent(0, record);
             eventText(decoded);
-            indented(toJson(decoded));
         }
     });
     return 0;

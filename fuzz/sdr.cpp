@@ -5,7 +5,6 @@
 #include "Fuzz.h"
 
 using namespace recordkit::inspect;
-using namespace recordkit::tool;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
 {

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <map>
 
+#include <recordkit/inspect/event/Event.h>
 #include <recordkit/selfile/BMCSELDataFile.h>
 #include <recordkit/selfile/SELChainReader.h>
 #include <recordkit/selfile/SELFileLayout.h>
@@ -15,7 +16,6 @@
 
 #include "Fuzz.h"
 #include "support/ScratchRoot.h"
-#include "tool/sel/EventJson.h"
 
 using namespace testing_support;
 using namespace TAVLib::RecordKit;
@@ -52,7 +52,7 @@ unsigned int walk(SELChainReader::Order order)
     while (reader.next(record)) {
         numbered += record.logNumber != 0 ? 1 : 0;
         if (order == SELChainReader::NEWEST_FIRST) {
-            recordkit::tool::toJson(recordkit::tool::decodeEvent(0, record));
+            recordkit::inspect::eventText(recordkit::inspect::decodeEvent(0, record));
         }
     }
     fuzz::expect(numbered == reader.getTotal());

@@ -3,13 +3,32 @@
 
 namespace recordkit::tool {
 
-CLI::App* addCommand(CLI::App& parent, const char* name, const char* description,
-                     const char* example)
+std::vector<Group> groups()
 {
-    CLI::App* const command = parent.add_subcommand(name, description);
-    command->footer(std::string("Example:\n  ") + example);
-    command->fallthrough();
-    return command;
+    return {
+        {"sel", "Event logs of the system boards", "recordkit --root board sel list --board all"},
+        {"fru", "Show, check and edit FRU images in files and kernel nodes",
+         "recordkit fru show board.bin"},
+        {"sdr", "List and show sensor data records", "recordkit sdr list repository.sdr"},
+        {"spd", "Show memory modules by their SPD data", "recordkit spd show dimm0.bin dimm1.bin"},
+        {"eeprom", "Setting areas and EFI backup on EEPROM images",
+         "recordkit eeprom setting list --images board"},
+        {"eeprom setting", "The setting areas and their index",
+         "recordkit eeprom setting list --images board"},
+        {"eeprom efi", "The EFI backup and its index record",
+         "recordkit eeprom efi status --images board"},
+    };
+}
+
+std::vector<Command> commands()
+{
+    return {selInitCommand(),      selAddCommand(),      selListCommand(),     selShowCommand(),           selStatusCommand(),
+            selCheckCommand(),     selRotateCommand(),   selBackupCommand(),   selRestoreCommand(),        selClearCommand(),
+            severityCommand(),     fruShowCommand(),     fruGetCommand(),      fruVerifyCommand(),         fruSetCommand(),
+            cpuCommand(),          nodeCommand(),        decodeCommand(),      sdrListCommand(),           sdrShowCommand(),
+            sdrEventsCommand(),    spdShowCommand(),     eepromCreateCommand(), settingListCommand(),      settingReadCommand(),
+            settingWriteCommand(), settingInitCommand(), settingIndexCommand(), settingInvalidateCommand(), efiStatusCommand(),
+            efiInitCommand(),      efiReadCommand(),     efiWriteCommand(),    efiMarkCommand(),           efiClearCommand()};
 }
 
 }

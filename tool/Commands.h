@@ -2,47 +2,54 @@
 #ifndef RECORDKIT_TOOL_COMMANDS_H
 #define RECORDKIT_TOOL_COMMANDS_H
 
-#include <CLI/CLI.hpp>
+#include <vector>
 
-#include "BoardOptions.h"
+#include "cli/Command.h"
 
 namespace recordkit::tool {
 
-// Each function adds one sub-command to its parent. The sub-command runs when the command line is
-// parsed; errors are thrown as CommandError.
+/// Every group of sub-commands, parents first.
+std::vector<Group> groups();
 
-void addSelCommands(CLI::App& app, Globals& globals);
-void addSeverityCommand(CLI::App& app, Globals& globals);
-void addFruCommands(CLI::App& app, Globals& globals);
-void addCpuCommand(CLI::App& app, Globals& globals);
-void addNodeCommand(CLI::App& app, Globals& globals);
-void addDecodeCommand(CLI::App& app, Globals& globals);
-void addSdrCommands(CLI::App& app, Globals& globals);
-void addSpdCommands(CLI::App& app, Globals& globals);
-void addEepromCommands(CLI::App& app, Globals& globals);
+/// Every sub-command, in the order of help and manual.
+std::vector<Command> commands();
 
-void addSettingCommands(CLI::App& eeprom, Globals& globals);
-void addEfiCommands(CLI::App& eeprom);
-
-void addSelAdd(CLI::App& sel, Globals& globals);
-void addSelList(CLI::App& sel, Globals& globals);
-void addSelShow(CLI::App& sel, Globals& globals);
-void addSelStatus(CLI::App& sel, Globals& globals);
-void addSelCheck(CLI::App& sel, Globals& globals);
-void addSelInit(CLI::App& sel, Globals& globals);
-void addSelRotate(CLI::App& sel, Globals& globals);
-void addSelBackup(CLI::App& sel, Globals& globals);
-void addSelRestore(CLI::App& sel, Globals& globals);
-void addSelClear(CLI::App& sel, Globals& globals);
-
-void addFruShow(CLI::App& fru, Globals& globals);
-void addFruGet(CLI::App& fru);
-void addFruVerify(CLI::App& fru);
-void addFruSet(CLI::App& fru);
-
-/// A sub-command with an example at the end of its help.
-CLI::App* addCommand(CLI::App& parent, const char* name, const char* description,
-                     const char* example);
+// One function per sub-command, in the file named after it.
+Command selInitCommand();
+Command selAddCommand();
+Command selListCommand();
+Command selShowCommand();
+Command selStatusCommand();
+Command selCheckCommand();
+Command selRotateCommand();
+Command selBackupCommand();
+Command selRestoreCommand();
+Command selClearCommand();
+Command severityCommand();
+Command fruShowCommand();
+Command fruGetCommand();
+Command fruVerifyCommand();
+Command fruSetCommand();
+Command cpuCommand();
+Command nodeCommand();
+Command decodeCommand();
+Command sdrListCommand();
+Command sdrShowCommand();
+Command sdrEventsCommand();
+Command spdShowCommand();
+Command eepromCreateCommand();
+Command settingListCommand();
+Command settingReadCommand();
+Command settingWriteCommand();
+Command settingInitCommand();
+Command settingInvalidateCommand();
+Command settingIndexCommand();
+Command efiStatusCommand();
+Command efiInitCommand();
+Command efiReadCommand();
+Command efiWriteCommand();
+Command efiMarkCommand();
+Command efiClearCommand();
 
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include <recordkit/inspect/bytes/Error.h>
+#include <recordkit/platform/PException.h>
 
 namespace recordkit::tool {
 
@@ -31,6 +32,16 @@ private:
     ExitStatus status;
 };
 
+/// Terminates the command with the given exit status, after everything was reported.
+class Reported {
+public:
+    explicit Reported(ExitStatus exitStatus) : status(exitStatus) {}
+    ExitStatus getStatus() const { return status; }
+
+private:
+    ExitStatus status;
+};
+
 inline CommandError dataError(const std::string& text)
 {
     return {EXIT_DATA, text};
@@ -51,6 +62,20 @@ ExitStatus statusOf(const Error& error);
 
 /// "PATH cannot be read: reason".
 CommandError systemError(const std::string& path, const char* what, int error);
+
+/// Works on an input; errors of the layers below become a CommandError that begins with its name.
+template <typename Work> auto naming(const std::string& input, const Work& work)
+{
+    try {
+        return work();
+    } catch (const CommandError&) {
+        throw;
+    } catch (const Error& e) {
+        throw CommandError(statusOf(e), input + ": " + e.what());
+    } catch (const TAVLib::PException& e) {
+        throw dataError(input + ": " + e.getMessage());
+    }
+}
 
 }
 

@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <exception>
 
-#include <recordkit/platform/PException.h>
-
-#include "CommandLine.h"
+#include "Commands.h"
 #include "Errors.h"
+#include "cli/CommandLine.h"
+#include "print/Output.h"
 
 namespace recordkit::tool {
 
@@ -15,23 +15,8 @@ namespace {
 
 int fail(ExitStatus status, const std::string& text)
 {
-    std::fflush(stdout);
-    std::fprintf(stderr, "recordkit: %s\n", text.c_str());
+    complain(text);
     return status;
-}
-
-int parseAndDo(const std::vector<std::string>& arguments)
-{
-    CommandLine commandLine;
-    CLI::App& app = commandLine.getApp();
-    try {
-        // CLI11 consumes the vector from the back.
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    } catch (const CLI::ParseError& e) {
-        // Help and version end up here too, with status 0.
-        return app.exit(e) == 0 ? EXIT_DONE : EXIT_USAGE;
-    }
-    return EXIT_DONE;
 }
 
 }
@@ -39,11 +24,13 @@ int parseAndDo(const std::vector<std::string>& arguments)
 int run(const std::vector<std::string>& arguments)
 {
     try {
-        const int status = parseAndDo(arguments);
+        const int status = runCommandLine(arguments, groups(), commands());
         if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
             return fail(EXIT_FILE, "standard output cannot be written");
         }
         return status;
+    } catch (const Reported& e) {
+        return e.getStatus();
     } catch (const Error& e) {
         return fail(statusOf(e), e.what());
     } catch (const TAVLib::PException& e) {

@@ -65,8 +65,22 @@ if grep -rnE 'CLI/|nlohmann|isatty|\\033|std::FILE|<cstdio>|<iostream>' recordki
     echo "recordkit/inspect knows what only the command may know"
     wrong=1
 fi
-if grep -rnE '\\033' tool | grep -v '^tool/print/'; then
-    echo "terminal codes are written by tool/print only"
+# What belongs to one folder of the command.
+# only FOLDER PATTERN WHAT
+only() {
+    if grep -rnE "$2" tool | grep -v "^$1"; then
+        echo "$3 belongs to $1 only"
+        wrong=1
+    fi
+}
+only tool/print/ '\\033|isatty|std::FILE' "writing to a terminal"
+only tool/print/ 'nlohmann' "the JSON library"
+only tool/cli/ 'CLI/|CLI::' "parsing of the command line"
+# Floors of the command: print and cli serve the sub-commands, and cli uses print.
+if grep -nE '#include "(\.\./)?(cli|sel|fru|sdr|spd|eeprom|cpu|node|severity|decode)/' tool/print/* ||
+    grep -nE '#include "\.\./(sel|fru|sdr|spd|eeprom|cpu|node|severity|decode)/' tool/cli/* ||
+    grep -nE '#include "\.\./Commands.h"' tool/cli/* tool/print/*; then
+    echo "tool/print and tool/cli do not know the sub-commands"
     wrong=1
 fi
 if grep -rn '#include [<"]tool/' recordkit; then

@@ -13,7 +13,7 @@
 #include "interop/Simulator.h"
 #include "support/Bytes.h"
 #include "support/ScratchRoot.h"
-#include "tool/PeerNames.h"
+#include "support/PeerNames.h"
 #include "tool/sel/EventInput.h"
 
 using namespace recordkit::inspect;

@@ -1,18 +1,28 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Images.h"
 
+#include <fmt/format.h>
+
+#include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/platform/PException.h>
 
 #include "../Errors.h"
+#include "../Files.h"
+#include "../print/Output.h"
 
 namespace recordkit::tool {
 
-void ImagesOption::addTo(CLI::App& command)
+Option images()
 {
-    command.add_option("--images", text, "Folder of the images eeprom4.bin, eeprom5.bin, ...")
-        ->envname("RECORDKIT_IMAGES")
-        ->capture_default_str()
-        ->type_name("DIR");
+    Option option =
+        text("--images", "DIR", "Folder of the images eeprom4.bin, eeprom5.bin, ...").by(".");
+    option.environment = "RECORDKIT_IMAGES";
+    return option;
+}
+
+TAVLib::host::FileEEPROMRWif openImages(const Arguments& arguments)
+{
+    return TAVLib::host::FileEEPROMRWif(arguments.text("--images"));
 }
 
 void attempt(const std::function<void()>& action)
@@ -24,6 +34,17 @@ void attempt(const std::function<void()>& action)
         throw CommandError(e.getActionCode() == REFUSED_ACTION ? EXIT_DATA : EXIT_FILE,
                            e.getParameter(0).empty() ? e.getMessage() : e.getParameter(0));
     }
+}
+
+void writeRead(const Arguments& arguments, const std::string& content, const std::string& source)
+{
+    if (!arguments.has("FILE")) {
+        print(content);
+        return;
+    }
+    writeOutput(arguments.text("FILE"), content);
+    print(fmt::format("{}: {} written to {}\n", source, counted(content.size(), "byte"),
+                      arguments.text("FILE")));
 }
 
 }

@@ -5,25 +5,23 @@
 #include <functional>
 #include <string>
 
-#include <CLI/CLI.hpp>
 #include <recordkit/host/FileEEPROMRWif.h>
+
+#include "../cli/Arguments.h"
 
 namespace recordkit::tool {
 
-/// The option --images of a sub-command: the folder of the EEPROMs' images.
-class ImagesOption {
-public:
-    void addTo(CLI::App& command);
-    const std::string& folder() const { return text; }
-    TAVLib::host::FileEEPROMRWif open() const { return TAVLib::host::FileEEPROMRWif(text); }
+/// --images: the folder of the EEPROMs' images.
+Option images();
 
-private:
-    std::string text = ".";
-};
+TAVLib::host::FileEEPROMRWif openImages(const Arguments& arguments);
 
 /// Runs an action on the EEPROM stores. A failure becomes a CommandError: data if a store refuses,
 /// file if something cannot be read or written.
 void attempt(const std::function<void()>& action);
+
+/// Writes what was read to FILE, or to standard output; `source` is what the bytes are from.
+void writeRead(const Arguments& arguments, const std::string& content, const std::string& source);
 
 }
 

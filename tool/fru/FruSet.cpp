@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/format.h>
-#include <memory>
+
 
 #include <recordkit/fru/FRUData.h>
 #include <recordkit/host/FileFRURWif.h>
@@ -12,18 +12,12 @@
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
+#include "../cli/Arguments.h"
+#include "../print/Output.h"
 
 namespace recordkit::tool {
 
 namespace {
-
-struct Options {
-    std::string file;
-    std::vector<std::string> assignments;
-    FruEditOptions edit;
-    bool isInPlace = false;
-    bool isDryRun = false;
-};
 
 /// Writes the bytes that differ in place, one run after another.
 void patch(const std::string& file, const std::string& before, const std::string& after)
@@ -58,68 +52,67 @@ void checkWritten(const std::string& file, const FruEditResult& result)
         }
     }
     if (readInput(file) != result.bytes) {
-        throw fileError(file + ": what was written reads back otherwise");
+        throw fileError(file + ": verification failed: the file does not read back as written");
     }
 }
 
-FruEditResult editFile(const Options& options, const std::string& bytes)
+FruEditResult edit(const Arguments& arguments, const std::string& bytes)
 {
     std::vector<FruEdit> edits;
-    for (const std::string& text : options.assignments) {
+    for (const std::string& text : arguments.texts("FIELD=VALUE")) {
         edits.push_back(parseFruEdit(text));
     }
-    try {
-        return editFruImage(bytes, edits, options.edit);
-    } catch (const Error& e) {
-        throw CommandError(statusOf(e), options.file + ": " + e.what());
-    } catch (const TAVLib::PException& e) {
-        throw dataError(options.file + ": " + e.getMessage());
-    }
+    FruEditOptions options;
+    options.mayGrow = arguments.has("--grow");
+    options.repairsChecksums = arguments.has("--ignore-checksum");
+    return naming(arguments.text("FILE"), [&] { return editFruImage(bytes, edits, options); });
 }
 
-void set(const Options& options)
+void run(const Arguments& arguments)
 {
-    const std::string bytes = readInput(options.file);
-    const FruEditResult result = editFile(options, bytes);
-    if (!options.isDryRun) {
-        if (options.isInPlace || isDeviceNode(options.file)) {
-            checkLink(options.file);
-            patch(options.file, bytes, result.bytes);
+    const std::string file = arguments.text("FILE");
+    const bool isDryRun = arguments.has("--dry-run");
+    const std::string bytes = readInput(file);
+    const FruEditResult result = edit(arguments, bytes);
+    if (!isDryRun) {
+        if (arguments.has("--in-place") || isDeviceNode(file)) {
+            checkLink(file);
+            patch(file, bytes, result.bytes);
         } else {
-            writeOutput(options.file, result.bytes);
+            writeOutput(file, result.bytes);
         }
-        checkWritten(options.file, result);
+        checkWritten(file, result);
     }
     for (const FruChange& change : result.changes) {
-        fmt::print("{}: \"{}\" -> \"{}\"\n", change.field, printable(change.before),
-                   printable(change.after));
+        print(fmt::format("{}: \"{}\" -> \"{}\"\n", change.field, printable(change.before),
+                          printable(change.after)));
     }
     for (const std::string& note : result.notes) {
-        fmt::print("{}\n", note);
+        print(note + "\n");
     }
-    if (options.isDryRun) {
-        fmt::print("nothing was written\n");
+    if (isDryRun) {
+        print("nothing was written\n");
     }
 }
 
 }
 
-void addFruSet(CLI::App& fru)
+Command fruSetCommand()
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* const command = addCommand(
-        fru, "set", "Change fields of a FRU image, all or none; everything else stays as it is",
-        "recordkit fru set board.bin board.serial=SN4711 product.asset-tag=\"Rack 7\"");
-    command->add_option("FILE", options->file, "FRU image or kernel node")->required();
-    command->add_option("FIELD=VALUE", options->assignments, "As board.serial=SN4711")->required();
-    command->add_flag("--grow", options->edit.mayGrow,
-                      "Where an area is too small, make it larger and move those behind it");
-    command->add_flag("--ignore-checksum", options->edit.repairsChecksums,
-                      "Repair wrong checksums of header and areas instead of refusing the image");
-    command->add_flag("--in-place", options->isInPlace,
-                      "Write the bytes that change where they lie, as is done with device nodes");
-    command->add_flag("--dry-run", options->isDryRun, "Say what would change, write nothing");
-    command->callback([options] { set(*options); });
+    return {
+        "fru set",
+        "Change fields of a FRU image, all or none; everything else stays as it is",
+        "recordkit fru set board.bin board.serial=SN4711 product.asset-tag=\"Rack 7\"",
+        {argument("FILE", "FRU image or kernel node"),
+         argument("FIELD=VALUE", "As board.serial=SN4711").many(),
+         flag("--grow", "If an area is too small, enlarge it and move the areas after it"),
+         flag("--ignore-checksum",
+              "Repair wrong checksums of header and areas instead of refusing the image"),
+         flag("--in-place", "Write only the bytes that change, in place, as for device nodes"),
+         flag("--dry-run", "Report what would change, write nothing")},
+        Answer::TEXT,
+        run,
+        "Write a date as 2024-11-05 06:07, a chassis type as a name or a number."};
 }
 
 }

@@ -1,65 +1,142 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <memory>
-
 #include <fmt/format.h>
 
+#include <recordkit/inspect/bytes/Hex.h>
+
 #include "../Commands.h"
-#include "../FileResults.h"
 #include "../Files.h"
-#include "FruPrinter.h"
-#include "InternalOption.h"
+#include "../print/Output.h"
+#include "../print/Problems.h"
+#include "FruOptions.h"
+#include "FruValues.h"
 
 namespace recordkit::tool {
 
 namespace {
 
-struct Options {
-    std::vector<std::string> files;
-    InternalOption internal;
-    bool isJson = false;
+/// A line of the table of an image's fields.
+struct Line {
+    std::string name;
+    std::string type;
+    std::size_t length = 0;
+    Cell value;
 };
 
-void show(const Options& options, const Globals& globals)
+Cell checksumCell(const FruChecksum& checksum)
 {
-    const bool hasSeveral = options.files.size() > 1;
-    Json all = Json::array();
-    FileResults results;
-    for (const std::string& file : options.files) {
-        results.add(file, [&] {
-            const std::string bytes = readInput(file);
-            const FruImage image = parseFruImage(bytes, options.internal.get());
-            if (options.isJson) {
-                Json json;
-                json["file"] = inputName(file);
-                json.update(toJson(image, bytes));
-                all.push_back(json);
+    const std::string stored = fmt::format("{:02X}h", checksum.stored);
+    return checkCell(checksum.isRight(), stored.c_str(),
+                     fmt::format("{} WRONG, expected {:02X}h", stored, checksum.expected));
+}
+
+std::vector<Line> linesOf(const FruImage& image)
+{
+    std::vector<Line> lines;
+    for (const FruAreaImage& area : image.areas) {
+        const std::string& name = area.extent.name;
+        if (area.extent.size == 0) {
+            continue;
+        }
+        for (const FruField& field : area.fields) {
+            lines.push_back({name + "." + field.name, field.typeName(), field.bytes.size(),
+                             {cellText(field.value)}});
+        }
+        lines.push_back({name + " unused", "", area.unused, {}});
+        lines.push_back({name + " checksum", "", 1, checksumCell(area.checksum)});
+    }
+    for (const FruInternalUse& internal : image.internalUse) {
+        constexpr std::size_t SHOWN = 16;
+        const std::string rest = internal.bytes.size() > SHOWN ? "..." : "";
+        lines.push_back({internal.extent.name, "binary", internal.bytes.size(),
+                         {toHex(internal.bytes.substr(0, SHOWN)) + rest}});
+    }
+    lines.push_back({"header checksum", "", 1, checksumCell(image.header)});
+    return lines;
+}
+
+constexpr Column<Line> LINES[] = {
+    {nullptr, "FIELD", 24, nullptr, [](const Line& line) { return Cell{line.name}; }},
+    {nullptr, "TYPE", 8, nullptr, [](const Line& line) { return Cell{line.type}; }},
+    {nullptr, "LENGTH", 6, nullptr,
+     [](const Line& line) { return Cell{std::to_string(line.length)}; }},
+    {nullptr, "VALUE", 0, nullptr, [](const Line& line) { return line.value; }},
+};
+
+constexpr Column<FruMultiRecord> RECORDS[] = {
+    {nullptr, "MULTIRECORD", 11, nullptr,
+     [](const FruMultiRecord& record) { return Cell{fmt::format("type {:02X}h", record.type)}; }},
+    {nullptr, "OFFSET", 6, nullptr,
+     [](const FruMultiRecord& record) { return Cell{std::to_string(record.extent.offset)}; }},
+    {nullptr, "LENGTH", 6, nullptr,
+     [](const FruMultiRecord& record) { return Cell{std::to_string(record.extent.size)}; }},
+    {nullptr, "CHECKSUM", 0, nullptr,
+     [](const FruMultiRecord& record) { return checksumCell(record.data); }},
+};
+
+constexpr Column<FruExtent> MAP[] = {
+    {nullptr, "BYTES", 12, nullptr,
+     [](const FruExtent& extent) {
+         return Cell{fmt::format("{} to {}", extent.offset, extent.end() - 1)};
+     }},
+    {nullptr, "SIZE", 5, nullptr,
+     [](const FruExtent& extent) { return Cell{std::to_string(extent.size)}; }},
+    {nullptr, "CONTENT", 0, nullptr, [](const FruExtent& extent) { return Cell{extent.name}; }},
+};
+
+void printText(const FruFile& file, bool isOne)
+{
+    if (!isOne) {
+        print(fmt::format("== {}\n", file.name));
+    }
+    if (!file.image.isFru) {
+        return;
+    }
+    printListing(linesOf(file.image), LINES, Format::TABLE);
+    if (!file.image.records.empty()) {
+        print("\n");
+        printListing(file.image.records, RECORDS, Format::TABLE);
+    }
+    print("\n");
+    printListing(file.image.map(file.bytes), MAP, Format::TABLE);
+}
+
+void run(const Arguments& arguments)
+{
+    const Format format = arguments.format();
+    const std::vector<std::string>& names = arguments.texts("FILE");
+    FruWriter writer(format);
+    Problems problems;
+    for (const std::string& name : names) {
+        problems.run(inputName(name), [&] {
+            FruFile file = {inputName(name), readInput(name), {}};
+            file.image = parseFruImage(file.bytes, internalLayoutOf(arguments));
+            if (format == Format::TABLE) {
+                printText(file, names.size() == 1);
             } else {
-                fmt::print("{}{}", hasSeveral ? fmt::format("== {}\n", inputName(file)) : "",
-                           describeFru(image, bytes, globals.wantsColour()));
+                writer.add(file);
             }
-            return image.allProblems();
+            return file.image.allProblems();
         });
     }
-    if (options.isJson) {
-        fmt::print("{}", indented(hasSeveral || all.empty() ? all : all[0]));
+    if (format != Format::TABLE) {
+        writer.finish();
     }
-    results.finish();
+    problems.finish();
 }
 
 }
 
-void addFruShow(CLI::App& fru, Globals& globals)
+Command fruShowCommand()
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* const command = addCommand(
-        fru, "show", "Show every area, field and checksum of FRU images, and their places",
-        "recordkit fru show board.bin --json; recordkit fru show "
-        "/sys/bus/i2c/devices/0-0050/eeprom");
-    command->add_option("FILE", options->files, "FRU image or kernel node; - for standard input")
-        ->required();
-    options->internal.addTo(*command);
-    command->add_flag("--json", options->isJson, "One JSON object; an array for several files");
-    command->callback([options, &globals] { show(*options, globals); });
+    return {"fru show",
+            "Show every area, field and checksum of FRU images, and their places",
+            "recordkit fru show board.bin --json; recordkit fru show "
+            "/sys/bus/i2c/devices/0-0050/eeprom",
+            {fruFile().many(), internalLayout()},
+            Answer::LISTING,
+            run,
+            "Damage is reported and the rest is shown; the exit status is then 1. CSV has a line "
+            "for each field, JSON an object for each image."};
 }
 
 }

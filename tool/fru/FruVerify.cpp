@@ -1,44 +1,54 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <memory>
-
-#include <recordkit/inspect/fru/FruImage.h>
 
 #include "../Commands.h"
-#include "../FileResults.h"
 #include "../Files.h"
+#include "../print/Problems.h"
+#include "FruOptions.h"
 
 namespace recordkit::tool {
 
 namespace {
 
-void verify(const std::vector<std::string>& files)
+struct Verdict {
+    std::string file;
+    std::vector<std::string> problems;
+};
+
+constexpr Column<Verdict> COLUMNS[] = {
+    {nullptr, "STATE", 7, nullptr,
+     [](const Verdict& v) { return checkCell(v.problems.empty(), "good", "damaged"); }},
+    {"file", "FILE", 0, [](const Verdict& v) { return Value(v.file); }},
+    {"good", nullptr, 0, [](const Verdict& v) { return Value(v.problems.empty()); }},
+    {"problems", nullptr, 0, [](const Verdict& v) { return Value(v.problems); }},
+};
+
+void run(const Arguments& arguments)
 {
-    FileResults results;
-    for (const std::string& file : files) {
-        results.add(file, [&file] {
-            std::vector<std::string> problems = parseFruImage(readInput(file)).allProblems();
-            fmt::print("{}: {}\n", inputName(file),
-                       problems.empty() ? "good"
-                                        : fmt::format("damaged: {}", fmt::join(problems, "; ")));
-            return problems;
+    Listing<Verdict> listing(COLUMNS, arguments.format());
+    Problems problems;
+    for (const std::string& file : arguments.texts("FILE")) {
+        problems.run(inputName(file), [&] {
+            const Verdict verdict = {inputName(file), parseFruImage(readInput(file)).allProblems()};
+            listing.add(verdict);
+            return verdict.problems;
         });
     }
-    results.finish();
+    listing.finish();
+    problems.finish();
 }
 
 }
 
-void addFruVerify(CLI::App& fru)
+Command fruVerifyCommand()
 {
-    const auto files = std::make_shared<std::vector<std::string>>();
-    CLI::App* const command =
-        addCommand(fru, "verify", "Check FRU images, a line each; exit status 1 if any is damaged",
-                   "recordkit fru verify *.bin");
-    command->add_option("FILE", *files, "FRU image or kernel node; - for standard input")
-        ->required();
-    command->callback([files] { verify(*files); });
+    return {"fru verify",
+            "Check FRU images, a line each; exit status 1 if any is damaged",
+            "recordkit fru verify *.bin",
+            {fruFile().many()},
+            Answer::LISTING,
+            run};
 }
 
 }

@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
-// Writes a manual page for each sub-command and the bash completion into a folder:
+// Writes the manual pages of the command, its sub-commands and groups, and the bash completion, into
+// a folder. The template of the first page has @NAMES@ for what is described in the code:
 //
-//   recordkit-man FOLDER
+//   recordkit-man FOLDER TEMPLATE
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 
 #include <fmt/format.h>
 
-#include "../CommandLine.h"
+#include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
+#include "../cli/Globals.h"
 
 namespace {
 
@@ -34,136 +36,143 @@ std::string roff(const std::string& text)
     return isRequest ? "\\&" + escaped : escaped;
 }
 
-/// The path of a command with blanks or dashes, such as "recordkit sel list".
-std::string pathOf(const CLI::App& app, char separator)
+/// The name of a page: "recordkit-sel-list".
+std::string pageName(const std::string& path)
 {
-    const CLI::App* const parent = app.get_parent();
-    return parent == nullptr ? app.get_name()
-                             : pathOf(*parent, separator) + separator + app.get_name();
+    return "recordkit-" + replaceAll(path, " ", "-");
 }
 
-/// Sub-commands that have a name: groups of options are nameless ones.
-std::vector<const CLI::App*> commandsOf(const CLI::App& app)
+std::string withStop(const std::string& sentence)
 {
-    std::vector<const CLI::App*> commands;
-    for (const CLI::App* const each : app.get_subcommands(
-             [](const CLI::App* command) { return !command->get_name().empty(); })) {
-        commands.push_back(each);
-    }
-    return commands;
+    return !sentence.empty() && sentence.back() == '.' ? sentence : sentence + ".";
 }
 
-/// The options of a command and of its groups.
-std::vector<const CLI::Option*> optionsOf(const CLI::App& app)
+std::string optionText(const Option& option)
 {
-    std::vector<const CLI::Option*> options = app.get_options();
-    for (const CLI::App* const group :
-         app.get_subcommands([](const CLI::App* each) { return each->get_name().empty(); })) {
-        for (const CLI::Option* const option : optionsOf(*group)) {
-            if (option != group->get_help_ptr()) {
-                options.push_back(option);
-            }
+    const bool hasValue = option.takesValue() && !option.isArgument();
+    const std::string value = hasValue ? " \\fI" + roff(option.valueName) + "\\fR" : "";
+    const bool saysDefault = option.help.find("default:") != std::string::npos;
+    const std::string standard = option.standard.empty() || saysDefault
+                                     ? ""
+                                     : " Default: " + roff(option.standard) + ".";
+    return fmt::format(".TP\n\\fB{}\\fR{}\n{}{}\n", roff(option.name), value,
+                       withStop(roff(option.help)), standard);
+}
+
+std::string synopsis(const Command& command)
+{
+    std::string text = ".B recordkit " + roff(command.path) + "\n[\\fIOPTION\\fR ...]";
+    for (const Option& option : command.options) {
+        if (option.isArgument()) {
+            const std::string name =
+                "\\fI" + roff(option.name) + "\\fR" + (option.isMany ? " ..." : "");
+            text += option.isRequired ? " " + name : " [" + name + "]";
         }
     }
-    return options;
+    return text + "\n";
 }
 
-std::string optionText(const CLI::Option& option)
+std::string pageStart(const std::string& path, const std::string& help)
 {
-    const std::string name = option.get_positional()
-                                 ? option.get_name(true)
-                                 : replaceAll(option.get_name(false, true), ",", ", ");
-    const bool takesValue = option.get_type_size() != 0 && !option.get_positional();
-    const std::string value = takesValue ? " \\fI" + roff(option.get_type_name()) + "\\fR" : "";
-    const std::string standard =
-        option.get_default_str().empty() ? "" : " Default: " + option.get_default_str() + ".";
-    return fmt::format(".TP\n\\fB{}\\fR{}\n{}.{}\n", roff(name), value,
-                       roff(option.get_description()), roff(standard));
+    const std::string name = roff(pageName(path));
+    return fmt::format(".\\\" SPDX-License-Identifier: Apache-2.0\n"
+                       ".TH {} 1 \"\" \"recordkit {}\" \"User Commands\"\n"
+                       ".SH NAME\n{} \\- {}\n.SH SYNOPSIS\n",
+                       name, RECORDKIT_VERSION, name, roff(help));
 }
 
-std::string optionSection(const CLI::App& app)
+std::string pageEnd(const std::string& example)
+{
+    return ".PP\nThe options of every sub\\-command are in\n.BR recordkit (1).\n"
+           ".SH EXAMPLE\n.nf\n" +
+           roff(example) + "\n.fi\n.SH SEE ALSO\n.BR recordkit (1),\n.BR recordkit (3)\n";
+}
+
+std::string commandPage(const Command& command)
+{
+    std::string text = pageStart(command.path, command.help) + synopsis(command) +
+                       ".SH DESCRIPTION\n" + withStop(roff(command.help)) + "\n" +
+                       (command.details.empty() ? "" : ".PP\n" + roff(command.details) + "\n") +
+                       ".SH OPTIONS\n";
+    for (const Option& option : command.allOptions()) {
+        text += optionText(option);
+    }
+    return text + optionText(flag("--help", "Print help")) + pageEnd(command.example);
+}
+
+bool isBelow(const std::string& path, const std::string& group)
+{
+    return path.compare(0, group.size() + 1, group + " ") == 0;
+}
+
+/// A line for each sub-command of a group; of all if the group is empty.
+std::string commandList(const std::string& group)
 {
     std::string text;
-    for (const CLI::Option* const option : optionsOf(app)) {
-        text += optionText(*option);
+    for (const Command& command : commands()) {
+        if (group.empty() || isBelow(command.path, group)) {
+            text += fmt::format(".TP\n.BR {} (1)\n{}\n", roff(pageName(command.path)),
+                                withStop(roff(command.help)));
+        }
     }
     return text;
 }
 
-std::string synopsis(const CLI::App& app)
+std::string groupPage(const Group& group)
 {
-    std::string text = ".B " + roff(pathOf(app, ' ')) + "\n[\\fIOPTION\\fR ...]";
-    for (const CLI::Option* const option : optionsOf(app)) {
-        if (option->get_positional()) {
-            const std::string dots = option->get_items_expected_max() > 1 ? " ..." : "";
-            const std::string name = "\\fI" + roff(option->get_name(true)) + "\\fR" + dots;
-            text += option->get_required() ? " " + name : " [" + name + "]";
-        }
-    }
-    return text + (commandsOf(app).empty() ? "\n" : " \\fICOMMAND\\fR\n");
+    return pageStart(group.path, group.help) + ".B recordkit " + roff(group.path) +
+           "\n\\fICOMMAND\\fR\n.SH COMMANDS\n" + commandList(group.path) + pageEnd(group.example);
 }
 
-std::string manualPage(const CLI::App& app)
+/// The word after the group, of a path below it.
+std::string nextWord(const std::string& path, const std::string& group)
 {
-    const std::string name = pathOf(app, '-');
-    std::string text = fmt::format(
-        ".TH {} 1 \"\" \"recordkit {}\" \"User Commands\"\n.SH NAME\n{} \\- {}\n.SH SYNOPSIS\n{}"
-        ".SH DESCRIPTION\n{}.\n",
-        roff(name), RECORDKIT_VERSION, roff(name), roff(app.get_description()), synopsis(app),
-        roff(app.get_description()));
-    if (!commandsOf(app).empty()) {
-        text += ".SH COMMANDS\n";
-        for (const CLI::App* const each : commandsOf(app)) {
-            text += fmt::format(".TP\n.BR {} (1)\n{}.\n", roff(pathOf(*each, '-')),
-                                roff(each->get_description()));
-        }
-    }
-    text +=
-        ".SH OPTIONS\n" + optionSection(app) +
-        ".PP\nThe options that stand in front of every sub\\-command are in\n.BR recordkit (1).\n";
-    const std::string footer = app.get_footer();
-    const std::string heading = "Example:\n";
-    if (footer.compare(0, heading.size(), heading) == 0) {
-        text += ".SH EXAMPLE\n.nf\n" + roff(footer.substr(heading.size())) + "\n.fi\n";
-    }
-    return text + ".SH SEE ALSO\n.BR recordkit (1),\n.BR recordkit (3)\n";
+    const std::size_t from = group.empty() ? 0 : group.size() + 1;
+    return path.substr(from, path.find(' ', from) - from);
 }
 
-/// A branch of the completion's case: what may follow a command.
-std::string completionOf(const CLI::App& app)
+/// A branch of the completion's case: what may follow the words of a path.
+std::string completionOf(const std::string& path, const std::string& words)
+{
+    return fmt::format("    \"recordkit{}{}\") words=\"{}\" ;;\n", path.empty() ? "" : " ", path,
+                       words);
+}
+
+/// The sub-commands and groups right below a group.
+std::string wordsBelow(const std::string& group)
 {
     std::string words;
-    for (const CLI::App* const each : commandsOf(app)) {
-        words += each->get_name() + " ";
-    }
-    for (const CLI::Option* const option : optionsOf(app)) {
-        for (const std::string& name : option->get_lnames()) {
-            words += "--" + name + " ";
+    for (const Command& command : commands()) {
+        const std::string word = nextWord(command.path, group) + " ";
+        if ((group.empty() || isBelow(command.path, group)) &&
+            (" " + words).find(" " + word) == std::string::npos) {
+            words += word;
         }
     }
-    return fmt::format("    \"{}\") words=\"{}\" ;;\n", pathOf(app, ' '), words);
+    return words + "--help ";
 }
 
-void write(const CLI::App& app, const std::string& folder, std::string& completion)
+std::string optionWords(const std::vector<Option>& options)
 {
-    if (app.get_parent() != nullptr) {
-        writeOutput(folder + "/" + pathOf(app, '-') + ".1",
-                    ".\\\" SPDX-License-Identifier: Apache-2.0\n" + manualPage(app));
+    std::string words;
+    for (const Option& option : options) {
+        words += option.isArgument() ? "" : option.name + " ";
     }
-    completion += completionOf(app);
-    for (const CLI::App* const each : commandsOf(app)) {
-        write(*each, folder, completion);
-    }
+    return words;
 }
 
-void writeAll(const std::string& folder)
+std::string completion()
 {
-    std::filesystem::create_directories(folder);
-    CommandLine commandLine;
-    std::string cases;
-    write(commandLine.getApp(), folder, cases);
+    std::string cases = completionOf("", wordsBelow("") + "--version " +
+                                             optionWords(globalOptions()));
+    for (const Group& group : groups()) {
+        cases += completionOf(group.path, wordsBelow(group.path));
+    }
+    for (const Command& command : commands()) {
+        cases += completionOf(command.path, optionWords(command.allOptions()) + "--help ");
+    }
     // The words before the cursor that name commands, as far as they lead to one.
-    writeOutput(folder + "/recordkit.bash", R"(# SPDX-License-Identifier: Apache-2.0
+    return R"(# SPDX-License-Identifier: Apache-2.0
 # Completion of recordkit for bash: sub-commands, options, and files where neither fits.
 _recordkit_words() {
     case "$1" in
@@ -181,19 +190,44 @@ _recordkit() {
     COMPREPLY=($(compgen -W "$words" -- "${COMP_WORDS[COMP_CWORD]}"))
 }
 complete -o default -F _recordkit recordkit
-)");
+)";
+}
+
+/// The page of the command itself.
+std::string mainPage(const std::string& pattern)
+{
+    std::string options;
+    for (const Option& option : globalOptions()) {
+        options += optionText(option);
+    }
+    std::string page = replaceAll(pattern, "@PROJECT_VERSION@", RECORDKIT_VERSION);
+    page = replaceAll(page, "@OPTIONS@\n", options);
+    return replaceAll(page, "@COMMANDS@\n", commandList(""));
+}
+
+void writeAll(const std::string& folder, const std::string& pattern)
+{
+    std::filesystem::create_directories(folder);
+    writeOutput(folder + "/recordkit.1", mainPage(readInput(pattern)));
+    for (const Group& group : groups()) {
+        writeOutput(folder + "/" + pageName(group.path) + ".1", groupPage(group));
+    }
+    for (const Command& command : commands()) {
+        writeOutput(folder + "/" + pageName(command.path) + ".1", commandPage(command));
+    }
+    writeOutput(folder + "/recordkit.bash", completion());
 }
 
 }
 
 int main(int argc, char** argv)
 {
-    if (argc != 2) {
-        std::fputs("usage: recordkit-man FOLDER\n", stderr);
+    if (argc != 3) {
+        std::fputs("usage: recordkit-man FOLDER TEMPLATE\n", stderr);
         return EXIT_USAGE;
     }
     try {
-        writeAll(argv[1]);
+        writeAll(argv[1], argv[2]);
     } catch (const CommandError& e) {
         std::fprintf(stderr, "recordkit-man: %s\n", e.what());
         return e.getStatus();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Csv.h"
 
-#include <vector>
+#include "Json.h"
 
 namespace recordkit::tool {
 
@@ -19,51 +19,43 @@ std::string quoted(const std::string& text)
     return result + "\"";
 }
 
-std::string toText(const Json& value)
+std::string toText(const Value& value)
 {
-    if (value.is_null()) {
+    if (value.isNull()) {
         return "";
     }
-    if (value.is_string()) {
-        return value.get<std::string>();
+    if (const auto* const text = value.as<std::string>()) {
+        return *text;
     }
-    if (!value.is_array()) {
-        return value.dump();
+    if (const auto* const list = value.as<List>()) {
+        std::string joined;
+        for (const Value& each : *list) {
+            joined += (joined.empty() ? "" : " ") + toText(each);
+        }
+        return joined;
     }
-    std::string joined;
-    for (const Json& element : value) {
-        joined += (joined.empty() ? "" : " ") + toText(element);
-    }
-    return joined;
+    return jsonText(value);
 }
 
-std::string join(const std::vector<std::string>& words)
+}
+
+std::string csvLine(const std::vector<std::string>& fields)
 {
     std::string line;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        line += (i == 0 ? "" : ",") + quoted(words[i]);
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        line += (i == 0 ? "" : ",") + quoted(fields[i]);
     }
     return line + "\r\n";
 }
 
-}
-
-std::string csvHeader(const Json& object)
+std::string csvLine(const Object& object)
 {
-    std::vector<std::string> names;
-    for (const auto& field : object.items()) {
-        names.push_back(field.key());
+    std::vector<std::string> fields;
+    fields.reserve(object.size());
+    for (const Member& member : object) {
+        fields.push_back(toText(member.value));
     }
-    return join(names);
-}
-
-std::string csvLine(const Json& object)
-{
-    std::vector<std::string> values;
-    for (const auto& field : object.items()) {
-        values.push_back(toText(field.value()));
-    }
-    return join(values);
+    return csvLine(fields);
 }
 
 }

@@ -3,16 +3,18 @@
 #define RECORDKIT_TOOL_PRINT_CSV_H
 
 #include <string>
+#include <vector>
 
-#include "Json.h"
+#include "Value.h"
 
 namespace recordkit::tool {
 
-/// The names of an object's fields as a CSV line (RFC 4180).
-std::string csvHeader(const Json& object);
+/// The fields as a CSV line (RFC 4180).
+std::string csvLine(const std::vector<std::string>& fields);
 
-/// The values of an object's fields as a CSV line: null is empty, a list is joined by blanks.
-std::string csvLine(const Json& object);
+/// The values of an object as a CSV line: null is empty, the elements of a list are joined by
+/// blanks, an object in the list is JSON.
+std::string csvLine(const Object& object);
 
 }
 

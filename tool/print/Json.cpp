@@ -1,29 +1,104 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Json.h"
 
-#include <recordkit/inspect/bytes/Text.h>
+#include <limits>
+
+#include <nlohmann/json.hpp>
 
 namespace recordkit::tool {
 
-std::string indented(const Json& value)
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct ToJson {
+    Json operator()(std::monostate) const { return nullptr; }
+    Json operator()(const List& list) const
+    {
+        Json json = Json::array();
+        for (const Value& each : list) {
+            json.push_back(std::visit(*this, each.get()));
+        }
+        return json;
+    }
+    Json operator()(const Object& object) const
+    {
+        Json::object_t json;
+        for (const Member& member : object) {
+            json.emplace_back(member.key, std::visit(*this, member.value.get()));
+        }
+        return json;
+    }
+    template <typename Scalar> Json operator()(const Scalar& scalar) const { return scalar; }
+};
+
+/// Throws std::domain_error for a number that a Value cannot express.
+Value fromJson(const Json& json)
 {
-    return value.dump(2) + "\n";
+    switch (json.type()) {
+    case Json::value_t::boolean:
+        return json.get<bool>();
+    case Json::value_t::string:
+        return json.get<std::string>();
+    case Json::value_t::array:
+        return listOf(json, fromJson);
+    case Json::value_t::object: {
+        Object object;
+        for (const auto& member : json.items()) {
+            object.push_back({member.key(), fromJson(member.value())});
+        }
+        return object;
+    }
+    case Json::value_t::number_unsigned:
+        if (json.get<unsigned long long>() <=
+            static_cast<unsigned long long>(std::numeric_limits<long long>::max())) {
+            return json.get<long long>();
+        }
+        throw std::domain_error("too large");
+    case Json::value_t::number_integer:
+        return json.get<long long>();
+    case Json::value_t::number_float:
+        throw std::domain_error("not whole");
+    default:
+        return {};
+    }
 }
 
-std::string oneLine(const Json& value)
-{
-    return value.dump() + "\n";
 }
 
-std::string cellText(const Json& value)
+std::string jsonText(const Value& value)
 {
-    if (value.is_null()) {
-        return "-";
+    return std::visit(ToJson(), value.get()).dump();
+}
+
+std::string indentedJson(const Value& value)
+{
+    return std::visit(ToJson(), value.get()).dump(2) + "\n";
+}
+
+std::optional<Value> parseJson(const std::string& text)
+{
+    const Json json = Json::parse(text, nullptr, false);
+    if (json.is_discarded()) {
+        return std::nullopt;
     }
-    if (value.is_boolean()) {
-        return value.get<bool>() ? "yes" : "no";
+    try {
+        return fromJson(json);
+    } catch (const std::domain_error&) {
+        return std::nullopt;
     }
-    return value.is_string() ? printable(value.get<std::string>()) : value.dump();
+}
+
+const Value* Value::find(const std::string& key) const
+{
+    if (const auto* const object = as<Object>()) {
+        for (const Member& member : *object) {
+            if (member.key == key) {
+                return &member.value;
+            }
+        }
+    }
+    return nullptr;
 }
 
 }

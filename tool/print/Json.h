@@ -2,26 +2,21 @@
 #ifndef RECORDKIT_TOOL_PRINT_JSON_H
 #define RECORDKIT_TOOL_PRINT_JSON_H
 
-#include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 
-#include <recordkit/inspect/bytes/Text.h>
-
-#include "../Errors.h"
+#include "Value.h"
 
 namespace recordkit::tool {
 
-/// Fields in the order in which they are written.
-using Json = nlohmann::ordered_json;
+/// A value as JSON on one line, without a newline.
+std::string jsonText(const Value& value);
 
-/// One value, indented, with a newline.
-std::string indented(const Json& value);
+/// A value as indented JSON, with a newline.
+std::string indentedJson(const Value& value);
 
-/// One value on one line, with a newline.
-std::string oneLine(const Json& value);
-
-/// A value in a table's cell: as printable text, "-" for null, yes and no for booleans.
-std::string cellText(const Json& value);
+/// The value of a JSON text; nothing for any other text, and for numbers that are not whole.
+std::optional<Value> parseJson(const std::string& text);
 
 }
 

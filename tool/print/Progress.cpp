@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <string>
 
+#include "Output.h"
+
 namespace recordkit::tool {
 
 namespace {
@@ -13,8 +15,8 @@ constexpr std::size_t WORTH_A_BAR = 2000;
 
 }
 
-Progress::Progress(std::size_t count, bool isWanted)
-    : total(count), isShown(isWanted && count >= WORTH_A_BAR)
+Progress::Progress(std::size_t count)
+    : total(count), isShown(wantsProgress() && count >= WORTH_A_BAR)
 {
 }
 

@@ -6,11 +6,11 @@
 
 namespace recordkit::tool {
 
-/// A progress bar on standard error, redrawn for each percent and erased at the end. Short work
+/// A progress bar on standard error if that is a terminal, redrawn for each percent and erased at the end. Short work
 /// shows no bar.
 class Progress {
 public:
-    Progress(std::size_t count, bool isWanted);
+    explicit Progress(std::size_t count);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

@@ -3,6 +3,10 @@
 
 #include <utility>
 
+#include <recordkit/inspect/bytes/Text.h>
+
+#include "Json.h"
+
 namespace recordkit::tool {
 
 namespace {
@@ -49,7 +53,33 @@ Style styleOf(inspect::Severity severity)
     return Style::PLAIN;
 }
 
-Table::Table(std::vector<Column> tableColumns, bool useColour)
+std::string cellText(const Value& value)
+{
+    if (value.isNull()) {
+        return "-";
+    }
+    if (const auto* const flag = value.as<bool>()) {
+        return *flag ? "yes" : "no";
+    }
+    if (const auto* const text = value.as<std::string>()) {
+        return inspect::printable(*text);
+    }
+    if (const auto* const list = value.as<List>()) {
+        std::string joined;
+        for (const Value& each : *list) {
+            joined += (joined.empty() ? "" : ",") + cellText(each);
+        }
+        return joined.empty() ? "-" : joined;
+    }
+    return jsonText(value);
+}
+
+Cell checkCell(bool isGood, const char* good, const std::string& bad)
+{
+    return isGood ? Cell{good} : Cell{bad, Style::ALARM};
+}
+
+Table::Table(std::vector<Heading> tableColumns, bool useColour)
     : columns(std::move(tableColumns)), hasColour(useColour)
 {
 }
@@ -57,7 +87,7 @@ Table::Table(std::vector<Column> tableColumns, bool useColour)
 std::string Table::header() const
 {
     std::vector<Cell> titles;
-    for (const Column& column : columns) {
+    for (const Heading& column : columns) {
         titles.push_back({column.title, Style::PLAIN});
     }
     std::string line;
@@ -65,25 +95,25 @@ std::string Table::header() const
     return line;
 }
 
-void Table::append(const std::vector<Cell>& cells, std::string& line) const
+void Table::append(const std::vector<Cell>& cells, std::string& text) const
 {
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const Cell& cell = cells[i];
         const bool isColoured = hasColour && cell.style != Style::PLAIN;
         if (isColoured) {
-            line += sequenceOf(cell.style);
+            text += sequenceOf(cell.style);
         }
-        line += cell.text;
+        text += cell.text;
         if (isColoured) {
-            line += RESET;
+            text += RESET;
         }
         if (i + 1 < cells.size()) {
             const std::size_t width = i < columns.size() ? columns[i].width : 0;
-            line.append(width > cell.text.size() ? width - cell.text.size() : 0, ' ');
-            line += "  ";
+            text.append(width > cell.text.size() ? width - cell.text.size() : 0, ' ');
+            text += "  ";
         }
     }
-    line += '\n';
+    text += '\n';
 }
 
 }

@@ -2,13 +2,13 @@
 #ifndef RECORDKIT_TOOL_PRINT_TABLE_H
 #define RECORDKIT_TOOL_PRINT_TABLE_H
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
 #include <recordkit/inspect/words/Severities.h>
 
-#include "../Errors.h"
+#include "Output.h"
+#include "Value.h"
 
 namespace recordkit::tool {
 
@@ -23,23 +23,30 @@ struct Cell {
     Style style = Style::PLAIN;
 };
 
-struct Column {
+/// A value as printable text: "-" for null, yes and no, the elements of a list with commas.
+std::string cellText(const Value& value);
+
+/// The cell of a check: highlighted if the result is bad.
+Cell checkCell(bool isGood, const char* good, const std::string& bad);
+
+struct Heading {
     const char* title;
     std::size_t width; ///< the last column of a table is not padded
 };
 
-/// Writes aligned lines; in colour only if requested.
+/// Aligned lines, by default in colour where standard output is a terminal that wants it.
 class Table {
 public:
-    Table(std::vector<Column> tableColumns, bool useColour);
+    explicit Table(std::vector<Heading> tableColumns = {}, bool useColour = wantsColour());
 
+    void addColumn(const Heading& column) { columns.push_back(column); }
     /// The line of titles.
     std::string header() const;
-    /// One line, newline included, appended to `line`.
-    void append(const std::vector<Cell>& cells, std::string& line) const;
+    /// Appends one line, newline included, to `text`.
+    void append(const std::vector<Cell>& cells, std::string& text) const;
 
 private:
-    std::vector<Column> columns;
+    std::vector<Heading> columns;
     bool hasColour;
 };
 

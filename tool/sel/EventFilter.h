@@ -2,39 +2,34 @@
 #ifndef RECORDKIT_TOOL_SEL_EVENTFILTER_H
 #define RECORDKIT_TOOL_SEL_EVENTFILTER_H
 
-#include <CLI/CLI.hpp>
-#include <string>
+#include <optional>
+#include <vector>
 
 #include <recordkit/inspect/event/Event.h>
 
 #include "../Errors.h"
+#include "../cli/Arguments.h"
 
 namespace recordkit::tool {
 
 /// The options of `sel list` that select events.
+std::vector<Option> eventFilterOptions();
+
+/// The events that they select.
 class EventFilter {
 public:
-    void addTo(CLI::App& command);
-
-    /// Parses the options' texts; throws CommandError (usage).
-    void prepare();
+    explicit EventFilter(const Arguments& arguments);
 
     bool accepts(const Event& event) const;
 
 private:
     bool isInTime(const Event& event) const;
 
-    std::string severityText;
-    std::string sinceText;
-    std::string untilText;
-    std::string sensorTypeText;
-    std::string partitionText;
-
-    Severity leastSeverity = SeverityMap::SEV_NONE;
-    unsigned int since = 0;
-    unsigned int until = 0;
-    unsigned char sensorType = 0;
-    unsigned long partition = 0;
+    std::optional<unsigned long> leastSeverity;
+    std::optional<unsigned long> sensorType;
+    std::optional<unsigned long> partition;
+    std::optional<unsigned long> since;
+    std::optional<unsigned long> until;
 };
 
 }

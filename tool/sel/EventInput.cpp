@@ -18,12 +18,14 @@ constexpr const char* BLANKS = " \t\r\n\f\v";
 /// The bytes of the field "image" of a line.
 Bytes imageOf(const std::string& line, const std::string& place)
 {
-    const Json object = Json::parse(line, nullptr, false);
-    if (!object.is_object() || !object.contains("image") || !object["image"].is_string()) {
+    const std::optional<Value> object = parseJson(line);
+    const Value* const digits = object ? object->find("image") : nullptr;
+    const auto* const text = digits == nullptr ? nullptr : digits->as<std::string>();
+    if (text == nullptr || text->empty()) {
         throw dataError(place + ": expected an object with a text \"image\" of hex digits");
     }
     Bytes image;
-    const std::size_t bad = parseHexDigits(object["image"].get<std::string>(), image);
+    const std::size_t bad = parseHexDigits(*text, image);
     if (bad != std::string::npos) {
         throw dataError(
             fmt::format("{}: column {}: expected two hex digits for each byte", place, bad + 1));

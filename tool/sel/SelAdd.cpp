@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <cstdio>
+#include <algorithm>
+
 #include <fmt/format.h>
-#include <map>
-#include <memory>
 
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/selfile/SELFileLayout.h>
 
 #include "../Commands.h"
 #include "../Files.h"
+#include "../cli/Arguments.h"
+#include "../print/Output.h"
 #include "../print/Progress.h"
 #include "EventInput.h"
 #include "Store.h"
@@ -19,17 +20,6 @@ namespace {
 
 namespace Layout = TAVLib::RecordKit::SELFileLayout;
 using TAVLib::RecordKit::OEMSELEntry;
-
-struct Options {
-    std::string file;
-    BoardOption board;
-    ImportFormat format = ImportFormat::AUTO;
-    bool isNdjson = false;
-    bool renumbers = false;
-    bool rotates = false;
-    std::string partitions;
-    OemFields fields;
-};
 
 /// Record ids that continue from the newest record of a board.
 class Numbering {
@@ -52,41 +42,31 @@ private:
     unsigned int last = 0;
 };
 
-void checkField(const char* option, const std::string& text, std::size_t longest)
+/// The text of an option for the OEM data; empty if it is not given.
+std::string fieldOf(const Arguments& arguments, const char* option, std::size_t longest)
 {
-    const bool isPrintable =
-        text.find_first_not_of(" !\"#$%&'()*+,-./0123456789:;<=>?@"
-                               "ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`"
-                               "abcdefghijklmnopqrstuvwxyz{|}~") == std::string::npos;
-    if (text.size() < 2 || text.size() > longest || !isPrintable) {
+    const std::string text = arguments.text(option);
+    const bool isPrintable = std::all_of(text.begin(), text.end(), [](char character) {
+        return character >= ' ' && character <= '~';
+    });
+    if (arguments.has(option) && (text.size() < 2 || text.size() > longest || !isPrintable)) {
         throw usageError(
             fmt::format("{}: expected 2 to {} printable ASCII characters", option, longest));
     }
+    return text;
 }
 
-/// Checks the values for the OEM data and puts the partitions into their bitmask.
-OemFields oemFields(const CLI::App& command, const Options& options, const Globals& globals)
+/// The OEM data for records without them.
+OemFields oemFields(const Arguments& arguments)
 {
-    OemFields fields = options.fields;
-    if (command.count("--partitions") != 0) {
-        const auto last = static_cast<unsigned long>(globals.getPartitions() - 1);
-        const std::vector<unsigned long> partitions = orThrow(
-            parseNumberList(options.partitions, last),
-            usageError(fmt::format("--partitions: \"{}\" is not a list of partitions 0 to {}",
-                                   options.partitions, last)));
-        for (const unsigned long partition : partitions) {
-            fields.partitions = static_cast<unsigned short>(fields.partitions | 1U << partition);
-        }
-        fields.areGiven = true;
+    OemFields fields;
+    for (const unsigned long partition : arguments.numbers("--partitions")) {
+        fields.partitions = static_cast<unsigned short>(fields.partitions | 1U << partition);
     }
-    if (command.count("--part-number") != 0) {
-        checkField("--part-number", fields.partNumber, OEMSELEntry::PART_NUMBER_SIZE);
-        fields.areGiven = true;
-    }
-    if (command.count("--serial-number") != 0) {
-        checkField("--serial-number", fields.serialNumber, OEMSELEntry::SERIAL_NUMBER_SIZE);
-        fields.areGiven = true;
-    }
+    fields.partNumber = fieldOf(arguments, "--part-number", OEMSELEntry::PART_NUMBER_SIZE);
+    fields.serialNumber = fieldOf(arguments, "--serial-number", OEMSELEntry::SERIAL_NUMBER_SIZE);
+    fields.areGiven = arguments.has("--partitions") || arguments.has("--part-number") ||
+                      arguments.has("--serial-number");
     return fields;
 }
 
@@ -122,78 +102,76 @@ bool store(unsigned char board, ImportedEvent& event, bool rotates, unsigned int
     return true;
 }
 
-void add(const CLI::App& command, const Options& options, const Globals& globals)
+std::vector<ImportedEvent> readInputEvents(const Arguments& arguments)
 {
-    const unsigned char board = options.board.get(globals);
-    const OemFields fields = oemFields(command, options, globals);
-    const std::string name = inputName(options.file);
-    const ImportFormat format = options.isNdjson ? ImportFormat::NDJSON : options.format;
-    std::vector<ImportedEvent> events = readEvents(name, readInput(options.file), format, fields);
-    if (!options.renumbers) {
+    const std::string name = inputName(arguments.text("FILE"));
+    const auto format = arguments.has("--ndjson")
+                            ? ImportFormat::NDJSON
+                            : static_cast<ImportFormat>(arguments.number("--format"));
+    std::vector<ImportedEvent> events =
+        readEvents(name, readInput(arguments.text("FILE")), format, oemFields(arguments));
+    if (!arguments.has("--renumber")) {
         refuseEmptyId(name, events);
     }
+    return events;
+}
 
-    prepareWorkingFile(board);
-    Numbering numbering(board);
-    Progress progress(events.size(), globals.wantsProgress());
+void run(const Arguments& arguments)
+{
+    const unsigned char sb = arguments.board();
+    std::vector<ImportedEvent> events = readInputEvents(arguments);
+    prepareWorkingFile(sb);
+    Numbering numbering(sb);
+    Progress progress(events.size());
     unsigned int rotations = 0;
     for (std::size_t i = 0; i < events.size(); ++i) {
         progress.show(i);
-        if (options.renumbers) {
+        if (arguments.has("--renumber")) {
             setRecordId(events[i].message, numbering.next());
         }
-        if (!store(board, events[i], options.rotates, rotations)) {
+        if (!store(sb, events[i], arguments.has("--rotate"), rotations)) {
             throw dataError(fmt::format("{} is full: {} of {} events stored, the rest begins at {} "
                                         "of {}; rotate the board, or add them with --rotate",
-                                        workingFile(board), i, events.size(), events[i].place,
-                                        name));
+                                        workingFile(sb), i, events.size(), events[i].place,
+                                        inputName(arguments.text("FILE"))));
         }
     }
-    fmt::print(
-        "{} event{} stored on board {}{}\n", events.size(), events.size() == 1 ? "" : "s", board,
-        rotations == 0 ? "" : fmt::format(", {} rotation{}", rotations, rotations == 1 ? "" : "s"));
+    print(fmt::format("{} stored on board {}{}\n", counted(events.size(), "event"), sb,
+                      rotations == 0 ? "" : ", " + counted(rotations, "rotation")));
 }
 
 }
 
-void addSelAdd(CLI::App& sel, Globals& globals)
+Command selAddCommand()
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* const command = addCommand(
-        sel, "add", "Store event records: ipmitool's sel writeraw files, hex text, or ndjson",
-        "ipmitool sel writeraw events.raw && recordkit sel add events.raw --board 1 --rotate");
-    command->add_option("FILE", options->file, "File with records, or - for standard input")
-        ->required();
-    options->board.addTo(*command);
-    const std::map<std::string, ImportFormat> formats = {{"auto", ImportFormat::AUTO},
-                                                         {"writeraw", ImportFormat::WRITERAW},
-                                                         {"wire", ImportFormat::WIRE},
-                                                         {"hex", ImportFormat::HEX},
-                                                         {"ndjson", ImportFormat::NDJSON}};
-    command
-        ->add_option("--format", options->format,
-                     "auto, writeraw (16-byte records of ipmitool sel writeraw), wire (16-byte "
-                     "records as sent), hex (a record of 16, 18, 74, 130 or 138 bytes a line), "
-                     "ndjson (of sel list --ndjson); default: auto")
-        ->transform(CLI::CheckedTransformer(formats).description(""))
-        ->type_name("FORMAT");
-    command->add_flag("--ndjson", options->isNdjson, "The same as --format ndjson");
-    command->add_flag("--renumber", options->renumbers,
-                      "Number the records on from the board's last one, instead of keeping ids");
-    command
-        ->add_option("--partitions", options->partitions,
-                     "Partitions that the events concern, as 0,2")
-        ->type_name("LIST");
-    command
-        ->add_option("--part-number", options->fields.partNumber,
-                     "Part number of the unit involved")
-        ->type_name("TEXT");
-    command
-        ->add_option("--serial-number", options->fields.serialNumber,
-                     "Serial number of the unit involved")
-        ->type_name("TEXT");
-    command->add_flag("--rotate", options->rotates, "Rotate a full file and go on");
-    command->callback([command, options, &globals] { add(*command, *options, globals); });
+    return {
+        "sel add",
+        "Store event records: ipmitool's sel writeraw files, hex text, or NDJSON",
+        "ipmitool sel writeraw events.raw && recordkit sel add events.raw --board 1 --rotate",
+        {argument("FILE", "File with records, or - for standard input"), board(),
+         // In the order of ImportFormat.
+         choice("--format", "FORMAT", {"auto", "writeraw", "wire", "hex", "ndjson"},
+                "auto, writeraw (16-byte records of ipmitool sel writeraw), wire (16-byte records "
+                "as sent), hex (a record of 16, 18, 74, 130 or 138 bytes per line), ndjson (of sel "
+                "list --ndjson)")
+             .by("auto"),
+         flag("--ndjson", "The same as --format ndjson"),
+         flag("--renumber",
+              "Renumber records to follow the board's last id instead of keeping their own"),
+         partitions("Partitions that the events concern, as 0,2"),
+         text("--part-number", "TEXT", "Part number of the unit involved"),
+         text("--serial-number", "TEXT", "Serial number of the unit involved"),
+         flag("--rotate", "Rotate a full file and continue")},
+        Answer::TEXT,
+        run,
+        "Nothing is stored if any part of the input is damaged. auto reads binary input as "
+        "writeraw, which reverses the manufacturer id of OEM records C0h to DFh; it is reversed "
+        "back. Lines of hex may contain blanks, commas, 0x and # comments; of NDJSON the field "
+        "image is read. Renumbered ids go from FFFEh to 1; without --renumber an id FFFFh, which "
+        "marks an empty slot, is refused. Partitions, part number and serial number fill the OEM "
+        "data of records without them (16 and 18 bytes). Without --rotate a full file ends the "
+        "command with status 1; the message says how many records were stored and where the rest "
+        "begins."};
 }
 
 }

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/format.h>
-#include <memory>
 
+#include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/bytes/Time.h>
 #include <recordkit/selfile/SELStoreCheck.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
-#include "../print/Json.h"
+#include "../cli/Arguments.h"
+#include "../print/Output.h"
 
 namespace recordkit::tool {
 
@@ -15,124 +16,117 @@ using TAVLib::RecordKit::SELStoreCheck;
 
 namespace {
 
-struct Options {
-    BoardsOption boards;
-    bool recovers = false;
-    bool isJson = false;
+/// A board's files, and what was done to them.
+struct Checked {
+    unsigned char board;
+    SELStoreCheck check;
+    std::vector<std::string> actions;
 };
 
-std::string timeOf(unsigned int seconds)
-{
-    return Timestamp(seconds).toText();
-}
-
-void printFiles(const SELStoreCheck& check)
-{
-    for (const SELStoreCheck::File& file : check.getFiles()) {
-        if (file.isMissing) {
-            continue;
-        }
-        fmt::print("  {}: {} events", file.path, file.count);
-        if (file.count != 0) {
-            fmt::print(", ids {:04X}h to {:04X}h", file.firstId, file.lastId);
-        }
-        if (file.hasTimes) {
-            fmt::print(", {} to {}", timeOf(file.firstTime), timeOf(file.lastTime));
-        }
-        fmt::print("\n");
-    }
-}
-
-void printFindings(unsigned char board, const SELStoreCheck& check)
-{
-    fmt::print("board {}: {}\n", board, check.isSound() ? "sound" : "not sound");
-    printFiles(check);
-    for (const SELStoreCheck::Finding& finding : check.getFindings()) {
-        fmt::print("  {}: {}\n", finding.isDamage ? "wrong" : "note", finding.text);
-    }
-}
-
-Json toJson(const SELStoreCheck::File& file)
+Object fileObject(const SELStoreCheck::File& file)
 {
     const bool hasEvents = file.count != 0;
-    Json json;
-    json["path"] = file.path;
-    json["missing"] = file.isMissing;
-    json["size"] = file.size < 0 ? Json(nullptr) : Json(file.size);
-    json["events"] = file.count;
-    json["first_id"] = hasEvents ? Json(file.firstId) : Json(nullptr);
-    json["last_id"] = hasEvents ? Json(file.lastId) : Json(nullptr);
-    json["first_timestamp"] = file.hasTimes ? Json(file.firstTime) : Json(nullptr);
-    json["last_timestamp"] = file.hasTimes ? Json(file.lastTime) : Json(nullptr);
-    json["damage"] = file.damage.empty() ? Json(nullptr) : Json(file.damage);
-    return json;
+    return {{"path", file.path},
+            {"missing", file.isMissing},
+            {"size", valueIf(file.size >= 0, file.size)},
+            {"events", file.count},
+            {"first_id", valueIf(hasEvents, file.firstId)},
+            {"last_id", valueIf(hasEvents, file.lastId)},
+            {"first_timestamp", valueIf(file.hasTimes, file.firstTime)},
+            {"last_timestamp", valueIf(file.hasTimes, file.lastTime)},
+            {"damage", textOrNull(file.damage)}};
 }
 
-Json toJson(unsigned char board, const SELStoreCheck& check,
-            const std::vector<std::string>& actions)
+Object findingObject(const SELStoreCheck::Finding& finding)
 {
-    Json json;
-    json["board"] = board;
-    json["sound"] = check.isSound();
-    json["files"] = Json::array();
-    for (const SELStoreCheck::File& file : check.getFiles()) {
-        json["files"].push_back(toJson(file));
-    }
-    json["findings"] = Json::array();
-    for (const SELStoreCheck::Finding& finding : check.getFindings()) {
-        json["findings"].push_back({{"damage", finding.isDamage}, {"text", finding.text}});
-    }
-    json["actions"] = actions;
-    return json;
+    return {{"damage", finding.isDamage}, {"text", finding.text}};
 }
 
-void check(const Options& options, const Globals& globals)
+constexpr Column<Checked> COLUMNS[] = {
+    {"board", nullptr, 0, [](const Checked& c) { return Value(c.board); }},
+    {"sound", nullptr, 0, [](const Checked& c) { return Value(c.check.isSound()); }},
+    {"files", nullptr, 0,
+     [](const Checked& c) { return Value(listOf(c.check.getFiles(), fileObject)); }},
+    {"findings", nullptr, 0,
+     [](const Checked& c) { return Value(listOf(c.check.getFindings(), findingObject)); }},
+    {"actions", nullptr, 0, [](const Checked& c) { return Value(c.actions); }},
+};
+
+std::string fileText(const SELStoreCheck::File& file)
 {
+    std::string text = fmt::format("  {}: {}", file.path, counted(file.count, "event"));
+    if (file.count != 0) {
+        text += fmt::format(", ids {:04X}h to {:04X}h", file.firstId, file.lastId);
+    }
+    if (file.hasTimes) {
+        text += fmt::format(", {} to {}", Timestamp(file.firstTime).toText(),
+                            Timestamp(file.lastTime).toText());
+    }
+    return text + "\n";
+}
+
+std::string describe(const Checked& checked)
+{
+    std::string text;
+    for (const std::string& action : checked.actions) {
+        text += fmt::format("board {}: {}\n", checked.board, action);
+    }
+    text += fmt::format("board {}: {}\n", checked.board,
+                        checked.check.isSound() ? "sound" : "not sound");
+    for (const SELStoreCheck::File& file : checked.check.getFiles()) {
+        text += file.isMissing ? "" : fileText(file);
+    }
+    for (const SELStoreCheck::Finding& finding : checked.check.getFindings()) {
+        text += fmt::format("  {}: {}\n", finding.isDamage ? "wrong" : "note", finding.text);
+    }
+    return text;
+}
+
+void run(const Arguments& arguments)
+{
+    const bool recovers = arguments.has("--recover");
+    const Format format = arguments.format();
     bool isSound = true;
     bool isRecovered = true;
-    Json all = Json::array();
-    for (const unsigned char board : options.boards.get(globals)) {
+    std::vector<Checked> all;
+    for (const unsigned char board : arguments.boards()) {
         std::vector<std::string> actions;
-        if (options.recovers) {
+        if (recovers) {
             isRecovered = SELStoreCheck(board).recover(actions) && isRecovered;
         }
-        const SELStoreCheck now(board);
-        isSound = now.isSound() && isSound;
-        if (options.isJson) {
-            all.push_back(toJson(board, now, actions));
-            continue;
+        all.push_back({board, SELStoreCheck(board), actions});
+        isSound = all.back().check.isSound() && isSound;
+        if (format == Format::TABLE) {
+            print(describe(all.back()));
         }
-        for (const std::string& action : actions) {
-            fmt::print("board {}: {}\n", board, action);
-        }
-        printFindings(board, now);
     }
-    if (options.isJson) {
-        fmt::print("{}", indented(all));
+    if (format != Format::TABLE) {
+        printListing(all, COLUMNS, format);
     }
     if (!isRecovered) {
         throw fileError("the recovery could not be finished");
     }
     if (!isSound) {
-        throw dataError(options.recovers ? "not everything could be recovered"
-                                         : "the event log is not sound; --recover finishes a "
-                                           "rotation that was cut off and closes gaps");
+        throw dataError(recovers ? "not everything could be recovered"
+                                 : "the event log is not sound; --recover finishes an interrupted "
+                                   "rotation and closes gaps");
     }
 }
 
 }
 
-void addSelCheck(CLI::App& sel, Globals& globals)
+Command selCheckCommand()
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        addCommand(sel, "check", "Say what is wrong with the files of a log, as after a power cut",
-                   "recordkit sel check --board 1 --recover");
-    options->boards.addTo(*command, "all");
-    command->add_flag("--recover", options->recovers,
-                      "Finish a rotation that was cut off, and close gaps, by renames alone");
-    command->add_flag("--json", options->isJson, "One JSON array");
-    command->callback([options, &globals] { check(*options, globals); });
+    return {"sel check",
+            "Report what is wrong with the files of a log, for example after a power cut",
+            "recordkit sel check --board 1 --recover",
+            {boards("all"), flag("--recover", "Finish an interrupted rotation and close gaps, using "
+                                              "only renames")},
+            Answer::LISTING,
+            run,
+            "For each file: missing, of the wrong size, a damaged tail, records after it, how many "
+            "events from when to when. For the set: a gap in the chain, an interrupted rotation, a "
+            "shift request that was left."};
 }
 
 }

@@ -6,48 +6,21 @@
 #include <recordkit/inspect/log/NewEvents.h>
 
 #include "../Commands.h"
-#include "../Errors.h"
+#include "../print/Problems.h"
+#include "EventColumns.h"
 #include "EventFilter.h"
-#include "EventPrinter.h"
 #include "WriteWatch.h"
 
 namespace recordkit::tool {
 
 namespace {
 
-struct Options {
-    BoardsOption boards;
-    EventFilter filter;
-    std::size_t last = 0;
-    bool isJson = false;
-    bool isNdjson = false;
-    bool isCsv = false;
-    bool follows = false;
-};
-
-EventFormat formatOf(const Options& options)
-{
-    if (options.isJson) {
-        return EventFormat::JSON;
-    }
-    if (options.isNdjson) {
-        return EventFormat::NDJSON;
-    }
-    return options.isCsv ? EventFormat::CSV : EventFormat::TABLE;
-}
-
-void write(const std::string& text)
-{
-    std::fwrite(text.data(), 1, text.size(), stdout);
-}
-
 /// Events of all boards that pass the filter and are new since the last call.
-class Listing {
+class NewChosenEvents {
 public:
-    Listing(const std::vector<unsigned char>& boards, const EventFilter& eventFilter)
-        : filter(eventFilter)
+    explicit NewChosenEvents(const Arguments& arguments) : filter(arguments)
     {
-        for (const unsigned char board : boards) {
+        for (const unsigned char board : arguments.boards()) {
             sources.emplace_back(board);
         }
     }
@@ -71,90 +44,69 @@ public:
     const std::set<std::string>& getProblems() const { return problems; }
 
 private:
-    const EventFilter& filter;
+    EventFilter filter;
     std::vector<NewEvents> sources;
     std::set<std::string> problems;
 };
 
-void print(const std::vector<Event>& events, std::size_t from, EventPrinter& printer)
+void add(const std::vector<Event>& events, std::size_t from, EventListing& listing)
 {
-    std::string piece;
     for (std::size_t i = from; i < events.size(); ++i) {
-        printer.append(events[i], piece);
-        constexpr std::size_t LARGE = 65536;
-        if (piece.size() >= LARGE) {
-            write(piece);
-            piece.clear();
-        }
+        listing.add(events[i]);
     }
-    write(piece);
+    listing.flush();
     std::fflush(stdout);
 }
 
-[[noreturn]] void follow(Listing& listing, const WriteWatch& watch, EventPrinter& printer)
+void run(const Arguments& arguments)
 {
-    for (;;) {
-        watch.wait();
-        print(listing.take(), 0, printer);
+    if (arguments.has("--follow") && arguments.isJson()) {
+        throw usageError("--follow never ends, so a JSON array could never be closed; use --ndjson");
     }
-}
-
-void list(Options& options, const Globals& globals)
-{
-    options.filter.prepare();
-    const std::vector<unsigned char> boards = options.boards.get(globals);
+    EventListing listing = eventListing(arguments.format());
     // Start watching before the first read, so that no event is missed in between.
     const std::unique_ptr<WriteWatch> watch =
-        options.follows ? std::make_unique<WriteWatch>(boards) : nullptr;
-    const std::unique_ptr<EventPrinter> printer =
-        makeEventPrinter(formatOf(options), globals.wantsColour());
-
-    Listing listing(boards, options.filter);
-    const std::vector<Event> events = listing.take();
-    const std::size_t from =
-        options.last != 0 && options.last < events.size() ? events.size() - options.last : 0;
-    write(printer->begin());
-    print(events, from, *printer);
-    if (watch != nullptr) {
-        follow(listing, *watch, *printer);
+        arguments.has("--follow") ? std::make_unique<WriteWatch>(arguments.boards()) : nullptr;
+    NewChosenEvents source(arguments);
+    const std::vector<Event> events = source.take();
+    const std::size_t last = arguments.find("--last").value_or(events.size());
+    add(events, last < events.size() ? events.size() - last : 0, listing);
+    while (watch != nullptr) {
+        watch->wait();
+        add(source.take(), 0, listing);
     }
-    write(printer->end());
-
-    std::string problems;
-    for (const std::string& problem : listing.getProblems()) {
-        problems += (problems.empty() ? "" : "\nrecordkit: ") + problem;
+    listing.finish();
+    Problems problems;
+    for (const std::string& problem : source.getProblems()) {
+        problems.add("", problem);
     }
-    if (!problems.empty()) {
-        throw dataError(problems);
-    }
+    problems.finish();
 }
 
-}
-
-void addSelList(CLI::App& sel, Globals& globals)
+std::vector<Option> options()
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        addCommand(sel, "list", "List the events of a board, oldest first",
-                   "recordkit sel list --board all --severity warning --since 2024-11-05");
-    options->boards.addTo(*command, "0");
-    options->filter.addTo(*command);
-    command->add_option("--last", options->last, "Only the newest N of them")
-        ->check(CLI::PositiveNumber)
-        ->type_name("N");
-    CLI::Option_group* const formats =
-        command->add_option_group("Output", "one of these instead of a table");
-    formats->add_flag("--json", options->isJson, "One JSON array");
-    formats->add_flag("--ndjson", options->isNdjson, "One JSON object a line");
-    formats->add_flag("--csv", options->isCsv, "CSV with a line of names");
-    formats->require_option(0, 1);
-    command->add_flag("--follow", options->follows, "Go on with events as they are stored");
-    command->callback([options, &globals] {
-        if (options->follows && options->isJson) {
-            throw usageError("--follow never ends, and so a JSON array would not: use --ndjson");
-        }
-        list(*options, globals);
-    });
+    std::vector<Option> all = eventFilterOptions();
+    all.insert(all.begin(), boards("0"));
+    constexpr unsigned long MANY = 0xFFFFFFFF;
+    all.push_back(number("--last", "N", 1, MANY, "Only the newest N of the selected events"));
+    all.push_back(flag("--follow", "Keep running and print new events as they arrive"));
+    return all;
+}
+
+}
+
+Command selListCommand()
+{
+    return {"sel list",
+            "List the events of a board, oldest first",
+            "recordkit sel list --board all --severity warning --since 2024-11-05",
+            options(),
+            Answer::LISTING,
+            run,
+            "Severities are, from harmless to fatal, informational, monitor, warning, critical and "
+            "non-recoverable. A deassertion has the severity of what went away. --follow also "
+            "follows rotations, until it is interrupted. The fields of JSON and CSV are those of "
+            "recordkit(1), FIELDS."};
 }
 
 }

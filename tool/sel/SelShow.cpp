@@ -1,27 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/format.h>
-#include <memory>
-
-#include <recordkit/inspect/bytes/Numbers.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
-#include "EventFields.h"
-#include "EventJson.h"
-#include "Store.h"
+#include "../cli/Arguments.h"
+#include "../print/Output.h"
+#include "EventColumns.h"
+#include "EventText.h"
 
 namespace recordkit::tool {
 
 using TAVLib::RecordKit::SELChainReader;
 
 namespace {
-
-struct Options {
-    BoardOption board;
-    std::string id;
-    std::string log;
-    bool isJson = false;
-};
 
 /// The newest event that `matches` accepts; throws CommandError (data) if there is none.
 template <typename Match>
@@ -34,54 +25,54 @@ Event findEvent(unsigned char board, const std::string& wanted, const Match& mat
             return decodeEvent(board, record);
         }
     }
-    std::string text = fmt::format("board {} has no event with {}", board, wanted);
     for (const auto& damage : reader.getDamage()) {
-        text += fmt::format("\nrecordkit: {}: {}", damage.path, damage.text);
+        complain(damage.path + ": " + damage.text);
     }
-    throw dataError(text);
+    throw dataError(fmt::format("board {} has no event with {}", board, wanted));
 }
 
-Event chooseEvent(const Options& options, const Globals& globals)
+Event chooseEvent(const Arguments& arguments)
 {
-    const unsigned char board = options.board.get(globals);
-    const bool isByLog = !options.log.empty();
-    if (isByLog == !options.id.empty()) {
+    const auto id = arguments.find("ID");
+    const auto log = arguments.find("--log");
+    if (id.has_value() == log.has_value()) {
         throw usageError("expected a record id or --log N");
     }
-    const std::string& text = isByLog ? options.log : options.id;
-    const unsigned long number =
-        orThrow(parseNumber(text, 0xFFFF),
-                usageError(fmt::format(
-                    "\"{}\" is not a number, expected 0 to 65535, decimal or as 0x1F", text)));
-    if (isByLog) {
-        return findEvent(board, fmt::format("log number {}", number),
-                         [number](const SELChainReader::Record& record) {
-                             return number != 0 && record.logNumber == number;
+    if (log) {
+        return findEvent(arguments.board(), fmt::format("log number {}", *log),
+                         [&log](const SELChainReader::Record& record) {
+                             return *log != 0 && record.logNumber == *log;
                          });
     }
-    return findEvent(board, fmt::format("record id {:04X}h", number),
-                     [number](const SELChainReader::Record& record) {
-                         return SELFileLayout::idOf(record.image) == number;
+    return findEvent(arguments.board(), fmt::format("record id {:04X}h", *id),
+                     [&id](const SELChainReader::Record& record) {
+                         return SELFileLayout::idOf(record.image) == *id;
                      });
 }
 
+void run(const Arguments& arguments)
+{
+    const Event event = chooseEvent(arguments);
+    if (arguments.format() == Format::TABLE) {
+        print(describeEvent(event));
+        return;
+    }
+    EventListing listing = eventListing(arguments.format());
+    listing.add(event);
+    listing.finish();
 }
 
-void addSelShow(CLI::App& sel, Globals& globals)
+}
+
+Command selShowCommand()
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        addCommand(sel, "show", "Show every field of one event, and its bytes",
-                   "recordkit sel show 0x97 --board 1; recordkit sel show --log 3");
-    command->add_option("ID", options->id, "Record id; the newest event that has it");
-    command->add_option("--log", options->log, "Log number, from 1 for the oldest event")
-        ->type_name("N");
-    options->board.addTo(*command);
-    command->add_flag("--json", options->isJson, "One JSON object");
-    command->callback([options, &globals] {
-        const Event event = chooseEvent(*options, globals);
-        fmt::print("{}", options->isJson ? indented(toJson(event)) : describeEvent(event));
-    });
+    return {"sel show",
+            "Show every field of one event, and its bytes",
+            "recordkit sel show 0x97 --board 1; recordkit sel show --log 3",
+            {number("ID", "ID", 0, 0xFFFF, "Record id; the newest event that has it").optional(),
+             number("--log", "N", 0, 0xFFFF, "Log number, from 1 for the oldest event"), board()},
+            Answer::LISTING,
+            run};
 }
 
 }

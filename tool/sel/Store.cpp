@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Store.h"
 
+#include <filesystem>
+
 #include <fmt/format.h>
 
+#include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/platform/LockedFile.h>
 #include <recordkit/platform/PException.h>
 #include <recordkit/selfile/SELFileLayout.h>
@@ -38,11 +41,34 @@ std::string backupFile(unsigned char board)
     return BMCSELDataFile().getFileName(board, 0, PERSISTENT);
 }
 
+bool isFile(const std::string& path)
+{
+    std::error_code ignored;
+    return std::filesystem::exists(path, ignored);
+}
+
+void requireFile(const std::string& path, const char* action)
+{
+    if (!isFile(path)) {
+        throw dataError(fmt::format("{} is missing, there is nothing to {}", path, action));
+    }
+}
+
+void createFolderOf(const std::string& path)
+{
+    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) {
+        throw systemError(folder.string(), "created", error.value());
+    }
+}
+
 CommandError storeError(unsigned int code, const std::string& path)
 {
     switch (code) {
     case BMCSELDataFile::NO_RECORD:
-        return dataError(path + " holds no record");
+        return dataError(path + " contains no record");
     case BMCSELDataFile::FILE_FULL:
         return dataError(path + " is full");
     case BMCSELDataFile::DAMAGED_TAIL:
@@ -66,9 +92,8 @@ unsigned int prepareWorkingFile(unsigned char board)
     const SELStoreCheck::File& working = check.getFiles().front();
     if (!working.isMissing && working.size != FILE_SIZE && working.count != 0) {
         throw dataError(
-            fmt::format("{}: {} bytes long, expected {}; it holds {} events and is left "
-                        "as it is",
-                        working.path, working.size, FILE_SIZE, working.count));
+            fmt::format("{}: {} bytes long, expected {}; it contains {} and stays as it is",
+                        working.path, working.size, FILE_SIZE, counted(working.count, "event")));
     }
     const unsigned int code = BMCSELDataFile().fullEntryCheck(board);
     if (code != BMCSELDataFile::SUCCESS && code != BMCSELDataFile::FILE_FULL) {

@@ -14,6 +14,14 @@ namespace recordkit::tool {
 std::string workingFile(unsigned char board);
 std::string backupFile(unsigned char board);
 
+bool isFile(const std::string& path);
+
+/// Throws CommandError (data) if the file is missing; `action` is what was to be done.
+void requireFile(const std::string& path, const char* action);
+
+/// Creates the folder of a file; throws CommandError (file).
+void createFolderOf(const std::string& path);
+
 /// The error for a code of the event file store on the file at `path`.
 CommandError storeError(unsigned int code, const std::string& path);
 

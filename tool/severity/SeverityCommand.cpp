@@ -1,231 +1,203 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/format.h>
-#include <memory>
 
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/words/EventTypes.h>
 #include <recordkit/inspect/words/EventWords.h>
 #include <recordkit/inspect/words/SensorTypes.h>
-#include <recordkit/inspect/words/Severities.h>
+#include <recordkit/inspect/words/SeverityPairs.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
+#include "../cli/Arguments.h"
 #include "../print/Json.h"
-#include "../print/Table.h"
+#include "../print/Output.h"
 
 namespace recordkit::tool {
 
 namespace {
 
-constexpr unsigned char OFFSETS = 16;
+/// An offset of a pair that the map rates; none for a pair whose masks are all empty.
+struct Row {
+    SeverityPair pair;
+    bool hasOffset = false;
+    unsigned char offset = 0;
 
-struct Options {
-    std::string eventType;
-    std::string sensorType;
-    std::string offsets;
-    bool isTable = false;
-    bool isJson = false;
+    Severity severity() const
+    {
+        return hasOffset ? severityOfEvent(pair.eventType, pair.sensorType, offset)
+                         : SeverityMap::SEV_NONE;
+    }
+    const char* words() const
+    {
+        return hasOffset ? eventWords(pair.eventType, pair.sensorType, offset) : nullptr;
+    }
 };
 
-/// The severity map's entry for one pair of codes.
-struct Pair {
-    unsigned char eventType = 0;
-    unsigned char sensorType = 0;
-    bool isKnown = false;
-    unsigned short masks[SeverityMap::SEV_INFORMATIONAL + 1] = {}; ///< by severity
-    unsigned short alarm = 0;
-    unsigned short warning = 0;
-};
-
-Pair lookUp(unsigned char eventType, unsigned char sensorType)
+Value textOf(const char* words)
 {
-    SeverityMap& map = *SeverityMap::getInstance();
-    Pair pair;
-    pair.eventType = eventType;
-    pair.sensorType = sensorType;
-    // An unknown pair writes nothing; no mask of a known one has offset 15.
-    constexpr unsigned short UNWRITTEN = 1U << (OFFSETS - 1);
-    pair.alarm = UNWRITTEN;
-    map.getAlarmMasks(eventType, sensorType, pair.alarm, pair.warning);
-    pair.isKnown = pair.alarm != UNWRITTEN;
-    pair.alarm = pair.isKnown ? pair.alarm : 0;
-    map.getSeverityMasks(
-        eventType, sensorType, pair.masks[SeverityMap::SEV_NONCRITICAL],
-        pair.masks[SeverityMap::SEV_CRITICAL], pair.masks[SeverityMap::SEV_NONRECOVERABLE],
-        pair.masks[SeverityMap::SEV_MONITOR], pair.masks[SeverityMap::SEV_INFORMATIONAL]);
-    return pair;
+    return words == nullptr ? Value() : Value(words);
 }
 
-Json masksToJson(const Pair& pair)
+std::string codeText(unsigned char code, const std::string& name)
 {
-    Json masks;
-    for (int severity = SeverityMap::SEV_NONCRITICAL; severity <= SeverityMap::SEV_INFORMATIONAL;
-         ++severity) {
-        masks[severityName(static_cast<Severity>(severity))] = pair.masks[severity];
+    return fmt::format("{:02X}h {}", code, name);
+}
+
+constexpr Column<Row> COLUMNS[] = {
+    {"event_type", nullptr, 0, [](const Row& row) { return Value(row.pair.eventType); }},
+    {"event_type_name", "EVENT TYPE", 20,
+     [](const Row& row) { return Value(eventTypeName(row.pair.eventType)); },
+     [](const Row& row) {
+         return Cell{codeText(row.pair.eventType, eventTypeName(row.pair.eventType))};
+     }},
+    {"sensor_type", nullptr, 0, [](const Row& row) { return Value(row.pair.sensorType); }},
+    {"sensor_type_name", "SENSOR TYPE", 38,
+     [](const Row& row) { return Value(sensorTypeName(row.pair.sensorType)); },
+     [](const Row& row) {
+         return Cell{codeText(row.pair.sensorType, sensorTypeName(row.pair.sensorType))};
+     }},
+    {"offset", "OFFSET", 6, [](const Row& row) { return valueIf(row.hasOffset, row.offset); }},
+    {"severity", "SEVERITY", 15, [](const Row& row) { return Value(severityName(row.severity())); },
+     [](const Row& row) { return Cell{severityName(row.severity()), styleOf(row.severity())}; }},
+    {"event", "EVENT", 0, [](const Row& row) { return textOf(row.words()); }},
+};
+
+void printTable(Format format)
+{
+    Listing<Row> listing(COLUMNS, format);
+    for (const SeverityPair& pair : knownSeverityPairs()) {
+        bool hasOffset = false;
+        for (unsigned char offset = 0; offset < EVENT_OFFSETS; ++offset) {
+            const Row row = {pair, true, offset};
+            if (row.severity() != SeverityMap::SEV_NONE) {
+                listing.add(row);
+                hasOffset = true;
+            }
+        }
+        if (!hasOffset) {
+            listing.add({pair});
+        }
+    }
+    listing.finish();
+}
+
+/// An event and the map's answer.
+struct Answered {
+    SeverityPair pair;
+    unsigned short offsets = 0;
+    Severity severity = SeverityMap::SEV_NONE;
+    const char* alarm = "";
+};
+
+Answered answerTo(unsigned char eventType, unsigned char sensorType, unsigned short offsets)
+{
+    SeverityMap& map = *SeverityMap::getInstance();
+    Answered answer;
+    answer.pair = severityPair(eventType, sensorType);
+    answer.offsets = offsets;
+    answer.severity = map.getSeverity(eventType, sensorType, offsets);
+    answer.alarm = alarmName(map.severityToAlarmStatus(answer.severity));
+    return answer;
+}
+
+Object masksOf(const SeverityPair& pair)
+{
+    Object masks;
+    for (int each = SeverityMap::SEV_NONCRITICAL; each <= SeverityMap::SEV_INFORMATIONAL; ++each) {
+        masks.push_back({severityName(static_cast<Severity>(each)), pair.masks[each]});
     }
     return masks;
 }
 
-Json toJson(const Pair& pair)
-{
-    Json json;
-    json["event_type"] = pair.eventType;
-    json["event_type_name"] = eventTypeName(pair.eventType);
-    json["sensor_type"] = pair.sensorType;
-    json["sensor_type_name"] = sensorTypeName(pair.sensorType);
-    json["known"] = pair.isKnown;
-    json["masks"] = masksToJson(pair);
-    json["alarm_mask"] = pair.alarm;
-    json["warning_mask"] = pair.warning;
-    return json;
-}
+constexpr Column<Answered> ANSWER[] = {
+    {"event_type", nullptr, 0, [](const Answered& a) { return Value(a.pair.eventType); }},
+    {"event_type_name", nullptr, 0,
+     [](const Answered& a) { return Value(eventTypeName(a.pair.eventType)); }},
+    {"sensor_type", nullptr, 0, [](const Answered& a) { return Value(a.pair.sensorType); }},
+    {"sensor_type_name", nullptr, 0,
+     [](const Answered& a) { return Value(sensorTypeName(a.pair.sensorType)); }},
+    {"known", nullptr, 0, [](const Answered& a) { return Value(a.pair.isKnown); }},
+    {"masks", nullptr, 0, [](const Answered& a) { return Value(masksOf(a.pair)); }},
+    {"alarm_mask", nullptr, 0, [](const Answered& a) { return Value(a.pair.alarm); }},
+    {"warning_mask", nullptr, 0, [](const Answered& a) { return Value(a.pair.warning); }},
+    {"offsets", nullptr, 0, [](const Answered& a) { return Value(bitsOf(a.offsets)); }},
+    {"severity", nullptr, 0, [](const Answered& a) { return Value(severityName(a.severity)); }},
+    {"alarm", nullptr, 0, [](const Answered& a) { return Value(a.alarm); }},
+};
 
-std::vector<Pair> allPairs()
+std::string describe(const Answered& answer)
 {
-    std::vector<Pair> pairs;
-    for (unsigned int eventType = 0; eventType <= 0xFF; ++eventType) {
-        for (unsigned int sensorType = 0; sensorType <= 0xFF; ++sensorType) {
-            const Pair pair = lookUp(static_cast<unsigned char>(eventType),
-                                     static_cast<unsigned char>(sensorType));
-            if (pair.isKnown) {
-                pairs.push_back(pair);
-            }
-        }
-    }
-    return pairs;
-}
-
-void printTable(bool isJson, bool hasColour)
-{
-    const std::vector<Pair> pairs = allPairs();
-    if (isJson) {
-        Json json = Json::array();
-        for (const Pair& pair : pairs) {
-            json.push_back(toJson(pair));
-        }
-        fmt::print("{}", indented(json));
-        return;
-    }
-    const Table table(
-        {{"EVENT TYPE", 20}, {"SENSOR TYPE", 38}, {"OFFSET", 6}, {"SEVERITY", 15}, {"EVENT", 0}},
-        hasColour);
-    std::string text = table.header();
-    for (const Pair& pair : pairs) {
-        const std::string eventType =
-            fmt::format("{:02X}h {}", pair.eventType, eventTypeName(pair.eventType));
-        const std::string sensorType =
-            fmt::format("{:02X}h {}", pair.sensorType, sensorTypeName(pair.sensorType));
-        bool hasOffset = false;
-        for (unsigned char offset = 0; offset < OFFSETS; ++offset) {
-            const Severity severity = severityOfEvent(pair.eventType, pair.sensorType, offset);
-            if (severity == SeverityMap::SEV_NONE) {
-                continue;
-            }
-            hasOffset = true;
-            const char* const words = eventWords(pair.eventType, pair.sensorType, offset);
-            table.append({{eventType},
-                          {sensorType},
-                          {std::to_string(offset)},
-                          {severityName(severity), styleOf(severity)},
-                          {words == nullptr ? "" : words}},
-                         text);
-        }
-        if (!hasOffset) {
-            table.append({{eventType}, {sensorType}, {"-"}, {"none"}, {""}}, text);
-        }
-    }
-    fmt::print("{}", text);
-}
-
-std::string offsetsText(unsigned int mask)
-{
-    std::string text;
-    for (const unsigned int offset : bitsOf(mask)) {
-        text += (text.empty() ? "" : ", ") + std::to_string(offset);
-    }
-    return text.empty() ? "-" : text;
-}
-
-unsigned char parseCode(const char* what, const std::string& text)
-{
-    return static_cast<unsigned char>(orThrow(
-        parseNumber(text, 0xFF),
-        usageError(fmt::format("{}: \"{}\" is not a code, expected 0 to 0xFF", what, text))));
-}
-
-unsigned short parseOffsets(const std::string& text)
-{
-    const std::vector<unsigned long> offsets =
-        orThrow(parseNumberList(text, OFFSETS - 1),
-                usageError(fmt::format("OFFSETS: \"{}\" is not a list of offsets 0 to 15", text)));
-    unsigned int mask = 0;
-    for (const unsigned long offset : offsets) {
-        mask |= 1U << offset;
-    }
-    return static_cast<unsigned short>(mask);
-}
-
-void answer(const Options& options)
-{
-    const unsigned char eventType = parseCode("EVENT-TYPE", options.eventType);
-    const unsigned char sensorType = orThrow(
-        findSensorType(options.sensorType),
-        usageError(fmt::format("SENSOR-TYPE: \"{}\" is neither the name nor the number of a "
-                               "sensor type",
-                               options.sensorType)));
-    const unsigned short offsets = parseOffsets(options.offsets);
-    const Pair pair = lookUp(eventType, sensorType);
-    SeverityMap& map = *SeverityMap::getInstance();
-    const Severity severity = map.getSeverity(eventType, sensorType, offsets);
-    const char* const alarm = alarmName(map.severityToAlarmStatus(severity));
-    if (options.isJson) {
-        Json json = toJson(pair);
-        json["offsets"] = bitsOf(offsets);
-        json["severity"] = severityName(severity);
-        json["alarm"] = alarm;
-        fmt::print("{}", indented(json));
-        return;
-    }
-    fmt::print("event type    {:02X}h {}\n", eventType, eventTypeName(eventType));
-    fmt::print("sensor type   {:02X}h {}{}\n", sensorType, sensorTypeName(sensorType),
-               pair.isKnown ? "" : " (the map does not contain this pair)");
-    for (const unsigned int offset : bitsOf(offsets)) {
+    const SeverityPair& pair = answer.pair;
+    std::string text =
+        factLine("event type", codeText(pair.eventType, eventTypeName(pair.eventType))) +
+        factLine("sensor type",
+                 codeText(pair.sensorType, sensorTypeName(pair.sensorType)) +
+                     (pair.isKnown ? "" : " (the map does not contain this pair)"));
+    for (const unsigned int offset : bitsOf(answer.offsets)) {
         const char* const words =
-            eventWords(eventType, sensorType, static_cast<unsigned char>(offset));
-        fmt::print("offset {:<6} {}\n", offset, words == nullptr ? "-" : words);
+            eventWords(pair.eventType, pair.sensorType, static_cast<unsigned char>(offset));
+        text += factLine(fmt::format("offset {}", offset), cellText(textOf(words)));
     }
-    fmt::print("severity      {}\nalarm         {}\n", severityName(severity), alarm);
+    text += factLine("severity", severityName(answer.severity)) + factLine("alarm", answer.alarm);
     for (int each = SeverityMap::SEV_NONCRITICAL; each <= SeverityMap::SEV_INFORMATIONAL; ++each) {
-        fmt::print("mask          {:04X}h {}: offsets {}\n", pair.masks[each],
-                   severityName(static_cast<Severity>(each)), offsetsText(pair.masks[each]));
+        text += factLine("mask", fmt::format("{:04X}h {}: offsets {}", pair.masks[each],
+                                             severityName(static_cast<Severity>(each)),
+                                             cellText(bitsOf(pair.masks[each]))));
     }
-    fmt::print("alarm mask    {:04X}h\nwarning mask  {:04X}h\n", pair.alarm, pair.warning);
+    return text + factLine("alarm mask", fmt::format("{:04X}h", pair.alarm)) +
+           factLine("warning mask", fmt::format("{:04X}h", pair.warning));
 }
 
-}
-
-void addSeverityCommand(CLI::App& app, Globals& globals)
+std::optional<unsigned long> sensorTypeOf(const std::string& text)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        addCommand(app, "severity", "Say how severe a discrete event is, or print the whole map",
-                   "recordkit severity 0x6F processor 0,1; recordkit severity --table");
-    command->add_option("EVENT-TYPE", options->eventType, "Event/reading type code, as 0x6F");
-    command->add_option("SENSOR-TYPE", options->sensorType, "Sensor type, a name or a code");
-    command->add_option("OFFSETS", options->offsets, "Asserted event offsets, as 0,1");
-    command->add_flag("--table", options->isTable, "Print the severity of every offset");
-    command->add_flag("--json", options->isJson, "JSON instead of text");
-    command->callback([options, &globals] {
-        const bool hasCodes = !options->offsets.empty();
-        if (options->isTable == hasCodes || options->isTable == !options->eventType.empty()) {
-            throw usageError("expected EVENT-TYPE, SENSOR-TYPE and OFFSETS, or --table");
-        }
-        if (options->isTable) {
-            printTable(options->isJson, globals.wantsColour());
-        } else {
-            answer(*options);
-        }
-    });
+    return findSensorType(text);
+}
+
+void run(const Arguments& arguments)
+{
+    const bool isTable = arguments.has("--table");
+    if (isTable == arguments.has("OFFSETS") || isTable == arguments.has("EVENT-TYPE")) {
+        throw usageError("expected EVENT-TYPE, SENSOR-TYPE and OFFSETS, or --table");
+    }
+    if (isTable) {
+        printTable(arguments.format());
+        return;
+    }
+    unsigned int offsets = 0;
+    for (const unsigned long offset : arguments.numbers("OFFSETS")) {
+        offsets |= 1U << offset;
+    }
+    const Answered answer = answerTo(static_cast<unsigned char>(arguments.number("EVENT-TYPE")),
+                                     static_cast<unsigned char>(arguments.number("SENSOR-TYPE")),
+                                     static_cast<unsigned short>(offsets));
+    if (arguments.format() == Format::TABLE) {
+        print(describe(answer));
+    } else {
+        printListing<Answered>({answer}, ANSWER, arguments.format());
+    }
+}
+
+}
+
+Command severityCommand()
+{
+    return {"severity",
+            "Classify a discrete event, or print the whole severity map",
+            "recordkit severity 0x6F processor 0,1; recordkit severity --table",
+            {number("EVENT-TYPE", "EVENT-TYPE", 0, 0xFF, "Event/reading type code, as 0x6F")
+                 .optional(),
+             word("SENSOR-TYPE", "SENSOR-TYPE", sensorTypeOf,
+                  "the name or the number of a sensor type", "Sensor type, a name or a code")
+                 .optional(),
+             numbers("OFFSETS", "OFFSETS", EVENT_OFFSETS - 1, "Asserted event offsets, as 0,1")
+                 .optional(),
+             flag("--table", "Print the severity of every offset")},
+            Answer::LISTING,
+            run,
+            "A discrete event has the severity and the alarm of its asserted offsets. The masks are "
+            "those of its event/reading type and sensor type. The severity of power unit redundancy "
+            "depends on the power supply mode in /tmp/psumode."};
 }
 
 }

@@ -48,6 +48,11 @@ std::optional<std::vector<unsigned long>> parseNumberList(const std::string& tex
     return found;
 }
 
+std::string counted(std::size_t count, const std::string& noun)
+{
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
 std::vector<unsigned int> bitsOf(unsigned int mask)
 {
     std::vector<unsigned int> bits;

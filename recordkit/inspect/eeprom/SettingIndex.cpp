@@ -103,6 +103,20 @@ std::vector<std::string> layoutProblems(const std::vector<SettingEntry>& entries
     return problems;
 }
 
+std::vector<std::string> indexProblems(const std::vector<SettingEntry>& entries)
+{
+    std::vector<std::string> problems = layoutProblems(entries);
+    for (const SettingEntry& entry : entries) {
+        if (entry.isValid && !entry.isChecksumRight) {
+            problems.push_back(fmt::format("entry {} is damaged: its checksum is wrong", entry.number));
+        } else if (entry.isValid && entry.areaNumber != entry.number) {
+            problems.push_back(fmt::format("entry {} is damaged: it contains the number of area {}",
+                                           entry.number, entry.areaNumber));
+        }
+    }
+    return problems;
+}
+
 Bytes makeSettingIndex(const std::vector<SettingEntry>& entries)
 {
     std::vector<SettingEntry> all(entryCount());
@@ -113,7 +127,7 @@ Bytes makeSettingIndex(const std::vector<SettingEntry>& entries)
     std::set<int> given;
     for (const SettingEntry& entry : entries) {
         if (!given.insert(entry.number).second) {
-            throw DataError(fmt::format("entry {} is given twice", entry.number));
+            throw DataError(fmt::format("entry {} is specified more than once", entry.number));
         }
         all[static_cast<std::size_t>(entry.number)] = entry;
     }

@@ -34,6 +34,9 @@ std::vector<SettingEntry> parseSettingIndex(ByteView bytes);
 /// their EEPROM. Areas of 0 bytes do not count.
 std::vector<std::string> layoutProblems(const std::vector<SettingEntry>& entries);
 
+/// layoutProblems, and valid entries with a wrong checksum or the number of another area.
+std::vector<std::string> indexProblems(const std::vector<SettingEntry>& entries);
+
 /// Creates an index: entries that are left out have no area, and contain their own number. Throws
 /// DataError for a number that occurs twice, and for layoutProblems.
 Bytes makeSettingIndex(const std::vector<SettingEntry>& entries);

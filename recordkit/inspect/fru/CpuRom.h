@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_FRU_CPUROM_H
+#define RECORDKIT_INSPECT_FRU_CPUROM_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace recordkit::inspect {
+
+/// A block of a processor information ROM.
+struct CpuBlock {
+    const char* name;
+    unsigned int offset = 0;
+    std::optional<unsigned int> size;
+};
+
+/// A field of the core block, in hex.
+struct CpuCoreField {
+    const char* name;
+    std::optional<std::string> bytes;
+};
+
+/// A processor, identified from its information ROM. A value that cannot be read is missing, and a
+/// problem says why.
+struct CpuRom {
+    std::optional<std::string> processorCode;
+    std::optional<std::string> modelName;
+    std::optional<std::string> modelNameMarkup; ///< with the markup of a web page
+    std::optional<int> modelType;
+    std::optional<std::string> stepping;
+    std::optional<std::string> partNumber;
+    std::optional<long long> cacheKilobytes;
+    std::optional<long long> megahertz;
+    std::vector<CpuCoreField> core;
+    std::vector<CpuBlock> blocks; ///< only those that the ROM has
+    std::vector<std::string> problems;
+};
+
+/// Reads a ROM. Names and part numbers come from the tables of the system root; part numbers depend
+/// on the type of the system board. Throws DataError or PException for bytes that are not a ROM.
+CpuRom readCpuRom(const std::string& bytes, unsigned char board);
+
+}
+
+#endif

@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "support/Terminal.h"
+#include "tool/sel/SelTest.h"
+
+using namespace testing_support;
+
+namespace {
+
+using Ids = std::vector<int>;
+
+class SelList : public SelTest {
+};
+
+}
+
+TEST_F(SelList, IsATableWithoutColourWhenPiped)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", "-", "--partitions", "1"}, eventAt(0x1A, TIME_2, THERMAL_TRIP)).status,
+              0);
+    EXPECT_EQ(sel({"list"}).out,
+              "BOARD  LOG   ID     TIME (UTC)           SEVERITY         SENSOR TYPE               "
+              "SENSOR  DIRECTION   DATA    PARTITIONS  EVENT\n"
+              "0      1     001Ah  2024-11-05 06:07:08  non-recoverable  Processor                 "
+              "70h     asserted    01ffff  1           Thermal Trip\n");
+}
+
+TEST_F(SelList, IsColouredOnATerminal)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, THERMAL_TRIP)).status, 0);
+    const Arguments words = ourCommand({"--root", root.path(), "sel", "list"});
+    std::string shown;
+    if (!runOnTerminal(words, {}, shown)) {
+        GTEST_SKIP() << "no terminal can be made here";
+    }
+    EXPECT_NE(shown.find("\033[1;31mnon-recoverable\033[0m"), std::string::npos) << shown;
+    ASSERT_TRUE(runOnTerminal(words, {"NO_COLOR=1"}, shown));
+    EXPECT_NE(shown.find("non-recoverable"), std::string::npos);
+    EXPECT_EQ(shown.find('\033'), std::string::npos) << shown;
+}
+
+TEST_F(SelList, GivesStableFieldNames)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, FAN_WARNING)).status, 0);
+    const std::vector<Json> events = listed({});
+    ASSERT_EQ(events.size(), 1U);
+    const Json expected = Json::parse(R"({
+        "board": 0, "log": 1, "file": 0, "slot": 0, "id": 1, "record_type": 2,
+        "kind": "system-event", "time": "2024-11-05T06:07:08Z", "timestamp": 1730786828,
+        "pre_init": false, "severity": "warning", "generator": "2000", "sensor_type": 4,
+        "sensor_type_name": "Fan", "sensor": 16, "event_type": 1,
+        "event_type_name": "threshold", "event_offset": 0,
+        "event": "Lower Non-critical - going low", "direction": "asserted",
+        "event_data": "500102", "manufacturer": null, "oem_data": null, "partitions": [],
+        "part_number": null, "serial_number": null})");
+    Json actual = events[0];
+    EXPECT_EQ(actual["image"].get<std::string>().substr(0, 36),
+              "ffff0100020cb62967200004041001500102");
+    EXPECT_EQ(actual["image"].get<std::string>().size(), 276U);
+    actual.erase("image");
+    EXPECT_EQ(actual, expected);
+}
+
+TEST_F(SelList, WritesTheSameEventsInEveryFormat)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", EVENTS}).status, 0);
+    const Json array = Json::parse(sel({"list", "--json"}).out);
+    EXPECT_EQ(array, Json(listed({})));
+    const std::string csv = sel({"list", "--csv"}).out;
+    EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 167);
+    EXPECT_EQ(csv.find("board,log,file,slot,id,record_type,kind,time,"), 0U);
+    const std::string table = sel({"list"}).out;
+    EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 167);
+    EXPECT_EQ(sel({"list", "--json", "--board", "1"}).out, "[]\n");
+}
+
+TEST_F(SelList, ChoosesEvents)
+{
+    initialise();
+    const std::string records = eventAt(1, TIME_1, THERMAL_TRIP) + eventAt(2, TIME_2, FAN_WARNING) +
+                                eventAt(3, "00010000", FAN_INSERTED) +
+                                hexRecord(4, "e00102030405060708090a0b0c0d");
+    ASSERT_EQ(sel({"add", "-", "--partitions", "1"}, records).status, 0);
+    ASSERT_EQ(sel({"add", "-"}, eventAt(5, TIME_2, THERMAL_TRIP)).status, 0);
+    EXPECT_EQ(listedIds({}), Ids({1, 2, 3, 4, 5}));
+    EXPECT_EQ(listedIds({"--severity", "warning"}), Ids({1, 2, 5}));
+    EXPECT_EQ(listedIds({"--severity", "critical"}), Ids({1, 5}));
+    EXPECT_EQ(listedIds({"--severity", "informational"}), Ids({1, 2, 3, 5}));
+    EXPECT_EQ(listedIds({"--since", "2024-11-05T06:07:08Z"}), Ids({2, 5}));
+    EXPECT_EQ(listedIds({"--until", "2024-11-05T06:07:07Z"}), Ids({1}));
+    EXPECT_EQ(listedIds({"--since", "2024-11-05", "--until", "2024-11-06"}), Ids({1, 2, 5}));
+    EXPECT_EQ(listedIds({"--sensor-type", "fan"}), Ids({2, 3}));
+    EXPECT_EQ(listedIds({"--sensor-type", "0x07"}), Ids({1, 5}));
+    EXPECT_EQ(listedIds({"--partition", "1"}), Ids({1, 2, 3, 4}));
+    EXPECT_EQ(listedIds({"--partition", "0"}), Ids());
+    EXPECT_EQ(listedIds({"--last", "2"}), Ids({4, 5}));
+    EXPECT_EQ(listedIds({"--last", "9", "--sensor-type", "fan"}), Ids({2, 3}));
+}
+
+TEST_F(SelList, RefusesFiltersThatMakeNoSense)
+{
+    initialise();
+    expectRefused(2, {"list", "--severity", "bad"}, "is none of informational");
+    expectRefused(2, {"list", "--since", "yesterday"}, "is not a time");
+    expectRefused(2, {"list", "--until", "2024-02-30"}, "is not a time");
+    expectRefused(2, {"list", "--sensor-type", "toaster"}, "sensor type");
+    expectRefused(2, {"list", "--partition", "16"}, "expected 0 to 15");
+    expectRefused(2, {"list", "--follow", "--json"}, "--ndjson");
+}
+
+TEST_F(SelList, GoesThroughAllBoards)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", "-", "--board", "2"}, eventAt(7, TIME_1, THERMAL_TRIP)).status, 0);
+    ASSERT_EQ(sel({"add", "-", "--board", "0"}, eventAt(9, TIME_1, THERMAL_TRIP)).status, 0);
+    EXPECT_EQ(listedIds({"--board", "all"}), Ids({9, 7}));
+}
+
+TEST_F(SelList, OfADamagedLogShowsTheRestAndIsStatusOne)
+{
+    initialise();
+    fill(3);
+    ASSERT_EQ(sel({"rotate", "--board", "1"}).status, 0);
+    fill(2);
+    patchFile(kept(1, 1), 3 * SLOT + 9, {0});
+    const Outcome outcome = sel({"list", "--board", "1", "--ndjson"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 5);
+    EXPECT_NE(outcome.err.find(kept(1, 1) + ": slot 3 (offset 414) has record id FFFFh"),
+              std::string::npos)
+        << outcome.err;
+}
+
+TEST_F(SelList, OfAnAbsentLogIsStatusOne)
+{
+    expectRefused(1, {"list"}, "cannot be read: No such file or directory");
+}
+
+namespace {
+
+/// A listing that follows a board, read line by line.
+class Following {
+public:
+    explicit Following(const Arguments& words)
+    {
+        int ends[2];
+        if (::pipe(ends) != 0) {
+            return;
+        }
+        child = ::fork();
+        if (child == 0) {
+            ::dup2(ends[1], STDOUT_FILENO);
+            ::close(ends[0]);
+            execute(words);
+        }
+        ::close(ends[1]);
+        output = ::fdopen(ends[0], "r");
+    }
+    ~Following()
+    {
+        ::kill(child, SIGTERM);
+        ::waitpid(child, nullptr, 0);
+        std::fclose(output);
+    }
+    Following(const Following&) = delete;
+    Following& operator=(const Following&) = delete;
+
+    /// The id of the next event; waits for it.
+    int nextId()
+    {
+        char* line = nullptr;
+        std::size_t size = 0;
+        const int id =
+            ::getline(&line, &size, output) > 0 ? Json::parse(line)["id"].get<int>() : -1;
+        std::free(line);
+        return id;
+    }
+
+private:
+    pid_t child = -1;
+    std::FILE* output = nullptr;
+};
+
+}
+
+TEST_F(SelList, FollowsABoardAcrossARotation)
+{
+    initialise();
+    fill(3);
+    Following listing(ourCommand({"--root", root.path(), "sel", "list", "--board", "1", "--follow",
+                                  "--ndjson", "--last", "2"}));
+    EXPECT_EQ(listing.nextId(), 2);
+    EXPECT_EQ(listing.nextId(), 3);
+    ASSERT_EQ(sel({"add", "-", "--board", "1"}, eventAt(4, TIME_2, THERMAL_TRIP)).status, 0);
+    EXPECT_EQ(listing.nextId(), 4);
+    ASSERT_EQ(sel({"rotate", "--board", "1"}).status, 0);
+    ASSERT_EQ(sel({"add", "-", "--board", "1"}, eventAt(5, TIME_2, THERMAL_TRIP)).status, 0);
+    EXPECT_EQ(listing.nextId(), 5);
+    ASSERT_EQ(sel({"add", "-", "--board", "2"}, eventAt(6, TIME_2, THERMAL_TRIP)).status, 0);
+    ASSERT_EQ(sel({"add", "-", "--board", "1"}, eventAt(7, TIME_2, THERMAL_TRIP)).status, 0);
+    EXPECT_EQ(listing.nextId(), 7);
+}

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Globals.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+#include <recordkit/host/HostRoot.h>
+#include <recordkit/host/Machine.h>
+#include <recordkit/host/TraceLog.h>
+
+#include "../Errors.h"
+
+namespace recordkit::tool {
+
+namespace {
+
+/// A board number is one byte.
+constexpr int MAX_BOARDS = 256;
+/// The partition bitmask of an event has 16 bits.
+constexpr int MAX_PARTITIONS = 16;
+
+}
+
+std::vector<Option> globalOptions()
+{
+    Option root = text("--root", "DIR",
+                       "Folder that replaces the system's root; its absolute path may contain only "
+                       "letters, digits and . _ / + - (default: the root itself)");
+    root.environment = "RECORDKIT_ROOT";
+    return {
+        root,
+        number("--boards", "N", 1, MAX_BOARDS, "Number of system boards").by("4"),
+        number("--partition-count", "N", 1, MAX_PARTITIONS, "Number of partitions").by("4"),
+        flag("--verbose", "Show the library's trace lines on standard error"),
+    };
+}
+
+void applyGlobals(const Arguments& arguments)
+{
+    const std::string root = arguments.text("--root");
+    try {
+        TAVLib::host::setSystemRoot(
+            root.empty() ? "" : std::filesystem::absolute(root).lexically_normal().string());
+    } catch (const std::invalid_argument& e) {
+        throw usageError(std::string("--root: ") + e.what());
+    }
+    TAVLib::host::Machine machine;
+    machine.systemBoards = static_cast<int>(arguments.number("--boards"));
+    machine.partitions = static_cast<int>(arguments.number("--partition-count"));
+    TAVLib::host::setMachine(machine);
+    if (!arguments.has("--verbose")) {
+        // The sub-commands report failures themselves, in their own words.
+        TAVLib::host::setTraceSink([](const TAVLib::host::TraceLine&) {});
+    }
+}
+
+}

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_CLI_GLOBALS_H
+#define RECORDKIT_TOOL_CLI_GLOBALS_H
+
+#include "Arguments.h"
+
+namespace recordkit::tool {
+
+/// The options of every sub-command: the root and the machine.
+std::vector<Option> globalOptions();
+
+/// Passes root and machine to the host platform. Throws CommandError (usage).
+void applyGlobals(const Arguments& arguments);
+
+}
+
+#endif

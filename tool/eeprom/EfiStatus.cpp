@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fmt/format.h>
+
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/bytes/Text.h>
+
+#include "../Commands.h"
+#include "../print/Output.h"
+#include "../print/Problems.h"
+#include "EfiStore.h"
+
+namespace recordkit::tool {
+
+namespace {
+
+struct Row {
+    std::string serial;
+    bool isChecksumRight;
+    EfiPlace place;
+    std::vector<unsigned int> marked;
+};
+
+/// A character for each block: "#" for one that is marked.
+Cell blocksCell(const Row& row)
+{
+    std::string blocks(EfiIndex::BLOCKS, '.');
+    for (const unsigned int block : row.marked) {
+        blocks[block] = '#';
+    }
+    return {blocks};
+}
+
+constexpr Column<Row> COLUMNS[] = {
+    {"serial", nullptr, 0, [](const Row& row) { return Value(row.serial); }},
+    {"checksum_right", nullptr, 0, [](const Row& row) { return Value(row.isChecksumRight); }},
+    {"eeprom", "EEPROM", 6, [](const Row& row) { return Value(row.place.eeprom()); }},
+    {"partition", "PARTITION", 9, [](const Row& row) { return Value(row.place.partition); }},
+    {"bank", "BANK", 4, [](const Row& row) { return Value(row.place.bank); }},
+    {"pending", "0123456789ABCDEF", 0, [](const Row& row) { return Value(row.marked); },
+     blocksCell},
+};
+
+void run(const Arguments& arguments)
+{
+    const EfiIndex index = readEfiIndex(arguments);
+    std::string serial = efiSerialOf(index);
+    serial.erase(serial.find_last_not_of('\0') + 1);
+    serial = toUtf8(serial);
+    std::vector<Row> rows;
+    std::size_t marked = 0;
+    for (const EfiPlace& place : efiPlaces()) {
+        rows.push_back({serial, index.isChecksum(), place, markedBlocks(index, place)});
+        marked += rows.back().marked.size();
+    }
+    const bool isTable = arguments.format() == Format::TABLE;
+    if (isTable) {
+        print(factLine("owner", serial.empty() ? "none" : printable(serial), 10) +
+              factLine("checksum", index.isChecksum() ? "right" : "WRONG", 10) + "\n");
+    }
+    printListing(rows, COLUMNS, arguments.format());
+    if (isTable) {
+        print(counted(marked, "block") + " pending erasure (#)\n");
+    }
+    Problems problems;
+    if (!index.isChecksum()) {
+        problems.add("EEPROM 10", "the checksum of the index record is wrong");
+    }
+    problems.finish();
+}
+
+}
+
+Command efiStatusCommand()
+{
+    return {"eeprom efi status",
+            "Show the owner of the backup, and the blocks pending erasure",
+            "recordkit eeprom efi status --images board",
+            {images()},
+            Answer::LISTING,
+            run};
+}
+
+}

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <filesystem>
+
+#include <fmt/format.h>
+
+#include <recordkit/eeprom/PanelEEPROMIndex.h>
+
+#include "../Commands.h"
+#include "../Errors.h"
+#include "../Files.h"
+#include "../print/Json.h"
+#include "../print/Output.h"
+#include "SettingStore.h"
+
+namespace recordkit::tool {
+
+using TAVLib::RecordKit::PanelEEPROMIndex;
+
+namespace {
+
+constexpr Column<SettingEntry> COLUMNS[] = {
+    {"number", "AREA", 4, [](const SettingEntry& entry) { return Value(entry.number); }},
+    {"valid", "VALID", 5, [](const SettingEntry& entry) { return Value(entry.isValid); }},
+    {"eeprom", "EEPROM", 6, [](const SettingEntry& entry) { return Value(entry.eeprom); }},
+    {"offset", "OFFSET", 6, [](const SettingEntry& entry) { return Value(entry.offset); }},
+    {"size", "SIZE", 0, [](const SettingEntry& entry) { return Value(entry.size); }},
+};
+
+/// A whole number of an entry in JSON.
+unsigned int numberOf(const Value& entry, const char* name, long long least, long long most)
+{
+    const Value* const found = entry.find(name);
+    const auto* const number = found == nullptr ? nullptr : found->as<long long>();
+    if (number == nullptr || *number < least || *number > most) {
+        throw DataError(fmt::format("\"{}\": expected a number from {} to {} in {}", name, least,
+                                    most, jsonText(entry)));
+    }
+    return static_cast<unsigned int>(*number);
+}
+
+SettingEntry entryFrom(const Value& json)
+{
+    if (json.as<Object>() == nullptr) {
+        throw DataError("expected an object, not " + jsonText(json));
+    }
+    const Value* const valid = json.find("valid");
+    if (valid != nullptr && valid->as<bool>() == nullptr) {
+        throw DataError(fmt::format("\"valid\": expected true or false in {}", jsonText(json)));
+    }
+    SettingEntry entry;
+    entry.number =
+        static_cast<int>(numberOf(json, "number", 0, PanelEEPROMIndex().getIndexLastNumber()));
+    entry.offset = numberOf(json, "offset", 0, 0xFFFF);
+    entry.size = numberOf(json, "size", 0, 0xFFFF);
+    entry.eeprom = static_cast<int>(
+        numberOf(json, "eeprom", PanelEEPROMIndex::FIRST_EEPROM, PanelEEPROMIndex::SECOND_EEPROM));
+    entry.isValid = valid != nullptr && *valid->as<bool>();
+    return entry;
+}
+
+Bytes indexFrom(const std::string& text)
+{
+    const Value json = orThrow(parseJson(text), DataError("not JSON"));
+    // An object with "entries" is what earlier versions exported.
+    const Value* const entries = json.as<Object>() != nullptr ? json.find("entries") : &json;
+    if (entries == nullptr || entries->as<List>() == nullptr) {
+        throw DataError("expected an array of entries");
+    }
+    std::vector<SettingEntry> given;
+    for (const Value& each : *entries->as<List>()) {
+        given.push_back(entryFrom(each));
+    }
+    return makeSettingIndex(given);
+}
+
+void run(const Arguments& arguments)
+{
+    if (!arguments.has("--from")) {
+        printListing(readSettingIndex(arguments), COLUMNS, arguments.format());
+        return;
+    }
+    const std::string from = arguments.text("--from");
+    const Bytes bytes = naming(inputName(from), [&] { return indexFrom(readInput(from)); });
+    std::error_code error;
+    std::filesystem::create_directories(std::filesystem::path(settingIndexFile()).parent_path(),
+                                        error);
+    writeOutput(settingIndexFile(), ByteView(bytes).text());
+    print(fmt::format("{} written, {} entries\n", settingIndexFile(),
+                      parseSettingIndex(bytes).size()));
+}
+
+}
+
+Command settingIndexCommand()
+{
+    return {"eeprom setting index",
+            "Export the index, or create an index file from an export",
+            "recordkit eeprom setting index --json > areas.json && "
+            "recordkit --root board eeprom setting index --from areas.json",
+            {text("--from", "FILE", "Create the index file from a JSON export; - for standard "
+                                    "input"),
+             images()},
+            Answer::LISTING,
+            run,
+            "Areas that overlap each other or the index, or extend beyond their EEPROM, are "
+            "refused."};
+}
+
+}

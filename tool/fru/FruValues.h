@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_FRU_FRUVALUES_H
+#define RECORDKIT_TOOL_FRU_FRUVALUES_H
+
+#include <string>
+
+#include <recordkit/inspect/fru/FruImage.h>
+
+#include "../Errors.h"
+#include "../print/Listing.h"
+
+namespace recordkit::tool {
+
+/// A FRU image and the file that contains it.
+struct FruFile {
+    std::string name;
+    std::string bytes;
+    FruImage image;
+};
+
+/// A field of such an image.
+struct FruFileField {
+    const FruFile* file;
+    const FruAreaImage* area;
+    const FruField* field;
+};
+
+/// Writes images for programs: as JSON an object each, as CSV a line for each field.
+class FruWriter {
+public:
+    explicit FruWriter(Format format);
+
+    void add(const FruFile& file);
+    void finish();
+
+private:
+    bool isCsv;
+    Listing<FruFileField> fields;
+    Listing<FruFile> images;
+};
+
+}
+
+#endif

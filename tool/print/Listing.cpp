@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Listing.h"
+
+#include <utility>
+
+#include "Csv.h"
+#include "Json.h"
+
+namespace recordkit::tool {
+
+void ListingWriter::addHeading(const char* key, const char* title, std::size_t width)
+{
+    if (key != nullptr) {
+        keys.emplace_back(key);
+    }
+    if (title != nullptr) {
+        table.addColumn({title, width});
+    }
+}
+
+void ListingWriter::begin()
+{
+    switch (format) {
+    case Format::TABLE:
+        text = table.header();
+        break;
+    case Format::CSV:
+        text = csvLine(keys);
+        break;
+    case Format::JSON:
+        text = "[";
+        break;
+    case Format::NDJSON:
+        break;
+    }
+}
+
+void ListingWriter::addCells(const std::vector<Cell>& cells)
+{
+    table.append(cells, text);
+    writeIfLarge();
+}
+
+void ListingWriter::addObject(Object object)
+{
+    switch (format) {
+    case Format::JSON:
+        text += isFirst ? "\n" : ",\n";
+        text += jsonText(std::move(object));
+        break;
+    case Format::NDJSON:
+        text += jsonText(std::move(object)) + "\n";
+        break;
+    default:
+        text += csvLine(object);
+        break;
+    }
+    isFirst = false;
+    writeIfLarge();
+}
+
+void ListingWriter::writeIfLarge()
+{
+    constexpr std::size_t LARGE = 65536;
+    if (text.size() >= LARGE) {
+        flush();
+    }
+}
+
+void ListingWriter::flush()
+{
+    sink(text);
+    text.clear();
+}
+
+void ListingWriter::end()
+{
+    if (format == Format::JSON) {
+        text += isFirst ? "]\n" : "\n]\n";
+    }
+    flush();
+}
+
+}

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Problems.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+#include <recordkit/platform/PException.h>
+
+#include "Output.h"
+
+namespace recordkit::tool {
+
+void Problems::add(const std::string& input, const std::string& text, ExitStatus status)
+{
+    complain(input.empty() ? text : input + ": " + text);
+    worst = std::max(worst, status);
+}
+
+void Problems::run(const std::string& input, const std::function<std::vector<std::string>()>& work)
+{
+    ++inputs;
+    std::size_t count = 0;
+    try {
+        for (const std::string& problem : work()) {
+            add(input, problem);
+            ++count;
+        }
+    } catch (const CommandError& e) {
+        add("", e.what(), e.getStatus());
+        ++count;
+    } catch (const Error& e) {
+        add(input, e.what(), statusOf(e));
+        ++count;
+    } catch (const TAVLib::PException& e) {
+        add(input, e.getMessage());
+        ++count;
+    }
+    bad += count == 0 ? 0 : 1;
+}
+
+void Problems::finish() const
+{
+    if (inputs > 1 && bad != 0) {
+        complain(fmt::format("{} of {} files {} {}", bad, inputs, bad == 1 ? "is" : "are",
+                             worst == EXIT_FILE ? "unreadable or damaged" : "damaged"));
+    }
+    if (worst != EXIT_DONE) {
+        throw Reported(worst);
+    }
+}
+
+}

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Repository.h"
+
+#include "../Files.h"
+
+namespace recordkit::tool {
+
+Repository readRepository(const Arguments& arguments)
+{
+    Repository repository;
+    repository.name = inputName(arguments.text("FILE"));
+    repository.file = parseSdrFile(readInput(arguments.text("FILE")),
+                                   static_cast<SdrFormat>(arguments.number("--format")));
+    repository.problems.run(repository.name, [&] {
+        std::vector<std::string> problems = repository.file.problems;
+        for (const SdrRecord& record : repository.file.records) {
+            try {
+                repository.sensors.push_back(readSensor(record));
+            } catch (const DataError& e) {
+                problems.emplace_back(e.what());
+            }
+        }
+        return problems;
+    });
+    return repository;
+}
+
+std::vector<Option> repositoryOptions(const std::vector<Option>& own)
+{
+    std::vector<Option> options = {
+        argument("FILE", "Records as ipmitool sdr dump saves them, or answers to Get SDR; - for "
+                         "standard input")};
+    options.insert(options.end(), own.begin(), own.end());
+    // In the order of SdrFormat.
+    options.push_back(choice("--format", "FORMAT", {"auto", "dump", "responses"},
+                             "Form of the file: auto, dump or responses")
+                          .by("auto"));
+    return options;
+}
+
+}
