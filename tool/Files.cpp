@@ -54,7 +54,7 @@ public:
     {
         // Only root can give a file to another owner; the owner may set the permissions.
         if (::fchown(fd, of.st_uid, of.st_gid) == -1 && errno != EPERM) {
-            throw systemError(name, "given its owner", errno);
+            throw systemError(name, "given the owner of the file that it replaces", errno);
         }
         setMode(of.st_mode & 07777);
     }

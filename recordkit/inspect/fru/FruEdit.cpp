@@ -107,7 +107,7 @@ std::string encodeText(const FruEdit& edit, unsigned char language)
                                     edit.field));
     }
     if (bytes.size() > MAX_VALUE) {
-        throw DataError(fmt::format("{}: {} bytes needed, a field holds at most {}", edit.field,
+        throw DataError(fmt::format("{}: {} bytes needed, a field has at most {}", edit.field,
                                     bytes.size(), MAX_VALUE));
     }
     return bytes;
@@ -188,7 +188,7 @@ private:
         }
         if (std::any_of(steps.begin(), steps.end(),
                         [&edit](const Step& step) { return step.field == edit.field; })) {
-            throw RequestError(fmt::format("{} is given twice", edit.field));
+            throw RequestError(fmt::format("{} is specified more than once", edit.field));
         }
         const auto place =
             std::count_if(area->fields.data(), field,
@@ -256,7 +256,7 @@ private:
             }
             if (area.extent.size + by > MAX_AREA_SIZE) {
                 throw DataError(
-                    fmt::format("{}, and an area holds at most {} bytes", need, MAX_AREA_SIZE));
+                    fmt::format("{}, and an area has at most {} bytes", need, MAX_AREA_SIZE));
             }
             missing[id] = by;
             result.notes.push_back(fmt::format("{} area: {} bytes larger, {} in all",

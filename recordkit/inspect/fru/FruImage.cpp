@@ -81,7 +81,7 @@ private:
     {
         FruExtent& extent = area.extent;
         if (extent.offset + AREA_LENGTH >= bytes.size()) {
-            problem(fmt::format("its offset {} leaves no room for it in {} bytes", extent.offset,
+            problem(fmt::format("starts at offset {}, past the end of the {}-byte image", extent.offset,
                                 bytes.size()));
             return false;
         }
@@ -352,7 +352,7 @@ private:
         for (const FruExtent& lost : image.lost) {
             for (const FruExtent& extent : image.extents) {
                 if (lost.offset >= extent.offset && lost.offset < extent.end()) {
-                    problem(fmt::format("{} ({} to {}) holds the offset {} of {}", extent.name,
+                    problem(fmt::format("{} ({} to {}) contains the offset {} of {}", extent.name,
                                         extent.offset, extent.end() - 1, lost.offset, lost.name));
                 }
             }

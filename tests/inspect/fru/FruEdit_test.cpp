@@ -156,7 +156,7 @@ TEST(FruEdit, ValuesThatCannotBeStoredAreRefused)
     EXPECT_EQ(refusal(IMAGE, {{"board.serial", "\xC3\xA9"}}).substr(0, 40),
               "1: board.serial: a value of one characte");
     EXPECT_EQ(refusal(IMAGE, {{"board.serial", std::string(64, 'x')}}),
-              "1: board.serial: 64 bytes needed, a field holds at most 63");
+              "1: board.serial: 64 bytes needed, a field has at most 63");
     EXPECT_EQ(refusal(IMAGE, {{"board.serial", std::string(63, 'x')}}).substr(0, 30),
               "1: board area: 58 more bytes n");
     EXPECT_EQ(refusal(IMAGE, {{"board.serial", "10 \xE2\x82\xAC"}}),
@@ -190,7 +190,7 @@ TEST(FruEdit, FieldsThatAreNotThereAreRefused)
     EXPECT_EQ(refusal(IMAGE, {{"chassis.custom0", "XY"}}).substr(0, 2), "2:");
     EXPECT_EQ(refusal(IMAGE, {{"chassis.", "XY"}}).substr(0, 2), "2:");
     EXPECT_EQ(refusal(IMAGE, {{"board.serial", "AA"}, {"board.serial", "BB"}}),
-              "2: board.serial is given twice");
+              "2: board.serial is specified more than once");
 }
 
 TEST(FruEdit, WrongChecksumsAreRefusedOrRepaired)
@@ -329,7 +329,7 @@ TEST(FruEdit, GrowingIsRefusedWhereThereIsNoRoom)
                         Bytes({0xEA}) + Bytes(42, 'x') + Bytes({0xC1})) +
         Bytes(64, 0);
     EXPECT_EQ(refusal(full, {{"chassis.serial", "CSN-4711"}}, true),
-              "1: chassis area: 6 more bytes needed, 2 free, and an area holds at most 248 bytes");
+              "1: chassis area: 6 more bytes needed, 2 free, and an area has at most 248 bytes");
     Bytes damaged = IMAGE;
     damaged[93] ^= 1; // a byte of the multirecord's data
     EXPECT_EQ(refusal(damaged, {{"board.serial", "SN-01-and-more"}}, true).substr(0, 44),
@@ -346,7 +346,7 @@ TEST(FruEdit, TextIsEncodedForTheAreasLanguage)
     EXPECT_EQ(parseFruImage(result.bytes).findField("board.serial")->bytes,
               std::string("S\0\xE9\0", 4));
     EXPECT_EQ(refusal(image, {{"board.serial", std::string(32, 'x')}}),
-              "1: board.serial: 64 bytes needed, a field holds at most 63");
+              "1: board.serial: 64 bytes needed, a field has at most 63");
     EXPECT_EQ(refusal(image, {{"board.serial", "X"}}), "none");
 }
 

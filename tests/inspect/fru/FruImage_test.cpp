@@ -255,7 +255,7 @@ TEST(FruImage, DamagedAreasAreProblemsAndTheRestIsShown)
     EXPECT_EQ(problemsOf(head + areaOf(40, Bytes(37, 0xC0)) + chassis)[0],
               "board area: no end marker C1h before its end at 47");
     EXPECT_EQ(problemsOf(header({0, 0, 9, 0, 0}) + BOARD)[0],
-              "board area: its offset 72 leaves no room for it in 48 bytes");
+              "board area: starts at offset 72, past the end of the 48-byte image");
     for (const Bytes& bytes : {board(patched(39, 0x12)), board(patched(1, 0))}) {
         EXPECT_EQ(parse(bytes).findField("chassis.type")->value, "Rack Mount Chassis");
     }
@@ -281,7 +281,7 @@ TEST(FruImage, OverlapsAreProblems)
               "chassis (8 to 15) and board (8 to 15) overlap");
     // An area of unknown size may begin in another one.
     EXPECT_EQ(problemsOf(header({0, 5, 1, 0, 0}) + BOARD).back(),
-              "board (8 to 47) holds the offset 40 of chassis");
+              "board (8 to 47) contains the offset 40 of chassis");
     // Adjacent areas do not overlap.
     EXPECT_EQ(problemsOf(header({0, 6, 1, 0, 0}) + BOARD + areaOf(8, {0x17, 0xC0, 0xC0, 0xC1})),
               Lines());

@@ -126,7 +126,7 @@ TEST_F(EepromCommand, IndexesThatCannotBeAreRefused)
               "none");
     EXPECT_EQ(indexRefusal(R"([{"number": 1, "eeprom": 4, "offset": 0, "size": 1},
                                {"number": 1, "eeprom": 5, "offset": 0, "size": 1}])"),
-              "entry 1 is given twice");
+              "entry 1 is specified more than once");
     create();
     EXPECT_EQ(eeprom({"setting", "index", "--from", "-"}, "x").status, 1);
     EXPECT_FALSE(fileExists(root.at("/etc/default/config/panelindex.dat")));
