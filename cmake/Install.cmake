@@ -9,7 +9,6 @@ set(RECORDKIT_INSTALLED recordkit)
 if(RECORDKIT_PLATFORM STREQUAL "host")
     list(APPEND RECORDKIT_INSTALLED recordkit-host)
     install(TARGETS recordkit-command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
-    configure_file(docs/man/recordkit.1.in man/recordkit.1 @ONLY)
     configure_file(docs/man/recordkit.3.in man/recordkit.3 @ONLY)
     install(DIRECTORY ${CMAKE_BINARY_DIR}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
         COMPONENT command FILES_MATCHING PATTERN "*.1")

@@ -3,7 +3,8 @@
 #include <recordkit/inspect/bytes/Hex.h>
 
 #include "Fuzz.h"
-#include "tool/decode/RecordClass.h"
+#include "tool/decode/DecodedPrinter.h"
+#include "tool/print/ValueJson.h"
 
 using namespace recordkit::inspect;
 using namespace recordkit::tool;
@@ -14,16 +15,17 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if (size == 0) {
         return 0;
     }
-    const RecordClass& recordClass = recordClasses()[data[0] % recordClasses().size()];
+    const auto classes = decodableClasses();
+    const RecordClass& recordClass = *classes[data[0] % classes.size()];
     const std::string text(data + 1, data + size);
-    Image image;
+    Bytes image;
     const std::size_t bad = parseHexDigits(text, image);
     fuzz::expect(bad == std::string::npos || bad <= text.size());
     fuzz::expect(image.size() <= text.size() / 2);
     fuzz::attempt([&] {
-        for (const DecodedField& field : recordClass.decode(image)) {
-            indented(field.value);
-            cellText(field.value);
+        for (const DecodedField& field : decodeRecord(recordClass, image)) {
+            indented(toJson(field.value));
+            cellText(toJson(field.value));
         }
     });
     return 0;

@@ -10,18 +10,18 @@
 #include <recordkit/serial/PaddedImage.h>
 
 #include "Fuzz.h"
-#include "tool/decode/RecordClass.h"
+#include "tool/decode/DecodedPrinter.h"
 
 using namespace recordkit::tool;
 using namespace TAVLib::RecordKit;
 
 namespace {
 
-void load(TAVLib::SerializableObject& object, const Image& image)
+void load(TAVLib::SerializableObject& object, const Bytes& image)
 {
     fuzz::attempt([&] { TAVLib::setSerializedPadded(object, image); });
     const unsigned int size = object.getSerializedSize();
-    Image out(size);
+    Bytes out(size);
     fuzz::expect(object.getSerialized(out.data(), size) == size);
     if (size != 0) {
         fuzz::expect(object.getSerialized(out.data(), size - 1) == 0);
@@ -62,11 +62,12 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if (size < 2) {
         return 0;
     }
-    const RecordClass& recordClass = recordClasses()[data[0] % recordClasses().size()];
+    const auto classes = decodableClasses();
+    const RecordClass& recordClass = *classes[data[0] % classes.size()];
     const std::size_t split = 2 + std::min<std::size_t>(data[1], size - 2);
-    const Image first(data + 2, data + split);
-    const Image second(data + split, data + size);
-    fuzz::attempt([&] { recordClass.decode(second); });
+    const Bytes first(data + 2, data + split);
+    const Bytes second(data + split, data + size);
+    fuzz::attempt([&] { decodeRecord(recordClass, second); });
     if (recordClass.create == nullptr) {
         return 0;
     }

@@ -208,7 +208,7 @@ TEST(SdrCommand, ShowsOneRecordFieldByField)
 {
     const Outcome outcome = sdr({"show", OWN, "0x1F"});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_NE(outcome.out.find("id_string                 32 to 47      Slot"), std::string::npos);
+    EXPECT_NE(outcome.out.find("id_string                 32 to 35 +    Slot"), std::string::npos);
     EXPECT_EQ(sdr({"show", OWN, "999"}).status, 1);
     EXPECT_EQ(sdr({"show", OWN, "x"}).status, 2);
     const Outcome locator = sdr({"show", OWN, "0x22"});

@@ -9,6 +9,7 @@
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
+#include "../print/Json.h"
 #include "../print/Table.h"
 #include "DecodedPrinter.h"
 
@@ -28,28 +29,28 @@ void list(bool isJson, bool hasColour)
 {
     if (isJson) {
         Json json = Json::array();
-        for (const RecordClass& each : recordClasses()) {
+        for (const RecordClass* const each : decodableClasses()) {
             json.push_back(
-                {{"class", each.name}, {"size", each.sizes}, {"description", each.description}});
+                {{"class", each->name}, {"size", each->sizes}, {"description", each->description}});
         }
         fmt::print("{}", indented(json));
         return;
     }
     const Table table({{"CLASS", 22}, {"SIZE", 29}, {"DESCRIPTION", 0}}, hasColour);
     std::string text = table.header();
-    for (const RecordClass& each : recordClasses()) {
-        table.append({{each.name}, {each.sizes}, {each.description}}, text);
+    for (const RecordClass* const each : decodableClasses()) {
+        table.append({{each->name}, {each->sizes}, {each->description}}, text);
     }
     fmt::print("{}", text);
 }
 
-Image readImage(const Options& options)
+Bytes readImage(const Options& options)
 {
     if (options.hex.empty()) {
         const std::string content = readInput(options.file);
-        return Image(content.begin(), content.end());
+        return Bytes(content.begin(), content.end());
     }
-    Image image;
+    Bytes image;
     if (parseHexDigits(options.hex, image) != std::string::npos || image.empty()) {
         throw usageError(fmt::format("--hex: \"{}\" are not bytes in hex, as \"0F 1a2b\"",
                                      printable(options.hex)));
@@ -67,7 +68,7 @@ void decode(const Options& options, bool hasColour)
     if (options.file.empty() == options.hex.empty()) {
         throw usageError("expected FILE, or --hex with the bytes");
     }
-    const Image image = readImage(options);
+    const Bytes image = readImage(options);
     const std::string source = options.hex.empty() ? inputName(options.file) : "--hex";
     try {
         printDecoded(*recordClass, image, options.isJson, hasColour);

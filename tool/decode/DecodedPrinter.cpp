@@ -2,22 +2,21 @@
 #include "DecodedPrinter.h"
 
 #include <fmt/format.h>
+#include <strings.h>
+
+#include <recordkit/inspect/fru/FruFields.h>
 
 #include "../print/Table.h"
+#include "../print/ValueJson.h"
 
 namespace recordkit::tool {
 
 namespace {
 
-std::string bytesText(const Place& place)
+/// The bytes of a field; a plus if others decide its value too.
+std::string bytesText(const DecodedField& field)
 {
-    if (place.width == 0) {
-        return "-";
-    }
-    const std::string range =
-        place.width == 1 ? std::to_string(place.offset)
-                         : fmt::format("{} to {}", place.offset, place.offset + place.width - 1);
-    return *place.bits == '\0' ? range : fmt::format("{} bit {}", range, place.bits);
+    return field.place.text() + (field.also.empty() ? "" : " +");
 }
 
 std::string toText(const DecodedFields& fields, bool hasColour)
@@ -26,13 +25,18 @@ std::string toText(const DecodedFields& fields, bool hasColour)
     std::string text = table.header();
     for (const DecodedField& field : fields) {
         table.append(
-            {{field.name}, {bytesText(field.place)}, {cellText(field.value)}, {field.meaning}},
+            {{field.name}, {bytesText(field)}, {cellText(toJson(field.value))}, {field.meaning}},
             text);
     }
     return text;
 }
 
-Json toJson(const RecordClass& recordClass, std::size_t size, const DecodedFields& fields)
+Json placeJson(const Place& place)
+{
+    return {{"offset", place.offset}, {"width", place.width}, {"bits", place.bitsText()}};
+}
+
+Json decodedJson(const RecordClass& recordClass, std::size_t size, const DecodedFields& fields)
 {
     Json json;
     json["class"] = recordClass.name;
@@ -41,11 +45,13 @@ Json toJson(const RecordClass& recordClass, std::size_t size, const DecodedField
     for (const DecodedField& field : fields) {
         Json each;
         each["name"] = field.name;
-        each["value"] = field.value;
+        each["value"] = toJson(field.value);
         each["meaning"] = field.meaning;
-        each["offset"] = field.place.offset;
-        each["width"] = field.place.width;
-        each["bits"] = field.place.bits;
+        each.update(placeJson(field.place));
+        each["also"] = Json::array();
+        for (const Place& place : field.also) {
+            each["also"].push_back(placeJson(place));
+        }
         json["fields"].push_back(each);
     }
     return json;
@@ -53,10 +59,29 @@ Json toJson(const RecordClass& recordClass, std::size_t size, const DecodedField
 
 }
 
-void printDecoded(const RecordClass& recordClass, const Image& image, bool isJson, bool hasColour)
+std::vector<const RecordClass*> decodableClasses()
 {
-    const DecodedFields fields = recordClass.decode(image);
-    fmt::print("{}", isJson ? indented(toJson(recordClass, image.size(), fields))
+    std::vector<const RecordClass*> classes = recordClasses();
+    for (const RecordClass& each : fruClasses()) {
+        classes.push_back(&each);
+    }
+    return classes;
+}
+
+const RecordClass* findRecordClass(const std::string& name)
+{
+    for (const RecordClass* const each : decodableClasses()) {
+        if (::strcasecmp(each->name, name.c_str()) == 0) {
+            return each;
+        }
+    }
+    return nullptr;
+}
+
+void printDecoded(const RecordClass& recordClass, ByteView image, bool isJson, bool hasColour)
+{
+    const DecodedFields fields = decodeRecord(recordClass, image);
+    fmt::print("{}", isJson ? indented(decodedJson(recordClass, image.size(), fields))
                             : toText(fields, hasColour));
 }
 

@@ -11,28 +11,11 @@
 #include "../CommandLine.h"
 #include "../Errors.h"
 #include "../Files.h"
+#include "Roff.h"
 
 namespace {
 
 using namespace recordkit::tool;
-
-std::string replaceAll(std::string text, const std::string& from, const std::string& to)
-{
-    for (std::size_t at = text.find(from); at != std::string::npos;
-         at = text.find(from, at + to.size())) {
-        text.replace(at, from.size(), to);
-    }
-    return text;
-}
-
-/// Text in roff: a leading dot or quote would be a request, a hyphen would not be a minus.
-std::string roff(const std::string& text)
-{
-    std::string escaped = replaceAll(replaceAll(text, "\\", "\\e"), "-", "\\-");
-    escaped = replaceAll(escaped, "\n", "\n\\&");
-    const bool isRequest = !escaped.empty() && (escaped[0] == '.' || escaped[0] == '\'');
-    return isRequest ? "\\&" + escaped : escaped;
-}
 
 /// The path of a command with blanks or dashes, such as "recordkit sel list".
 std::string pathOf(const CLI::App& app, char separator)
