@@ -12,8 +12,8 @@ using namespace recordkit::tool;
 void ListingLine(benchmark::State& state)
 {
     const bench::Bytes image = bench::slot(1);
-    EventListing listing =
-        eventListing(Format::TABLE, [](const std::string& text) { benchmark::DoNotOptimize(text); });
+    EventListing listing(Format::TABLE,
+                         [](const std::string& text) { benchmark::DoNotOptimize(text); });
     for (auto _ : state) {
         listing.add(decodeEvent(0, {1, 0, 0, image.data()}));
     }

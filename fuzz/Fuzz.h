@@ -8,7 +8,6 @@
 #include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/platform/PException.h>
 
-
 namespace fuzz {
 
 /// Aborts the process, which the fuzzer reports as a finding; NDEBUG would drop an assert.

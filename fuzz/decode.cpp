@@ -13,7 +13,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if (size == 0) {
         return 0;
     }
-    const RecordClass& recordClass = *recordClasses()[data[0] % recordClasses().size()];
+    const auto classes = recordClasses();
+    const RecordClass& recordClass = *classes[data[0] % classes.size()];
     const std::string text(data + 1, data + size);
     Bytes image;
     const std::size_t bad = parseHexDigits(text, image);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// A FRU image taken apart and edited. An edit that is not refused leaves an image with the new value and no more problems than before.
+// A FRU image taken apart and edited. An edit that is not refused leaves an image with the new
+// value and no more problems than before.
 #include <algorithm>
 
 #include <recordkit/inspect/fru/FruEdit.h>

@@ -62,7 +62,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if (size < 2) {
         return 0;
     }
-    const RecordClass& recordClass = *recordClasses()[data[0] % recordClasses().size()];
+    const auto classes = recordClasses();
+    const RecordClass& recordClass = *classes[data[0] % classes.size()];
     const std::size_t split = 2 + std::min<std::size_t>(data[1], size - 2);
     const Bytes first(data + 2, data + split);
     const Bytes second(data + split, data + size);

@@ -22,13 +22,41 @@ std::vector<Group> groups()
 
 std::vector<Command> commands()
 {
-    return {selInitCommand(),      selAddCommand(),      selListCommand(),     selShowCommand(),           selStatusCommand(),
-            selCheckCommand(),     selRotateCommand(),   selBackupCommand(),   selRestoreCommand(),        selClearCommand(),
-            severityCommand(),     fruShowCommand(),     fruGetCommand(),      fruVerifyCommand(),         fruSetCommand(),
-            cpuCommand(),          nodeCommand(),        decodeCommand(),      sdrListCommand(),           sdrShowCommand(),
-            sdrEventsCommand(),    spdShowCommand(),     eepromCreateCommand(), settingListCommand(),      settingReadCommand(),
-            settingWriteCommand(), settingInitCommand(), settingIndexCommand(), settingInvalidateCommand(), efiStatusCommand(),
-            efiInitCommand(),      efiReadCommand(),     efiWriteCommand(),    efiMarkCommand(),           efiClearCommand()};
+    return {selInitCommand(),
+            selAddCommand(),
+            selListCommand(),
+            selShowCommand(),
+            selStatusCommand(),
+            selCheckCommand(),
+            selRotateCommand(),
+            selBackupCommand(),
+            selRestoreCommand(),
+            selClearCommand(),
+            severityCommand(),
+            fruShowCommand(),
+            fruGetCommand(),
+            fruVerifyCommand(),
+            fruSetCommand(),
+            cpuCommand(),
+            nodeCommand(),
+            decodeCommand(),
+            sdrListCommand(),
+            sdrShowCommand(),
+            sdrEventsCommand(),
+            spdShowCommand(),
+            eepromCreateCommand(),
+            settingListCommand(),
+            settingReadCommand(),
+            settingWriteCommand(),
+            settingInitCommand(),
+            settingIndexCommand(),
+            settingInvalidateCommand(),
+            efiStatusCommand(),
+            efiInitCommand(),
+            efiReadCommand(),
+            efiWriteCommand(),
+            efiMarkCommand(),
+            efiClearCommand()};
 }
 
 }

@@ -12,13 +12,13 @@ namespace TAVLib::RecordKit {
 /// The index record of the EFI backup, at the start of EEPROM 10: the owner of the backup, and the
 /// blocks pending erasure.
 ///
-/// | byte | width  | meaning                                                           |
-/// |------|--------|-------------------------------------------------------------------|
-/// | 0    | 1      | checksum: all bytes add up to 0 modulo 256                        |
-/// | 1    | 1      | 0                                                                 |
-/// | 2    | 12     | serial information of the system that the backup belongs to       |
-/// | 14   | 2      | 0                                                                 |
-/// | 16   | 16 x 8 | clear flags, 8 bytes for each backup EEPROM                       |
+/// | byte | width  | meaning                                                     |
+/// |------|--------|-------------------------------------------------------------|
+/// | 0    | 1      | checksum: all bytes add up to 0 modulo 256                  |
+/// | 1    | 1      | carried unchanged; 0 in a new record                        |
+/// | 2    | 12     | serial information of the system that the backup belongs to |
+/// | 14   | 2      | carried unchanged; 0 in a new record                        |
+/// | 16   | 16 x 8 | clear flags, 8 bytes for each backup EEPROM                 |
 ///
 /// The backup is stored on 16 EEPROMs of 16 blocks of 4 KiB; partition p and bank b, 0 to 3 each,
 /// select EEPROM 11 + 4 p + b and group 4 p + b of the flags. Block n has a nibble of byte n / 2 of

@@ -9,11 +9,13 @@ namespace TAVLib::RecordKit {
 
 /// Which events do not clear the boot flags' valid bit (IPMI v2.0, table 28-14, parameter 3).
 ///
-/// | byte | width | meaning                                                    |
-/// |------|-------|------------------------------------------------------------|
-/// | 0    | 1     | bit 3: kept when a boot does not come within the timeout   |
+/// | byte | width | meaning                                                         |
+/// |------|-------|-----------------------------------------------------------------|
+/// | 0    | 1     | flags; bit 3: kept when a boot does not come within the timeout |
 class RECORDKIT_API BMC_BootFlagsClearData : public FixedSizeSerializableObject {
 public:
+    enum Offset { FLAGS = 0, SIZE = 1 };
+
     void setBootFlagsClearValid(bool valid) { writeBit(image[FLAGS], 3, valid); }
 
     unsigned int getSerializedSize() const override { return SIZE; }
@@ -22,8 +24,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset { FLAGS = 0, SIZE = 1 };
-
     mutable unsigned char image[SIZE] = {};
 };
 

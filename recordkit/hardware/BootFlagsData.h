@@ -9,13 +9,15 @@ namespace TAVLib::RecordKit {
 
 /// Boot flags (IPMI v2.0, table 28-14, parameter 5).
 ///
-/// | byte | width | meaning                                                                  |
-/// |------|-------|--------------------------------------------------------------------------|
-/// | 0    | 1     | bit 7 valid, bit 6 persistent, bit 5 boot type (0: PC compatible)        |
-/// | 1    | 1     | bits 5..2: boot device                                                   |
-/// | 2    | 3     | further flags, carried unchanged                                         |
+/// | byte | width | meaning                                                                     |
+/// |------|-------|-----------------------------------------------------------------------------|
+/// | 0    | 1     | flags; bit 7: valid, bit 6: persistent, bit 5: boot type (0: PC compatible) |
+/// | 1    | 1     | bits 5..2: boot device                                                      |
+/// | 2    | 3 x 1 | further flags                                                               |
 class RECORDKIT_API BootFlagsData : public FixedSizeSerializableObject {
 public:
+    enum Offset { FLAGS = 0, DEVICE = 1, FURTHER = 2, SIZE = 5 };
+
     void setBootFlagsValid(bool valid) { writeBit(image[FLAGS], 7, valid); }
     /// The bit says "persistent", so true clears it.
     void setNextBootOnly(bool nextOnly) { writeBit(image[FLAGS], 6, !nextOnly); }
@@ -33,8 +35,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset { FLAGS = 0, DEVICE = 1, SIZE = 5 };
-
     mutable unsigned char image[SIZE] = {};
 };
 

@@ -17,6 +17,15 @@ namespace TAVLib::RecordKit {
 /// | 4    | 1     | data rate                                           |
 class RECORDKIT_API DIMMType : public FixedSizeSerializableObject {
 public:
+    enum Offset {
+        SLOT_STATUS = 0,
+        RANKS = 1,
+        DIMM_SIZE = 2,
+        DRAM_SIZE = 3,
+        DATA_RATE = 4,
+        SIZE = 5
+    };
+
     unsigned char getDIMMSlotStatus() const { return image[SLOT_STATUS]; }
     unsigned char getRankNum() const { return image[RANKS]; }
     unsigned char getDIMMSize() const { return image[DIMM_SIZE]; }
@@ -29,15 +38,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset {
-        SLOT_STATUS = 0,
-        RANKS = 1,
-        DIMM_SIZE = 2,
-        DRAM_SIZE = 3,
-        DATA_RATE = 4,
-        SIZE = 5
-    };
-
     mutable unsigned char image[SIZE] = {};
 };
 

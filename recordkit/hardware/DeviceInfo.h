@@ -9,11 +9,16 @@
 namespace TAVLib::RecordKit {
 
 /// The identity of a unit, 12 bytes whose meaning is up to the callers.
+///
+/// | byte | width | meaning              |
+/// |------|-------|----------------------|
+/// | 0    | 12    | identity of the unit |
 class RECORDKIT_API DeviceInfo : public FixedSizeSerializableObject {
 public:
     struct UnitID {
         unsigned char data[12];
     };
+    enum Size { SIZE = sizeof(UnitID) };
 
     /// Fills `unit`.
     void getDeviceInfo(UnitID* unit) const { std::copy_n(image, +SIZE, unit->data); }
@@ -24,8 +29,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Size { SIZE = sizeof(UnitID) };
-
     mutable unsigned char image[SIZE] = {};
 };
 

@@ -12,24 +12,31 @@ namespace TAVLib::RecordKit {
 /// One GSPB board: its state, the status of its GbE and SAS ports, and what is connected to its PCI
 /// box ports.
 ///
-/// | byte         | width | meaning                                                           |
-/// |--------------|-------|-------------------------------------------------------------------|
-/// | 0            | 1     | bit 0 installed, bit 1 powered on, bit 2 fault, bit 3 divided     |
-/// | 1            | 3     | carried unchanged                                                 |
-/// | 4            | 1     | board type                                                        |
-/// | 5            | 3     | carried unchanged                                                 |
-/// | 8            | 1     | g, the number of GbE ports                                        |
-/// | 9            | 2 x g | status word of each GbE port, low byte first                      |
-/// | 9 + 2g       | 1     | s, the number of SAS ports                                        |
-/// | 10 + 2g      | 2 x s | status word of each SAS port, low byte first                      |
-/// | 10 + 2g + 2s | 1     | p, the number of PCI box ports                                    |
-/// | 11 + 2g + 2s | 2 x p | CONNECTED_UNIT_INFO of each PCI box port                          |
+/// | byte         | width    | meaning                                                           |
+/// |--------------|----------|-------------------------------------------------------------------|
+/// | 0            | 1        | bit 0: installed, bit 1: powered on, bit 2: fault, bit 3: divided |
+/// | 1            | 3        | carried unchanged                                                 |
+/// | 4            | 1        | board type                                                        |
+/// | 5            | 3        | carried unchanged                                                 |
+/// | 8            | 1        | g, the number of GbE ports                                        |
+/// | 9            | g x 2    | status word of each GbE port, low byte first                      |
+/// | 9 + 2g       | 1        | s, the number of SAS ports                                        |
+/// | 10 + 2g      | s x 2    | status word of each SAS port, low byte first                      |
+/// | 10 + 2g + 2s | 1        | p, the number of PCI box ports                                    |
+/// | 11 + 2g + 2s | p blocks | CONNECTED_UNIT_INFO of each PCI box port                          |
+///
+/// | byte of a block | width | meaning                                 |
+/// |-----------------|-------|-----------------------------------------|
+/// | 0               | 1     | number of the connected PCI box         |
+/// | 1               | 1     | number of the connected logical PCI box |
 ///
 /// A missing port throws PException (module 83, location 0x0F00, action 1, detail 0x0B00, message
 /// 20010) with the operation ("getGbEPortStatus()") and "not found GbE Port", "not found SAS Port"
 /// or "not found PCI_Box Port".
 class RECORDKIT_API GSPBBoardInfo : public SerializableObject {
 public:
+    enum Offset { FLAGS = 0, BOARD_TYPE = 4, GBE_COUNT = 8, HEADER_SIZE = 9, LEAST_SIZE = 11 };
+
     /// What is connected to a PCI box port; FFh means nothing.
     struct CONNECTED_UNIT_INFO {
         unsigned char pciBox;
@@ -73,8 +80,6 @@ public:
     bool setSerialized(const unsigned char* data, unsigned int length) override;
 
 private:
-    enum Offset { FLAGS = 0, BOARD_TYPE = 4, GBE_COUNT = 8, HEADER_SIZE = 9, LEAST_SIZE = 11 };
-
     bool flag(unsigned int bit) const { return get_bit(header[FLAGS], bit, 1) != 0; }
     const CONNECTED_UNIT_INFO& entryOf(unsigned int port, const char* method) const;
 

@@ -6,7 +6,12 @@
 
 namespace TAVLib::RecordKit {
 
-/// One I/O unit board; its image is that of SlotBoardInfo. Failures have location 0x0600.
+/// One I/O unit board. Failures have location 0x0600.
+///
+/// | byte | width | meaning          |
+/// |------|-------|------------------|
+/// | 0    | 1     | bit 3: divided   |
+/// | 0    |       | as SlotBoardInfo |
 class RECORDKIT_API IOUBoardInfo : public SlotBoardInfo {
 public:
     IOUBoardInfo();

@@ -14,6 +14,8 @@ namespace TAVLib::RecordKit {
 /// | 0    | 1     | bit 1: both system boards updated; bit 3: debug mode |
 class RECORDKIT_API ManufacturingTestOn : public FixedSizeSerializableObject {
 public:
+    enum Offset { SWITCHES = 0, SIZE = 1 };
+
     bool isSBBothUpdate() const { return get_bit(image[SWITCHES], 1, 1) != 0; }
     bool isDebugMode() const { return get_bit(image[SWITCHES], 3, 1) != 0; }
 
@@ -23,8 +25,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset { SWITCHES = 0, SIZE = 1 };
-
     mutable unsigned char image[SIZE] = {};
 };
 

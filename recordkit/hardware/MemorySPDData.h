@@ -11,18 +11,28 @@ namespace TAVLib::RecordKit {
 
 /// A DDR3 DIMM's serial presence detect data (JEDEC Annex K), decoded to the codes of DIMMType.
 ///
-/// | byte  | width | meaning                                                                |
-/// |-------|-------|------------------------------------------------------------------------|
-/// | 4     | 1     | bits 3..0: density of one device, 256 Mbit doubled as often            |
-/// | 7     | 1     | bits 5..3: ranks less one; bits 2..0: device width, 4 bits doubled     |
-/// | 8     | 1     | bits 2..0: bus width, 8 bits doubled as often                          |
-/// | 122   | 4     | serial number, most significant byte first                             |
-/// | 128   | 18    | part number                                                            |
-/// | other |       | carried unchanged                                                      |
+/// | byte  | width | meaning                                                                     |
+/// |-------|-------|-----------------------------------------------------------------------------|
+/// | 4     | 1     | bits 3..0: density of one device, 256 Mbit doubled as often                 |
+/// | 7     | 1     | bits 5..3: ranks less one, bits 2..0: device width, 4 bits doubled as often |
+/// | 8     | 1     | bits 2..0: bus width, 8 bits doubled as often                               |
+/// | 122   | 4     | serial number, most significant byte first                                  |
+/// | 128   | 18    | part number                                                                 |
+/// | other |       | carried unchanged                                                           |
 ///
 /// Nothing is thrown: there is a code for what cannot be decoded.
 class RECORDKIT_API MemorySPDData : public FixedSizeSerializableObject {
 public:
+    enum Offset {
+        DENSITY = 4,
+        ORGANIZATION = 7,
+        BUS_WIDTH = 8,
+        SERIAL_NUMBER = 122,
+        PART_NUMBER = 128,
+        PART_NUMBER_LENGTH = 18,
+        SIZE = 146,
+    };
+
     /// Codes of a module's capacity.
     enum DIMMSize : unsigned char {
         DIMM_2_GB = 1,
@@ -51,16 +61,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset {
-        DENSITY = 4,
-        ORGANIZATION = 7,
-        BUS_WIDTH = 8,
-        SERIAL_NUMBER = 122,
-        PART_NUMBER = 128,
-        PART_NUMBER_LENGTH = 18,
-        SIZE = 146,
-    };
-
     unsigned char density() const { return get_bit(image[DENSITY], 0, 4); }
 
     mutable unsigned char image[SIZE] = {};

@@ -10,12 +10,14 @@ namespace TAVLib::RecordKit {
 
 /// The OS boot watchdog's data; the meaning of the bytes is up to the callers.
 ///
-/// | byte | width | meaning               |
-/// |------|-------|-----------------------|
-/// | 0    | 1     | watchdog data 1       |
-/// | 1    | 4     | carried unchanged     |
+/// | byte | width | meaning         |
+/// |------|-------|-----------------|
+/// | 0    | 1     | watchdog data 1 |
+/// | 1    | 4 x 1 | further bytes   |
 class RECORDKIT_API OSBootWatchdogData : public FixedSizeSerializableObject {
 public:
+    enum Offset { DATA_1 = 0, FURTHER = 1, SIZE = 5 };
+
     unsigned char getBootWatchdogData1() const { return image[DATA_1]; }
     void setBootWatchdogData1(unsigned char value) { image[DATA_1] = value; }
     /// Copies five bytes.
@@ -27,8 +29,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset { DATA_1 = 0, SIZE = 5 };
-
     mutable unsigned char image[SIZE] = {};
 };
 

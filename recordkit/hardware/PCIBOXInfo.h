@@ -11,21 +11,21 @@ namespace TAVLib::RecordKit {
 
 /// One PCI box: its state, and its link cards with the slots behind them.
 ///
-/// | byte | width    | meaning                                                              |
-/// |------|----------|----------------------------------------------------------------------|
-/// | 0    | 1        | bit 0 present, bit 1 powered on, bit 2 fault                         |
-/// | 1    | 7        | carried unchanged                                                    |
-/// | 8    | 1        | bit 0 PEXU present, bit 1 PEXU powered on, bit 2 PEXU fault          |
-/// | 9    | 3        | carried unchanged                                                    |
-/// | 12   | 1        | l, the number of link cards                                          |
-/// | 13   |          | l link card blocks                                                   |
+/// | byte | width    | meaning                                                        |
+/// |------|----------|----------------------------------------------------------------|
+/// | 0    | 1        | bit 0: present, bit 1: powered on, bit 2: fault                |
+/// | 1    | 7        | carried unchanged                                              |
+/// | 8    | 1        | bit 0: PEXU present, bit 1: PEXU powered on, bit 2: PEXU fault |
+/// | 9    | 3        | carried unchanged                                              |
+/// | 12   | 1        | l, the number of link cards                                    |
+/// | 13   | l blocks | a block for each link card, CONNECT_GSPB_INFO first            |
 ///
-/// | offset in a block | width | meaning                                                     |
-/// |-------------------|-------|-------------------------------------------------------------|
-/// | 0                 | 1     | the GSPB that the card is cabled to; 255 for none           |
-/// | 1                 | 1     | the port on that GSPB                                       |
-/// | 2                 | 1     | c, the number of slots behind the card                      |
-/// | 3                 | 2 x c | status word of each slot, low byte first                    |
+/// | byte of a block | width | meaning                                           |
+/// |-----------------|-------|---------------------------------------------------|
+/// | 0               | 1     | the GSPB that the card is cabled to; 255 for none |
+/// | 1               | 1     | the port on that GSPB                             |
+/// | 2               | 1     | c, the number of slots of the card                |
+/// | 3               | c x 2 | status word of each slot, low byte first          |
 ///
 /// Nothing is thrown. A query for a missing card or slot writes one trace line (module 83, location
 /// 0x0D00, level 0, message 20010; "isParamError(lnkc)" or "isParamError(slotNum)", and "out of
@@ -33,6 +33,8 @@ namespace TAVLib::RecordKit {
 /// for getLinkCards.
 class RECORDKIT_API PCIBOXInfo : public SerializableObject {
 public:
+    enum Offset { BOX_FLAGS = 0, PEXU_FLAGS = 8, CARD_COUNT = 12, HEADER_SIZE = 13 };
+
     /// The first three bytes of a link card block.
     struct CONNECT_GSPB_INFO {
         unsigned char connectedId;
@@ -76,8 +78,6 @@ public:
     bool setSerialized(const unsigned char* data, unsigned int length) override;
 
 private:
-    enum Offset { BOX_FLAGS = 0, PEXU_FLAGS = 8, CARD_COUNT = 12, HEADER_SIZE = 13 };
-
     bool flag(Offset byte, unsigned int bit) const { return get_bit(header[byte], bit, 1) != 0; }
 
     unsigned char header[HEADER_SIZE] = {};

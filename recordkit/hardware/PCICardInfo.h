@@ -21,6 +21,17 @@ namespace TAVLib::RecordKit {
 /// | 8    | 1     | bits 5..0: extended frequency                                         |
 class RECORDKIT_API PCICardInfo : public FixedSizeSerializableObject {
 public:
+    enum Offset {
+        SEGMENT = 0,
+        BUS = 1,
+        DEVICE_FUNCTION = 2,
+        VENDOR = 3,
+        DEVICE = 5,
+        FREQUENCY = 7,
+        EXTENDED_FREQUENCY = 8,
+        SIZE = 9,
+    };
+
     unsigned char getSegmentNum() const { return image[SEGMENT]; }
     unsigned char getBusNum() const { return image[BUS]; }
     unsigned char getDevFun() const { return image[DEVICE_FUNCTION]; }
@@ -37,16 +48,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset {
-        SEGMENT = 0,
-        BUS = 1,
-        DEVICE_FUNCTION = 2,
-        VENDOR = 3,
-        DEVICE = 5,
-        FREQUENCY = 7,
-        EXTENDED_FREQUENCY = 8,
-        SIZE = 9,
-    };
     static constexpr unsigned short UNKNOWN = 0xFFFF;
 
     mutable unsigned char image[SIZE] = {};

@@ -8,12 +8,15 @@ namespace TAVLib::RecordKit {
 
 /// Where a PCI slot is, packed in two bytes.
 ///
-/// | byte | width | meaning                                                              |
-/// |------|-------|----------------------------------------------------------------------|
-/// | 0    | 1     | bits 7..6: kind of board, 0 to 3; bits 2..0: position, by kind       |
-/// | 1    | 1     | the rest of the address, as it was given                             |
+/// | byte | width | meaning                                                                      |
+/// |------|-------|------------------------------------------------------------------------------|
+/// | 0    | 1     | kind and position; bits 7..6: kind of board, 0 to 3, bits 2..0: position, by |
+/// |      |       | kind                                                                         |
+/// | 1    | 1     | the rest of the address, as it was given                                     |
 class RECORDKIT_API PCISlotLocation : public FixedSizeSerializableObject {
 public:
+    enum Offset { LOCATION = 0, SECOND = 1, SIZE = 2 };
+
     /// Packs an address, by the type of the board.
     ///
     /// | boardType | kind | position                | flag       |
@@ -34,8 +37,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset { LOCATION = 0, SECOND = 1, SIZE = 2 };
-
     void setField(unsigned int bit, unsigned int width, unsigned int value);
 
     mutable unsigned char image[SIZE] = {};

@@ -6,8 +6,11 @@
 
 namespace TAVLib::RecordKit {
 
-/// One SAS unit board; its image is that of SlotBoardInfo, without a division. Failures have
-/// location 0x1800.
+/// One SAS unit board. Failures have location 0x1800.
+///
+/// | byte | width | meaning          |
+/// |------|-------|------------------|
+/// | 0    |       | as SlotBoardInfo |
 class RECORDKIT_API SASUBoardInfo : public SlotBoardInfo {
 public:
     SASUBoardInfo();

@@ -9,17 +9,27 @@ namespace TAVLib::RecordKit {
 
 /// One system board: its type, its CPU and DIMM sockets, and their status words.
 ///
-/// | byte  | width  | meaning                                                    |
-/// |-------|--------|------------------------------------------------------------|
-/// | 0     | 1      | board status; bit 4: the board is not supported            |
-/// | 4     | 1      | board type                                                 |
-/// | 8     | 1      | CPU socket map, a bit for each populated socket            |
-/// | 12    | 2 x 2  | status word of CPU 0 and 1, low byte first                 |
-/// | 16    | 4      | DIMM socket map, a bit for each populated socket           |
-/// | 32    | 32 x 2 | status word of DIMM 0 to 31, low byte first                |
-/// | other |        | carried unchanged                                          |
+/// | byte  | width  | meaning                                          |
+/// |-------|--------|--------------------------------------------------|
+/// | 0     | 1      | board status; bit 4: the board is not supported  |
+/// | 4     | 1      | board type                                       |
+/// | 8     | 1      | CPU socket map, a bit for each populated socket  |
+/// | 12    | 2 x 2  | status word of CPU 0 and 1, low byte first       |
+/// | 16    | 4      | DIMM socket map, a bit for each populated socket |
+/// | 32    | 32 x 2 | status word of DIMM 0 to 31, low byte first      |
+/// | other |        | carried unchanged                                |
 class RECORDKIT_API SBBoardInfo : public FixedSizeSerializableObject {
 public:
+    enum Offset : unsigned int {
+        BOARD_STATUS = 0,
+        BOARD_TYPE = 4,
+        CPU_MAP = 8,
+        CPU_STATUS = 12,
+        DIMM_MAP = 16,
+        DIMM_STATUS = 32,
+        SIZE = 96,
+    };
+
     /// Sockets, from 0.
     enum CPUIndex : unsigned int { CPU_0 = 0, CPU_1 = 1, CPUS = 2 };
     enum DIMMIndex : unsigned int { DIMM_0 = 0, DIMM_31 = 31, DIMMS = 32 };
@@ -44,16 +54,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset : unsigned int {
-        BOARD_STATUS = 0,
-        BOARD_TYPE = 4,
-        CPU_MAP = 8,
-        CPU_STATUS = 12,
-        DIMM_MAP = 16,
-        DIMM_STATUS = 32,
-        SIZE = 96,
-    };
-
     mutable unsigned char image[SIZE] = {};
 };
 

@@ -11,16 +11,18 @@ namespace TAVLib::RecordKit {
 
 /// The common part of boards with PCI slots: IOUBoardInfo and SASUBoardInfo derive from it.
 ///
-/// | byte | width | meaning                                                         |
-/// |------|-------|-----------------------------------------------------------------|
-/// | 0    | 1     | bit 0 installed, bit 1 powered on, bit 2 fault, bit 3 divided   |
-/// | 1    | 3     | carried unchanged                                               |
-/// | 4    | 1     | board type                                                      |
-/// | 5    | 3     | carried unchanged                                               |
-/// | 8    | 1     | n, the number of PCI slots                                      |
-/// | 9    | 2 x n | status word of each slot, low byte first                        |
+/// | byte | width | meaning                                           |
+/// |------|-------|---------------------------------------------------|
+/// | 0    | 1     | bit 0: installed, bit 1: powered on, bit 2: fault |
+/// | 1    | 3     | carried unchanged                                 |
+/// | 4    | 1     | board type                                        |
+/// | 5    | 3     | carried unchanged                                 |
+/// | 8    | 1     | n, the number of PCI slots                        |
+/// | 9    | n x 2 | status word of each slot, low byte first          |
 class RECORDKIT_API SlotBoardInfo : public SerializableObject {
 public:
+    enum Offset { FLAGS = 0, BOARD_TYPE = 4, SLOT_COUNT = 8, HEADER_SIZE = 9 };
+
     unsigned char getBoardType() const { return header[BOARD_TYPE]; }
     bool isInstalled() const { return flag(0); }
     bool isPowerOn() const { return flag(1); }
@@ -51,8 +53,6 @@ protected:
     bool flag(unsigned int bit) const { return get_bit(header[FLAGS], bit, 1) != 0; }
 
 private:
-    enum Offset { FLAGS = 0, BOARD_TYPE = 4, SLOT_COUNT = 8, HEADER_SIZE = 9 };
-
     unsigned char header[HEADER_SIZE] = {};
     std::vector<unsigned short> slotStatus;
     unsigned short location;

@@ -7,8 +7,15 @@
 namespace TAVLib::RecordKit {
 
 /// A raw BMC log record of up to 135 bytes; its contents are not interpreted.
+///
+/// | byte | width     | meaning   |
+/// |------|-----------|-----------|
+/// | 0    | up to 135 | raw bytes |
 class RECORDKIT_API BMCLog : public SerializableObject {
 public:
+    /// One byte more than any image fills, so that a zero byte follows the longest one.
+    enum Size : unsigned int { BUFFER_SIZE = 136, MAX_SIZE = BUFFER_SIZE - 1 };
+
     /// 0 and a trace line (module 83, location 0x1600, level 0, message 20008) when `size` is
     /// below the serialized size.
     unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
@@ -18,9 +25,6 @@ public:
     bool setSerialized(const unsigned char* data, unsigned int size) override;
 
 private:
-    /// One byte more than any image fills, so that a zero byte follows the longest one.
-    enum Size : unsigned int { BUFFER_SIZE = 136, MAX_SIZE = BUFFER_SIZE - 1 };
-
     unsigned char buffer[BUFFER_SIZE] = {};
     unsigned int validLength = 0;
 };

@@ -11,21 +11,20 @@ namespace TAVLib::RecordKit {
 /// The management board's wider form of an OEM SEL entry: the SELEntry image and a block of
 /// 112 BMC bytes.
 ///
-/// | offset | block byte | width | meaning                                                    |
-/// |--------|------------|-------|------------------------------------------------------------|
-/// | 0      |            | 18    | SELEntry image                                             |
-/// | 18     | 0          | 1     | number of OEM event data bytes that follow, 13             |
-/// | 19     | 1          | 13    | OEM event data 1 to 13 (extended bytes 0 to 12)            |
-/// | 32     | 14         | 55    | zero                                                       |
-/// | 87     | 69         | 2     | partition bitmask, low byte first                          |
-/// | 89     | 71         | 1     | part number type/length byte                               |
-/// | 90     | 72         | 18    | part number                                                |
-/// | 108    | 90         | 1     | serial number type/length byte                             |
-/// | 109    | 91         | 21    | serial number (12 or 16 bytes of it) and further OEM bytes |
+/// | byte | width | meaning                                              |
+/// |------|-------|------------------------------------------------------|
+/// | 0    |       | as SELEntry                                          |
+/// | 18   | 1     | number of OEM event data bytes that follow, 13       |
+/// | 19   | 13    | OEM event data 1 to 13                               |
+/// | 32   | 55    | carried unchanged; zero in a new block               |
+/// | 87   | 2     | partition bitmask, low byte first                    |
+/// | 89   | 19    | part number: type/length byte, 18 characters         |
+/// | 108  | 17    | serial number: type/length byte, 12 or 16 characters |
+/// | 125  | 5     | carried unchanged: further OEM bytes                 |
 ///
-/// Block bytes 69 to 111 are extended bytes 13 to 55 of the OEM entry. The extended data inherited
-/// from OEMSELEntry are not part of this image; only convert() reads them. A new entry has zeroed
-/// buffers and no valid bytes.
+/// Block byte n is byte 18 + n. Block bytes 69 to 111 are extended bytes 13 to 55 of the OEM entry.
+/// The extended data inherited from OEMSELEntry are not part of this image; only convert() reads
+/// them. A new entry has zeroed buffers and no valid bytes.
 ///
 /// Failures are traced (module 83, location 0x1300, level 0). The accessors throw PException
 /// (location 0x1300, action 1, detail 0x0B00, message 20008, "BMCSELEntry", block bytes present,

@@ -10,8 +10,8 @@ namespace TAVLib::RecordKit {
 
 namespace {
 
-constexpr unsigned int SERIAL_NUMBER_LIMIT = 12;
-constexpr unsigned int LONG_SERIAL_NUMBER_LIMIT = 16;
+constexpr unsigned int SERIAL_NUMBER_LIMIT = OEMSELEntry::SERIAL_NUMBER_SIZE;
+constexpr unsigned int LONG_SERIAL_NUMBER_LIMIT = BMCSELEntryMessage::LONG_SERIAL_NUMBER_SIZE;
 constexpr unsigned char ZERO = 0;
 
 }

@@ -10,16 +10,17 @@ namespace TAVLib::RecordKit {
 
 /// A BMC SEL entry with a trailer: the record in each slot of the event log files.
 ///
-/// | offset | trailer byte | width | meaning                                                  |
-/// |--------|--------------|-------|----------------------------------------------------------|
-/// | 0      |              | 130   | BMCSELEntry image                                        |
-/// | 130    | 0            | 1     | trailer kind; 1: the trailer has its own bitmask         |
-/// | 131    | 1            | 1     | carried unchanged                                        |
-/// | 132    | 2            | 2     | partition bitmask of trailer kind 1, low byte first      |
-/// | 134    | 4            | 4     | carried unchanged                                        |
+/// | byte | width | meaning                                             |
+/// |------|-------|-----------------------------------------------------|
+/// | 0    |       | as BMCSELEntry                                      |
+/// | 130  | 1     | trailer kind; 1: the trailer has its own bitmask    |
+/// | 131  | 1     | carried unchanged                                   |
+/// | 132  | 2     | partition bitmask of trailer kind 1, low byte first |
+/// | 134  | 4     | carried unchanged                                   |
 ///
-/// A new entry has zeroed buffers and no valid bytes. Failures to load or store an image are traced
-/// (module 83, location 0x1400, level 0); this class throws nothing of its own.
+/// Trailer byte n is byte 130 + n. A new entry has zeroed buffers and no valid bytes. Failures to
+/// load or store an image are traced (module 83, location 0x1400, level 0); this class throws
+/// nothing of its own.
 class RECORDKIT_API BMCSELEntryMessage : public BMCSELEntry {
 public:
     enum TrailerSize : unsigned int {
@@ -29,6 +30,9 @@ public:
 
     /// Offsets in the trailer.
     enum TrailerOffset : unsigned int { TRAILER_KIND = 0, TRAILER_PARTITION_BITMASK = 2 };
+
+    /// Characters of the serial number if the trailer is of kind 1.
+    enum LongFieldSize : unsigned int { LONG_SERIAL_NUMBER_SIZE = 16 };
 
     /// The trailer kind that carries a partition bitmask and a serial number of 16 bytes.
     static constexpr unsigned char KIND_WITH_BITMASK = 1;

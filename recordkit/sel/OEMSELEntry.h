@@ -10,19 +10,17 @@ namespace TAVLib::RecordKit {
 
 /// A SEL entry with the extended event data that the board controllers append to it.
 ///
-/// | offset | extended byte | width | meaning                                              |
-/// |--------|---------------|-------|------------------------------------------------------|
-/// | 0      |               | 18    | SELEntry image                                       |
-/// | 18     | 0             | 13    | OEM event data 1 to 13                               |
-/// | 31     | 13            | 2     | partition bitmask, low byte first; bit p: partition p |
-/// | 33     | 15            | 1     | part number type/length byte                         |
-/// | 34     | 16            | 18    | part number                                          |
-/// | 52     | 34            | 1     | serial number type/length byte                       |
-/// | 53     | 35            | 12    | serial number                                        |
-/// | 65     | 47            | 9     | further OEM bytes                                    |
+/// | byte | width  | meaning                                                         |
+/// |------|--------|-----------------------------------------------------------------|
+/// | 0    |        | as SELEntry                                                     |
+/// | 18   | 13 x 1 | OEM event data 1 to 13                                          |
+/// | 31   | 2      | partition bitmask, low byte first; bit p stands for partition p |
+/// | 33   | 19     | part number: type/length byte, 18 characters                    |
+/// | 52   | 13     | serial number: type/length byte, 12 characters                  |
+/// | 65   | 9      | carried unchanged: further OEM bytes                            |
 ///
-/// Type/length bytes are those of the IPMI FRU Information Storage Definition v1.0, section 13. A
-/// new entry has zeroed buffers and no valid bytes.
+/// Extended byte n is byte 18 + n. Type/length bytes are those of the IPMI FRU Information Storage
+/// Definition v1.0, section 13. A new entry has zeroed buffers and no valid bytes.
 ///
 /// Failures to load or store an image are traced (module 83, location 0x0A00, level 0). The
 /// accessors throw PException (location 0x0A00, action 1, detail 0x0B00, message 20008,

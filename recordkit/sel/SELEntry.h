@@ -11,20 +11,20 @@ namespace TAVLib::RecordKit {
 /// The body of an IPMI Get SEL Entry response: the next record id and one SEL record
 /// (IPMI v2.0, section 32.1).
 ///
-/// | offset | record byte | width | meaning                                               |
-/// |--------|-------------|-------|-------------------------------------------------------|
-/// | 0      |             | 2     | next record id, low byte first                        |
-/// | 2      | 1           | 2     | record id, low byte first                             |
-/// | 4      | 3           | 1     | record type                                           |
-/// | 5      | 4           | 4     | timestamp, low byte first                             |
-/// | 9      | 8           | 1     | generator id 1: bit 0 clear: slave address in bits    |
-/// |        |             |       | 7..1; bit 0 set: system software id                   |
-/// | 10     | 9           | 1     | generator id 2: bits 1..0 LUN of the generator        |
-/// | 11     | 10          | 1     | event message format revision                         |
-/// | 12     | 11          | 1     | sensor type                                           |
-/// | 13     | 12          | 1     | sensor number                                         |
-/// | 14     | 13          | 1     | bit 7 direction, bits 6..0 event/reading type         |
-/// | 15     | 14          | 3     | event data 1 to 3                                     |
+/// | byte | width | meaning                                                                   |
+/// |------|-------|---------------------------------------------------------------------------|
+/// | 0    | 2     | next record id, low byte first                                            |
+/// | 2    | 2     | record id, low byte first                                                 |
+/// | 4    | 1     | record type                                                               |
+/// | 5    | 4     | timestamp, low byte first                                                 |
+/// | 9    | 1     | generator id 1: a slave address in bits 7..1, or if bit 0 is set a system |
+/// |      |       | software id                                                               |
+/// | 10   | 1     | generator id 2; bits 1..0: LUN of the generator                           |
+/// | 11   | 1     | event message format revision                                             |
+/// | 12   | 1     | sensor type                                                               |
+/// | 13   | 1     | sensor number                                                             |
+/// | 14   | 1     | bit 7: direction, bits 6..0: event/reading type                           |
+/// | 15   | 3 x 1 | event data 1 to 3                                                         |
 ///
 /// Record bytes are numbered from 1 as in IPMI: record byte n is at offset n + 1. A new entry has a
 /// zeroed image and no record bytes.

@@ -10,12 +10,20 @@ namespace TAVLib::RecordKit {
 
 /// The long text of an event.
 ///
-/// | offset | width    | meaning                                                        |
-/// |--------|----------|----------------------------------------------------------------|
-/// | 0      | 14       | carried unchanged                                              |
-/// | 14     | up to 65 | the text, ended by a zero byte or by the end of the buffer     |
+/// | byte | width    | meaning                                                    |
+/// |------|----------|------------------------------------------------------------|
+/// | 0    | 14       | carried unchanged                                          |
+/// | 14   | up to 65 | the text, ended by a zero byte or by the end of the buffer |
 class RECORDKIT_API SELEntryLongText : public SerializableObject {
 public:
+    /// One byte more than any image fills, so that a zero byte follows the longest one.
+    enum Size : unsigned int {
+        TEXT_OFFSET = 14,
+        MIN_SIZE = 15,
+        BUFFER_SIZE = 80,
+        MAX_SIZE = BUFFER_SIZE - 1
+    };
+
     /// 0 and a trace line (module 83, location 0x1500, level 0, message 20008) when `size` is
     /// below the serialized size.
     unsigned int getSerialized(unsigned char* buf, unsigned int size) const override;
@@ -33,14 +41,6 @@ public:
     std::string getLongText() const { return text; }
 
 private:
-    /// One byte more than any image fills, so that a zero byte follows the longest one.
-    enum Size : unsigned int {
-        TEXT_OFFSET = 14,
-        MIN_SIZE = 15,
-        BUFFER_SIZE = 80,
-        MAX_SIZE = BUFFER_SIZE - 1
-    };
-
     unsigned char buffer[BUFFER_SIZE] = {};
     unsigned int validLength = 0;
     std::string text;

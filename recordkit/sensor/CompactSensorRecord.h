@@ -9,19 +9,28 @@ namespace TAVLib::RecordKit {
 
 /// A compact sensor record (IPMI v2.0, section 43.2).
 ///
-/// | byte | width | meaning                                                 |
-/// |------|-------|---------------------------------------------------------|
-/// | 0    | 23    | header and common fields, see RecordSensorCommon        |
-/// | 23   | 2     | carried unchanged                                       |
-/// | 25   | 1     | positive-going threshold hysteresis                     |
-/// | 26   | 1     | negative-going threshold hysteresis                     |
-/// | 27   | 4     | carried unchanged                                       |
-/// | 31   | 1     | type/length byte of the id string                       |
-/// | 32   | 16    | id string                                               |
+/// | byte | width    | meaning                                                 |
+/// |------|----------|---------------------------------------------------------|
+/// | 0    |          | as RecordSensorCommon                                   |
+/// | 23   | 2        | carried unchanged                                       |
+/// | 25   | 1        | positive-going threshold hysteresis                     |
+/// | 26   | 1        | negative-going threshold hysteresis                     |
+/// | 27   | 4        | carried unchanged                                       |
+/// | 31   | 1        | bits 7..6: type of the id string, bits 4..0: its length |
+/// | 32   | up to 16 | id string                                               |
+/// | 48   | up to 15 | carried unchanged: zero if the length is above 16       |
 ///
 /// A new record is all zero. A copy has its own image.
 class RECORDKIT_API CompactSensorRecord : public RecordSensorCommon, public SerializableObject {
 public:
+    enum Offset : unsigned int {
+        POSITIVE_HYST = 25,
+        NEGATIVE_HYST = 26,
+        ID_STRING = 31,
+        FIXED_SIZE = 32,
+        SIZE = FIXED_SIZE + VARIABLE_FIELD_LENGTH,
+    };
+
     CompactSensorRecord();
     ~CompactSensorRecord() override;
     CompactSensorRecord(const CompactSensorRecord& other);
@@ -54,14 +63,6 @@ public:
     }
 
 private:
-    enum Offset : unsigned int {
-        POSITIVE_HYST = 25,
-        NEGATIVE_HYST = 26,
-        ID_STRING = 31,
-        FIXED_SIZE = 32,
-        SIZE = FIXED_SIZE + VARIABLE_FIELD_LENGTH,
-    };
-
     unsigned char image[SIZE] = {};
 };
 

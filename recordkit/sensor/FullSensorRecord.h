@@ -9,19 +9,28 @@ namespace TAVLib::RecordKit {
 
 /// A full sensor record (IPMI v2.0, section 43.1).
 ///
-/// | byte | width | meaning                                                 |
-/// |------|-------|---------------------------------------------------------|
-/// | 0    | 23    | header and common fields, see RecordSensorCommon        |
-/// | 23   | 19    | carried unchanged                                       |
-/// | 42   | 1     | positive-going threshold hysteresis                     |
-/// | 43   | 1     | negative-going threshold hysteresis                     |
-/// | 44   | 3     | carried unchanged                                       |
-/// | 47   | 1     | type/length byte of the id string                       |
-/// | 48   | 16    | id string                                               |
+/// | byte | width    | meaning                                                 |
+/// |------|----------|---------------------------------------------------------|
+/// | 0    |          | as RecordSensorCommon                                   |
+/// | 23   | 19       | carried unchanged                                       |
+/// | 42   | 1        | positive-going threshold hysteresis                     |
+/// | 43   | 1        | negative-going threshold hysteresis                     |
+/// | 44   | 3        | carried unchanged                                       |
+/// | 47   | 1        | bits 7..6: type of the id string, bits 4..0: its length |
+/// | 48   | up to 16 | id string                                               |
+/// | 64   | up to 15 | carried unchanged: zero if the length is above 16       |
 ///
 /// A new record is all zero. A copy has its own image.
 class RECORDKIT_API FullSensorRecord : public RecordSensorCommon, public SerializableObject {
 public:
+    enum Offset : unsigned int {
+        POSITIVE_HYST = 42,
+        NEGATIVE_HYST = 43,
+        ID_STRING = 47,
+        FIXED_SIZE = 48,
+        SIZE = FIXED_SIZE + VARIABLE_FIELD_LENGTH,
+    };
+
     FullSensorRecord();
     ~FullSensorRecord() override;
     FullSensorRecord(const FullSensorRecord& other);
@@ -54,14 +63,6 @@ public:
     }
 
 private:
-    enum Offset : unsigned int {
-        POSITIVE_HYST = 42,
-        NEGATIVE_HYST = 43,
-        ID_STRING = 47,
-        FIXED_SIZE = 48,
-        SIZE = FIXED_SIZE + VARIABLE_FIELD_LENGTH,
-    };
-
     unsigned char image[SIZE] = {};
 };
 

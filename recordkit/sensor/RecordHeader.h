@@ -9,18 +9,19 @@ namespace TAVLib::RecordKit {
 
 /// The header of a sensor data record (IPMI v2.0, section 43).
 ///
-/// | byte | width | meaning                                   |
-/// |------|-------|-------------------------------------------|
-/// | 0    | 2     | record id, low byte first                 |
-/// | 2    | 1     | SDR version, carried unchanged            |
-/// | 3    | 1     | record type                               |
-/// | 4    | 1     | record length: bytes after the header     |
+/// | byte | width | meaning                               |
+/// |------|-------|---------------------------------------|
+/// | 0    | 2     | record id, low byte first             |
+/// | 2    | 1     | carried unchanged: SDR version        |
+/// | 3    | 1     | record type                           |
+/// | 4    | 1     | record length: bytes after the header |
 ///
 /// A view of the image that the derived record owns. The order of the virtual operations is part
 /// of the binary interface.
 class RECORDKIT_API RecordHeader {
 public:
     enum Size : unsigned int { HEADER_SIZE = 5 };
+    enum Offset { RECORD_ID = 0, RECORD_TYPE = 3, RECORD_LENGTH = 4 };
 
     virtual unsigned short getRecordID() const { return readLE16(header + RECORD_ID); }
     virtual void setRecordID(unsigned short id) { writeLE16(id, header + RECORD_ID); }
@@ -37,8 +38,6 @@ protected:
     explicit RecordHeader(unsigned char* image) : header(image) {}
 
 private:
-    enum Offset { RECORD_ID = 0, RECORD_TYPE = 3, RECORD_LENGTH = 4 };
-
     unsigned char* const header;
 };
 

@@ -13,24 +13,24 @@ namespace TAVLib::RecordKit {
 /// What full and compact sensor records have in common (IPMI v2.0, sections 43.1 and 43.2). Offsets
 /// are those of the record.
 ///
-/// | byte | width | meaning                                                              |
-/// |------|-------|----------------------------------------------------------------------|
-/// | 0    | 5     | header, see RecordHeader                                             |
-/// | 5    | 1     | sensor owner id                                                      |
-/// | 6    | 1     | bits 7..4 channel number, bits 1..0 sensor owner LUN                 |
-/// | 7    | 1     | sensor number                                                        |
-/// | 8    | 1     | entity id                                                            |
-/// | 9    | 1     | entity instance                                                      |
-/// | 10   | 1     | sensor initialization                                                |
-/// | 11   | 1     | sensor capabilities                                                  |
-/// | 12   | 1     | sensor type                                                          |
-/// | 13   | 1     | event/reading type code                                              |
-/// | 14   | 2     | assertion event mask, low byte first                                 |
-/// | 16   | 2     | deassertion event mask, low byte first                               |
-/// | 18   | 2     | discrete reading mask, low byte first                                |
-/// | 20   | 1     | sensor units 1; bits 7..6: analog data format                        |
-/// | 21   | 1     | sensor units 2: base unit                                            |
-/// | 22   | 1     | sensor units 3: modifier unit                                        |
+/// | byte | width | meaning                                                |
+/// |------|-------|--------------------------------------------------------|
+/// | 0    |       | as RecordHeader                                        |
+/// | 5    | 1     | sensor owner id                                        |
+/// | 6    | 1     | bits 7..4: channel number, bits 1..0: sensor owner LUN |
+/// | 7    | 1     | sensor number                                          |
+/// | 8    | 1     | entity id                                              |
+/// | 9    | 1     | entity instance                                        |
+/// | 10   | 1     | sensor initialization                                  |
+/// | 11   | 1     | sensor capabilities                                    |
+/// | 12   | 1     | sensor type                                            |
+/// | 13   | 1     | event/reading type code                                |
+/// | 14   | 2     | assertion event mask, low byte first                   |
+/// | 16   | 2     | deassertion event mask, low byte first                 |
+/// | 18   | 2     | discrete reading mask, low byte first                  |
+/// | 20   | 1     | sensor units 1; bits 7..6: analog data format          |
+/// | 21   | 1     | sensor units 2: base unit                              |
+/// | 22   | 1     | sensor units 3: modifier unit                          |
 ///
 /// After these bytes the two kinds differ. Each ends in an id string: a type/length byte (bits 7..6
 /// type, bits 4..0 length; bit 5 stays unchanged) and up to 16 bytes.
@@ -39,6 +39,24 @@ namespace TAVLib::RecordKit {
 /// virtual operations is part of the binary interface.
 class RECORDKIT_API RecordSensorCommon : public RecordHeader {
 public:
+    enum Offset {
+        OWNER_ID = 5,
+        OWNER_LUN = 6,
+        SENSOR_NUMBER = 7,
+        ENTITY_ID = 8,
+        ENTITY_INSTANCE = 9,
+        INITIALIZATION = 10,
+        CAPABILITIES = 11,
+        SENSOR_TYPE = 12,
+        EVENT_TYPE = 13,
+        ASSERTION_MASK = 14,
+        DEASSERTION_MASK = 16,
+        READING_MASK = 18,
+        UNITS_1 = 20,
+        UNITS_2 = 21,
+        UNITS_3 = 22,
+    };
+
     /// Maximum length of an id string in bytes.
     static constexpr unsigned int VARIABLE_FIELD_LENGTH = 16;
 
@@ -148,24 +166,6 @@ protected:
 private:
     /// Of a type/length byte.
     static constexpr unsigned int LENGTH_BITS = 0x1F;
-
-    enum Offset {
-        OWNER_ID = 5,
-        OWNER_LUN = 6,
-        SENSOR_NUMBER = 7,
-        ENTITY_ID = 8,
-        ENTITY_INSTANCE = 9,
-        INITIALIZATION = 10,
-        CAPABILITIES = 11,
-        SENSOR_TYPE = 12,
-        EVENT_TYPE = 13,
-        ASSERTION_MASK = 14,
-        DEASSERTION_MASK = 16,
-        READING_MASK = 18,
-        UNITS_1 = 20,
-        UNITS_2 = 21,
-        UNITS_3 = 22,
-    };
 
     unsigned char* const common;
 };

@@ -8,20 +8,24 @@ namespace TAVLib::RecordKit {
 
 /// Which units of the cabinet are installed or connected, as the controller reports it.
 ///
-/// | byte    | width | meaning                                                      |
-/// |---------|-------|--------------------------------------------------------------|
-/// | 0       | 1     | bits 0 and 1: management board 0 and 1                       |
-/// | 1       | 1     | bits 0 and 1: GSPB 0 and 1; bits 2 to 5: SAS unit 0 to 3     |
-/// | 3       | 1     | bits 0 to 3: system board 0 to 3                             |
-/// | 5       | 1     | bits 0 and 1: IOB 0 and 1                                    |
-/// | 7       | 1     | bits 0 and 1: PCI box 0 and 1                                |
-/// | 2, 4, 6 | 1     | carried unchanged                                            |
+/// | byte  | width | meaning                                                                     |
+/// |-------|-------|-----------------------------------------------------------------------------|
+/// | 0     | 1     | bit 0: management board 0, bit 1: management board 1                        |
+/// | 1     | 1     | bit 0: GSPB 0, bit 1: GSPB 1, bit 2: SAS unit 0, bit 3: SAS unit 1, bit 4:  |
+/// |       |       | SAS unit 2, bit 5: SAS unit 3                                               |
+/// | 3     | 1     | bit 0: system board 0, bit 1: system board 1, bit 2: system board 2, bit 3: |
+/// |       |       | system board 3                                                              |
+/// | 5     | 1     | bit 0: IOB 0, bit 1: IOB 1                                                  |
+/// | 7     | 1     | bit 0: PCI box 0, bit 1: PCI box 1                                          |
+/// | other |       | carried unchanged                                                           |
 ///
 /// Each query takes the unit's index. For an index outside the given range it returns false and
 /// writes one trace line (level 200, message 20027, the unit kind as location); nothing is thrown.
 /// The ranges belong to the image and do not follow the machine's own unit counts.
 class RECORDKIT_API HardwareInfo : public FixedSizeSerializableObject {
 public:
+    enum Offset { TAV = 0, GSPB_AND_SASU = 1, SB = 3, IOB = 5, PCI_BOX = 7, SIZE = 8 };
+
     bool isTAVInstalled(int index) const;    ///< 0 and 1
     bool isGSPBInstalled(int index) const;   ///< 0 and 1
     bool isSASUInstalled(int index) const;   ///< 0 to 3
@@ -38,8 +42,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset { TAV = 0, GSPB_AND_SASU = 1, SB = 3, IOB = 5, PCI_BOX = 7, SIZE = 8 };
-
     struct Unit {
         unsigned char kind;
         int count;

@@ -10,13 +10,15 @@ namespace TAVLib::RecordKit {
 
 /// The node ids that make up one partition.
 ///
-/// | byte | width | meaning                                |
-/// |------|-------|----------------------------------------|
-/// | 0    | 1     | carried unchanged                      |
-/// | 1    | 1     | n, the number of node ids, 0 to 12     |
-/// | 2    | n     | node ids, one byte each                |
+/// | byte | width | meaning                            |
+/// |------|-------|------------------------------------|
+/// | 0    | 1     | carried unchanged                  |
+/// | 1    | 1     | n, the number of node ids, 0 to 12 |
+/// | 2    | n x 1 | node ids                           |
 class RECORDKIT_API PartitionInfo : public SerializableObject {
 public:
+    enum Offset { NODE_COUNT = 1, HEADER_SIZE = 2, MAX_NODES = 12, MAX_SIZE = 14 };
+
     ~PartitionInfo() override;
 
     unsigned int getSerialized(unsigned char* buffer, unsigned int length) const override;
@@ -33,8 +35,6 @@ public:
     void getNodeIds(std::vector<unsigned char>& ids);
 
 private:
-    enum Offset { NODE_COUNT = 1, HEADER_SIZE = 2, MAX_NODES = 12, MAX_SIZE = 14 };
-
     unsigned char image[MAX_SIZE] = {};
 };
 

@@ -8,7 +8,11 @@
 
 namespace TAVLib::RecordKit {
 
-/// Version of a board's management controller; its image is that of DeviceIDResponse.
+/// Version of a board's management controller.
+///
+/// | byte | width | meaning             |
+/// |------|-------|---------------------|
+/// | 0    |       | as DeviceIDResponse |
 class RECORDKIT_API BMCVersion : public DeviceIDResponse {
 public:
     /// "1.05"; "-" when both numbers are 0.

@@ -8,7 +8,11 @@
 
 namespace TAVLib::RecordKit {
 
-/// Version of a device that answers Get Device ID; its image is that of DeviceIDResponse.
+/// Version of a device that answers Get Device ID.
+///
+/// | byte | width | meaning             |
+/// |------|-------|---------------------|
+/// | 0    |       | as DeviceIDResponse |
 class RECORDKIT_API DeviceID : public DeviceIDResponse {
 public:
     /// "1.05"; "-" and a trace line (module 83, location 0x1200, level 0, "Major Version and Minor

@@ -9,13 +9,15 @@ namespace TAVLib::RecordKit {
 
 /// Answer to Get Device ID (IPMI v2.0, table 20-2), as far as BMCVersion and DeviceID read it.
 ///
-/// | byte | width | meaning                                  |
-/// |------|-------|------------------------------------------|
-/// | 0    | 2     | device id and revision, carried          |
-/// | 2    | 1     | bits 6..0: firmware, major               |
-/// | 3    | 1     | firmware, minor, BCD                     |
+/// | byte | width | meaning                                   |
+/// |------|-------|-------------------------------------------|
+/// | 0    | 2     | carried unchanged: device id and revision |
+/// | 2    | 1     | bits 6..0: firmware, major                |
+/// | 3    | 1     | firmware, minor, BCD                      |
 class RECORDKIT_API DeviceIDResponse : public FixedSizeSerializableObject {
 public:
+    enum Offset { MAJOR = 2, MINOR = 3, SIZE = 4 };
+
     unsigned char getFirmMajorVersion() const { return get_bit(image[MAJOR], 0, 7); }
     /// In decimal.
     unsigned char getFirmMinorVersion() const;
@@ -30,8 +32,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset { MAJOR = 2, MINOR = 3, SIZE = 4 };
-
     mutable unsigned char image[SIZE] = {};
 };
 

@@ -18,6 +18,8 @@ namespace TAVLib::RecordKit {
 /// | 8    | 2     | build number, most significant byte first            |
 class RECORDKIT_API EFIVersion : public FixedSizeSerializableObject {
 public:
+    enum Offset { LOW = 0, HIGH = 4, BUILD = 8, SIZE = 10 };
+
     unsigned int getEFILow() const { return readBE32(image + LOW); }
     unsigned int getEFIHigh() const { return readBE32(image + HIGH); }
     unsigned short getBuildNumber() const { return readBE16(image + BUILD); }
@@ -32,8 +34,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset { LOW = 0, HIGH = 4, BUILD = 8, SIZE = 10 };
-
     mutable unsigned char image[SIZE] = {};
 };
 

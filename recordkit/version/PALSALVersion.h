@@ -21,6 +21,15 @@ namespace TAVLib::RecordKit {
 /// Numbers are 256 x major + decimal minor.
 class RECORDKIT_API PALSALVersion : public FixedSizeSerializableObject {
 public:
+    enum Offset {
+        PAL_A_GENERIC = 0,
+        PAL_A_SPECIFIC = 2,
+        PAL_B = 4,
+        SAL_A = 6,
+        SAL_B = 8,
+        SIZE = 10,
+    };
+
     unsigned short getPAL_A_GEN() const { return number(PAL_A_GENERIC); }
     unsigned short getPAL_A_SPEC() const { return number(PAL_A_SPECIFIC); }
     unsigned short getPAL_B() const { return number(PAL_B); }
@@ -42,15 +51,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset {
-        PAL_A_GENERIC = 0,
-        PAL_A_SPECIFIC = 2,
-        PAL_B = 4,
-        SAL_A = 6,
-        SAL_B = 8,
-        SIZE = 10,
-    };
-
     unsigned short number(Offset pair) const;
     std::string text(Offset pair) const;
 

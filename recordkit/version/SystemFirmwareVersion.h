@@ -18,6 +18,8 @@ namespace TAVLib::RecordKit {
 /// | 3    | 1     | third number, one digit          |
 class RECORDKIT_API SystemFirmwareVersion : public FixedSizeSerializableObject {
 public:
+    enum Offset { LETTER = 0, FIRST = 1, SECOND = 2, THIRD = 3, SIZE = 4 };
+
     /// "SB10053"; "-" when bytes 1 and 2 are 0.
     std::string getVersionString() const;
 
@@ -27,8 +29,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset { LETTER = 0, FIRST = 1, SECOND = 2, THIRD = 3, SIZE = 4 };
-
     mutable unsigned char image[SIZE] = {};
 };
 

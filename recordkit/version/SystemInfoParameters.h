@@ -17,6 +17,8 @@ namespace TAVLib::RecordKit {
 /// | 4    | 13    | the text, with or without a zero byte at its end      |
 class RECORDKIT_API SystemInfoParameters : public FixedSizeSerializableObject {
 public:
+    enum Offset { VALIDITY = 0, TEXT = 4, TEXT_LENGTH = 13, SIZE = 17 };
+
     /// Up to 13 characters, cut at the first zero byte; "-" when there is no version.
     std::string getVersionString() const;
 
@@ -26,8 +28,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset { VALIDITY = 0, TEXT = 4, TEXT_LENGTH = 13, SIZE = 17 };
-
     mutable unsigned char image[SIZE] = {};
 };
 

@@ -22,6 +22,16 @@ namespace TAVLib::RecordKit {
 /// Minor numbers are returned in decimal.
 class RECORDKIT_API TAVFirmwareVersion : public FixedSizeSerializableObject {
 public:
+    enum Offset {
+        FIRM_MAJOR = 0,
+        FIRM_MINOR = 1,
+        BOOT_MAJOR = 2,
+        BOOT_MINOR = 3,
+        PSA_REFERENCE = 4,
+        SAL_REFERENCE = 5,
+        SIZE = 6,
+    };
+
     unsigned char getFirmMajorVersion() const { return image[FIRM_MAJOR]; }
     unsigned char getFirmMinorVersion() const;
     unsigned char getBootFirmMajorRevision() const { return image[BOOT_MAJOR]; }
@@ -38,16 +48,6 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset {
-        FIRM_MAJOR = 0,
-        FIRM_MINOR = 1,
-        BOOT_MAJOR = 2,
-        BOOT_MINOR = 3,
-        PSA_REFERENCE = 4,
-        SAL_REFERENCE = 5,
-        SIZE = 6,
-    };
-
     mutable unsigned char image[SIZE] = {};
 };
 

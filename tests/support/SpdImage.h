@@ -18,7 +18,8 @@ inline Bytes spdModule()
     image[4] = 0x04; // 4 Gbit
     image[7] = 0x09; // two ranks of 8 bits
     image[8] = 0x0B; // 64 bits and ECC
-    const unsigned short crc = recordkit::inspect::spdCrc(recordkit::inspect::ByteView(image).part(0, 117));
+    const unsigned short crc =
+        recordkit::inspect::spdCrc(recordkit::inspect::ByteView(image).part(0, 117));
     image[126] = static_cast<unsigned char>(crc & 0xFF);
     image[127] = static_cast<unsigned char>(crc >> 8);
     const Bytes serial = {0x12, 0x34, 0x56, 0x78};

@@ -21,8 +21,8 @@ using Numbers = std::vector<unsigned long>;
 
 CommandError invalid(const Option& option, const std::string& text, const std::string& expected)
 {
-    return usageError(
-        fmt::format("{}: \"{}\": expected {}", option.name, printable(text), expected));
+    return usageError(fmt::format("{}: invalid value \"{}\" (expected {})", option.name,
+                                  printable(text), expected));
 }
 
 unsigned long readNumber(const Option& option, const std::string& text, unsigned long least,
@@ -30,24 +30,22 @@ unsigned long readNumber(const Option& option, const std::string& text, unsigned
 {
     const auto number = parseNumber(text, most);
     if (!number || *number < least) {
-        throw invalid(option, text, fmt::format("a number from {} to {}", least, most));
+        throw invalid(option, text, fmt::format("{} to {}", least, most));
     }
     return *number;
 }
 
 Numbers readList(const Option& option, const std::string& text, unsigned long most)
 {
-    return orThrow(
-        parseNumberList(text, most),
-        invalid(option, text, fmt::format("numbers from 0 to {} with commas between them", most)));
+    return orThrow(parseNumberList(text, most),
+                   invalid(option, text, fmt::format("numbers from 0 to {}, such as 0,2", most)));
 }
 
 unsigned long readWord(const Option& option, const std::string& text)
 {
     const auto found = std::find_if(
-        option.choices.begin(), option.choices.end(), [&text](const std::string& each) {
-            return ::strcasecmp(each.c_str(), text.c_str()) == 0;
-        });
+        option.choices.begin(), option.choices.end(),
+        [&text](const std::string& each) { return ::strcasecmp(each.c_str(), text.c_str()) == 0; });
     if (found != option.choices.end()) {
         return static_cast<unsigned long>(found - option.choices.begin());
     }

@@ -28,7 +28,7 @@ using Words = std::optional<unsigned long> (*)(const std::string& text);
 /// An option of a sub-command, or an argument if its name does not begin with "--". Parsing, help,
 /// manual pages and the completion are all made from this.
 struct Option {
-    std::string name;      ///< "--last" or "FILE"
+    std::string name; ///< "--last" or "FILE"
     Kind kind = Kind::TEXT;
     std::string valueName; ///< what help calls the value: "N"
     std::string help;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CommandLine.h"
 
-#include <deque>
-
 #include <CLI/CLI.hpp>
 
 #include "../Errors.h"
@@ -12,47 +10,30 @@ namespace recordkit::tool {
 
 namespace {
 
-/// An option while it is parsed.
+/// An option, and what is parsed for it.
 struct Parsed {
     Option option;
-    bool isSet = false;
-    std::string text;
-    std::vector<std::string> texts;
-
-    std::vector<std::string> given() const
-    {
-        if (!option.takesValue()) {
-            return isSet ? std::vector<std::string>{"yes"} : std::vector<std::string>();
-        }
-        return option.isMany || text.empty() ? texts : std::vector<std::string>{text};
-    }
+    CLI::Option* parsed;
 };
+using Options = std::vector<Parsed>;
 
-/// Options of one sub-command; their places must not change while CLI11 knows them.
-using Options = std::deque<Parsed>;
-
-void addOption(CLI::App& app, Options& options, const Option& option)
+CLI::Option* addTo(CLI::App& app, const Option& option)
 {
-    Parsed& parsed = options.emplace_back();
-    parsed.option = option;
     if (!option.takesValue()) {
-        app.add_flag(option.name, parsed.isSet, option.help);
-        return;
+        return app.add_flag(option.name, option.help);
     }
-    CLI::Option* const added = option.isMany
-                                   ? app.add_option(option.name, parsed.texts, option.help)
-                                   : app.add_option(option.name, parsed.text, option.help);
+    CLI::Option* const added = app.add_option(option.name, option.help);
     added->required(option.isRequired)->default_str(option.standard)->envname(option.environment);
-    if (!option.isArgument()) {
-        added->type_name(option.valueName);
-    }
+    added->type_size(1)->expected(1, option.isMany ? CLI::detail::expected_max_vector_size : 1);
+    added->allow_extra_args(option.isMany);
+    return option.isArgument() ? added : added->type_name(option.valueName);
 }
 
 Arguments read(const Options& options)
 {
     Arguments arguments;
     for (const Parsed& parsed : options) {
-        arguments.add(parsed.option, parsed.given());
+        arguments.add(parsed.option, parsed.parsed->results());
     }
     return arguments;
 }
@@ -74,7 +55,7 @@ public:
                    "file could not be read or written.\n"
                    "Example:\n  recordkit --root board sel list --severity warning");
         for (const Option& option : globalOptions()) {
-            addOption(app, globals, option);
+            globals.push_back({option, addTo(app, option)});
         }
         for (const Group& group : groups) {
             add(group.path, group.help, group.example).require_subcommand(1);
@@ -83,7 +64,7 @@ public:
             CLI::App& added = add(command.path, command.help, command.example);
             parsed.push_back({&command, &added, {}});
             for (const Option& option : command.allOptions()) {
-                addOption(added, parsed.back().options, option);
+                parsed.back().options.push_back({option, addTo(added, option)});
             }
         }
     }
@@ -123,7 +104,7 @@ private:
 
     CLI::App app;
     Options globals;
-    std::deque<ParsedCommand> parsed;
+    std::vector<ParsedCommand> parsed;
 };
 
 }

@@ -95,8 +95,8 @@ void run(const Arguments& arguments)
     const std::string file = inputName(arguments.text("ROM"));
     setBoardType(arguments.board(), arguments.number("--sb-type"));
     const std::string bytes = readInput(arguments.text("ROM"));
-    const CpuRom rom =
-        naming(file + ": not a processor ROM", [&] { return readCpuRom(bytes, arguments.board()); });
+    const CpuRom rom = naming(file + ": not a processor ROM",
+                              [&] { return readCpuRom(bytes, arguments.board()); });
     if (arguments.isJson()) {
         print(indentedJson(objectOf(rom, bytes.size())));
     } else {

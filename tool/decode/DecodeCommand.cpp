@@ -29,8 +29,8 @@ Bytes readImage(const Arguments& arguments)
     const std::string hex = arguments.text("--hex");
     Bytes image;
     if (parseHexDigits(hex, image) != std::string::npos || image.empty()) {
-        throw usageError(fmt::format("--hex: \"{}\" is not valid hex (example: \"0F 1a2b\")",
-                                     printable(hex)));
+        throw usageError(
+            fmt::format("--hex: \"{}\" is not valid hex (example: \"0F 1a2b\")", printable(hex)));
     }
     return image;
 }
@@ -41,7 +41,7 @@ void run(const Arguments& arguments)
         throw usageError("expected CLASS and an image, or --list");
     }
     if (arguments.has("--list")) {
-        printListing(recordClasses(), CLASSES, arguments.format());
+        printListing(decodableClasses(), CLASSES, arguments.format());
         return;
     }
     const std::string name = arguments.text("CLASS");

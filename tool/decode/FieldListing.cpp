@@ -1,34 +1,58 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "FieldListing.h"
 
+#include <strings.h>
+
+#include <recordkit/inspect/fru/FruFields.h>
+
 namespace recordkit::tool {
 
 namespace {
 
 using inspect::DecodedField;
+using inspect::Place;
+using inspect::RecordClass;
 
-struct ToValue {
-    Value operator()(std::monostate) const { return {}; }
-    Value operator()(const std::vector<long long>& numbers) const
-    {
-        return List(numbers.begin(), numbers.end());
-    }
-    template <typename Scalar> Value operator()(const Scalar& scalar) const { return scalar; }
-};
+Object placeObject(const Place& place)
+{
+    return {{"offset", place.offset}, {"width", place.width}, {"bits", place.bitsText()}};
+}
 
 constexpr Column<DecodedField> COLUMNS[] = {
     {"name", "FIELD", 24, [](const DecodedField& f) { return Value(f.name); }},
-    {nullptr, "BYTES", 12, nullptr, [](const DecodedField& f) { return Cell{f.place.text()}; }},
-    {"value", "VALUE", 20, [](const DecodedField& f) { return std::visit(ToValue(), f.value); }},
+    // A plus for other bytes that decide the value too.
+    {nullptr, "BYTES", 12, nullptr,
+     [](const DecodedField& f) { return Cell{f.place.text() + (f.also.empty() ? "" : " +")}; }},
+    {"value", "VALUE", 20, [](const DecodedField& f) { return Value(f.value); }},
     {"meaning", "MEANING", 0, [](const DecodedField& f) { return Value(f.meaning); }},
     {"offset", nullptr, 0, [](const DecodedField& f) { return Value(f.place.offset); }},
     {"width", nullptr, 0, [](const DecodedField& f) { return Value(f.place.width); }},
     {"bits", nullptr, 0, [](const DecodedField& f) { return Value(f.place.bitsText()); }},
+    {"also", nullptr, 0, [](const DecodedField& f) { return Value(listOf(f.also, placeObject)); }},
 };
 
 }
 
-void printFields(const inspect::RecordClass& recordClass, inspect::ByteView image, Format format)
+std::vector<const RecordClass*> decodableClasses()
+{
+    std::vector<const RecordClass*> classes = inspect::recordClasses();
+    for (const RecordClass& each : inspect::fruClasses()) {
+        classes.push_back(&each);
+    }
+    return classes;
+}
+
+const RecordClass* findRecordClass(const std::string& name)
+{
+    for (const RecordClass* const each : decodableClasses()) {
+        if (::strcasecmp(each->name, name.c_str()) == 0) {
+            return each;
+        }
+    }
+    return nullptr;
+}
+
+void printFields(const RecordClass& recordClass, inspect::ByteView image, Format format)
 {
     printListing(inspect::decodeRecord(recordClass, image), COLUMNS, format);
 }

@@ -41,12 +41,11 @@ std::vector<Erasure> startAll(const Arguments& arguments)
     for (const EfiPlace& place : chosenPlaces(arguments)) {
         const std::size_t blocks = markedBlocks(index, place).size();
         if (blocks != 0) {
-            erasures.push_back(
-                {place, blocks, std::async(std::launch::async, [place, &arguments] {
-                     auto device = openImages(arguments);
-                     TAVLib::RecordKit::EFIBackupEEPROMData(device).clearExecute(place.partition,
-                                                                                 place.bank);
-                 })});
+            erasures.push_back({place, blocks, std::async(std::launch::async, [place, &arguments] {
+                                    auto device = openImages(arguments);
+                                    TAVLib::RecordKit::EFIBackupEEPROMData(device).clearExecute(
+                                        place.partition, place.bank);
+                                })});
         }
     }
     return erasures;

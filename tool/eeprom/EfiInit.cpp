@@ -21,9 +21,7 @@ void run(const Arguments& arguments)
         throw usageError(fmt::format("--serial: expected 1 to {} Latin-1 characters", longest));
     }
     auto device = openImages(arguments);
-    attempt([&] {
-        TAVLib::RecordKit::EFIBackupEEPROMData(device).setIndexData(true, serial);
-    });
+    attempt([&] { TAVLib::RecordKit::EFIBackupEEPROMData(device).setIndexData(true, serial); });
     print(fmt::format("EEPROM 10: new index record for {}, no block is pending erasure\n",
                       printable(arguments.text("--serial"))));
 }

@@ -23,8 +23,7 @@ void run(const Arguments& arguments)
         TAVLib::RecordKit::EFIBackupEEPROMData(device).read(place.partition, place.bank, offset,
                                                             length, bytes.data());
     });
-    writeRead(arguments, inspect::ByteView(bytes).text(),
-              fmt::format("EEPROM {}", place.eeprom()));
+    writeRead(arguments, inspect::ByteView(bytes).text(), fmt::format("EEPROM {}", place.eeprom()));
 }
 
 }

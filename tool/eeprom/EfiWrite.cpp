@@ -39,8 +39,7 @@ Command efiWriteCommand()
             "Write to the EEPROM of one partition and bank",
             "recordkit eeprom efi write 1 2 0x1000 in.bin",
             {efiPartition(), efiBank(), efiOffset(),
-             argument("FILE", "Input file (default: standard input)").optional().by("-"),
-             images()},
+             argument("FILE", "Input file (default: standard input)").optional().by("-"), images()},
             Answer::TEXT,
             run};
 }

@@ -15,7 +15,8 @@ namespace recordkit::tool {
 Option images()
 {
     Option option =
-        text("--images", "DIR", "Folder of the images eeprom4.bin, eeprom5.bin, ...").by(".");
+        text("--images", "DIR", "Folder of the images (eeprom4.bin, eeprom5.bin and so on)")
+            .by(".");
     option.environment = "RECORDKIT_IMAGES";
     return option;
 }

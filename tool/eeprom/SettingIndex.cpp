@@ -3,18 +3,14 @@
 
 #include <fmt/format.h>
 
-#include <recordkit/eeprom/PanelEEPROMIndex.h>
-
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
-#include "../print/Json.h"
 #include "../print/Output.h"
+#include "SettingJson.h"
 #include "SettingStore.h"
 
 namespace recordkit::tool {
-
-using TAVLib::RecordKit::PanelEEPROMIndex;
 
 namespace {
 
@@ -26,53 +22,6 @@ constexpr Column<SettingEntry> COLUMNS[] = {
     {"size", "SIZE", 0, [](const SettingEntry& entry) { return Value(entry.size); }},
 };
 
-/// A whole number of an entry in JSON.
-unsigned int numberOf(const Value& entry, const char* name, long long least, long long most)
-{
-    const Value* const found = entry.find(name);
-    const auto* const number = found == nullptr ? nullptr : found->as<long long>();
-    if (number == nullptr || *number < least || *number > most) {
-        throw DataError(fmt::format("\"{}\": expected a number from {} to {} in {}", name, least,
-                                    most, jsonText(entry)));
-    }
-    return static_cast<unsigned int>(*number);
-}
-
-SettingEntry entryFrom(const Value& json)
-{
-    if (json.as<Object>() == nullptr) {
-        throw DataError("expected an object, not " + jsonText(json));
-    }
-    const Value* const valid = json.find("valid");
-    if (valid != nullptr && valid->as<bool>() == nullptr) {
-        throw DataError(fmt::format("\"valid\": expected true or false in {}", jsonText(json)));
-    }
-    SettingEntry entry;
-    entry.number =
-        static_cast<int>(numberOf(json, "number", 0, PanelEEPROMIndex().getIndexLastNumber()));
-    entry.offset = numberOf(json, "offset", 0, 0xFFFF);
-    entry.size = numberOf(json, "size", 0, 0xFFFF);
-    entry.eeprom = static_cast<int>(
-        numberOf(json, "eeprom", PanelEEPROMIndex::FIRST_EEPROM, PanelEEPROMIndex::SECOND_EEPROM));
-    entry.isValid = valid != nullptr && *valid->as<bool>();
-    return entry;
-}
-
-Bytes indexFrom(const std::string& text)
-{
-    const Value json = orThrow(parseJson(text), DataError("not JSON"));
-    // An object with "entries" is what earlier versions exported.
-    const Value* const entries = json.as<Object>() != nullptr ? json.find("entries") : &json;
-    if (entries == nullptr || entries->as<List>() == nullptr) {
-        throw DataError("expected an array of entries");
-    }
-    std::vector<SettingEntry> given;
-    for (const Value& each : *entries->as<List>()) {
-        given.push_back(entryFrom(each));
-    }
-    return makeSettingIndex(given);
-}
-
 void run(const Arguments& arguments)
 {
     if (!arguments.has("--from")) {
@@ -80,7 +29,7 @@ void run(const Arguments& arguments)
         return;
     }
     const std::string from = arguments.text("--from");
-    const Bytes bytes = naming(inputName(from), [&] { return indexFrom(readInput(from)); });
+    const Bytes bytes = naming(inputName(from), [&] { return settingIndexFrom(readInput(from)); });
     std::error_code error;
     std::filesystem::create_directories(std::filesystem::path(settingIndexFile()).parent_path(),
                                         error);
@@ -97,8 +46,9 @@ Command settingIndexCommand()
             "Export the index, or create an index file from an export",
             "recordkit eeprom setting index --json > areas.json && "
             "recordkit --root board eeprom setting index --from areas.json",
-            {text("--from", "FILE", "Create the index file from a JSON export; - for standard "
-                                    "input"),
+            {text("--from", "FILE",
+                  "Create the index file from a JSON export; - for standard "
+                  "input"),
              images()},
             Answer::LISTING,
             run,

@@ -18,8 +18,8 @@ void run(const Arguments& arguments)
     TAVLib::RecordKit::SettingEEPROMData settings(device);
     constexpr int ALL = -1;
     attempt([&] { settings.initializeIndexData(entry ? static_cast<int>(*entry) : ALL); });
-    print(fmt::format("{} copied from {}\n", entry ? fmt::format("entry {}", *entry) : "every entry",
-                      settingIndexFile()));
+    print(fmt::format("{} copied from {}\n",
+                      entry ? fmt::format("entry {}", *entry) : "every entry", settingIndexFile()));
 }
 
 }

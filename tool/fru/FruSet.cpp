@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/format.h>
 
-
 #include <recordkit/fru/FRUData.h>
 #include <recordkit/host/FileFRURWif.h>
 #include <recordkit/inspect/bytes/Text.h>
@@ -99,20 +98,19 @@ void run(const Arguments& arguments)
 
 Command fruSetCommand()
 {
-    return {
-        "fru set",
-        "Change fields of a FRU image, all or none; everything else stays as it is",
-        "recordkit fru set board.bin board.serial=SN4711 product.asset-tag=\"Rack 7\"",
-        {argument("FILE", "FRU image or kernel node"),
-         argument("FIELD=VALUE", "As board.serial=SN4711").many(),
-         flag("--grow", "If an area is too small, enlarge it and move the areas after it"),
-         flag("--ignore-checksum",
-              "Repair wrong checksums of header and areas instead of refusing the image"),
-         flag("--in-place", "Write only the bytes that change, in place, as for device nodes"),
-         flag("--dry-run", "Report what would change, write nothing")},
-        Answer::TEXT,
-        run,
-        "Write a date as 2024-11-05 06:07, a chassis type as a name or a number."};
+    return {"fru set",
+            "Change fields of a FRU image, all or none; everything else stays as it is",
+            "recordkit fru set board.bin board.serial=SN4711 product.asset-tag=\"Rack 7\"",
+            {argument("FILE", "FRU image or kernel node"),
+             argument("FIELD=VALUE", "As board.serial=SN4711").many(),
+             flag("--grow", "If an area is too small, enlarge it and move the areas after it"),
+             flag("--ignore-checksum",
+                  "Repair wrong checksums of header and areas instead of refusing the image"),
+             flag("--in-place", "Write only the bytes that change, in place, as for device nodes"),
+             flag("--dry-run", "Report what would change, write nothing")},
+            Answer::TEXT,
+            run,
+            "Write a date as 2024-11-05 06:07, a chassis type as a name or a number."};
 }
 
 }

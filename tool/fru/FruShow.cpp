@@ -38,7 +38,9 @@ std::vector<Line> linesOf(const FruImage& image)
             continue;
         }
         for (const FruField& field : area.fields) {
-            lines.push_back({name + "." + field.name, field.typeName(), field.bytes.size(),
+            lines.push_back({name + "." + field.name,
+                             field.typeName(),
+                             field.bytes.size(),
                              {cellText(field.value)}});
         }
         lines.push_back({name + " unused", "", area.unused, {}});
@@ -47,7 +49,9 @@ std::vector<Line> linesOf(const FruImage& image)
     for (const FruInternalUse& internal : image.internalUse) {
         constexpr std::size_t SHOWN = 16;
         const std::string rest = internal.bytes.size() > SHOWN ? "..." : "";
-        lines.push_back({internal.extent.name, "binary", internal.bytes.size(),
+        lines.push_back({internal.extent.name,
+                         "binary",
+                         internal.bytes.size(),
                          {toHex(internal.bytes.substr(0, SHOWN)) + rest}});
     }
     lines.push_back({"header checksum", "", 1, checksumCell(image.header)});

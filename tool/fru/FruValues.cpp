@@ -31,13 +31,11 @@ Value fieldValue(const FruField& field)
 
 Object fieldObject(const FruField& field)
 {
-    Object object = {{"name", field.name},
-                     {"offset", field.offset},
-                     {"type", field.typeName()},
-                     {"type_length", valueIf(field.isCoded, field.typeLength)},
-                     {"length", field.bytes.size()},
-                     {"value", fieldValue(field)},
-                     {"bytes", toHex(field.bytes)}};
+    Object object = {
+        {"name", field.name},           {"offset", field.offset},
+        {"type", field.typeName()},     {"type_length", valueIf(field.isCoded, field.typeLength)},
+        {"length", field.bytes.size()}, {"value", fieldValue(field)},
+        {"bytes", toHex(field.bytes)}};
     if (field.item == FRU_ITEM_MFG_DATE_TIME) {
         object.push_back({"minutes", MfgDate(field.bytes).raw()});
     }
@@ -48,8 +46,7 @@ Object areaObject(const FruAreaImage& area)
 {
     Object object = extentObject(area.extent);
     object.push_back({"whole", area.isWhole});
-    object.push_back(
-        {"checksum", area.extent.size != 0 ? checksumValue(area.checksum) : Value()});
+    object.push_back({"checksum", area.extent.size != 0 ? checksumValue(area.checksum) : Value()});
     object.push_back({"fields", listOf(area.fields, fieldObject)});
     object.push_back({"unused", valueIf(area.isWhole, area.unused)});
     object.push_back({"problems", area.problems});
@@ -78,7 +75,8 @@ constexpr Column<FruFile> IMAGES[] = {
     {"fru", nullptr, 0, [](const FruFile& f) { return Value(f.image.isFru); }},
     {"header_checksum", nullptr, 0,
      [](const FruFile& f) { return f.image.isFru ? checksumValue(f.image.header) : Value(); }},
-    {"areas", nullptr, 0, [](const FruFile& f) { return Value(listOf(f.image.areas, areaObject)); }},
+    {"areas", nullptr, 0,
+     [](const FruFile& f) { return Value(listOf(f.image.areas, areaObject)); }},
     {"internal_use", nullptr, 0,
      [](const FruFile& f) { return Value(listOf(f.image.internalUse, internalUseObject)); }},
     {"multirecords", nullptr, 0,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Writes the manual pages of the command, its sub-commands and groups, and the bash completion, into
-// a folder. The template of the first page has @NAMES@ for what is described in the code:
+// Writes the manual pages of the command, its sub-commands and groups, and the bash completion,
+// into a folder. The template of the first page has @NAMES@ for what is described in the code:
 //
 //   recordkit-man FOLDER TEMPLATE
 #include <cstdio>
@@ -13,28 +13,11 @@
 #include "../Errors.h"
 #include "../Files.h"
 #include "../cli/Globals.h"
+#include "Roff.h"
 
 namespace {
 
 using namespace recordkit::tool;
-
-std::string replaceAll(std::string text, const std::string& from, const std::string& to)
-{
-    for (std::size_t at = text.find(from); at != std::string::npos;
-         at = text.find(from, at + to.size())) {
-        text.replace(at, from.size(), to);
-    }
-    return text;
-}
-
-/// Text in roff: a leading dot or quote would be a request, a hyphen would not be a minus.
-std::string roff(const std::string& text)
-{
-    std::string escaped = replaceAll(replaceAll(text, "\\", "\\e"), "-", "\\-");
-    escaped = replaceAll(escaped, "\n", "\n\\&");
-    const bool isRequest = !escaped.empty() && (escaped[0] == '.' || escaped[0] == '\'');
-    return isRequest ? "\\&" + escaped : escaped;
-}
 
 /// The name of a page: "recordkit-sel-list".
 std::string pageName(const std::string& path)
@@ -52,9 +35,8 @@ std::string optionText(const Option& option)
     const bool hasValue = option.takesValue() && !option.isArgument();
     const std::string value = hasValue ? " \\fI" + roff(option.valueName) + "\\fR" : "";
     const bool saysDefault = option.help.find("default:") != std::string::npos;
-    const std::string standard = option.standard.empty() || saysDefault
-                                     ? ""
-                                     : " Default: " + roff(option.standard) + ".";
+    const std::string standard =
+        option.standard.empty() || saysDefault ? "" : " Default: " + roff(option.standard) + ".";
     return fmt::format(".TP\n\\fB{}\\fR{}\n{}{}\n", roff(option.name), value,
                        withStop(roff(option.help)), standard);
 }
@@ -143,9 +125,11 @@ std::string wordsBelow(const std::string& group)
 {
     std::string words;
     for (const Command& command : commands()) {
+        if (!group.empty() && !isBelow(command.path, group)) {
+            continue;
+        }
         const std::string word = nextWord(command.path, group) + " ";
-        if ((group.empty() || isBelow(command.path, group)) &&
-            (" " + words).find(" " + word) == std::string::npos) {
+        if ((" " + words).find(" " + word) == std::string::npos) {
             words += word;
         }
     }
@@ -163,8 +147,8 @@ std::string optionWords(const std::vector<Option>& options)
 
 std::string completion()
 {
-    std::string cases = completionOf("", wordsBelow("") + "--version " +
-                                             optionWords(globalOptions()));
+    std::string cases =
+        completionOf("", wordsBelow("") + "--version " + optionWords(globalOptions()));
     for (const Group& group : groups()) {
         cases += completionOf(group.path, wordsBelow(group.path));
     }
@@ -176,7 +160,8 @@ std::string completion()
 # Completion of recordkit for bash: sub-commands, options, and files where neither fits.
 _recordkit_words() {
     case "$1" in
-)" + cases + R"(    *) return 1 ;;
+)" + cases +
+           R"(    *) return 1 ;;
     esac
 }
 

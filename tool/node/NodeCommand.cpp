@@ -16,14 +16,12 @@ constexpr Column<Node> COLUMNS[] = {
      [](const Node& node) { return Cell{fmt::format("{:02X}h", node.nodeId)}; }},
     {"unit_name", "UNIT", 8, [](const Node& node) { return Value(node.name()); }},
     {"board_type", nullptr, 0, [](const Node& node) { return Value(static_cast<int>(node.type)); }},
-    {"board_type_name", "BOARD TYPE", 10,
-     [](const Node& node) { return Value(node.typeName()); },
+    {"board_type_name", "BOARD TYPE", 10, [](const Node& node) { return Value(node.typeName()); },
      [](const Node& node) {
          return Cell{fmt::format("{} {}", static_cast<int>(node.type), node.typeName())};
      }},
     {"unit", "NUMBER", 6, [](const Node& node) { return Value(node.unit); }},
-    {"side", "SIDE", 4,
-     [](const Node& node) { return node.side ? Value(*node.side) : Value(); }},
+    {"side", "SIDE", 4, [](const Node& node) { return node.side ? Value(*node.side) : Value(); }},
     {"logical_unit", "LOGICAL", 7, [](const Node& node) { return textOrNull(node.logical); }},
     {"management_board", "MANAGEMENT BOARD", 16,
      [](const Node& node) { return node.management ? Value(node.management->board) : Value(); }},

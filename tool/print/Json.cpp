@@ -89,16 +89,4 @@ std::optional<Value> parseJson(const std::string& text)
     }
 }
 
-const Value* Value::find(const std::string& key) const
-{
-    if (const auto* const object = as<Object>()) {
-        for (const Member& member : *object) {
-            if (member.key == key) {
-                return &member.value;
-            }
-        }
-    }
-    return nullptr;
-}
-
 }

@@ -15,10 +15,10 @@ enum class Format { TABLE, JSON, NDJSON, CSV };
 
 /// A column of a listing, described once for every format.
 template <typename Row> struct Column {
-    const char* key;               ///< in JSON, NDJSON and CSV; nullptr: only in the table
-    const char* title;             ///< in the table; nullptr: not in the table
-    std::size_t width;             ///< in the table; the last column is not padded
-    Value (*value)(const Row&);    ///< nullptr: only a cell
+    const char* key;                    ///< in JSON, NDJSON and CSV; nullptr: only in the table
+    const char* title;                  ///< in the table; nullptr: not in the table
+    std::size_t width;                  ///< in the table; the last column is not padded
+    Value (*value)(const Row&);         ///< nullptr: only a cell
     Cell (*cell)(const Row&) = nullptr; ///< nullptr: the value's text
 };
 
@@ -55,8 +55,8 @@ private:
     std::string text;
 };
 
-/// A listing of rows of one kind, on standard output by default. Rows are written as they are added,
-/// in pieces.
+/// A listing of rows of one kind, on standard output by default. Rows are written as they are
+/// added, in pieces.
 template <typename Row> class Listing {
 public:
     template <std::size_t Count>

@@ -6,8 +6,8 @@
 
 namespace recordkit::tool {
 
-/// A progress bar on standard error if that is a terminal, redrawn for each percent and erased at the end. Short work
-/// shows no bar.
+/// A progress bar on standard error if that is a terminal, redrawn for each percent and erased at
+/// the end. Short work shows no bar.
 class Progress {
 public:
     explicit Progress(std::size_t count);

@@ -32,11 +32,12 @@ constexpr Column<SensorEvent> COLUMNS[] = {
     {"offset", "OFFSET", 6, [](const SensorEvent& e) { return Value(e.offset); }},
     {"severity", "SEVERITY", 15,
      [](const SensorEvent& e) { return Value(severityName(e.severity())); },
-     [](const SensorEvent& e) { return Cell{severityName(e.severity()), styleOf(e.severity())}; }},
+     [](const SensorEvent& e) {
+         return Cell{severityName(e.severity()), styleOf(e.severity())};
+     }},
     {"event", "EVENT", 0,
      [](const SensorEvent& e) {
-         const char* const words =
-             eventWords(e.sensor->eventType, e.sensor->sensorType, e.offset);
+         const char* const words = eventWords(e.sensor->eventType, e.sensor->sensorType, e.offset);
          return words == nullptr ? Value() : Value(words);
      }},
 };

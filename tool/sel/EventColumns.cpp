@@ -1,102 +1,116 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "EventColumns.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Numbers.h>
-#include <recordkit/inspect/bytes/Text.h>
-#include <recordkit/inspect/words/EventTypes.h>
+#include <recordkit/inspect/event/EventFields.h>
 #include <recordkit/inspect/words/SensorTypes.h>
 
 namespace recordkit::tool {
 
 namespace {
 
+/// A field that the table shows too.
+struct EventColumn {
+    const char* field;
+    const char* title;
+    std::size_t width;
+    Cell (*cell)(const Event&);
+};
+
 bool isSystemEvent(const Event& e)
 {
     return e.kind == EventKind::SYSTEM_EVENT;
 }
 
-/// Null for other records.
-template <typename Content> Value ofSystemEvent(const Event& e, Content&& content)
+Cell severityCell(const Event& e)
 {
-    return valueIf(isSystemEvent(e), std::forward<Content>(content));
+    return isSystemEvent(e) ? Cell{severityName(e.severity), styleOf(e.severity)} : Cell{"-"};
 }
 
-/// "-" for other records.
-Cell systemEventCell(const Event& e, const char* text)
+Cell sensorTypeCell(const Event& e)
 {
-    return {isSystemEvent(e) ? text : "-"};
+    return {isSystemEvent(e) ? sensorTypeName(e.sensorType) : kindName(e.kind)};
 }
 
-const char* directionOf(const Event& e)
+Cell sensorCell(const Event& e)
 {
-    return e.isDeassertion ? "deasserted" : "asserted";
+    return {isSystemEvent(e) ? fmt::format("{:02X}h", e.sensorNumber) : "-"};
 }
 
-Cell hexCell(const Event& e)
+Cell directionCell(const Event& e)
+{
+    return {!isSystemEvent(e) ? "-" : e.isDeassertion ? "deasserted" : "asserted"};
+}
+
+Cell dataCell(const Event& e)
 {
     return {isSystemEvent(e) ? toLowerHex(e.data) : toLowerHex(e.oemData)};
 }
 
-constexpr Column<Event> COLUMNS[] = {
-    {"board", "BOARD", 5, [](const Event& e) { return Value(e.board); }},
-    {"log", "LOG", 4, [](const Event& e) { return valueIf(e.logNumber != 0, e.logNumber); }},
-    {"file", nullptr, 0, [](const Event& e) { return Value(e.fileIndex); }},
-    {"slot", nullptr, 0, [](const Event& e) { return Value(e.slot); }},
-    {"id", "ID", 5, [](const Event& e) { return Value(e.recordId); },
-     [](const Event& e) { return Cell{fmt::format("{:04X}h", e.recordId)}; }},
-    {"record_type", nullptr, 0, [](const Event& e) { return Value(e.recordType); }},
-    {"kind", nullptr, 0, [](const Event& e) { return Value(kindName(e.kind)); }},
+constexpr EventColumn COLUMNS[] = {
+    {"board", "BOARD", 5, [](const Event& e) { return Cell{std::to_string(e.board)}; }},
+    {"log", "LOG", 4,
+     [](const Event& e) { return Cell{e.logNumber == 0 ? "-" : std::to_string(e.logNumber)}; }},
+    {"id", "ID", 5, [](const Event& e) { return Cell{fmt::format("{:04X}h", e.recordId)}; }},
     {"time", "TIME (UTC)", 19,
-     [](const Event& e) { return e.hasTime ? textOrNull(e.time.toIso()) : Value(); },
      [](const Event& e) { return Cell{e.hasTime ? e.time.toText() : "-"}; }},
-    {"timestamp", nullptr, 0, [](const Event& e) { return valueIf(e.hasTime, e.time.raw()); }},
-    {"pre_init", nullptr, 0, [](const Event& e) { return valueIf(e.hasTime, e.time.isPreInit()); }},
-    {"severity", "SEVERITY", 15,
-     [](const Event& e) { return ofSystemEvent(e, severityName(e.severity)); },
+    {"severity", "SEVERITY", 15, severityCell},
+    {"sensor_type_name", "SENSOR TYPE", 24, sensorTypeCell},
+    {"sensor", "SENSOR", 6, sensorCell},
+    {"direction", "DIRECTION", 10, directionCell},
+    {"event_data", "DATA", 6, dataCell},
+    {"partitions", "PARTITIONS", 10,
+     [](const Event& e) { return Cell{cellText(bitsOf(e.partitions))}; }},
+    {"event", "EVENT", 0,
      [](const Event& e) {
-         return isSystemEvent(e) ? Cell{severityName(e.severity), styleOf(e.severity)} : Cell{"-"};
+         return Cell{eventText(e), styleOf(e.severity)};
      }},
-    {"generator", nullptr, 0,
-     [](const Event& e) { return ofSystemEvent(e, toLowerHex(e.generatorId)); }},
-    {"sensor_type", nullptr, 0, [](const Event& e) { return ofSystemEvent(e, e.sensorType); }},
-    {"sensor_type_name", "SENSOR TYPE", 24,
-     [](const Event& e) { return ofSystemEvent(e, sensorTypeName(e.sensorType)); },
-     [](const Event& e) {
-         return Cell{isSystemEvent(e) ? sensorTypeName(e.sensorType) : kindName(e.kind)};
-     }},
-    {"sensor", "SENSOR", 6, [](const Event& e) { return ofSystemEvent(e, e.sensorNumber); },
-     [](const Event& e) {
-         return Cell{isSystemEvent(e) ? fmt::format("{:02X}h", e.sensorNumber) : "-"};
-     }},
-    {"event_type", nullptr, 0, [](const Event& e) { return ofSystemEvent(e, e.eventType); }},
-    {"event_type_name", nullptr, 0,
-     [](const Event& e) { return ofSystemEvent(e, eventTypeName(e.eventType)); }},
-    {"event_offset", nullptr, 0, [](const Event& e) { return ofSystemEvent(e, e.offset); }},
-    {"direction", "DIRECTION", 10, [](const Event& e) { return ofSystemEvent(e, directionOf(e)); },
-     [](const Event& e) { return systemEventCell(e, directionOf(e)); }},
-    {"event_data", "DATA", 6,
-     [](const Event& e) { return ofSystemEvent(e, toLowerHex(e.data)); }, hexCell},
-    {"manufacturer", nullptr, 0,
-     [](const Event& e) { return valueIf(e.kind == EventKind::OEM_TIMESTAMPED, e.manufacturer); }},
-    {"oem_data", nullptr, 0,
-     [](const Event& e) { return valueIf(!isSystemEvent(e), toLowerHex(e.oemData)); }},
-    {"partitions", "PARTITIONS", 10, [](const Event& e) { return Value(bitsOf(e.partitions)); }},
-    {"part_number", nullptr, 0, [](const Event& e) { return textOrNull(toUtf8(e.partNumber)); }},
-    {"serial_number", nullptr, 0,
-     [](const Event& e) { return textOrNull(toUtf8(e.serialNumber)); }},
-    {"event", "EVENT", 0, [](const Event& e) { return Value(eventText(e)); },
-     [](const Event& e) { return Cell{eventText(e), styleOf(e.severity)}; }},
-    {"image", nullptr, 0, [](const Event& e) { return Value(toLowerHex(e.image)); }},
 };
+
+/// The column of a field; nullptr for one that the table does not show.
+const EventColumn* columnOf(const EventField& field)
+{
+    const auto* const found =
+        std::find_if(std::begin(COLUMNS), std::end(COLUMNS), [&field](const EventColumn& column) {
+            return std::string(field.name) == column.field;
+        });
+    return found == std::end(COLUMNS) ? nullptr : found;
+}
 
 }
 
-EventListing eventListing(Format format, Sink sink)
+EventListing::EventListing(Format format, Sink sink) : writer(format, sink)
 {
-    return EventListing(COLUMNS, format, sink);
+    for (const EventField& field : EventFields()) {
+        const EventColumn* const column = columnOf(field);
+        writer.addHeading(field.name, column == nullptr ? nullptr : column->title,
+                          column == nullptr ? 0 : column->width);
+    }
+    writer.begin();
+}
+
+void EventListing::add(const Event& event)
+{
+    if (writer.isTable()) {
+        std::vector<Cell> cells;
+        cells.reserve(std::size(COLUMNS));
+        for (const EventColumn& column : COLUMNS) {
+            cells.push_back(column.cell(event));
+        }
+        writer.addCells(cells);
+        return;
+    }
+    Object object;
+    for (const EventField& field : EventFields()) {
+        object.push_back({field.name, field.get(event)});
+    }
+    writer.addObject(std::move(object));
 }
 
 }

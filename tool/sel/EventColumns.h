@@ -9,10 +9,19 @@
 
 namespace recordkit::tool {
 
-using EventListing = Listing<Event>;
+/// A listing of events: every field of EventFields in JSON and CSV, the most wanted ones in the
+/// table.
+class EventListing {
+public:
+    explicit EventListing(Format format, Sink sink = print);
 
-/// A listing of events. In JSON and CSV a field that the kind of record does not have is null.
-EventListing eventListing(Format format, Sink sink = print);
+    void add(const Event& event);
+    void flush() { writer.flush(); }
+    void finish() { writer.end(); }
+
+private:
+    ListingWriter writer;
+};
 
 }
 

@@ -8,9 +8,8 @@ namespace recordkit::tool {
 namespace {
 
 constexpr unsigned long LAST_PARTITION = 15;
-constexpr const char* TIME = "a time such as 2024-11-05 or 2024-11-05T06:07:08Z (UTC)";
-constexpr const char* SEVERITY =
-    "one of informational, monitor, warning, critical, non-recoverable";
+constexpr const char* TIME = "a UTC time such as 2024-11-05 or 2024-11-05T06:07:08Z";
+constexpr const char* SEVERITY = "informational, monitor, warning, critical or non-recoverable";
 
 std::optional<unsigned long> severityOf(const std::string& text)
 {
@@ -55,8 +54,8 @@ EventFilter::EventFilter(const Arguments& arguments)
 bool EventFilter::accepts(const Event& event) const
 {
     const bool isSystemEvent = event.kind == EventKind::SYSTEM_EVENT;
-    if (leastSeverity && (!isSystemEvent ||
-                          !isAtLeast(event.severity, static_cast<Severity>(*leastSeverity)))) {
+    if (leastSeverity &&
+        (!isSystemEvent || !isAtLeast(event.severity, static_cast<Severity>(*leastSeverity)))) {
         return false;
     }
     if (sensorType && (!isSystemEvent || event.sensorType != *sensorType)) {

@@ -1,135 +1,73 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "EventText.h"
 
+#include <algorithm>
 #include <fmt/format.h>
-#include <iterator>
 
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/words/EventTypes.h>
 #include <recordkit/inspect/words/SensorTypes.h>
-#include <recordkit/sel/BMCSELEntryMessage.h>
 
-#include "../print/Json.h"
+#include "../decode/FieldListing.h"
+#include "../print/Output.h"
 
 namespace recordkit::tool {
 
-using Message = TAVLib::RecordKit::BMCSELEntryMessage;
-
 namespace {
-
-/// A run of image bytes with one meaning.
-struct ImageField {
-    unsigned int offset;
-    unsigned int size;
-    const char* name;
-};
-
-/// Image offsets of record, block and trailer bytes.
-constexpr unsigned int ofRecord(int byte)
-{
-    return static_cast<unsigned int>(byte) + 1;
-}
-constexpr unsigned int ofBlock(unsigned int byte)
-{
-    return Message::IMAGE_SIZE + byte;
-}
-constexpr unsigned int ofTrailer(unsigned int byte)
-{
-    return Message::BMC_IMAGE_SIZE + byte;
-}
-
-// clang-format off
-constexpr ImageField HEAD[] = {
-    {0, 2, "next record id"},
-    {ofRecord(Message::RECORD_ID), 2, "record id"},
-    {ofRecord(Message::RECORD_TYPE), 1, "record type"},
-};
-constexpr ImageField SYSTEM_EVENT[] = {
-    {ofRecord(Message::TIMESTAMP), 4, "timestamp"},
-    {ofRecord(Message::GENERATOR_ID_1), 2, "generator id"},
-    {ofRecord(Message::EVM_REVISION), 1, "event message revision"},
-    {ofRecord(Message::SENSOR_TYPE), 1, "sensor type"},
-    {ofRecord(Message::SENSOR_NUMBER), 1, "sensor number"},
-    {ofRecord(Message::EVENT_TYPE), 1, "direction and event type"},
-    {ofRecord(Message::EVENT_DATA_1), 3, "event data"},
-};
-constexpr ImageField OEM_TIMESTAMPED[] = {
-    {ofRecord(Message::TIMESTAMP), 4, "timestamp"},
-    {ofRecord(Message::OEM_MANUFACTURER_ID), 3, "manufacturer id"},
-    {ofRecord(Message::OEM_TIMESTAMPED_DATA), 6, "OEM data"},
-};
-constexpr ImageField OEM_UNTIMESTAMPED[] = {
-    {ofRecord(Message::OEM_UNTIMESTAMPED_DATA), 13, "OEM data"},
-};
-constexpr ImageField OTHER[] = {
-    {ofRecord(Message::TIMESTAMP), 4, "timestamp"},
-    {ofRecord(8), 9, "unknown"},
-};
-constexpr ImageField TAIL[] = {
-    {ofBlock(Message::BLOCK_EVENT_DATA_COUNT), 1, "OEM event data count"},
-    {ofBlock(Message::BLOCK_EVENT_DATA), 13, "OEM event data"},
-    {ofBlock(14), 55, "reserved"},
-    {ofBlock(Message::BLOCK_PARTITION_BITMASK), 2, "partition bitmask"},
-    {ofBlock(Message::BLOCK_PART_NUMBER_TYPE_LENGTH), 1, "part number type/length"},
-    {ofBlock(Message::BLOCK_PART_NUMBER), 18, "part number"},
-    {ofBlock(Message::BLOCK_SERIAL_NUMBER_TYPE_LENGTH), 1, "serial number type/length"},
-    {ofBlock(Message::BLOCK_SERIAL_NUMBER), 21, "serial number and further OEM bytes"},
-    {ofTrailer(Message::TRAILER_KIND), 1, "trailer kind"},
-    {ofTrailer(1), 1, "trailer byte 1"},
-    {ofTrailer(Message::TRAILER_PARTITION_BITMASK), 2, "trailer partition bitmask"},
-    {ofTrailer(4), 4, "trailer bytes 4 to 7"},
-};
-// clang-format on
 
 constexpr unsigned int BYTES_A_LINE = 16;
 
 void line(std::string& text, const char* name, const std::string& value)
 {
-    text += fmt::format("{:<18}{}\n", name, value);
+    constexpr std::size_t WIDTH = 18;
+    text += factLine(name, value, WIDTH);
 }
 
-void dump(std::string& text, const Event& event, const ImageField& field)
+/// Bytes with one meaning, or without one.
+struct Run {
+    unsigned int size = 0;
+    std::string names;
+};
+
+/// What the fields say about the byte at `at` and those after it. Where several fields begin, the
+/// narrowest decide, and a field that repeats a part of the image is not one of them.
+Run runAt(const DecodedFields& fields, unsigned int at, unsigned int size)
 {
-    for (unsigned int done = 0; done < field.size; done += BYTES_A_LINE) {
-        const unsigned int count = std::min(BYTES_A_LINE, field.size - done);
-        std::string digits;
-        for (unsigned int i = 0; i < count; ++i) {
-            digits +=
-                fmt::format("{}{:02x}", i == 0 ? "" : " ", event.image[field.offset + done + i]);
+    Run run = {size - at, ""};
+    for (const DecodedField& field : fields) {
+        if (field.place.offset > at) {
+            run.size = std::min(run.size, field.place.offset - at);
+        } else if (field.place.offset == at) {
+            run.size = std::min(run.size, field.place.width);
         }
-        text += fmt::format("{:>6}  {:<47}  {}\n", field.offset + done, digits,
-                            done == 0 ? field.name : "");
     }
-}
-
-template <std::size_t Count>
-void dump(std::string& text, const Event& event, const ImageField (&fields)[Count])
-{
-    for (const ImageField& field : fields) {
-        dump(text, event, field);
+    for (const DecodedField& field : fields) {
+        if (field.place.offset == at && field.place.width == run.size) {
+            run.names += (run.names.empty() ? "" : ", ") + field.name;
+        }
     }
+    run.names = run.names.empty() ? "carried unchanged" : run.names;
+    return run;
 }
 
 void dumpImage(std::string& text, const Event& event)
 {
+    const auto size = static_cast<unsigned int>(event.image.size());
+    const DecodedFields fields = decodeRecord(*findRecordClass("BMCSELEntryMessage"), event.image);
     text += "offset  bytes                                            field\n";
-    dump(text, event, HEAD);
-    switch (event.kind) {
-    case EventKind::SYSTEM_EVENT:
-        dump(text, event, SYSTEM_EVENT);
-        break;
-    case EventKind::OEM_TIMESTAMPED:
-        dump(text, event, OEM_TIMESTAMPED);
-        break;
-    case EventKind::OEM_UNTIMESTAMPED:
-        dump(text, event, OEM_UNTIMESTAMPED);
-        break;
-    case EventKind::OTHER:
-        dump(text, event, OTHER);
-        break;
+    for (unsigned int at = 0; at < size;) {
+        const Run run = runAt(fields, at, size);
+        for (unsigned int done = 0; done < run.size; done += BYTES_A_LINE) {
+            const unsigned int count = std::min(BYTES_A_LINE, run.size - done);
+            const ByteView bytes = ByteView(event.image).part(at + done, count);
+            text += fmt::format("{:>6}  {:<47}  {}\n", at + done,
+                                fmt::format("{:02x}", fmt::join(bytes, " ")),
+                                done == 0 ? run.names : "");
+        }
+        at += run.size;
     }
-    dump(text, event, TAIL);
 }
 
 std::string generatorText(const Event& event)
@@ -173,16 +111,10 @@ void describeSystemEvent(std::string& text, const Event& event)
     line(text, "event data", dataText(event));
 }
 
-/// A text of a record for a terminal: control characters in it must not reach the terminal.
-std::string orDash(const std::string& text)
+/// A text of a record, which is Latin-1 and may contain control characters.
+std::string textOf(const std::string& text)
 {
-    std::string harmless = text;
-    for (char& character : harmless) {
-        const auto byte = static_cast<unsigned char>(character);
-        const bool isControl = byte < 0x20 || (byte >= 0x7F && byte < 0xA0);
-        character = isControl ? '?' : character;
-    }
-    return harmless.empty() ? "-" : toUtf8(harmless);
+    return cellText(textOrNull(toUtf8(text)));
 }
 
 }
@@ -202,13 +134,9 @@ std::string describeEvent(const Event& event)
     } else {
         line(text, "data", toLowerHex(event.oemData));
     }
-    std::string partitions;
-    for (const unsigned int partition : bitsOf(event.partitions)) {
-        partitions += (partitions.empty() ? "" : ", ") + std::to_string(partition);
-    }
-    line(text, "partitions", orDash(partitions));
-    line(text, "part number", orDash(event.partNumber));
-    line(text, "serial number", orDash(event.serialNumber));
+    line(text, "partitions", cellText(bitsOf(event.partitions)));
+    line(text, "part number", textOf(event.partNumber));
+    line(text, "serial number", textOf(event.serialNumber));
     text += '\n';
     dumpImage(text, event);
     return text;

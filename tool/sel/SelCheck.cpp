@@ -117,16 +117,17 @@ void run(const Arguments& arguments)
 
 Command selCheckCommand()
 {
-    return {"sel check",
-            "Report what is wrong with the files of a log, for example after a power cut",
-            "recordkit sel check --board 1 --recover",
-            {boards("all"), flag("--recover", "Finish an interrupted rotation and close gaps, using "
-                                              "only renames")},
-            Answer::LISTING,
-            run,
-            "For each file: missing, of the wrong size, a damaged tail, records after it, how many "
-            "events from when to when. For the set: a gap in the chain, an interrupted rotation, a "
-            "shift request that was left."};
+    return {
+        "sel check",
+        "Report what is wrong with the files of a log, for example after a power cut",
+        "recordkit sel check --board 1 --recover",
+        {boards("all"), flag("--recover", "Finish an interrupted rotation and close gaps, using "
+                                          "only renames")},
+        Answer::LISTING,
+        run,
+        "For each file: missing, of the wrong size, a damaged tail, records after it, how many "
+        "events from when to when. For the set: a gap in the chain, an interrupted rotation, a "
+        "shift request that was left."};
 }
 
 }

@@ -24,8 +24,7 @@ void run(const Arguments& arguments)
     if (BMCSELDataFile().clearAllRecord(sb) != BMCSELDataFile::SUCCESS) {
         throw storeError(BMCSELDataFile::REWRITE_FAILED, workingFile(sb));
     }
-    print(fmt::format("board {}: {} deleted, all files are empty\n", sb,
-                      counted(events, "event")));
+    print(fmt::format("board {}: {} deleted, all files are empty\n", sb, counted(events, "event")));
 }
 
 }

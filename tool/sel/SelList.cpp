@@ -61,9 +61,10 @@ void add(const std::vector<Event>& events, std::size_t from, EventListing& listi
 void run(const Arguments& arguments)
 {
     if (arguments.has("--follow") && arguments.isJson()) {
-        throw usageError("--follow never ends, so a JSON array could never be closed; use --ndjson");
+        throw usageError(
+            "--follow never ends, so a JSON array could never be closed; use --ndjson");
     }
-    EventListing listing = eventListing(arguments.format());
+    EventListing listing(arguments.format());
     // Start watching before the first read, so that no event is missed in between.
     const std::unique_ptr<WriteWatch> watch =
         arguments.has("--follow") ? std::make_unique<WriteWatch>(arguments.boards()) : nullptr;

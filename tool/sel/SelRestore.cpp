@@ -66,13 +66,13 @@ void run(const Arguments& arguments)
 
 Command selRestoreCommand()
 {
-    return {"sel restore",
-            "Copy the backup back to the working file",
-            "recordkit sel restore --board 1",
-            {board(),
-             flag("--yes", "Restore even if events missing from the backup would be lost")},
-            Answer::TEXT,
-            run};
+    return {
+        "sel restore",
+        "Copy the backup back to the working file",
+        "recordkit sel restore --board 1",
+        {board(), flag("--yes", "Restore even if events missing from the backup would be lost")},
+        Answer::TEXT,
+        run};
 }
 
 }

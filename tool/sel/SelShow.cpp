@@ -57,7 +57,7 @@ void run(const Arguments& arguments)
         print(describeEvent(event));
         return;
     }
-    EventListing listing = eventListing(arguments.format());
+    EventListing listing(arguments.format());
     listing.add(event);
     listing.finish();
 }

@@ -50,9 +50,7 @@ constexpr Column<LogStatus> COLUMNS[] = {
      [](const LogStatus& s) { return timeCell(s.newest); }},
     {"events_in_backup", "BACKUP", 10,
      [](const LogStatus& s) { return s.inBackup ? Value(*s.inBackup) : Value(); },
-     [](const LogStatus& s) {
-         return Cell{s.inBackup ? counted(*s.inBackup, "event") : "none"};
-     }},
+     [](const LogStatus& s) { return Cell{s.inBackup ? counted(*s.inBackup, "event") : "none"}; }},
     {"findings", "STATE", 0, [](const LogStatus& s) { return Value(s.findings); }, stateCell},
 };
 

@@ -59,7 +59,9 @@ constexpr Column<Row> COLUMNS[] = {
      }},
     {"offset", "OFFSET", 6, [](const Row& row) { return valueIf(row.hasOffset, row.offset); }},
     {"severity", "SEVERITY", 15, [](const Row& row) { return Value(severityName(row.severity())); },
-     [](const Row& row) { return Cell{severityName(row.severity()), styleOf(row.severity())}; }},
+     [](const Row& row) {
+         return Cell{severityName(row.severity()), styleOf(row.severity())};
+     }},
     {"event", "EVENT", 0, [](const Row& row) { return textOf(row.words()); }},
 };
 
@@ -131,9 +133,8 @@ std::string describe(const Answered& answer)
     const SeverityPair& pair = answer.pair;
     std::string text =
         factLine("event type", codeText(pair.eventType, eventTypeName(pair.eventType))) +
-        factLine("sensor type",
-                 codeText(pair.sensorType, sensorTypeName(pair.sensorType)) +
-                     (pair.isKnown ? "" : " (the map does not contain this pair)"));
+        factLine("sensor type", codeText(pair.sensorType, sensorTypeName(pair.sensorType)) +
+                                    (pair.isKnown ? "" : " (the map does not contain this pair)"));
     for (const unsigned int offset : bitsOf(answer.offsets)) {
         const char* const words =
             eventWords(pair.eventType, pair.sensorType, static_cast<unsigned char>(offset));
@@ -182,22 +183,22 @@ void run(const Arguments& arguments)
 
 Command severityCommand()
 {
-    return {"severity",
-            "Classify a discrete event, or print the whole severity map",
-            "recordkit severity 0x6F processor 0,1; recordkit severity --table",
-            {number("EVENT-TYPE", "EVENT-TYPE", 0, 0xFF, "Event/reading type code, as 0x6F")
-                 .optional(),
-             word("SENSOR-TYPE", "SENSOR-TYPE", sensorTypeOf,
-                  "the name or the number of a sensor type", "Sensor type, a name or a code")
-                 .optional(),
-             numbers("OFFSETS", "OFFSETS", EVENT_OFFSETS - 1, "Asserted event offsets, as 0,1")
-                 .optional(),
-             flag("--table", "Print the severity of every offset")},
-            Answer::LISTING,
-            run,
-            "A discrete event has the severity and the alarm of its asserted offsets. The masks are "
-            "those of its event/reading type and sensor type. The severity of power unit redundancy "
-            "depends on the power supply mode in /tmp/psumode."};
+    return {
+        "severity",
+        "Classify a discrete event, or print the whole severity map",
+        "recordkit severity 0x6F processor 0,1; recordkit severity --table",
+        {number("EVENT-TYPE", "EVENT-TYPE", 0, 0xFF, "Event/reading type code, as 0x6F").optional(),
+         word("SENSOR-TYPE", "SENSOR-TYPE", sensorTypeOf, "the name or the number of a sensor type",
+              "Sensor type, a name or a code")
+             .optional(),
+         numbers("OFFSETS", "OFFSETS", EVENT_OFFSETS - 1, "Asserted event offsets, as 0,1")
+             .optional(),
+         flag("--table", "Print the severity of every offset")},
+        Answer::LISTING,
+        run,
+        "A discrete event has the severity and the alarm of its asserted offsets. The masks are "
+        "those of its event/reading type and sensor type. The severity of power unit redundancy "
+        "depends on the power supply mode in /tmp/psumode."};
 }
 
 }

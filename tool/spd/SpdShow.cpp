@@ -35,10 +35,7 @@ Cell numberCell(unsigned int number, const char* unit)
 
 Cell crcCell(const Module& module)
 {
-    const Spd& spd = module.spd;
-    return checkCell(
-        spd.isCrcRight(), "right",
-        fmt::format("{:04X}h WRONG, expected {:04X}h", spd.storedCrc, spd.expectedCrc));
+    return checkCell(module.spd.isCrcRight(), "right", "WRONG");
 }
 
 constexpr Column<Module> COLUMNS[] = {
@@ -48,10 +45,12 @@ constexpr Column<Module> COLUMNS[] = {
          return Cell{module.spd.megabytes == 0 ? "unknown"
                                                : fmt::format("{} MB", module.spd.megabytes)};
      }},
-    {"module_type", "MODULE", 12, [](const Module& module) { return Value(module.spd.moduleType); }},
+    {"module_type", "MODULE", 12,
+     [](const Module& module) { return Value(module.spd.moduleType); }},
     {"ranks", "RANKS", 8, [](const Module& module) { return known(module.spd.ranks); },
      [](const Module& module) { return numberCell(module.spd.ranks, ""); }},
-    {"device_width", "DEVICE", 8, [](const Module& module) { return known(module.spd.deviceWidth); },
+    {"device_width", "DEVICE", 8,
+     [](const Module& module) { return known(module.spd.deviceWidth); },
      [](const Module& module) { return numberCell(module.spd.deviceWidth, " bits"); }},
     {"bus_width", "BUS", 11, [](const Module& module) { return known(module.spd.busWidth); },
      [](const Module& module) {
@@ -62,9 +61,7 @@ constexpr Column<Module> COLUMNS[] = {
      [](const Module& module) { return known(module.spd.densityMegabits); },
      [](const Module& module) { return numberCell(module.spd.densityMegabits, " Mbit"); }},
     {"serial_number", "SERIAL", 8,
-     [](const Module& module) {
-         return valueIf(module.spd.hasManufacturerData, module.serial());
-     }},
+     [](const Module& module) { return valueIf(module.spd.hasManufacturerData, module.serial()); }},
     {"part_number", "PART NUMBER", 18,
      [](const Module& module) {
          return valueIf(module.spd.hasManufacturerData, module.spd.partNumber);
@@ -76,7 +73,8 @@ constexpr Column<Module> COLUMNS[] = {
      }},
     {"dram_size_code", nullptr, 0, [](const Module& module) { return Value(module.spd.dramSize); }},
     {"crc_stored", nullptr, 0, [](const Module& module) { return Value(module.spd.storedCrc); }},
-    {"crc_expected", nullptr, 0, [](const Module& module) { return Value(module.spd.expectedCrc); }},
+    {"crc_expected", nullptr, 0,
+     [](const Module& module) { return Value(module.spd.expectedCrc); }},
     {"crc_right", "CRC", 5, [](const Module& module) { return Value(module.spd.isCrcRight()); },
      crcCell},
     {nullptr, "FILE", 0, nullptr, [](const Module& module) { return Cell{module.file}; }},
@@ -96,7 +94,8 @@ void run(const Arguments& arguments)
             ++modules;
             megabytes += spd.megabytes;
             if (!spd.isCrcRight()) {
-                return {"the CRC is wrong"};
+                return {fmt::format("the CRC is {:04X}h, expected {:04X}h", spd.storedCrc,
+                                    spd.expectedCrc)};
             }
             return {};
         });

@@ -88,6 +88,23 @@ std::string toUtf8(ByteView latin1)
     return utf8;
 }
 
+std::string idStringText(unsigned char typeLength, ByteView bytes)
+{
+    switch (codingOf(typeLength)) {
+    case CODING_BINARY:
+        // Unlike in FRU images, 00b is 16-bit text here.
+        return decodeUtf16(bytes);
+    case CODING_BCD_PLUS:
+        return decodeBcdPlus(bytes);
+    case CODING_SIX_BIT:
+        return decodeSixBit(bytes);
+    default:
+        return toUtf8(
+            {bytes.begin(),
+             static_cast<std::size_t>(std::find(bytes.begin(), bytes.end(), 0) - bytes.begin())});
+    }
+}
+
 std::optional<std::string> toLatin1(const std::string& text)
 {
     const ByteView bytes = text;

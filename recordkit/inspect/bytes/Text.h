@@ -35,6 +35,10 @@ std::string decodeUtf16(ByteView bytes);
 /// Latin-1, the coding of texts in records, as UTF-8.
 std::string toUtf8(ByteView latin1);
 
+/// The bytes after a type/length byte as UTF-8, by its coding: 16-bit, BCD plus, 6-bit or 8-bit
+/// characters (IPMI v2.0, section 43.15).
+std::string idStringText(unsigned char typeLength, ByteView bytes);
+
 /// UTF-8 as Latin-1; nothing if a character is not in Latin-1 or the text is not UTF-8.
 std::optional<std::string> toLatin1(const std::string& text);
 

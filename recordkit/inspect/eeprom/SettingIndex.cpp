@@ -108,7 +108,8 @@ std::vector<std::string> indexProblems(const std::vector<SettingEntry>& entries)
     std::vector<std::string> problems = layoutProblems(entries);
     for (const SettingEntry& entry : entries) {
         if (entry.isValid && !entry.isChecksumRight) {
-            problems.push_back(fmt::format("entry {} is damaged: its checksum is wrong", entry.number));
+            problems.push_back(
+                fmt::format("entry {} is damaged: its checksum is wrong", entry.number));
         } else if (entry.isValid && entry.areaNumber != entry.number) {
             problems.push_back(fmt::format("entry {} is damaged: it contains the number of area {}",
                                            entry.number, entry.areaNumber));

@@ -61,8 +61,8 @@ std::string itemOf(FRUData& fru, FRU_AREA area, FRU_ITEM id)
 }
 
 /// What `read` returns, or nothing and a problem.
-template <typename Read>
-auto attempt(CpuRom& rom, const char* what, const Read& read) -> std::optional<decltype(read())>
+template <typename Read> auto attempt(CpuRom& rom, const char* what, const Read& read)
+    -> std::optional<decltype(read())>
 {
     try {
         return read();
@@ -90,8 +90,8 @@ void readIdentity(CpuRom& rom, FRUData& fru, unsigned char board)
     rom.stepping = attempt(rom, "stepping", [&] { return toUtf8(Util::getCPUStepping(fru)); });
     rom.partNumber =
         attempt(rom, "part number", [&] { return toUtf8(Util::getCPUPartNumber(fru, board)); });
-    rom.cacheKilobytes = attempt(
-        rom, "cache (KB)", [&] { return static_cast<long long>(Util::getCPUCache(fru)); });
+    rom.cacheKilobytes =
+        attempt(rom, "cache (KB)", [&] { return static_cast<long long>(Util::getCPUCache(fru)); });
     rom.megahertz = attempt(rom, "speed (MHz)", [&] {
         return static_cast<long long>(Util::getBCDtoHexValue(item(FRU_ITEM_CPU_SPEED)));
     });
@@ -113,11 +113,11 @@ CpuRom readCpuRom(const std::string& bytes, unsigned char board)
     for (const BlockName& block : BLOCKS) {
         const unsigned int offset = fru.getAreaOffset(block.area);
         if (offset != 0) {
-            rom.blocks.push_back({block.name, offset, attempt(rom, block.name, [&] {
-                                      return static_cast<unsigned int>(
-                                          fru.getAreaObject(block.area, FRUArea::CSUM_IGNORE)
-                                              ->getSize());
-                                  })});
+            rom.blocks.push_back(
+                {block.name, offset, attempt(rom, block.name, [&] {
+                     return static_cast<unsigned int>(
+                         fru.getAreaObject(block.area, FRUArea::CSUM_IGNORE)->getSize());
+                 })});
         }
     }
     return rom;

@@ -81,8 +81,8 @@ private:
     {
         FruExtent& extent = area.extent;
         if (extent.offset + AREA_LENGTH >= bytes.size()) {
-            problem(fmt::format("starts at offset {}, past the end of the {}-byte image", extent.offset,
-                                bytes.size()));
+            problem(fmt::format("starts at offset {}, past the end of the {}-byte image",
+                                extent.offset, bytes.size()));
             return false;
         }
         const unsigned int size = bytes[extent.offset + AREA_LENGTH] * FRU_LENGTH_UNIT;

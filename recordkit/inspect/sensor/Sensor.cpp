@@ -6,6 +6,7 @@
 
 #include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/sensor/SensorText.h>
 #include <recordkit/inspect/words/Entities.h>
 #include <recordkit/inspect/words/EventTypes.h>

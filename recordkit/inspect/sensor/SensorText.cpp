@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/inspect/sensor/SensorText.h>
 
-#include <algorithm>
-#include <vector>
-
 #include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/words/SensorUnits.h>
 #include <recordkit/serial/BitField.h>
@@ -12,23 +9,6 @@ namespace recordkit::inspect {
 
 using TAVLib::get_bit;
 using TAVLib::RecordKit::RecordSensorCommon;
-
-std::string idStringText(unsigned char typeLength, ByteView bytes)
-{
-    switch (codingOf(typeLength)) {
-    case CODING_BINARY:
-        // Unlike in FRU images, 00b is 16-bit text here.
-        return decodeUtf16(bytes);
-    case CODING_BCD_PLUS:
-        return decodeBcdPlus(bytes);
-    case CODING_SIX_BIT:
-        return decodeSixBit(bytes);
-    default:
-        return toUtf8(
-            {bytes.begin(),
-             static_cast<std::size_t>(std::find(bytes.begin(), bytes.end(), 0) - bytes.begin())});
-    }
-}
 
 std::string sensorName(const RecordSensorCommon& record)
 {

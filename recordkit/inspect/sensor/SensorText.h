@@ -4,14 +4,9 @@
 
 #include <string>
 
-#include <recordkit/inspect/bytes/ByteView.h>
 #include <recordkit/sensor/RecordSensorCommon.h>
 
 namespace recordkit::inspect {
-
-/// The bytes after a type/length byte as UTF-8, by its coding: 16-bit, BCD plus, 6-bit or 8-bit
-/// characters (IPMI v2.0, section 43.15).
-std::string idStringText(unsigned char typeLength, ByteView bytes);
 
 /// A sensor's name.
 std::string sensorName(const TAVLib::RecordKit::RecordSensorCommon& record);

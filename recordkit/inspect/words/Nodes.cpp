@@ -97,8 +97,8 @@ std::optional<int> readUnit(const std::string& text, const std::string& name, in
         return std::nullopt;
     }
     const std::size_t end = std::min(text.find('-'), text.size());
-    const auto number = parseNumber(text.substr(name.size(), end - name.size()),
-                                    static_cast<unsigned long>(limit));
+    const auto number =
+        parseNumber(text.substr(name.size(), end - name.size()), static_cast<unsigned long>(limit));
     rest = text.substr(end);
     return number ? std::optional(static_cast<int>(*number)) : std::nullopt;
 }

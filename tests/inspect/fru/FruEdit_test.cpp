@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/inspect/fru/FruEdit.h>
 #include <recordkit/inspect/fru/FruImage.h>
 
 #include "fru/MemoryDevice.h"
 #include "support/SampleImages.h"
 #include "support/ScratchRoot.h"
-#include "tool/Errors.h"
 
 using namespace recordkit::inspect;
-using namespace recordkit::tool;
 using namespace testing_support;
 
 namespace {
@@ -40,7 +39,7 @@ FruEditResult edit(const Bytes& image, const std::vector<FruEdit>& edits, bool m
     return editFruImage(text(image), edits, options);
 }
 
-/// What an edit is refused with: "1: text".
+/// What an edit is refused with: "1: text" for data, "2: text" for the request.
 std::string refusal(const Bytes& image, const std::vector<FruEdit>& edits, bool mayGrow = false,
                     bool repairs = false)
 {
@@ -49,7 +48,8 @@ std::string refusal(const Bytes& image, const std::vector<FruEdit>& edits, bool 
         edit(image, edits, mayGrow, repairs);
         return "none";
     } catch (const Error& e) {
-        return std::to_string(statusOf(e)) + ": " + e.what();
+        const bool isRequest = dynamic_cast<const RequestError*>(&e) != nullptr;
+        return std::string(isRequest ? "2: " : "1: ") + e.what();
     }
 }
 

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include <recordkit/inspect/bytes/Error.h>
+#include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/sensor/Sensor.h>
 #include <recordkit/inspect/sensor/SensorText.h>
 #include <recordkit/inspect/words/Entities.h>
@@ -40,15 +41,16 @@ Lines idsOf(const SdrFile& file)
 
 TEST(SdrFile, WalksRecordsByTheirLengths)
 {
-    const SdrFile file = parse(compactSdr(1, "PS1") + sdrRecord(2, 0xC0, sequence(7)) + compactSdr(3, ""));
+    const SdrFile file =
+        parse(compactSdr(1, "PS1") + sdrRecord(2, 0xC0, sequence(7)) + compactSdr(3, ""));
     EXPECT_EQ(idsOf(file), Lines({"1@0", "2@35", "3@47"}));
     EXPECT_EQ(file.problems, Lines());
 }
 
 TEST(SdrFile, KnowsAnswersToGetSdr)
 {
-    const Bytes answers = Bytes({2, 0}) + compactSdr(1, "PS1") + Bytes({3, 0}) + compactSdr(2, "PS2") +
-                          Bytes({0xFF, 0xFF}) + compactSdr(3, "PS3");
+    const Bytes answers = Bytes({2, 0}) + compactSdr(1, "PS1") + Bytes({3, 0}) +
+                          compactSdr(2, "PS2") + Bytes({0xFF, 0xFF}) + compactSdr(3, "PS3");
     EXPECT_EQ(idsOf(parse(answers)), Lines({"1@2", "2@39", "3@76"}));
     EXPECT_EQ(parse(answers).problems, Lines());
     EXPECT_EQ(idsOf(parse(answers, SdrFormat::RESPONSES)), idsOf(parse(answers)));
@@ -73,7 +75,8 @@ TEST(SdrFile, DamagedRecordIsNamedAndTheWalkGoesOn)
 TEST(SdrFile, WalksEnd)
 {
     // Lengths of 0 and 255.
-    const SdrFile zero = parse(sdrRecord(1, 0xC0, {}) + sdrRecord(2, 0xC0, {}) + sdrRecord(3, 0xC0, {}));
+    const SdrFile zero =
+        parse(sdrRecord(1, 0xC0, {}) + sdrRecord(2, 0xC0, {}) + sdrRecord(3, 0xC0, {}));
     EXPECT_EQ(idsOf(zero), Lines({"1@0", "2@5", "3@10"}));
     const SdrFile longest = parse(sdrRecord(1, 0xC0, Bytes(255, 7)) + compactSdr(2, "x1"));
     EXPECT_EQ(idsOf(longest), Lines({"1@0", "2@260"}));

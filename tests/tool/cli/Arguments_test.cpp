@@ -47,8 +47,8 @@ TEST(Arguments, NumbersAreInTheirRange)
     EXPECT_EQ(numbersOf(last, "0x12C"), Numbers({300}));
     EXPECT_EQ(numbersOf(last, "12Ch"), Numbers({300}));
     for (const char* const text : {"0", "301", "-1", "x", "", "1 "}) {
-        EXPECT_EQ(refusal(last, text), "--last: \"" + std::string(text) +
-                                           "\": expected a number from 1 to 300");
+        EXPECT_EQ(refusal(last, text),
+                  "--last: invalid value \"" + std::string(text) + "\" (expected 1 to 300)");
     }
 }
 
@@ -57,7 +57,7 @@ TEST(Arguments, ListsHaveNumbersInTheirRange)
     const Option offsets = numbers("OFFSETS", "OFFSETS", 15, "");
     EXPECT_EQ(numbersOf(offsets, "0,15"), Numbers({0, 15}));
     EXPECT_EQ(refusal(offsets, "0,16"),
-              "OFFSETS: \"0,16\": expected numbers from 0 to 15 with commas between them");
+              "OFFSETS: invalid value \"0,16\" (expected numbers from 0 to 15, such as 0,2)");
     EXPECT_NE(refusal(offsets, ""), "");
     EXPECT_NE(refusal(offsets, "1,"), "");
 }
@@ -66,10 +66,10 @@ TEST(Arguments, WordsStandForNumbers)
 {
     EXPECT_EQ(numbersOf(choice("--format", "F", {"auto", "hex"}, ""), "HEX"), Numbers({1}));
     EXPECT_EQ(refusal(choice("--format", "F", {"auto", "hex"}, ""), "toast\x1b"),
-              "--format: \"toast\\x1B\": expected auto, hex");
+              "--format: invalid value \"toast\\x1B\" (expected auto, hex)");
     const Option paint = word("--paint", "COLOUR", colour, "red", "");
     EXPECT_EQ(numbersOf(paint, "red"), Numbers({7}));
-    EXPECT_EQ(refusal(paint, "blue"), "--paint: \"blue\": expected red");
+    EXPECT_EQ(refusal(paint, "blue"), "--paint: invalid value \"blue\" (expected red)");
 }
 
 TEST(Arguments, BoardsAndPartitionsAreThoseOfTheMachine)
@@ -81,7 +81,7 @@ TEST(Arguments, BoardsAndPartitionsAreThoseOfTheMachine)
     TAVLib::host::setMachine(machine);
     EXPECT_EQ(numbersOf(boards("0"), "all"), Numbers({0, 1, 2}));
     EXPECT_EQ(numbersOf(boards("0"), "2"), Numbers({2}));
-    EXPECT_EQ(refusal(boards("0"), "3"), "--board: \"3\": expected a number from 0 to 2");
+    EXPECT_EQ(refusal(boards("0"), "3"), "--board: invalid value \"3\" (expected 0 to 2)");
     EXPECT_NE(refusal(board(), "all"), "");
     EXPECT_EQ(numbersOf(partitions(""), "1,0"), Numbers({1, 0}));
     EXPECT_NE(refusal(partitions(""), "2"), "");
@@ -110,8 +110,8 @@ TEST(Arguments, FormatsExcludeEachOther)
         Arguments arguments;
         for (const char* const name : {"--json", "--ndjson", "--csv"}) {
             const bool isGiven = std::find(given.begin(), given.end(), name) != given.end();
-            arguments.add(flag(name, ""), isGiven ? std::vector<std::string>{"yes"}
-                                                  : std::vector<std::string>());
+            arguments.add(flag(name, ""),
+                          isGiven ? std::vector<std::string>{"yes"} : std::vector<std::string>());
         }
         return arguments.format();
     };

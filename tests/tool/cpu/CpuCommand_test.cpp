@@ -79,7 +79,8 @@ TEST(CpuCommand, ShowsWhatIsLeftOfACutRom)
               "cache (KB): 34 bytes at offset 42 are not within the 50 bytes of the image");
     const Outcome none = cpu({"-"}, half.substr(0, 13));
     EXPECT_EQ(none.status, 1);
-    EXPECT_EQ(none.err, "recordkit: standard input: no processor ROM: 14 bytes at offset 0 are not "
-                        "within the 13 bytes of the image\n");
+    EXPECT_EQ(none.err,
+              "recordkit: standard input: not a processor ROM: 14 bytes at offset 0 are not "
+              "within the 13 bytes of the image\n");
     EXPECT_EQ(cpu({"/nowhere"}).status, 3);
 }

@@ -77,7 +77,7 @@ TEST_F(FruCommand, ShowsFieldsChecksumsAndPlaces)
                            "product checksum                    1       9Bh\n"
                            "header checksum                     1       F1h\n"
                            "\n"
-                           "BYTES         SIZE   WHAT\n"
+                           "BYTES         SIZE   CONTENT\n"
                            "0 to 7        8      header\n"
                            "8 to 31       24     chassis\n"
                            "32 to 71      40     board\n"
@@ -88,7 +88,10 @@ TEST_F(FruCommand, ShowsJson)
 {
     const Outcome outcome = fru({"show", SAMPLES + "example-json.bin", "--json"});
     ASSERT_EQ(outcome.status, 0) << outcome.err;
-    const Json json = Json::parse(outcome.out);
+    const Json all = Json::parse(outcome.out);
+    ASSERT_EQ(all.size(), 1U);
+    const Json& json = all[0];
+    EXPECT_EQ(json["file"], SAMPLES + "example-json.bin");
     EXPECT_EQ(json["size"], 392);
     EXPECT_EQ(json["header_checksum"]["right"], true);
     const Json& board = json["areas"][1];
@@ -108,6 +111,16 @@ TEST_F(FruCommand, ShowsJson)
     EXPECT_EQ(Json::parse(several.out).size(), 2U);
 }
 
+TEST_F(FruCommand, ShowsALineForEachFieldInCsv)
+{
+    const Outcome outcome = fru({"show", SAMPLES + "binary-custom.bin", "--csv"});
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out.find("file,area,field,offset,type,length,value,bytes\r\n" + SAMPLES +
+                               "binary-custom.bin,"),
+              0U)
+        << outcome.out;
+}
+
 TEST_F(FruCommand, ShowsWhatIsLeftOfADamagedImage)
 {
     const std::string path = copy("ascii-all.bin");
@@ -118,13 +131,12 @@ TEST_F(FruCommand, ShowsWhatIsLeftOfADamagedImage)
               std::string::npos);
     EXPECT_NE(outcome.out.find("board.serial              text      11      SBS00998877"),
               std::string::npos);
-    EXPECT_NE(outcome.out.find("PROBLEM  board area: checksum 00h at offset 127, expected"),
-              std::string::npos);
-    EXPECT_EQ(outcome.err, "recordkit: " + path + ": damaged\n");
+    EXPECT_EQ(outcome.err,
+              "recordkit: " + path + ": board area: checksum 00h at offset 127, expected 9Ch\n");
     const Outcome json = fru({"show", path, "--json"});
     EXPECT_EQ(json.status, 1);
-    EXPECT_EQ(Json::parse(json.out)["areas"][1]["checksum"]["right"], false);
-    EXPECT_EQ(Json::parse(json.out)["problems"].size(), 1U);
+    EXPECT_EQ(Json::parse(json.out)[0]["areas"][1]["checksum"]["right"], false);
+    EXPECT_EQ(Json::parse(json.out)[0]["problems"].size(), 1U);
     EXPECT_EQ(fru({"show", root.at("/nowhere")}).status, 3);
     EXPECT_EQ(fru({"show"}).status, 2);
 }
@@ -176,10 +188,14 @@ TEST_F(FruCommand, VerifiesManyImages)
     const std::string good = SAMPLES + "binary-custom.bin";
     const Outcome outcome = fru({"verify", good, damaged, root.at("/nowhere"), good});
     EXPECT_EQ(outcome.status, 3);
-    EXPECT_EQ(outcome.out,
-              good + ": good\n" + damaged +
-                  ": damaged: common header: checksum 00h at offset 7, expected E8h\n" + good +
-                  ": good\n");
+    EXPECT_EQ(outcome.out, "STATE    FILE\ngood     " + good + "\ndamaged  " + damaged +
+                               "\ngood     " + good + "\n");
+    EXPECT_EQ(outcome.err,
+              "recordkit: " + damaged +
+                  ": common header: checksum 00h at offset 7, expected E8h\nrecordkit: " +
+                  root.at("/nowhere") +
+                  " cannot be opened: No such file or directory\n"
+                  "recordkit: 2 of 4 files are unreadable or damaged\n");
     EXPECT_EQ(fru({"verify", good, damaged}).status, 1);
     EXPECT_EQ(fru({"verify", good}).status, 0);
 }

@@ -14,7 +14,7 @@ Json node(const std::string& value)
 {
     const Outcome outcome = run(ourCommand({"node", value, "--json"}));
     EXPECT_EQ(outcome.status, 0) << outcome.err;
-    return Json::parse(outcome.out);
+    return Json::parse(outcome.out).at(0);
 }
 
 }

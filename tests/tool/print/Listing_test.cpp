@@ -18,7 +18,8 @@ struct Row {
 constexpr Column<Row> COLUMNS[] = {
     {"number", "NUMBER", 6, [](const Row& row) { return Value(row.number); },
      [](const Row& row) { return Cell{"#" + std::to_string(row.number)}; }},
-    {"half", nullptr, 0, [](const Row& row) { return valueIf(row.number % 2 == 0, row.number / 2); }},
+    {"half", nullptr, 0,
+     [](const Row& row) { return valueIf(row.number % 2 == 0, row.number / 2); }},
     {nullptr, "SIGN", 4, nullptr, [](const Row& row) { return Cell{row.number < 0 ? "-" : "+"}; }},
     {"name", "NAME", 0, [](const Row& row) { return Value(row.name); }},
 };
@@ -105,9 +106,9 @@ TEST(Table, CellsAreTextsOfValues)
 
 TEST(Csv, QuotesWhatNeedsQuotes)
 {
-    const Object object = {{"a", "x,y"},        {"b", "say \"hi\""}, {"c", Value()},
-                           {"d", 5},            {"e", List{1, 2}},   {"f", true},
-                           {"g", "two\nlines"}, {"h", Object{{"k", 1}}}};
+    const Object object = {
+        {"a", "x,y"},      {"b", "say \"hi\""}, {"c", Value()},      {"d", 5},
+        {"e", List{1, 2}}, {"f", true},         {"g", "two\nlines"}, {"h", Object{{"k", 1}}}};
     EXPECT_EQ(csvLine(object), "\"x,y\",\"say \"\"hi\"\"\",,5,1 2,true,\"two\nlines\","
                                "\"{\"\"k\"\":1}\"\r\n");
 }

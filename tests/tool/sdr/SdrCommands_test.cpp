@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include <recordkit/inspect/sensor/Sensor.h>
 #include <recordkit/inspect/words/Entities.h>
 #include <recordkit/inspect/words/SensorUnits.h>
 
@@ -39,27 +40,28 @@ TEST(SdrCommand, ListsARepository)
          {"0001h  full          01h     Ambient           Temperature               7.1      01h "
           "threshold         degrees C   7A95h   7A95h     3F3Fh    +2 -2\n",
           "000Dh  full          23h     12-34.5 ", "001Eh  compact       64h     FAN REDUNDANT ",
-          "0021h  event-only    -       POST\n", "0022h  FRU locator   -       Main FRU0\n",
-          "0023h  MC locator    -       BMC board\n", "0025h  OEM           -       \n"}) {
+          "0021h  event-only    -       POST              -",
+          "0022h  FRU locator   -       Main FRU0 ", "0023h  MC locator    -       BMC board ",
+          "0025h  OEM           -       "}) {
         EXPECT_NE(outcome.out.find(line), std::string::npos) << line;
     }
     const auto json = nlohmann::json::parse(sdr({"list", OWN, "--json"}).out);
-    EXPECT_EQ(json["records"].size(), 37U);
-    EXPECT_EQ(json["records"][11]["name"], "5V AUX");
-    EXPECT_EQ(json["records"][30]["positive_hysteresis"], 3);
-    EXPECT_EQ(json["records"][30]["negative_hysteresis"], 4);
+    EXPECT_EQ(json.size(), 37U);
+    EXPECT_EQ(json[11]["name"], "5V AUX");
+    EXPECT_EQ(json[30]["positive_hysteresis"], 3);
+    EXPECT_EQ(json[30]["negative_hysteresis"], 4);
 }
 
 TEST(SdrCommand, ShowsOneRecordFieldByField)
 {
     const Outcome outcome = sdr({"show", OWN, "0x1F"});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_NE(outcome.out.find("id_string                 32 to 47      Slot"), std::string::npos);
+    EXPECT_NE(outcome.out.find("id_string                 32 to 35 +    Slot"), std::string::npos);
     EXPECT_EQ(sdr({"show", OWN, "999"}).status, 1);
     EXPECT_EQ(sdr({"show", OWN, "x"}).status, 2);
     const Outcome locator = sdr({"show", OWN, "0x22"});
     EXPECT_EQ(locator.status, 1);
-    EXPECT_NE(locator.err.find("is no sensor but FRU locator: 2200511"), std::string::npos)
+    EXPECT_NE(locator.err.find("is not a sensor but FRU locator: 2200511"), std::string::npos)
         << locator.err;
 }
 
@@ -79,8 +81,8 @@ TEST(SdrCommand, SaysHowSevereEventsAre)
         "Supply input lost (AC/DC)\n");
     const auto json = nlohmann::json::parse(
         sdr({"events", "-", "--json"}, std::string(bytes.begin(), bytes.end())).out);
-    EXPECT_EQ(json[0]["events"][1]["offset"], 1);
-    EXPECT_EQ(json[0]["events"][1]["severity"], "critical");
+    EXPECT_EQ(json[1]["offset"], 1);
+    EXPECT_EQ(json[1]["severity"], "critical");
 }
 
 TEST(SdrCommand, NamesDamage)
@@ -91,8 +93,7 @@ TEST(SdrCommand, NamesDamage)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_NE(outcome.out.find("PS1"), std::string::npos);
     EXPECT_EQ(outcome.err, "recordkit: standard input: record at offset 35: SDR version 00h at "
-                           "offset 37, expected 51h\n"
-                           "recordkit: standard input: 1 problems\n");
+                           "offset 37, expected 51h\n");
     EXPECT_EQ(sdr({"list", "/nowhere"}).status, 3);
     EXPECT_EQ(sdr({"list"}).status, 2);
 }

@@ -8,8 +8,7 @@ namespace {
 
 using Ids = std::vector<int>;
 
-class SelAdd : public SelTest {
-};
+class SelAdd : public SelTest {};
 
 }
 
@@ -52,7 +51,8 @@ TEST_F(SelAdd, RefusesBadOemData)
 {
     initialise();
     const std::string record = eventAt(1, TIME_1, THERMAL_TRIP);
-    expectRefused(2, {"add", "-", "--partitions", "4"}, "partitions 0 to 3", record);
+    expectRefused(2, {"add", "-", "--partitions", "4"},
+                  "(expected numbers from 0 to 3, such as 0,2)", record);
     expectRefused(2, {"add", "-", "--partitions", ""}, "--partitions", record);
     expectRefused(2, {"add", "-", "--part-number", "X"}, "2 to 18", record);
     expectRefused(2, {"add", "-", "--part-number", "1234567890123456789"}, "2 to 18", record);
@@ -137,8 +137,9 @@ TEST_F(SelAdd, RefusesWrongInput)
     expectRefused(3, {"add", root.at("/tmp")}, "Is a directory");
     expectRefused(3, {"add", root.at("/none")}, "/none cannot be opened: No such file");
     expectRefused(2, {"add"}, "FILE is required");
-    expectRefused(2, {"add", EVENTS, "--board", "300"}, "\"300\" is not a board, expected 0 to 3");
-    expectRefused(2, {"add", EVENTS, "--board", "-1"}, "is not a board");
+    expectRefused(2, {"add", EVENTS, "--board", "300"},
+                  "--board: invalid value \"300\" (expected 0 to 3)");
+    expectRefused(2, {"add", EVENTS, "--board", "-1"}, "(expected 0 to 3)");
 }
 
 TEST_F(SelAdd, ToAnUnwritableRootIsStatusThree)
@@ -183,7 +184,7 @@ TEST_F(SelAdd, DoesNotRewriteAFileThatHoldsEvents)
     fill(3);
     std::filesystem::resize_file(working(1), FULL_FILE - 1);
     expectRefused(1, {"add", EVENTS, "--board", "1"},
-                  "110399 bytes long, expected 110400; it holds 3 events and is left as it is");
+                  "110399 bytes long, expected 110400; it contains 3 events and stays as it is");
     std::filesystem::resize_file(working(1), 0);
     EXPECT_EQ(sel({"add", EVENTS, "--board", "1"}).status, 0);
 }

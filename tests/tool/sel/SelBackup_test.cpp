@@ -5,8 +5,7 @@ using namespace testing_support;
 
 namespace {
 
-class SelBackup : public SelTest {
-};
+class SelBackup : public SelTest {};
 
 }
 

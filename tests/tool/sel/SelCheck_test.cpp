@@ -7,8 +7,7 @@ namespace {
 
 using Ids = std::vector<int>;
 
-class SelCheck : public SelTest {
-};
+class SelCheck : public SelTest {};
 
 }
 

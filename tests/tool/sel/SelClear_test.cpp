@@ -7,8 +7,7 @@ namespace {
 
 using Ids = std::vector<int>;
 
-class SelClear : public SelTest {
-};
+class SelClear : public SelTest {};
 
 }
 
@@ -16,7 +15,7 @@ TEST_F(SelClear, WantsToBeSure)
 {
     initialise();
     fill(4);
-    expectRefused(2, {"clear", "--board", "1"}, "say --yes");
+    expectRefused(2, {"clear", "--board", "1"}, "pass --yes to confirm");
     EXPECT_EQ(sel({"clear", "--board", "1", "--yes"}).out,
               "board 1: 4 events deleted, all files are empty\n");
     EXPECT_EQ(listedIds({"--board", "1"}), Ids());

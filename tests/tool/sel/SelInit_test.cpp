@@ -7,8 +7,7 @@ namespace {
 
 using Ids = std::vector<int>;
 
-class SelInit : public SelTest {
-};
+class SelInit : public SelTest {};
 
 }
 

@@ -12,8 +12,7 @@ namespace {
 
 using Ids = std::vector<int>;
 
-class SelList : public SelTest {
-};
+class SelList : public SelTest {};
 
 }
 
@@ -107,11 +106,12 @@ TEST_F(SelList, ChoosesEvents)
 TEST_F(SelList, RefusesFiltersThatMakeNoSense)
 {
     initialise();
-    expectRefused(2, {"list", "--severity", "bad"}, "is none of informational");
-    expectRefused(2, {"list", "--since", "yesterday"}, "is not a time");
-    expectRefused(2, {"list", "--until", "2024-02-30"}, "is not a time");
-    expectRefused(2, {"list", "--sensor-type", "toaster"}, "sensor type");
-    expectRefused(2, {"list", "--partition", "16"}, "expected 0 to 15");
+    expectRefused(2, {"list", "--severity", "bad"}, "(expected informational, monitor");
+    expectRefused(2, {"list", "--since", "yesterday"}, "(expected a UTC time such as 2024-11-05");
+    expectRefused(2, {"list", "--until", "2024-02-30"}, "(expected a UTC time such as 2024-11-05");
+    expectRefused(2, {"list", "--sensor-type", "toaster"},
+                  "(expected the name or the number of a sensor type)");
+    expectRefused(2, {"list", "--partition", "16"}, "(expected 0 to 15)");
     expectRefused(2, {"list", "--follow", "--json"}, "--ndjson");
 }
 

@@ -12,9 +12,9 @@
 #include <recordkit/inspect/words/SensorTypes.h>
 #include <recordkit/selfile/SELChainReader.h>
 
-#include "PeerNames.h"
 #include "support/Answers.h"
 #include "support/Bytes.h"
+#include "support/PeerNames.h"
 #include "support/ScratchRoot.h"
 #include "tool/sel/EventInput.h"
 

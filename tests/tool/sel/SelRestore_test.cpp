@@ -7,8 +7,7 @@ namespace {
 
 using Ids = std::vector<int>;
 
-class SelRestore : public SelTest {
-};
+class SelRestore : public SelTest {};
 
 }
 
@@ -31,7 +30,7 @@ TEST_F(SelRestore, LosesEventsOnlyWhenToldTo)
     ASSERT_EQ(sel({"backup", "--board", "1"}).status, 0);
     EXPECT_EQ(sel({"restore", "--board", "1"}).status, 0);
     ASSERT_EQ(sel({"add", "-", "--board", "1"}, eventAt(4, TIME_1, THERMAL_TRIP)).status, 0);
-    expectRefused(2, {"restore", "--board", "1"}, "to lose them, say --yes");
+    expectRefused(2, {"restore", "--board", "1"}, "pass --yes to discard them");
     EXPECT_EQ(sel({"restore", "--board", "1", "--yes"}).status, 0);
     EXPECT_EQ(listedIds({"--board", "1"}), Ids({1, 2, 3}));
 }

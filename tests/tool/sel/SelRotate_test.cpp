@@ -7,8 +7,7 @@ namespace {
 
 using Ids = std::vector<int>;
 
-class SelRotate : public SelTest {
-};
+class SelRotate : public SelTest {};
 
 }
 

@@ -5,8 +5,7 @@ using namespace testing_support;
 
 namespace {
 
-class SelStatus : public SelTest {
-};
+class SelStatus : public SelTest {};
 
 }
 
@@ -35,7 +34,7 @@ TEST_F(SelStatus, ShowsEachBoard)
     EXPECT_EQ(status[2]["findings"], 1);
     const std::string table = sel({"status"}).out;
     EXPECT_NE(table.find("1      1/800     1        3       2024-11-05 06:06:04     2024-11-05 "
-                         "06:07:08     1 events    sound\n"),
+                         "06:07:08     1 event     sound\n"),
               std::string::npos)
         << table;
     EXPECT_NE(table.find("2      missing"), std::string::npos);

@@ -31,7 +31,8 @@ inline std::string hexRecord(unsigned int id, const std::string& rest)
 }
 
 /// A system event at a time (little-endian hex digits).
-inline std::string eventAt(unsigned int id, const std::string& time, const std::string& sensorAndEvent)
+inline std::string eventAt(unsigned int id, const std::string& time,
+                           const std::string& sensorAndEvent)
 {
     return hexRecord(id, "02" + time + "200004" + sensorAndEvent);
 }

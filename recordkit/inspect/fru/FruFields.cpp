@@ -1,44 +1,47 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <recordkit/inspect/fru/FruFields.h>
+
+#include <fmt/format.h>
+
 #include <recordkit/fru/FRUData.h>
 #include <recordkit/fru/FRUTables.h>
+#include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/inspect/bytes/Hex.h>
-#include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/fru/FruImage.h>
 #include <recordkit/inspect/fru/ImageDevice.h>
 
-#include "FieldTable.h"
-
-namespace recordkit::tool {
+namespace recordkit::inspect {
 
 namespace {
 
 /// Fields of a FRU image, by area.
-DecodedFields decodeFru(const Image& bytes)
+DecodedFields decodeFru(ByteView bytes)
 {
-    const FruImage image = parseFruImage(std::string(bytes.begin(), bytes.end()));
+    const FruImage image = parseFruImage(bytes);
     if (!image.isFru) {
-        throw dataError(image.headerProblems.front());
+        throw DataError(image.headerProblems.front());
     }
     DecodedFields fields;
     for (const FruAreaImage& area : image.areas) {
         for (const FruField& each : area.fields) {
             const auto size = static_cast<unsigned int>(each.bytes.size()) + (each.isCoded ? 1 : 0);
             fields.push_back({area.extent.name + "." + each.name,
-                              {each.offset, size},
+                              bytesAt(each.offset, size),
+                              {},
                               each.value,
                               each.typeName()});
         }
         for (const std::string& problem : area.problems) {
-            fields.push_back({area.extent.name, {area.extent.offset, 0}, nullptr, problem});
+            fields.push_back({area.extent.name, bytesAt(area.extent.offset, 0), {}, {}, problem});
         }
     }
     return fields;
 }
 
 /// Fields of the blocks of a processor ROM, in image order, as stored.
-DecodedFields decodeRom(const Image& bytes)
+DecodedFields decodeRom(ByteView bytes)
 {
-    ImageDevice device(std::string(bytes.begin(), bytes.end()));
+    ImageDevice device(bytes.text());
     FRUData rom(device, FRU_CPU_ROM);
     DecodedFields fields;
     for (int id = FRU_AREA_CPU_PROCESSOR; id <= FRU_AREA_CPU_OTHER; ++id) {
@@ -49,25 +52,33 @@ DecodedFields decodeRom(const Image& bytes)
         }
         for (const FRUMember* const member :
              rom.getAreaObject(area, FRUArea::CSUM_IGNORE)->getMembers()) {
-            fields.push_back({fmt::format("area{}.item{}", id, static_cast<int>(member->getItem())),
-                              {at, member->getLength()},
+            const int item = member->getItem();
+            fields.push_back({fmt::format("area{}.item{}", id, item),
+                              bytesAt(at, member->getLength()),
+                              {},
                               toHex(member->getData()),
-                              member->getItem() == FRU_ITEM_RESERVED ? "reserved" : ""});
+                              item == FRU_ITEM_RESERVED ? "reserved" : ""});
             at += member->getLength();
         }
     }
     return fields;
 }
 
+constexpr RecordClass CLASSES[] = {
+    {"FRUData", "8 and more", "FRU image: every field of its areas", nullptr, {}, decodeFru},
+    {"FRUData.ROM",
+     "14 and more",
+     "information ROM of a processor, as FRUData reads it",
+     nullptr,
+     {},
+     decodeRom},
+};
+
 }
 
-std::vector<RecordClass> fruClasses()
+RecordClasses fruClasses()
 {
-    return {
-        {"FRUData", "8 and more", "FRU image: every field of its areas", nullptr, decodeFru},
-        {"FRUData.ROM", "14 and more", "information ROM of a processor, as FRUData reads it",
-         nullptr, decodeRom},
-    };
+    return CLASSES;
 }
 
 }

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/inspect/event/EventFields.h>
+
+#include <iterator>
+
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/words/EventTypes.h>
+#include <recordkit/inspect/words/SensorTypes.h>
+
+namespace recordkit::inspect {
+
+namespace {
+
+Value textOrNone(const std::string& text)
+{
+    return text.empty() ? Value() : Value(text);
+}
+
+Value numberOrNone(bool exists, unsigned int number)
+{
+    return exists ? Value(static_cast<long long>(number)) : Value();
+}
+
+/// A number and a text that only system events have.
+template <auto Member> Value systemNumber(const Event& event)
+{
+    return numberOrNone(event.kind == EventKind::SYSTEM_EVENT, event.*Member);
+}
+Value systemText(const Event& event, const std::string& text)
+{
+    return event.kind == EventKind::SYSTEM_EVENT ? Value(text) : Value();
+}
+
+Value partitions(const Event& event)
+{
+    const auto numbers = bitsOf(event.partitions);
+    return std::vector<long long>(numbers.begin(), numbers.end());
+}
+
+// clang-format off
+constexpr EventField FIELDS[] = {
+    {"board", [](const Event& e) { return numberOrNone(true, e.board); },
+     "Board whose log contains the event"},
+    {"log", [](const Event& e) { return numberOrNone(e.logNumber != 0, e.logNumber); },
+     "Log number, counted from 1 for the oldest; none for the records of a damaged file"},
+    {"file", [](const Event& e) { return Value(static_cast<long long>(e.fileIndex)); },
+     "File index: 0 working file, 1 to 7 rotated"},
+    {"slot", [](const Event& e) { return numberOrNone(true, e.slot); },
+     "Slot in the file, from 0"},
+    {"id", [](const Event& e) { return numberOrNone(true, e.recordId); },
+     "Record id"},
+    {"record_type", [](const Event& e) { return numberOrNone(true, e.recordType); },
+     "Record type"},
+    {"kind", [](const Event& e) { return Value(kindName(e.kind)); },
+     "system-event, oem-timestamped, oem-untimestamped or other"},
+    {"time", [](const Event& e) { return textOrNone(e.hasTime ? e.time.toIso() : ""); },
+     "Date in ISO 8601; none before the controller's clock was set"},
+    {"timestamp", [](const Event& e) { return numberOrNone(e.hasTime, e.time.raw()); },
+     "Seconds as recorded"},
+    {"pre_init", [](const Event& e) { return e.hasTime ? Value(e.time.isPreInit()) : Value(); },
+     "Whether the seconds count from the controller's initialisation"},
+    {"severity", [](const Event& e) { return systemText(e, severityName(e.severity)); },
+     "none, informational, monitor, warning, critical or non-recoverable"},
+    {"generator", [](const Event& e) { return systemText(e, toLowerHex(e.generatorId)); },
+     "Who logged it: both bytes of the generator id in hex"},
+    {"sensor_type", systemNumber<&Event::sensorType>,
+     "Sensor type"},
+    {"sensor_type_name", [](const Event& e) { return systemText(e, sensorTypeName(e.sensorType)); },
+     "Its name"},
+    {"sensor", systemNumber<&Event::sensorNumber>,
+     "Sensor number"},
+    {"event_type", systemNumber<&Event::eventType>,
+     "Event/reading type"},
+    {"event_type_name", [](const Event& e) { return systemText(e, eventTypeName(e.eventType)); },
+     "Its name"},
+    {"event_offset", systemNumber<&Event::offset>,
+     "Event offset"},
+    {"direction", [](const Event& e) { return systemText(e, e.isDeassertion ? "deasserted" : "asserted"); },
+     "asserted or deasserted"},
+    {"event_data", [](const Event& e) { return systemText(e, toLowerHex(e.data)); },
+     "Event data 1 to 3 in hex"},
+    {"manufacturer", [](const Event& e) { return numberOrNone(e.kind == EventKind::OEM_TIMESTAMPED, e.manufacturer); },
+     "Manufacturer id of an OEM record with a timestamp"},
+    {"oem_data", [](const Event& e) { return e.kind == EventKind::SYSTEM_EVENT ? Value() : Value(toLowerHex(e.oemData)); },
+     "The record's own bytes in hex, unless it is a system event"},
+    {"partitions", partitions,
+     "Partitions concerned"},
+    {"part_number", [](const Event& e) { return textOrNone(toUtf8(e.partNumber)); },
+     "Part number of the unit involved"},
+    {"serial_number", [](const Event& e) { return textOrNone(toUtf8(e.serialNumber)); },
+     "Serial number of the unit involved"},
+    {"event", [](const Event& e) { return Value(eventText(e)); },
+     "The event as text"},
+    {"image", [](const Event& e) { return Value(toLowerHex(e.image)); },
+     "All 138 bytes in hex"},
+};
+// clang-format on
+
+}
+
+const EventField* EventFields::begin() const
+{
+    return FIELDS;
+}
+
+const EventField* EventFields::end() const
+{
+    return std::end(FIELDS);
+}
+
+}

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_EVENT_EVENTFIELDS_H
+#define RECORDKIT_INSPECT_EVENT_EVENTFIELDS_H
+
+#include <recordkit/inspect/event/Event.h>
+#include <recordkit/inspect/fields/Value.h>
+
+namespace recordkit::inspect {
+
+/// What a program sees of an event: a stable name, and the value, none where the kind of record has
+/// no such field.
+struct EventField {
+    const char* name;
+    Value (*get)(const Event& event);
+    const char* text;
+};
+
+/// All of them, in the order in which they are written.
+class EventFields {
+public:
+    const EventField* begin() const;
+    const EventField* end() const;
+};
+
+}
+
+#endif

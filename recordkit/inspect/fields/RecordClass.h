@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_INSPECT_FIELDS_RECORDCLASS_H
+#define RECORDKIT_INSPECT_FIELDS_RECORDCLASS_H
+
+#include <memory>
+#include <vector>
+
+#include <recordkit/inspect/fields/Field.h>
+
+namespace recordkit::inspect {
+
+/// A field of a certain image.
+struct DecodedField {
+    std::string name;
+    Place place;
+    std::vector<Place> also;    ///< other places that decide its value
+    Value value;                ///< none for a field that this record does not contain
+    std::string meaning;        ///< empty if there is nothing to add
+    const Field* row = nullptr; ///< of its table; nullptr where the image has fields of its own
+};
+using DecodedFields = std::vector<DecodedField>;
+
+/// A class of records with an image, and its fields.
+struct RecordClass {
+    static constexpr unsigned int MAX_TABLES = 3;
+
+    const char* name;
+    const char* sizes; ///< of its images, such as "12" or "2 to 14"
+    const char* description;
+    /// An object without contents; nullptr for what reads a device instead of an image.
+    std::unique_ptr<TAVLib::SerializableObject> (*create)();
+    FieldTable tables[MAX_TABLES];
+    /// Reads an image where there are no tables, because every image has fields of its own.
+    DecodedFields (*decode)(ByteView image) = nullptr;
+};
+
+/// The classes of a subsystem.
+class RecordClasses {
+public:
+    template <std::size_t Count> constexpr RecordClasses(const RecordClass (&classes)[Count])
+        : first(classes), length(Count)
+    {
+    }
+
+    constexpr const RecordClass* begin() const { return first; }
+    constexpr const RecordClass* end() const { return first + length; }
+
+private:
+    const RecordClass* first;
+    std::size_t length;
+};
+
+/// All classes with tables, by subsystem.
+std::vector<const RecordClass*> recordClasses();
+
+/// Every field of an image, lists element by element. Throws DataError for an image that the class
+/// refuses.
+DecodedFields decodeRecord(const RecordClass& recordClass, ByteView image);
+
+}
+
+#endif

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: Apache-2.0
+// The byte tables of the headers, compared with the field tables: offsets, widths and bits.
+#include "HeaderTable.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <regex>
+#include <sstream>
+
+#include "Samples.h"
+#include "support/Failures.h"
+
+using namespace recordkit::inspect;
+using namespace testing_support;
+
+namespace {
+
+constexpr int SAMPLES = 60;
+
+const HeaderTables& headers()
+{
+    static const HeaderTables tables;
+    return tables;
+}
+
+/// Every place that a field names.
+std::vector<Place> placesOf(const DecodedField& field)
+{
+    std::vector<Place> places = field.also;
+    if (field.place.width != 0) {
+        places.push_back(field.place);
+    }
+    return places;
+}
+
+bool isInside(const Place& inner, const Place& outer)
+{
+    return inner.offset >= outer.offset && inner.end() <= outer.end() && inner.high <= outer.high &&
+           inner.low >= outer.low;
+}
+
+/// Whether a place consists of complete items.
+bool isMadeOfItems(const Place& place, const DocumentedImage& documented)
+{
+    for (unsigned int byte = place.offset; byte < place.end(); ++byte) {
+        for (unsigned int bit = place.low; bit <= place.high; ++bit) {
+            if (std::none_of(documented.items.begin(), documented.items.end(),
+                             [&](const DocumentedImage::Item& item) {
+                                 return item.place.contains(byte, bit) &&
+                                        isInside(item.place, place);
+                             })) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+std::string contentOfHeader(const std::filesystem::path& path)
+{
+    std::ifstream file(path);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+}
+
+TEST(HeaderTables, AgreeWithTheFieldTables)
+{
+    const TraceCapture trace;
+    for (const RecordClass* const each : recordClasses()) {
+        SCOPED_TRACE(each->name);
+        ASSERT_TRUE(headers().contains(each->name));
+        std::map<std::string, Place> items;
+        std::set<std::string> read;
+        Samples samples(*each);
+        for (int i = 0; i < SAMPLES; ++i) {
+            const Bytes image = samples.next();
+            const DecodedFields fields = decodeRecord(*each, image);
+            const DocumentedImage documented =
+                headers().of(each->name, fields, keptSize(*each, image));
+            for (const DecodedField& field : fields) {
+                for (const Place& place : placesOf(field)) {
+                    EXPECT_TRUE(isMadeOfItems(place, documented))
+                        << field.name << " at " << place.text() << " is not in the header";
+                    for (const DocumentedImage::Item& item : documented.items) {
+                        if (item.place == place) {
+                            read.insert(item.text);
+                        }
+                    }
+                }
+            }
+            for (const DocumentedImage::Item& item : documented.items) {
+                items[item.text] = item.place;
+            }
+        }
+        for (const auto& [text, place] : items) {
+            EXPECT_EQ(read.count(text), 1U)
+                << "the header's \"" << text << "\" at " << place.text() << " is not a field";
+        }
+        EXPECT_FALSE(items.empty());
+    }
+}
+
+TEST(HeaderTables, MentionEveryByteOfAnImage)
+{
+    const TraceCapture trace;
+    for (const RecordClass* const each : recordClasses()) {
+        SCOPED_TRACE(each->name);
+        Samples samples(*each);
+        for (int i = 0; i < SAMPLES; ++i) {
+            const Bytes image = samples.next();
+            const std::size_t size = keptSize(*each, image);
+            const DocumentedImage documented =
+                headers().of(each->name, decodeRecord(*each, image), size);
+            EXPECT_EQ(documented.bytes.size(), size);
+            EXPECT_EQ(*documented.bytes.rbegin(), size - 1);
+            for (const Place& carried : documented.carried) {
+                for (const DocumentedImage::Item& item : documented.items) {
+                    EXPECT_TRUE(item.place.offset >= carried.end() ||
+                                item.place.end() <= carried.offset)
+                        << item.text;
+                }
+            }
+        }
+    }
+}
+
+TEST(HeaderTables, BelongToClassesThatAreListed)
+{
+    std::set<std::string> listed;
+    for (const RecordClass* const each : recordClasses()) {
+        EXPECT_TRUE(listed.insert(each->name).second) << each->name << " is listed twice";
+    }
+    listed.merge(headers().bases());
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(RECORDKIT_SOURCE "/recordkit")) {
+        if (entry.path().extension() != ".h") {
+            continue;
+        }
+        // A data object that is not an interface has an image.
+        const std::string name = entry.path().stem().string();
+        const std::string text = contentOfHeader(entry.path());
+        static const std::regex OBJECT(
+            "class RECORDKIT_API \\w+ : [^{]*public (FixedSize)?SerializableObject ");
+        const bool isObject =
+            std::regex_search(text, OBJECT) && text.find(" = 0;") == std::string::npos;
+        if (isObject || headers().contains(name)) {
+            EXPECT_TRUE(headers().contains(name)) << name << " has no byte table";
+            EXPECT_EQ(listed.count(name), 1U) << name << " has no field table";
+        }
+    }
+}

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Value.h"
+
+namespace recordkit::tool {
+
+namespace {
+
+struct ToContent {
+    Value::Content operator()(const std::vector<long long>& numbers) const
+    {
+        return List(numbers.begin(), numbers.end());
+    }
+    template <typename Scalar> Value::Content operator()(const Scalar& scalar) const
+    {
+        return scalar;
+    }
+};
+
+}
+
+Value::Value(const inspect::Value& value) : content(std::visit(ToContent(), value))
+{
+}
+
+const Value* Value::find(const std::string& key) const
+{
+    if (const auto* const object = as<Object>()) {
+        for (const Member& member : *object) {
+            if (member.key == key) {
+                return &member.value;
+            }
+        }
+    }
+    return nullptr;
+}
+
+}
