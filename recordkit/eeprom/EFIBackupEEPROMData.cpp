@@ -7,6 +7,8 @@
 #include <recordkit/platform/PException.h>
 #include <recordkit/serial/Failure.h>
 
+#include "EEPROMText.h"
+
 namespace TAVLib::RecordKit {
 
 namespace {
@@ -197,9 +199,9 @@ void EFIBackupEEPROMData::setThrow(int, const char* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    EEPROMText text(format, arguments);
+    const EEPROMText text(format, arguments);
     va_end(arguments);
-    throwEEPROMError({2, 3, MESSAGE_OPERATION_FAILED}, text);
+    throwEEPROMError({2, 3, MESSAGE_OPERATION_FAILED}, text.get());
 }
 
 void EFIBackupEEPROMData::throwWriteError(unsigned char action, unsigned short detail)

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include <recordkit/serial/Failure.h>
+#include <recordkit/serial/ImageCopy.h>
 
 namespace TAVLib::RecordKit {
 

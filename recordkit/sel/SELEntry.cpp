@@ -6,6 +6,7 @@
 
 #include <recordkit/serial/BitField.h>
 #include <recordkit/serial/Failure.h>
+#include <recordkit/serial/ImageCopy.h>
 
 namespace TAVLib::RecordKit {
 

@@ -2,11 +2,10 @@
 #ifndef RECORDKIT_SERIAL_FAILURE_H
 #define RECORDKIT_SERIAL_FAILURE_H
 
-#include <cstdarg>
-
 namespace TAVLib {
 
-/// Location codes: the class that reports, its number in the high byte.
+/// Location codes: the class that reports, its number in the high byte. Functions take them as the
+/// number that they are, because a base class keeps that of the class derived from it.
 enum FailureLocation : unsigned short {
     SB_BOARD_INFO_LOCATION = 0x0500,
     IOU_BOARD_INFO_LOCATION = 0x0600,
@@ -48,43 +47,38 @@ enum FailureMessage : int {
 enum FailureLevel : unsigned char { LEVEL_ERROR = 0, LEVEL_DEVICE = 100, LEVEL_PARAMETER = 200 };
 
 /// Traces that an image or buffer has `length` bytes where `needed` are required.
-void traceLengthError(FailureLocation where, const char* text, unsigned int length,
+void traceLengthError(unsigned short where, const char* text, unsigned int length,
                       unsigned int needed);
 
-/// Copies a whole image of `length` bytes to a buffer of `size` and returns its length; traces
-/// the length error and returns 0 when the buffer is too short.
-unsigned int copyImage(FailureLocation where, const char* text, const unsigned char* image,
-                       unsigned int length, unsigned char* buffer, unsigned int size);
-
 /// Traces that the operation named in `text` failed.
-void traceOperationError(FailureLocation where, const char* text);
+void traceOperationError(unsigned short where, const char* text);
 
 /// Traces the failure of a system call.
-void traceSystemCallError(FailureLocation where, const char* text, int error);
+void traceSystemCallError(unsigned short where, const char* text, int error);
 
 /// Traces a text that is not a catalogue message.
-void traceLine(FailureLocation where, unsigned char level, const char* text);
+void traceLine(unsigned short where, unsigned char level, const char* text);
 
 /// Traces that an element is missing.
-void traceNotFound(FailureLocation where, const char* text, const char* element);
+void traceNotFound(unsigned short where, const char* text, const char* element);
 
 /// Traces a text under a message; the message's other parameters are 0 or an empty text.
-void traceText(FailureLocation where, unsigned char level, int messageNumber, const char* text);
+void traceText(unsigned short where, unsigned char level, int messageNumber, const char* text);
 
 /// Traces that the value of a parameter is out of its range; the unit kind is the location.
 void traceParameterError(unsigned char unitKind, const char* text, int value);
 
 /// Throws that a record has `held` bytes where `needed` are required (detail 0x0B00).
-[[noreturn]] void throwLengthError(FailureLocation where, const char* text, long held, long needed);
+[[noreturn]] void throwLengthError(unsigned short where, const char* text, long held, long needed);
 
 /// Throws that an element is missing (detail 0x0B00, message 20010).
-[[noreturn]] void throwNotFound(FailureLocation where, const char* text, const char* element);
+[[noreturn]] void throwNotFound(unsigned short where, const char* text, const char* element);
 
 /// Throws that an index is outside a fixed table (detail 0x0B00, message 20034).
-[[noreturn]] void throwIndexError(FailureLocation where, const char* text, long index);
+[[noreturn]] void throwIndexError(unsigned short where, const char* text, long index);
 
 /// Throws that a record does not contain the requested field (detail 0x0B01).
-[[noreturn]] void throwFieldError(FailureLocation where, const char* text, const char* field,
+[[noreturn]] void throwFieldError(unsigned short where, const char* text, const char* field,
                                   long value);
 
 /// Traces a failure of the FRU classes (module 128, location 13, message 20004).
@@ -104,21 +98,8 @@ struct EEPROMFailure {
     FailureMessage message;
 };
 
-/// The text of such a failure, cut at 255 characters.
-class EEPROMText {
-public:
-    static constexpr unsigned int SIZE = 256;
-
-    EEPROMText(const char* format, va_list arguments);
-    const char* get() const { return text; }
-    bool isEmpty() const { return *text == '\0'; }
-
-private:
-    char text[SIZE] = {};
-};
-
 /// Throws a failure of the EEPROM stores (module 128, location 14).
-[[noreturn]] void throwEEPROMError(const EEPROMFailure& failure, const EEPROMText& text);
+[[noreturn]] void throwEEPROMError(const EEPROMFailure& failure, const char* text);
 
 /// Traces a failure of the identification utilities (module 82, message 20003).
 void traceUtilError(const char* text);
