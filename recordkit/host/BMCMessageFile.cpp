@@ -7,6 +7,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include <recordkit/platform/BoardFiles.h>
 #include <recordkit/platform/LockedFile.h>
 #include <recordkit/platform/SystemRoot.h>
 #include <recordkit/platform/TavTrace.h>
@@ -18,9 +19,7 @@ namespace TAVLib {
 
 namespace {
 
-constexpr const char* WORKING_FOLDER = "/tmp/";
-constexpr const char* PERSISTENT_FOLDER = "/var/tav/fmem/ipmi/";
-constexpr int OLDEST_FILE = 7;
+using namespace BoardFiles;
 
 std::string fileName(const char* folder, unsigned char sb, int index)
 {

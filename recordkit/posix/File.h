@@ -32,8 +32,8 @@ private:
     int fd;
 };
 
-/// Reads from an offset on until the buffer is full or the file ends. `done` is the number of
-/// bytes read, also before a failure.
+/// Reads from an offset on until the buffer is full or the file ends; `done` is the number of bytes
+/// read, also when it fails.
 bool readAt(int fd, unsigned long offset, void* buffer, std::size_t size, std::size_t& done);
 
 /// Writes the whole buffer; false with ENOSPC when the file takes nothing more.
