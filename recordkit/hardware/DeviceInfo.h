@@ -16,7 +16,7 @@ public:
     };
 
     /// Fills `unit`.
-    void getDeviceInfo(UnitID* unit) const { std::copy_n(image, +SIZE, unit->data); }
+    void getDeviceInfo(UnitID* unit) const { std::copy_n(image, SIZE, unit->data); }
 
     unsigned int getSerializedSize() const override { return SIZE; }
 

@@ -57,9 +57,9 @@ private:
         BUS_WIDTH = 8,
         SERIAL_NUMBER = 122,
         PART_NUMBER = 128,
-        PART_NUMBER_LENGTH = 18,
         SIZE = 146,
     };
+    static constexpr unsigned int PART_NUMBER_LENGTH = 18;
 
     unsigned char density() const { return get_bit(image[DENSITY], 0, 4); }
 

@@ -33,7 +33,9 @@ public:
     void getNodeIds(std::vector<unsigned char>& ids);
 
 private:
-    enum Offset { NODE_COUNT = 1, HEADER_SIZE = 2, MAX_NODES = 12, MAX_SIZE = 14 };
+    enum Offset { NODE_COUNT = 1, HEADER_SIZE = 2 };
+    static constexpr unsigned int MAX_NODES = 12;
+    static constexpr unsigned int MAX_SIZE = HEADER_SIZE + MAX_NODES;
 
     unsigned char image[MAX_SIZE] = {};
 };

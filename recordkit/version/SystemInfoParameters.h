@@ -26,7 +26,8 @@ protected:
     unsigned char* getInternalData() const override { return image; }
 
 private:
-    enum Offset { VALIDITY = 0, TEXT = 4, TEXT_LENGTH = 13, SIZE = 17 };
+    enum Offset { VALIDITY = 0, TEXT = 4, SIZE = 17 };
+    static constexpr unsigned int TEXT_LENGTH = SIZE - TEXT;
 
     mutable unsigned char image[SIZE] = {};
 };
