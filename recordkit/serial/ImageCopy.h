@@ -21,6 +21,15 @@ inline unsigned int copyImage(FailureLocation where, const char* text, const uns
     return length;
 }
 
+/// Keeps the first `capacity` bytes of an image of `size` bytes; returns how many there are.
+inline unsigned int keepImage(const unsigned char* data, unsigned int size, unsigned char* buffer,
+                              unsigned int capacity)
+{
+    const unsigned int kept = std::min(size, capacity);
+    std::copy_n(data, kept, buffer);
+    return kept;
+}
+
 }
 
 #endif
