@@ -2,6 +2,7 @@
 #include <recordkit/selfile/SELStoreCheck.h>
 
 #include <filesystem>
+#include <stdexcept>
 
 #include "StoreFixture.h"
 
@@ -74,6 +75,20 @@ TEST_F(StoreCheckTest, DescribesEachFile)
     EXPECT_EQ(second.index, 2);
     EXPECT_EQ(second.size, 5);
     EXPECT_EQ(second.damage, "5 bytes long, expected 110400");
+}
+
+TEST_F(StoreCheckTest, NamesTheFilesOfItsList)
+{
+    const SELStoreCheck check(SB);
+    EXPECT_EQ(&check.workingFile(), &check.getFiles()[0]);
+    EXPECT_EQ(&check.backup(), &check.getFiles()[1]);
+    for (int index = 1; index <= 7; ++index) {
+        EXPECT_EQ(&check.rotated(index), &check.getFiles()[static_cast<std::size_t>(index) + 1]);
+        EXPECT_EQ(check.rotated(index).index, index);
+    }
+    for (const int index : {0, 8, -1}) {
+        EXPECT_THROW(check.rotated(index), std::out_of_range);
+    }
 }
 
 TEST_F(StoreCheckTest, RecordsWithoutATimestampAreNotTakenForTimes)
