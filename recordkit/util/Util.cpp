@@ -226,9 +226,9 @@ unsigned int Util::getCPUCache(FRUData& fru)
     // getItem has already swapped the bytes; they are read lowest byte first again, because the
     // ROMs are filled that way.
     const std::string bytes = itemOf(fru, FRU_AREA_CPU_CACHE, FRU_ITEM_CPU_CACHE_SIZE);
-    unsigned char size[4] = {};
-    std::copy_n(bytes.begin(), std::min(bytes.size(), sizeof size), size);
-    return readLE32(size);
+    std::vector<unsigned char> size(bytes.begin(), bytes.end());
+    size.resize(4);
+    return readLE32(size.data());
 }
 
 unsigned char Util::getCPUModelType(FRUData& fru)
