@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 namespace TAVLib::posix {
@@ -12,8 +13,14 @@ namespace {
 
 constexpr mode_t NEW_FILE_MODE = 0644;
 
-/// errno for a write that succeeds without writing.
-constexpr int NOTHING_WRITTEN = ENOSPC;
+/// Whether a write got on; one that succeeds without writing counts as a full file.
+bool hasWritten(ssize_t count)
+{
+    if (count == 0) {
+        errno = ENOSPC;
+    }
+    return count > 0;
+}
 
 }
 
@@ -40,13 +47,15 @@ bool readAt(int fd, unsigned long offset, void* buffer, std::size_t size, std::s
 {
     auto* const bytes = static_cast<unsigned char*>(buffer);
     done = 0;
-    ssize_t count = 1;
-    while (done < size && count > 0) {
-        count = TEMP_FAILURE_RETRY(
+    while (done < size) {
+        const ssize_t count = TEMP_FAILURE_RETRY(
             ::pread(fd, bytes + done, size - done, static_cast<off_t>(offset + done)));
-        done += count > 0 ? static_cast<std::size_t>(count) : 0;
+        if (count <= 0) {
+            return count == 0;
+        }
+        done += static_cast<std::size_t>(count);
     }
-    return count >= 0;
+    return true;
 }
 
 bool writeAll(int fd, const void* buffer, std::size_t size)
@@ -55,8 +64,7 @@ bool writeAll(int fd, const void* buffer, std::size_t size)
     std::size_t done = 0;
     while (done < size) {
         const ssize_t count = TEMP_FAILURE_RETRY(::write(fd, bytes + done, size - done));
-        if (count <= 0) {
-            errno = count == 0 ? NOTHING_WRITTEN : errno;
+        if (!hasWritten(count)) {
             return false;
         }
         done += static_cast<std::size_t>(count);
@@ -71,8 +79,7 @@ bool writeAllAt(int fd, unsigned long offset, const void* buffer, std::size_t si
     while (done < size) {
         const ssize_t count = TEMP_FAILURE_RETRY(
             ::pwrite(fd, bytes + done, size - done, static_cast<off_t>(offset + done)));
-        if (count <= 0) {
-            errno = count == 0 ? NOTHING_WRITTEN : errno;
+        if (!hasWritten(count)) {
             return false;
         }
         done += static_cast<std::size_t>(count);
@@ -86,15 +93,17 @@ Failure readFile(const std::string& path, std::vector<unsigned char>& bytes)
     if (!file.isOpen()) {
         return {"open", path, errno};
     }
-    unsigned char piece[4096];
-    ssize_t count = 0;
-    while ((count = TEMP_FAILURE_RETRY(::read(file.get(), piece, sizeof piece))) > 0) {
+    for (;;) {
+        unsigned char piece[4096];
+        const ssize_t count = TEMP_FAILURE_RETRY(::read(file.get(), piece, sizeof piece));
+        if (count < 0) {
+            return {"read", path, errno};
+        }
+        if (count == 0) {
+            return {};
+        }
         bytes.insert(bytes.end(), piece, piece + count);
     }
-    if (count == -1) {
-        return {"read", path, errno};
-    }
-    return {};
 }
 
 Failure replaceFile(const std::string& path, const std::vector<unsigned char>& bytes)
@@ -107,9 +116,9 @@ Failure replaceFile(const std::string& path, const std::vector<unsigned char>& b
     const char* failed = nullptr;
     if (!writeAll(file.get(), bytes.data(), bytes.size())) {
         failed = "write";
-    } else if (TEMP_FAILURE_RETRY(::fsync(file.get())) == -1) {
+    } else if (TEMP_FAILURE_RETRY(::fsync(file.get())) != 0) {
         failed = "sync";
-    } else if (std::rename(temporary.c_str(), path.c_str()) == -1) {
+    } else if (std::rename(temporary.c_str(), path.c_str()) != 0) {
         failed = "rename";
     }
     if (failed == nullptr) {

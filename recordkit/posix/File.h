@@ -2,8 +2,8 @@
 #ifndef RECORDKIT_POSIX_FILE_H
 #define RECORDKIT_POSIX_FILE_H
 
+#include <cstddef>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 namespace TAVLib::posix {

@@ -131,7 +131,7 @@ void SELFileScan::findTail()
     SlotsInMemory source(buffer.data(), filled);
     unsigned long addr = 0;
     code = RecordKit::findTail(source, addr);
-    // A short last slot without the id of an empty one is no record either.
+    // A short last slot never counts as a record, even if the search went past it.
     count = static_cast<unsigned int>(std::min<std::size_t>(addr, filled) / SLOT_SIZE);
 }
 

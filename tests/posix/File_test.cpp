@@ -17,6 +17,28 @@ namespace fs = std::filesystem;
 
 namespace {
 
+bool writesNothing = false;
+
+}
+
+// The linker gives the calls of File.cpp to these, and the system's as the others.
+extern "C" ssize_t __wrap_write(int fd, const void* buffer, std::size_t size);
+extern "C" ssize_t __real_write(int fd, const void* buffer, std::size_t size);
+extern "C" ssize_t __wrap_pwrite(int fd, const void* buffer, std::size_t size, off_t offset);
+extern "C" ssize_t __real_pwrite(int fd, const void* buffer, std::size_t size, off_t offset);
+
+ssize_t __wrap_write(int fd, const void* buffer, std::size_t size)
+{
+    return writesNothing ? 0 : __real_write(fd, buffer, size);
+}
+
+ssize_t __wrap_pwrite(int fd, const void* buffer, std::size_t size, off_t offset)
+{
+    return writesNothing ? 0 : __real_pwrite(fd, buffer, size, offset);
+}
+
+namespace {
+
 class PosixFile : public testing::Test {
 protected:
     std::string path() const { return root.at("/tmp/file"); }
@@ -113,6 +135,25 @@ TEST_F(PosixFile, FailedWriteLeavesErrno)
     EXPECT_EQ(errno, ENOSPC);
     EXPECT_FALSE(posix::writeAll(-1, "x", 1));
     EXPECT_EQ(errno, EBADF);
+    EXPECT_FALSE(posix::writeAllAt(-1, 0, "x", 1));
+    EXPECT_EQ(errno, EBADF);
+}
+
+TEST_F(PosixFile, WriteThatGetsNowhereCountsAsAFullFile)
+{
+    const posix::File file(path(), O_WRONLY | O_CREAT);
+    writesNothing = true;
+    errno = 0;
+    const bool isWritten = posix::writeAll(file.get(), "x", 1);
+    const int error = errno;
+    errno = 0;
+    const bool isWrittenAt = posix::writeAllAt(file.get(), 0, "x", 1);
+    const int errorAt = errno;
+    writesNothing = false;
+    EXPECT_FALSE(isWritten);
+    EXPECT_EQ(error, ENOSPC);
+    EXPECT_FALSE(isWrittenAt);
+    EXPECT_EQ(errorAt, ENOSPC);
 }
 
 TEST_F(PosixFile, ReadsAWholeFileOfAnySize)
