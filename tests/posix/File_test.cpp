@@ -18,6 +18,7 @@ namespace fs = std::filesystem;
 namespace {
 
 bool writesNothing = false;
+bool syncFails = false;
 
 }
 
@@ -26,6 +27,8 @@ extern "C" ssize_t __wrap_write(int fd, const void* buffer, std::size_t size);
 extern "C" ssize_t __real_write(int fd, const void* buffer, std::size_t size);
 extern "C" ssize_t __wrap_pwrite(int fd, const void* buffer, std::size_t size, off_t offset);
 extern "C" ssize_t __real_pwrite(int fd, const void* buffer, std::size_t size, off_t offset);
+extern "C" int __wrap_fsync(int fd);
+extern "C" int __real_fsync(int fd);
 
 ssize_t __wrap_write(int fd, const void* buffer, std::size_t size)
 {
@@ -35,6 +38,15 @@ ssize_t __wrap_write(int fd, const void* buffer, std::size_t size)
 ssize_t __wrap_pwrite(int fd, const void* buffer, std::size_t size, off_t offset)
 {
     return writesNothing ? 0 : __real_pwrite(fd, buffer, size, offset);
+}
+
+int __wrap_fsync(int fd)
+{
+    if (syncFails) {
+        errno = EIO;
+        return -1;
+    }
+    return __real_fsync(fd);
 }
 
 namespace {
@@ -120,8 +132,9 @@ TEST_F(PosixFile, WritesTheWholeBufferInPlaceOrAtAnOffset)
         EXPECT_TRUE(posix::writeAll(file.get(), sequence(2, 0x70).data(), 2));
         EXPECT_TRUE(posix::writeAllAt(file.get(), 1, sequence(2, 0xA0).data(), 2));
         EXPECT_TRUE(posix::writeAll(file.get(), nullptr, 0));
+        EXPECT_TRUE(posix::writeAll(file.get(), "z", 1));
     }
-    EXPECT_EQ(readFile(path()), Bytes({0, 0xA0, 0xA1, 3, 0x70, 0x71}));
+    EXPECT_EQ(readFile(path()), Bytes({0, 0xA0, 0xA1, 3, 0x70, 0x71, 'z'}));
 }
 
 TEST_F(PosixFile, FailedWriteLeavesErrno)
@@ -190,6 +203,21 @@ TEST_F(PosixFile, ReplacesAFileByAnotherOne)
     std::size_t done = 0;
     EXPECT_TRUE(posix::readAt(old.get(), 0, bytes.data(), bytes.size(), done));
     EXPECT_EQ(bytes, textBytes("an old"));
+}
+
+TEST_F(PosixFile, FailedReplacementLeavesTheFileAndNothingElse)
+{
+    writeFile(path(), "old");
+    writesNothing = true;
+    const posix::Failure unwritten = posix::replaceFile(path(), sequence(5));
+    writesNothing = false;
+    syncFails = true;
+    const posix::Failure unsynced = posix::replaceFile(path(), sequence(5));
+    syncFails = false;
+    EXPECT_EQ(describe(unwritten), "write " + path() + ".new 28");
+    EXPECT_EQ(describe(unsynced), "sync " + path() + ".new 5");
+    EXPECT_EQ(readFile(path()), textBytes("old"));
+    EXPECT_EQ(names(), Lines({"file"}));
 }
 
 TEST_F(PosixFile, LinksAreNotFollowed)
