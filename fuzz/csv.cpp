@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     const int result = Util::convertCPUPartNumber(code, found, 0);
     fuzz::expect(isMade && (result == 0) != (found == untouched));
     fuzz::expect(result != 0 || table.find(code) != std::string::npos || code.empty() ||
-                 table.find('"') != std::string::npos || table.find('\r') != std::string::npos);
+                 table.find_first_of("\"\r\\") != std::string::npos);
     Util::replaceRegisteredTrademark(found);
     return 0;
 }

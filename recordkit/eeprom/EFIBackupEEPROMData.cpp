@@ -7,6 +7,9 @@
 #include <recordkit/platform/PException.h>
 #include <recordkit/serial/Failure.h>
 
+#include "EEPROMText.h"
+#include "EFIBackupGroup.h"
+
 namespace TAVLib::RecordKit {
 
 namespace {
@@ -16,7 +19,8 @@ using Index = EFIBackupEEPROMIndex;
 constexpr int READ_FAILURE = 4;
 constexpr int WRITE_FAILURE = 5;
 
-/// Locks a mutex for its lifetime.
+/// Locks a mutex for its lifetime. The locks are mutexes of the C library, which the class promises
+/// by its layout, and so not for std::lock_guard.
 class Guard {
 public:
     explicit Guard(pthread_mutex_t& held) : mutex(held) { pthread_mutex_lock(&mutex); }
@@ -103,7 +107,7 @@ bool EFIBackupEEPROMData::checkIndexData(const std::string& serial)
         setThrow(READ_FAILURE,
                  "EFIBackup checkIndexData: read error.(ActCode=0x%02x DetCode=0x%04x "
                  "select=0x%x)",
-                 e.getActionCode(), e.getExceptionDetail(), +Index::INDEX_EEPROM);
+                 e.getActionCode(), e.getExceptionDetail(), Index::INDEX_EEPROM);
     }
 }
 
@@ -151,7 +155,7 @@ int EFIBackupEEPROMData::resetClearFlag(unsigned int p, unsigned int b, unsigned
         setThrow(READ_FAILURE,
                  "EFIBackup resetClearFlag: read error.(ActCode=0x%02x DetCode=0x%04x "
                  "select=0x%x)",
-                 e.getActionCode(), e.getExceptionDetail(), +Index::INDEX_EEPROM);
+                 e.getActionCode(), e.getExceptionDetail(), Index::INDEX_EEPROM);
     }
     index->expandClrFlags();
     const unsigned int n = index->getClrBlockNumber(address);
@@ -169,7 +173,7 @@ int EFIBackupEEPROMData::clearExecute(unsigned int p, unsigned int b)
     const unsigned int select = index->getAreaEEPROMID(p, b);
     const std::vector<unsigned char> erased(Index::BLOCK_SIZE, 0xFF);
     for (unsigned int n = 0; n < Index::BLOCKS; ++n) {
-        const Guard guard(clrlock[(p & 3) * Index::BANKS + (b & 3)]);
+        const Guard guard(clrlock[groupOf(p, b)]);
         if (!index->getClrBlockState(p, b, n)) {
             continue;
         }
@@ -197,9 +201,9 @@ void EFIBackupEEPROMData::setThrow(int, const char* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    EEPROMText text(format, arguments);
+    const EEPROMText text(format, arguments);
     va_end(arguments);
-    throwEEPROMError({2, 3, MESSAGE_OPERATION_FAILED}, text);
+    throwEEPROMError({2, 3, MESSAGE_OPERATION_FAILED}, text.get());
 }
 
 void EFIBackupEEPROMData::throwWriteError(unsigned char action, unsigned short detail)
@@ -207,7 +211,7 @@ void EFIBackupEEPROMData::throwWriteError(unsigned char action, unsigned short d
     // The text has no closing parenthesis: log readers match it like this.
     setThrow(WRITE_FAILURE,
              "EFIBackup writeIndexData: write error.(ActCode=0x%02x DetCode=0x%04x select=0x%x",
-             action, detail, +Index::INDEX_EEPROM);
+             action, detail, Index::INDEX_EEPROM);
 }
 
 void EFIBackupEEPROMData::readRecord()

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "Checksum.h"
+#include "EFIBackupGroup.h"
 
 namespace TAVLib::RecordKit {
 
@@ -12,11 +13,6 @@ namespace {
 constexpr unsigned char STATE_VALID = 1;
 constexpr unsigned char STATE_INVALID = 0;
 constexpr unsigned char STATE_UNKNOWN = 0xFF;
-
-unsigned int groupOf(unsigned int p, unsigned int b)
-{
-    return (p & 3) * EFIBackupEEPROMIndex::BANKS + (b & 3);
-}
 
 /// Position of a block's byte among the flags; FLAGS_SIZE or more for a block without one.
 unsigned int flagByteOf(unsigned int p, unsigned int b, unsigned int n)
@@ -120,7 +116,7 @@ bool EFIBackupEEPROMIndex::checkSerialInfo(const std::string& serial) const
 
 void EFIBackupEEPROMIndex::setIndexValidFlag(bool valid, const std::string& serial)
 {
-    std::fill_n(image, +INDEX_SIZE, static_cast<unsigned char>(0));
+    std::fill_n(image, INDEX_SIZE, static_cast<unsigned char>(0));
     if (valid) {
         const std::string bytes = serialBytes(serial);
         std::copy(bytes.begin(), bytes.end(), image + SERIAL);

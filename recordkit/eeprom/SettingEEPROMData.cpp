@@ -11,6 +11,8 @@
 #include <recordkit/platform/SystemRoot.h>
 #include <recordkit/serial/Failure.h>
 
+#include "EEPROMText.h"
+
 namespace TAVLib::RecordKit {
 
 namespace {
@@ -261,10 +263,10 @@ void SettingEEPROMData::setThrow(int kind, const char* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    EEPROMText text(format, arguments);
+    const EEPROMText text(format, arguments);
     va_end(arguments);
     const bool isKnown = kind >= 0 && kind <= FILE_STATUS;
-    throwEEPROMError(isKnown ? FAILURES[kind] : OTHER_FAILURE, text);
+    throwEEPROMError(isKnown ? FAILURES[kind] : OTHER_FAILURE, text.get());
 }
 
 void SettingEEPROMData::writeFile(int n, const char* path, const std::string& content)

@@ -54,22 +54,14 @@ FRUArea::FRUArea(TAVLib::FRURWif& device, int areaOffset, FRU_AREA id, CSUM_MODE
         traceFRUError(TAVLib::LEVEL_ERROR, "FRUArea::FRUArea readAreaData");
         throw;
     }
-    try {
-        unsigned short pos = 0;
-        setAreaData(buf.get(), &pos, row->members);
-        if (hasLengthByte()) {
-            setAreaEndData(buf.get(), pos);
-        }
-    } catch (...) {
-        deleteMembers();
-        throw;
+    unsigned short pos = 0;
+    setAreaData(buf.get(), &pos, row->members);
+    if (hasLengthByte()) {
+        setAreaEndData(buf.get(), pos);
     }
 }
 
-FRUArea::~FRUArea()
-{
-    deleteMembers();
-}
+FRUArea::~FRUArea() = default;
 
 unsigned char* FRUArea::readAreaData(unsigned int fixedSize, CSUM_MODE mode)
 {
@@ -106,7 +98,7 @@ void FRUArea::setAreaData(unsigned char* buf, unsigned short* pos, const FRUMemb
             throwFRUError(MESSAGE_TEXT, "Table length Abnormal. area_id=%d", areaId);
         }
         const FRUMember member(buf + *pos, row->item, row->size);
-        append(member);
+        members.append(member);
         *pos = static_cast<unsigned short>(*pos + member.getLength() +
                                            (member.getHasTypeLength() ? 1 : 0));
     }
@@ -116,8 +108,8 @@ void FRUArea::setAreaEndData(unsigned char* buf, unsigned short pos)
 {
     if (areaId == FRU_AREA_INTERNAL_A || areaId == FRU_AREA_INTERNAL_B) {
         // The image's bytes in between are not kept.
-        append(FRUMember(pos + 1U < size ? size - 1U - pos : 0U));
-        append(FRUMember(buf + size - 1, FRU_ITEM_CHECKSUM, 1));
+        members.append(FRUMember(pos + 1U < size ? size - 1U - pos : 0U));
+        members.append(FRUMember(buf + size - 1, FRU_ITEM_CHECKSUM, 1));
         return;
     }
     while (buf[pos] != FRU_END_OF_FIELDS) {
@@ -125,13 +117,13 @@ void FRUArea::setAreaEndData(unsigned char* buf, unsigned short pos)
             return;
         }
         const FRUMember custom(buf + pos, FRU_ITEM_CUSTOM, 0);
-        append(custom);
+        members.append(custom);
         pos = static_cast<unsigned short>(pos + 1 + custom.getLength());
     }
     if (pos + 1 > size) {
         throwFRUError(MESSAGE_TEXT, "End Code Area offset Abnormal. area_id=%d", areaId);
     }
-    append(FRUMember(buf + pos, FRU_ITEM_END_MARKER, 1));
+    members.append(FRUMember(buf + pos, FRU_ITEM_END_MARKER, 1));
     ++pos;
     if (pos + 1 > size) {
         throwFRUError(MESSAGE_TEXT, "Unused space Area offset Abnormal. area_id=%d", areaId);
@@ -139,8 +131,8 @@ void FRUArea::setAreaEndData(unsigned char* buf, unsigned short pos)
     const unsigned int unused = size - 1U - pos;
     FRUMember space(unused);
     space.setData(std::string(buf + pos, buf + pos + unused));
-    append(space);
-    append(FRUMember(buf + size - 1, FRU_ITEM_CHECKSUM, 1));
+    members.append(space);
+    members.append(FRUMember(buf + size - 1, FRU_ITEM_CHECKSUM, 1));
 }
 
 unsigned char FRUArea::calcChecksum(unsigned char* buf, unsigned int n)
@@ -151,7 +143,7 @@ unsigned char FRUArea::calcChecksum(unsigned char* buf, unsigned int n)
 unsigned int FRUArea::calcAreaSize()
 {
     unsigned int sum = 0;
-    for (const FRUMember* const member : members) {
+    for (const FRUMember* const member : getMembers()) {
         sum += member->getLength() + (member->getHasTypeLength() ? 1U : 0U);
     }
     return sum;
@@ -222,17 +214,17 @@ void FRUArea::unusedUpdate(short delta)
 void FRUArea::lengthUpdate(short delta)
 {
     constexpr std::size_t LENGTH_MEMBER = 1;
-    const bool isThere = members.size() > LENGTH_MEMBER;
-    const FRU_ITEM found = isThere ? members[LENGTH_MEMBER]->getItem() : FRU_ITEM_TERMINATOR;
+    const bool isThere = getMembers().size() > LENGTH_MEMBER;
+    FRUMember* const member = isThere ? getMembers()[LENGTH_MEMBER] : nullptr;
+    const FRU_ITEM found = isThere ? member->getItem() : FRU_ITEM_TERMINATOR;
     if (found != FRU_ITEM_AREA_LENGTH) {
         // The text is passed unchanged, with its placeholder; the item is the next parameter.
         throwFRUText(MESSAGE_FRU, "FRUArea::lengthUpdate  Not Length on FRUMember(%d)", found);
     }
-    const std::string old = sized(members[LENGTH_MEMBER]->getData(), 1);
+    const std::string old = sized(member->getData(), 1);
     const int bytes =
         static_cast<unsigned char>(old[0]) * static_cast<int>(FRU_LENGTH_UNIT) + delta;
-    members[LENGTH_MEMBER]->setData(
-        std::string(1, static_cast<char>(bytes / static_cast<int>(FRU_LENGTH_UNIT))));
+    member->setData(std::string(1, static_cast<char>(bytes / static_cast<int>(FRU_LENGTH_UNIT))));
 }
 
 void FRUArea::syncItem(FRU_ITEM item)
@@ -240,7 +232,7 @@ void FRUArea::syncItem(FRU_ITEM item)
     const FRUMember* const member = getItemMember(item);
     // Type/length bytes are not counted: only items of areas without them are written one by one.
     unsigned int position = static_cast<unsigned int>(offset);
-    for (const FRUMember* const before : members) {
+    for (const FRUMember* const before : getMembers()) {
         if (before == member) {
             break;
         }
@@ -260,7 +252,7 @@ void FRUArea::syncFRU()
 
     std::vector<unsigned char> buffer;
     buffer.reserve(total);
-    for (const FRUMember* const member : members) {
+    for (const FRUMember* const member : getMembers()) {
         if (member->getItem() == FRU_ITEM_CHECKSUM) {
             continue;
         }
@@ -289,9 +281,9 @@ bool FRUArea::hasLengthByte() const
 FRUMember* FRUArea::find(FRU_ITEM item) const
 {
     const auto found =
-        std::find_if(members.begin(), members.end(),
+        std::find_if(getMembers().begin(), getMembers().end(),
                      [item](const FRUMember* member) { return member->getItem() == item; });
-    return found == members.end() ? nullptr : *found;
+    return found == getMembers().end() ? nullptr : *found;
 }
 
 void FRUArea::readDevice(unsigned int at, unsigned int length, unsigned char* buffer,
@@ -305,17 +297,16 @@ void FRUArea::readDevice(unsigned int at, unsigned int length, unsigned char* bu
     }
 }
 
-void FRUArea::append(const FRUMember& member)
+FRUArea::MemberList::~MemberList()
 {
-    auto owned = std::make_unique<FRUMember>(member);
-    members.push_back(owned.get());
-    static_cast<void>(owned.release());
-}
-
-void FRUArea::deleteMembers()
-{
-    for (const FRUMember* const member : members) {
+    for (const FRUMember* const member : list) {
         delete member;
     }
-    members.clear();
+}
+
+void FRUArea::MemberList::append(const FRUMember& member)
+{
+    auto owned = std::make_unique<FRUMember>(member);
+    list.push_back(owned.get());
+    static_cast<void>(owned.release());
 }

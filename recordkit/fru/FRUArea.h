@@ -84,7 +84,7 @@ public:
     /// Writes the whole area back, with its length byte and checksum.
     void syncFRU();
 
-    const std::vector<FRUMember*>& getMembers() const { return members; }
+    const std::vector<FRUMember*>& getMembers() const { return members.get(); }
     unsigned char getSize() const { return size; }
     int getOffset() const { return offset; }
     FRU_AREA getAreaId() const { return areaId; }
@@ -95,12 +95,26 @@ private:
     bool hasLengthByte() const;
     FRUMember* find(FRU_ITEM item) const;
     void readDevice(unsigned int at, unsigned int length, unsigned char* buffer, const char* text);
-    void append(const FRUMember& member);
-    void deleteMembers();
+
+    /// The fields, which end with the list. A list of pointers, because that is what getMembers
+    /// gives to callers, who have compiled in its place and size.
+    class MemberList {
+    public:
+        MemberList() = default;
+        ~MemberList();
+        MemberList(const MemberList&) = delete;
+        MemberList& operator=(const MemberList&) = delete;
+
+        void append(const FRUMember& member);
+        const std::vector<FRUMember*>& get() const { return list; }
+
+    private:
+        std::vector<FRUMember*> list;
+    };
 
     TAVLib::FRURWif& rw;
     int offset;
-    std::vector<FRUMember*> members;
+    MemberList members;
     unsigned char size;
     FRU_AREA areaId;
     bool dirty;

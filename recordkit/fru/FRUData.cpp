@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/fru/FRUData.h>
 
-#include <memory>
+#include <utility>
 
 #include <recordkit/fru/FRUTables.h>
 #include <recordkit/platform/PException.h>
@@ -45,21 +45,15 @@ FRUData::FRUData(TAVLib::FRURWif& device, FRU_CPU layout) : rw(device), cpu(layo
 {
     const FRU_AREA header = cpu == FRU_CPU_ROM ? FRU_AREA_CPU_HEADER : FRU_AREA_COMMON_HEADER;
     try {
-        auto area = std::make_unique<FRUArea>(rw, 0, header, FRUArea::CSUM_CHECK);
-        areas[FRU_AREA_COMMON_HEADER] = area.get();
-        static_cast<void>(area.release());
+        areas.emplace(FRU_AREA_COMMON_HEADER,
+                      std::make_unique<FRUArea>(rw, 0, header, FRUArea::CSUM_CHECK));
     } catch (const TAVLib::PException&) {
         TAVLib::traceFRUError(TAVLib::LEVEL_DEVICE, "FRURWif::read CommonHeader read");
         throw;
     }
 }
 
-FRUData::~FRUData()
-{
-    for (const auto& [id, area] : areas) {
-        delete area;
-    }
-}
+FRUData::~FRUData() = default;
 
 unsigned int FRUData::getAreaOffset(FRU_AREA id)
 {
@@ -80,15 +74,14 @@ FRUArea* FRUData::getAreaObject(FRU_AREA id, FRUArea::CSUM_MODE mode)
 {
     const auto known = areas.find(id);
     if (known != areas.end()) {
-        return known->second;
+        return known->second.get();
     }
     const unsigned int offset = getAreaOffset(id);
     if (offset == 0) {
         TAVLib::throwFRUError(TAVLib::MESSAGE_REFUSED, "FRUData::getAreaObject. parameter=%d", id);
     }
     auto area = std::make_unique<FRUArea>(rw, static_cast<int>(offset), id, mode);
-    areas[id] = area.get();
-    return area.release();
+    return areas.emplace(id, std::move(area)).first->second.get();
 }
 
 void FRUData::getItem(FRU_AREA area, FRU_ITEM item, std::string& out, FRUArea::CSUM_MODE mode)

@@ -3,6 +3,7 @@
 #define RECORDKIT_FRU_FRUDATA_H
 
 #include <map>
+#include <memory>
 #include <string>
 
 #include <recordkit/fru/FRUArea.h>
@@ -54,7 +55,7 @@ public:
     bool isDivideEnabled() const { return false; }
 
 private:
-    std::map<FRU_AREA, FRUArea*> areas; ///< key 0 is the header of either layout
+    std::map<FRU_AREA, std::unique_ptr<FRUArea>> areas; ///< key 0 is the header of either layout
     TAVLib::FRURWif& rw;
     FRU_CPU cpu;
 };

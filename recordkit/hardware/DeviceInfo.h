@@ -21,7 +21,7 @@ public:
     enum Size { SIZE = sizeof(UnitID) };
 
     /// Fills `unit`.
-    void getDeviceInfo(UnitID* unit) const { std::copy_n(image, +SIZE, unit->data); }
+    void getDeviceInfo(UnitID* unit) const { std::copy_n(image, SIZE, unit->data); }
 
     unsigned int getSerializedSize() const override { return SIZE; }
 

@@ -29,9 +29,9 @@ public:
         BUS_WIDTH = 8,
         SERIAL_NUMBER = 122,
         PART_NUMBER = 128,
-        PART_NUMBER_LENGTH = 18,
         SIZE = 146,
     };
+    static constexpr unsigned int PART_NUMBER_LENGTH = 18;
 
     /// Codes of a module's capacity.
     enum DIMMSize : unsigned char {

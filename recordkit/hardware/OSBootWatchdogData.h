@@ -21,7 +21,7 @@ public:
     unsigned char getBootWatchdogData1() const { return image[DATA_1]; }
     void setBootWatchdogData1(unsigned char value) { image[DATA_1] = value; }
     /// Copies five bytes.
-    void setOSBootWatchdogData(unsigned char* data) { std::copy_n(data, +SIZE, image); }
+    void setOSBootWatchdogData(unsigned char* data) { std::copy_n(data, SIZE, image); }
 
     unsigned int getSerializedSize() const override { return SIZE; }
 

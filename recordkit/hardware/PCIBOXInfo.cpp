@@ -14,7 +14,10 @@ namespace {
 
 constexpr unsigned char NOT_CONNECTED = 255;
 
-enum BlockOffset { CONNECTED_ID = 0, PORT_NO = 1, SLOT_COUNT = 2, SLOTS = 3 };
+enum BlockOffset { CONNECTED_ID = 0, PORT_NO = 1, SLOT_COUNT = 2 };
+
+/// Size of a block without its slots.
+constexpr unsigned int BLOCK_HEADER_SIZE = 3;
 
 bool isBelow(int index, std::size_t size)
 {
@@ -31,7 +34,7 @@ void traceOutOfRange(const char* text, int index, std::size_t size)
 /// Where the next block begins.
 const unsigned char* nextBlock(const unsigned char* block)
 {
-    return block + SLOTS + 2 * block[SLOT_COUNT];
+    return block + BLOCK_HEADER_SIZE + 2 * block[SLOT_COUNT];
 }
 
 }
@@ -89,7 +92,7 @@ bool PCIBOXInfo::isParamError(int card, int slot) const
 
 unsigned int PCIBOXInfo::getSerializedSize() const
 {
-    std::size_t size = HEADER_SIZE + SLOTS * cards.size();
+    std::size_t size = HEADER_SIZE + BLOCK_HEADER_SIZE * cards.size();
     for (const StatusWords& words : slotStatus) {
         size += 2 * words.size();
     }
@@ -119,7 +122,7 @@ bool PCIBOXInfo::setSerialized(const unsigned char* data, unsigned int length)
     unsigned int count = 0;
     if (length >= HEADER_SIZE && get_bit(data[PEXU_FLAGS], 0, 1) != 0) {
         count = data[CARD_COUNT];
-        needed += SLOTS * count;
+        needed += BLOCK_HEADER_SIZE * count;
         const unsigned char* block = data + HEADER_SIZE;
         for (unsigned int card = 0; card < count; ++card) {
             // One byte per slot, although a slot has two: looser than the image, see the header.
@@ -146,7 +149,7 @@ bool PCIBOXInfo::setSerialized(const unsigned char* data, unsigned int length)
     block = data + HEADER_SIZE;
     for (StatusWords& words : slotStatus) {
         cards.push_back({block[CONNECTED_ID], block[PORT_NO], block[SLOT_COUNT]});
-        readWords(block + SLOTS, block[SLOT_COUNT], words);
+        readWords(block + BLOCK_HEADER_SIZE, block[SLOT_COUNT], words);
         block = nextBlock(block);
     }
     return true;

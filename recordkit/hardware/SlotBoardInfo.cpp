@@ -23,7 +23,7 @@ unsigned int SlotBoardInfo::getSerialized(unsigned char* buffer, unsigned int le
 {
     const unsigned int size = getSerializedSize();
     if (size > length) {
-        traceLengthError(static_cast<FailureLocation>(location), "getSerialized", length, size);
+        traceLengthError(location, "getSerialized", length, size);
         return 0;
     }
     writeWords(slotStatus, std::copy_n(header, HEADER_SIZE, buffer));
@@ -34,7 +34,7 @@ bool SlotBoardInfo::setSerialized(const unsigned char* data, unsigned int length
 {
     const unsigned int needed = HEADER_SIZE + 2U * data[SLOT_COUNT];
     if (needed > length) {
-        traceLengthError(static_cast<FailureLocation>(location), "setSerialized", length, needed);
+        traceLengthError(location, "setSerialized", length, needed);
         return false;
     }
     // Read first: if that fails, the count still matches the words.

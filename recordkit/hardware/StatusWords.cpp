@@ -30,7 +30,7 @@ unsigned short statusOf(const StatusWords& words, unsigned int index, unsigned s
                         const char* method, const char* notFound)
 {
     if (index >= words.size()) {
-        throwNotFound(static_cast<FailureLocation>(location), method, notFound);
+        throwNotFound(location, method, notFound);
     }
     return words[index];
 }

@@ -3,15 +3,15 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <fcntl.h>
 #include <string>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
+#include <recordkit/platform/BoardFiles.h>
 #include <recordkit/platform/LockedFile.h>
 #include <recordkit/platform/SystemRoot.h>
 #include <recordkit/platform/TavTrace.h>
+#include <recordkit/posix/File.h>
 
 #include "FileError.h"
 
@@ -19,10 +19,7 @@ namespace TAVLib {
 
 namespace {
 
-constexpr const char* WORKING_FOLDER = "/tmp/";
-constexpr const char* PERSISTENT_FOLDER = "/var/tav/fmem/ipmi/";
-constexpr int OLDEST_FILE = 7;
-constexpr mode_t FILE_MODE = 0644;
+using namespace BoardFiles;
 
 std::string fileName(const char* folder, unsigned char sb, int index)
 {
@@ -44,77 +41,10 @@ std::string persistentFile(unsigned char sb, int index)
     throw host::fileError(host::BMC_MESSAGE_FILE_LOCATION, operation, path, error);
 }
 
-/// A descriptor that is closed at the end of its scope.
-class Descriptor {
-public:
-    Descriptor(const std::string& path, int flags)
-        : fd(TEMP_FAILURE_RETRY(::open(path.c_str(), flags | O_CLOEXEC | O_NOFOLLOW, FILE_MODE)))
-    {
-    }
-    ~Descriptor()
-    {
-        if (fd != -1) {
-            ::close(fd);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int get() const { return fd; }
-
-private:
-    int fd;
-};
-
-/// The whole file; false when it does not exist.
-bool readFile(const std::string& path, std::vector<unsigned char>& bytes)
+void check(const posix::Failure& failure)
 {
-    const Descriptor file(path, O_RDONLY);
-    if (file.get() == -1) {
-        if (errno == ENOENT) {
-            return false;
-        }
-        fail("open", path, errno);
-    }
-    unsigned char piece[4096];
-    ssize_t count = 0;
-    while ((count = TEMP_FAILURE_RETRY(::read(file.get(), piece, sizeof piece))) > 0) {
-        bytes.insert(bytes.end(), piece, piece + count);
-    }
-    if (count == -1) {
-        fail("read", path, errno);
-    }
-    return true;
-}
-
-/// Replaces a file by renaming a temporary file in its folder, so that it is complete at every
-/// moment.
-void replaceFile(const std::string& path, const std::vector<unsigned char>& bytes)
-{
-    const std::string temporary = path + ".new";
-    const Descriptor file(temporary, O_WRONLY | O_CREAT | O_TRUNC);
-    if (file.get() == -1) {
-        fail("open", temporary, errno);
-    }
-    const auto giveUp = [&temporary](const char* operation) {
-        const int error = errno;
-        ::unlink(temporary.c_str());
-        fail(operation, temporary, error);
-    };
-    std::size_t written = 0;
-    while (written < bytes.size()) {
-        const ssize_t count =
-            TEMP_FAILURE_RETRY(::write(file.get(), bytes.data() + written, bytes.size() - written));
-        if (count == -1) {
-            giveUp("write");
-        }
-        written += static_cast<std::size_t>(count);
-    }
-    if (TEMP_FAILURE_RETRY(::fsync(file.get())) == -1) {
-        giveUp("sync");
-    }
-    if (::rename(temporary.c_str(), path.c_str()) == -1) {
-        giveUp("rename");
+    if (failure.isFailure()) {
+        fail(failure.operation, failure.path, failure.error);
     }
 }
 
@@ -122,10 +52,12 @@ void replaceFile(const std::string& path, const std::vector<unsigned char>& byte
 bool copyFile(const std::string& from, const std::string& to)
 {
     std::vector<unsigned char> bytes;
-    if (!readFile(from, bytes)) {
+    const posix::Failure failure = posix::readFile(from, bytes);
+    if (failure.error == ENOENT) {
         return false;
     }
-    replaceFile(to, bytes);
+    check(failure);
+    check(posix::replaceFile(to, bytes));
     return true;
 }
 

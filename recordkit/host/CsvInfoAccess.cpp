@@ -1,30 +1,31 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/platform/CsvInfoAccess.h>
 
+#include <boost/tokenizer.hpp>
 #include <fstream>
 
 namespace TAVLib {
 
 namespace {
 
-/// One column of a line, without the quotes around it; empty for a missing column. A quote opens
-/// and closes a section in which commas do not separate columns; escapes are left to the reader of
-/// the record.
-std::string columnOf(const std::string& line, int column)
+/// Whether a column of a line, without its quotes and escapes, is the key. A missing column is
+/// empty; a line with a wrong escape before the end of the column has no key.
+bool hasKey(const std::string& line, int column, const std::string& key)
 {
-    std::string value;
-    bool isQuoted = false;
-    int current = 0;
-    for (const char character : line) {
-        if (character == '"') {
-            isQuoted = !isQuoted;
-        } else if (character == ',' && !isQuoted) {
+    using Separator = boost::escaped_list_separator<char>;
+    try {
+        const boost::tokenizer<Separator> values(line, Separator('\\', ',', '"'));
+        int current = 0;
+        for (const std::string& value : values) {
+            if (current == column) {
+                return value == key;
+            }
             ++current;
-        } else if (current == column) {
-            value += character;
         }
+        return key.empty();
+    } catch (const boost::escaped_list_error&) {
+        return false;
     }
-    return value;
 }
 
 }
@@ -47,7 +48,7 @@ bool CsvInfoAccess::searchRecord(int column, const std::string& key, std::string
         while (!line.empty() && line.back() == '\r') {
             line.pop_back();
         }
-        if (!line.empty() && columnOf(line, column) == key) {
+        if (!line.empty() && hasKey(line, column, key)) {
             record = line;
             return true;
         }

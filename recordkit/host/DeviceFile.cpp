@@ -9,29 +9,21 @@
 namespace TAVLib::host {
 
 DeviceFile::DeviceFile(HostLocation who, const std::string& name, bool writable)
-    : location(who), path(name), isWritable(writable),
-      fd(TEMP_FAILURE_RETRY(::open(name.c_str(), (writable ? O_RDWR : O_RDONLY) | O_CLOEXEC)))
+    : location(who), path(name), isWritable(writable), file(name, writable ? O_RDWR : O_RDONLY)
 {
-    if (fd == -1) {
+    if (!file.isOpen()) {
         throw fileError(location, "open", path, errno);
     }
 }
 
-DeviceFile::~DeviceFile()
-{
-    ::close(fd);
-}
-
 int DeviceFile::read(unsigned long offset, unsigned int length, unsigned char* buffer) const
 {
-    unsigned int done = 0;
-    while (done < length) {
-        const ssize_t count = TEMP_FAILURE_RETRY(
-            ::pread(fd, buffer + done, length - done, static_cast<off_t>(offset) + done));
-        if (count <= 0) {
-            fail("read", offset, length, count == 0 ? ENODATA : errno);
-        }
-        done += static_cast<unsigned int>(count);
+    std::size_t done = 0;
+    if (!posix::readAt(file.get(), offset, buffer, length, done)) {
+        fail("read", offset, length, errno);
+    }
+    if (done != length) {
+        fail("read", offset, length, ENODATA);
     }
     return static_cast<int>(done);
 }
@@ -41,23 +33,17 @@ int DeviceFile::write(unsigned long offset, unsigned int length, const unsigned 
     if (!isWritable) {
         fail("write", offset, length, EACCES);
     }
-    unsigned int done = 0;
-    while (done < length) {
-        const ssize_t count = TEMP_FAILURE_RETRY(
-            ::pwrite(fd, buffer + done, length - done, static_cast<off_t>(offset) + done));
-        if (count <= 0) {
-            fail("write", offset, length, count == 0 ? ENOSPC : errno);
-        }
-        done += static_cast<unsigned int>(count);
+    if (!posix::writeAllAt(file.get(), offset, buffer, length)) {
+        fail("write", offset, length, errno);
     }
-    return static_cast<int>(done);
+    return static_cast<int>(length);
 }
 
 int DeviceFile::writeThrough(unsigned long offset, unsigned int length,
                              const unsigned char* buffer) const
 {
     struct stat status = {};
-    if (::fstat(fd, &status) == -1) {
+    if (::fstat(file.get(), &status) == -1) {
         fail("write", offset, length, errno);
     }
     const auto size = static_cast<unsigned long>(status.st_size);
@@ -66,7 +52,7 @@ int DeviceFile::writeThrough(unsigned long offset, unsigned int length,
     }
     const int count = write(offset, length, buffer);
     // A device that cannot be synced needs no waiting.
-    if (TEMP_FAILURE_RETRY(::fdatasync(fd)) == -1 && errno != EINVAL && errno != EROFS) {
+    if (TEMP_FAILURE_RETRY(::fdatasync(file.get())) == -1 && errno != EINVAL && errno != EROFS) {
         fail("fdatasync", offset, length, errno);
     }
     return count;

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include <recordkit/posix/File.h>
+
 #include "FileError.h"
 
 namespace TAVLib::host {
@@ -14,9 +16,6 @@ class DeviceFile {
 public:
     /// Opens a file that exists.
     DeviceFile(HostLocation who, const std::string& name, bool writable);
-    ~DeviceFile();
-    DeviceFile(const DeviceFile&) = delete;
-    DeviceFile& operator=(const DeviceFile&) = delete;
 
     int read(unsigned long offset, unsigned int length, unsigned char* buffer) const;
     int write(unsigned long offset, unsigned int length, const unsigned char* buffer) const;
@@ -31,7 +30,7 @@ private:
     HostLocation location;
     std::string path;
     bool isWritable;
-    int fd;
+    posix::File file;
 };
 
 }

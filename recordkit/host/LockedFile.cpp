@@ -6,13 +6,13 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <recordkit/posix/File.h>
+
 #include "FileError.h"
 
 namespace TAVLib {
 
 namespace {
-
-constexpr mode_t FILE_MODE = 0644;
 
 [[noreturn]] void fail(const char* operation, const std::string& path, int error)
 {
@@ -23,18 +23,16 @@ constexpr mode_t FILE_MODE = 0644;
 
 // flock(2) locks belong to the open file description, and each object opens its own, so they
 // exclude the threads of one process as well as other processes.
-LockedFile::LockedFile(const std::string& name)
-    : path(name), fd(TEMP_FAILURE_RETRY(
-                      ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, FILE_MODE)))
+LockedFile::LockedFile(const std::string& name) : path(name), fd(-1)
 {
-    if (fd == -1) {
+    posix::File file(path, O_RDWR | O_CREAT | O_NOFOLLOW);
+    if (!file.isOpen()) {
         fail("open", path, errno);
     }
-    if (TEMP_FAILURE_RETRY(::flock(fd, LOCK_EX)) == -1) {
-        const int error = errno;
-        ::close(fd);
-        fail("lock", path, error);
+    if (TEMP_FAILURE_RETRY(::flock(file.get(), LOCK_EX)) == -1) {
+        fail("lock", path, errno);
     }
+    fd = file.release();
 }
 
 LockedFile::~LockedFile()
@@ -63,16 +61,10 @@ int LockedFile::read(void* buffer, unsigned int length)
 
 int LockedFile::write(const void* buffer, unsigned int length)
 {
-    const auto* const bytes = static_cast<const unsigned char*>(buffer);
-    unsigned int written = 0;
-    while (written < length) {
-        const ssize_t count = TEMP_FAILURE_RETRY(::write(fd, bytes + written, length - written));
-        if (count == -1) {
-            fail("write", path, errno);
-        }
-        written += static_cast<unsigned int>(count);
+    if (!posix::writeAll(fd, buffer, length)) {
+        fail("write", path, errno);
     }
-    return static_cast<int>(written);
+    return static_cast<int>(length);
 }
 
 void LockedFile::truncFile(long length)

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/sel/BMCLog.h>
 
-#include <algorithm>
-
-#include <recordkit/serial/Failure.h>
+#include <recordkit/serial/ImageCopy.h>
 
 namespace TAVLib::RecordKit {
 
@@ -14,8 +12,7 @@ unsigned int BMCLog::getSerialized(unsigned char* buf, unsigned int size) const
 
 bool BMCLog::setSerialized(const unsigned char* data, unsigned int size)
 {
-    validLength = std::min<unsigned int>(size, MAX_SIZE);
-    std::copy_n(data, validLength, buffer);
+    validLength = keepImage(data, size, buffer, MAX_SIZE);
     return true;
 }
 

@@ -59,7 +59,7 @@ void BMCSELEntry::setPartNo(std::string& partNo)
     }
     block[BLOCK_PART_NUMBER_TYPE_LENGTH] = PART_NUMBER_TYPE_LENGTH;
     unsigned char* const field = block + BLOCK_PART_NUMBER;
-    std::fill_n(field, +PART_NUMBER_SIZE, static_cast<unsigned char>(0));
+    std::fill_n(field, PART_NUMBER_SIZE, static_cast<unsigned char>(0));
     std::copy(partNo.begin(), partNo.end(), field);
 }
 
@@ -131,7 +131,7 @@ void BMCSELEntry::fillBlock(const unsigned char* extendedData)
 {
     std::fill_n(block, BMC_BLOCK_SIZE, static_cast<unsigned char>(0));
     block[BLOCK_EVENT_DATA_COUNT] = EVENT_DATA_SIZE;
-    std::copy_n(extendedData, +EVENT_DATA_SIZE, block + BLOCK_EVENT_DATA);
+    std::copy_n(extendedData, EVENT_DATA_SIZE, block + BLOCK_EVENT_DATA);
     std::copy_n(extendedData + EXTENDED_PARTITION_BITMASK, EXTENDED_REST,
                 block + BLOCK_PARTITION_BITMASK);
     blockLength = BMC_BLOCK_SIZE;

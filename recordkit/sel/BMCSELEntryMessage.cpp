@@ -97,7 +97,7 @@ unsigned int BMCSELEntryMessage::getEventData(unsigned char* out)
     unsigned char held[BMC_BLOCK_SIZE] = {};
     std::copy_n(getBlock(), BMCSELEntry::getSerializedSize() - recordSize, held);
     unsigned char* const oemData = out + IMAGE_SIZE;
-    std::copy_n(held + BLOCK_EVENT_DATA, +EVENT_DATA_SIZE, oemData);
+    std::copy_n(held + BLOCK_EVENT_DATA, EVENT_DATA_SIZE, oemData);
     std::copy_n(held + BLOCK_PARTITION_BITMASK, BMC_BLOCK_SIZE - BLOCK_PARTITION_BITMASK,
                 oemData + EXTENDED_PARTITION_BITMASK);
     return OEM_IMAGE_SIZE;

@@ -6,6 +6,7 @@
 
 #include <recordkit/serial/BitField.h>
 #include <recordkit/serial/Failure.h>
+#include <recordkit/serial/ImageCopy.h>
 
 namespace TAVLib::RecordKit {
 
@@ -17,8 +18,8 @@ constexpr unsigned char FIRST_CONTROLLER = 0x20;
 constexpr unsigned char SECOND_CONTROLLER = 0x24;
 constexpr unsigned char UNKNOWN_GENERATOR = 0;
 
-/// The software id whose events always come from LUN 1.
-constexpr unsigned char PINNED_SOFTWARE_ID = 0x5F;
+/// The generator id byte whose events always come from LUN 1.
+constexpr unsigned char PINNED_GENERATOR_ID = 0x5F;
 constexpr unsigned char PINNED_LUN = 1;
 
 bool isSlaveAddress(unsigned char generatorId1)
@@ -26,14 +27,15 @@ bool isSlaveAddress(unsigned char generatorId1)
     return get_bit(generatorId1, 0, 1) == 0;
 }
 
-/// The controller that a generator id maps to, UNKNOWN_GENERATOR for an unlisted software id.
+/// The controller that a generator id maps to, UNKNOWN_GENERATOR for an unlisted byte of system
+/// software.
 unsigned char controllerOf(unsigned char generatorId1)
 {
     if (isSlaveAddress(generatorId1)) {
         return generatorId1;
     }
     switch (generatorId1) {
-    case PINNED_SOFTWARE_ID:
+    case PINNED_GENERATOR_ID:
     case 0x71:
     case 0x81:
         return SECOND_CONTROLLER;
@@ -107,7 +109,7 @@ unsigned char SELEntry::getLUN() const
         // Callers know this report by the second byte, though its label names the first.
         throwFieldError(SEL_ENTRY_LOCATION, "Get LUN", "GeneratorID_byte1", generatorId2);
     }
-    return generatorId1 == PINNED_SOFTWARE_ID ? PINNED_LUN : get_bit(generatorId2, 0, 2);
+    return generatorId1 == PINNED_GENERATOR_ID ? PINNED_LUN : get_bit(generatorId2, 0, 2);
 }
 
 void SELEntry::appendPart(unsigned char* end, unsigned int rest, const unsigned char* part,

@@ -80,14 +80,15 @@ public:
 
     /// The 8-bit IPMB slave address of the generator; needs record byte 8.
     ///
-    /// System software ids map to one of the two controllers: 5Fh, 71h and 81h for 24h; 01h, 37h
-    /// and 41h for 20h. Throws for any other (detail 0x0B01, message 20030, "Get Slave Address",
-    /// "GeneratorID_byte1", the id).
+    /// The generator id bytes of system software map to one of the two controllers: 5Fh, 71h and
+    /// 81h to 24h; 01h, 37h and 41h to 20h. Throws for any other (detail 0x0B01, message 20030,
+    /// "Get Slave Address", "GeneratorID_byte1", the id).
     unsigned char getSlaveAddress() const;
 
-    /// The LUN of the generator, 0 to 3; needs record byte 9. Software id 5Fh is always LUN 1.
+    /// The LUN of the generator, 0 to 3; needs record byte 9. Generator id byte 5Fh is always
+    /// LUN 1.
     ///
-    /// Throws for a software id that is not listed at getSlaveAddress (detail 0x0B01, message
+    /// Throws for a generator id byte that is not listed at getSlaveAddress (detail 0x0B01, message
     /// 20030, "Get LUN", "GeneratorID_byte1", and generator id byte 2 as the value).
     unsigned char getLUN() const;
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include <recordkit/serial/Failure.h>
+#include <recordkit/serial/ImageCopy.h>
 
 namespace TAVLib::RecordKit {
 
@@ -16,8 +17,7 @@ unsigned int SELEntryLongText::getSerialized(unsigned char* buf, unsigned int si
 bool SELEntryLongText::setSerialized(const unsigned char* data, unsigned int size)
 {
     // Kept even if the image is then refused: callers look at what was too short.
-    validLength = std::min<unsigned int>(size, MAX_SIZE);
-    std::copy_n(data, validLength, buffer);
+    validLength = keepImage(data, size, buffer, MAX_SIZE);
     if (validLength < MIN_SIZE) {
         throwLengthError(SEL_ENTRY_LONG_TEXT_LOCATION, "SELEntryLongText", validLength, MIN_SIZE);
     }

@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <utility>
 
-#include <recordkit/selfile/BMCSELDataFile.h>
-
 #include "SELFileScan.h"
 
 namespace TAVLib::RecordKit {
@@ -18,7 +16,7 @@ SELChainReader::SELChainReader(unsigned char sb, Order walkOrder) : order(walkOr
     std::reverse(files.begin(), files.end());
     addFile(sb, 0);
     for (File& each : files) {
-        if (each.firstLogNumber != 0) {
+        if (each.scan->isCounted()) {
             each.firstLogNumber = total + 1;
             total += each.count;
         }
@@ -67,10 +65,9 @@ void SELChainReader::goToFile(std::size_t number)
 void SELChainReader::addRotatedFiles(unsigned char sb)
 {
     for (int index = 1; index <= OLDEST_FILE; ++index) {
-        const std::size_t before = files.size();
         addFile(sb, index);
-        // A missing file, or one of another size, ends the chain.
-        if (files.size() == before) {
+        // A missing file, or one of another size, is not added, and ends the chain.
+        if (files.empty() || files.back().index != index) {
             return;
         }
     }
@@ -88,10 +85,8 @@ void SELChainReader::addFile(unsigned char sb, int index)
     if (!isWorkingFile && (scan->isMissing() || (scan->getError() == 0 && !scan->isRightSize()))) {
         return;
     }
-    const bool isCounted =
-        scan->getCode() == BMCSELDataFile::SUCCESS || scan->getCode() == BMCSELDataFile::FILE_FULL;
     const unsigned int count = scan->getCount();
-    files.push_back({index, path, isCounted ? 1U : 0U, count, std::move(scan)});
+    files.push_back({index, path, 0, count, std::move(scan)});
 }
 
 }

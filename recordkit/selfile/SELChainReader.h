@@ -56,7 +56,7 @@ private:
     struct File {
         int index;
         std::string path;
-        unsigned int firstLogNumber; ///< 0 for a damaged file
+        unsigned int firstLogNumber; ///< 0 for a damaged file, whose records have no number
         unsigned int count;
         std::unique_ptr<SELFileScan> scan;
     };

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include <recordkit/platform/BoardFiles.h>
 #include <recordkit/sel/BMCSELEntryMessage.h>
 #include <recordkit/serial/ByteOrder.h>
 
@@ -18,9 +19,9 @@ constexpr unsigned int SLOTS = 800;
 constexpr unsigned int FILE_SIZE = SLOTS * SLOT_SIZE;
 constexpr unsigned int LAST_SLOT = FILE_SIZE - SLOT_SIZE;
 constexpr unsigned int RECORD_ID_OFFSET = 2;
+constexpr unsigned int RECORD_ID_END = RECORD_ID_OFFSET + 2;
 
-/// Index 0 is the working file and its backup; 1 to 7 are the rotated files, 7 the oldest.
-constexpr int OLDEST_FILE = 7;
+using BoardFiles::OLDEST_FILE;
 
 /// Selects one of the two files of index 0.
 enum FileKind : int { TEMPORARY = 0, PERSISTENT = 1 };

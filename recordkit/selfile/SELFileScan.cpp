@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <recordkit/selfile/SELFileScan.h>
+#include "SELFileScan.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 
-#include <recordkit/selfile/BMCSELDataFile.h>
+#include "SELSlotSearch.h"
 
 namespace TAVLib::RecordKit {
 
@@ -19,23 +18,48 @@ namespace {
 /// One slot more than a 16-bit count can express.
 constexpr std::size_t LONGEST_SCAN = std::size_t{65536} * SLOT_SIZE;
 
+/// Bytes that were read, as a search looks at them. Nothing is traced.
+class SlotsInMemory : public SELSlotSource {
+public:
+    SlotsInMemory(const unsigned char* first, std::size_t count) : bytes(first), size(count) {}
+
+    long lookAt(unsigned long offset, const unsigned char*& found) override
+    {
+        found = bytes + offset;
+        return static_cast<long>(std::min<std::size_t>(size - offset, BYTES_AT_ONCE));
+    }
+    bool seek(unsigned long offset) override
+    {
+        position = offset;
+        return true;
+    }
+    long read(unsigned char* out, unsigned int wanted) override
+    {
+        const std::size_t rest = position < size ? size - position : 0;
+        const std::size_t count = std::min<std::size_t>(rest, wanted);
+        std::copy_n(bytes + (size - rest), count, out);
+        return static_cast<long>(count);
+    }
+    bool hasRecordId(const unsigned char*, unsigned int count) const override
+    {
+        return count >= RECORD_ID_END;
+    }
+
+private:
+    const unsigned char* bytes;
+    std::size_t size;
+    unsigned long position = 0;
+};
+
 }
 
 SELFileScan::SELFileScan(const std::string& path, Buffer& sharedBuffer)
-    : buffer(sharedBuffer), fd(TEMP_FAILURE_RETRY(::open(path.c_str(), O_RDONLY | O_CLOEXEC))),
-      code(BMCSELDataFile::OPEN_FAILED)
+    : buffer(sharedBuffer), file(path, O_RDONLY)
 {
-    if (fd == -1) {
-        error = errno;
-    } else {
+    if (file.isOpen()) {
         read();
-    }
-}
-
-SELFileScan::~SELFileScan()
-{
-    if (fd != -1) {
-        ::close(fd);
+    } else {
+        error = errno;
     }
 }
 
@@ -49,6 +73,11 @@ void SELFileScan::read()
         findTail();
         findStrays();
     }
+}
+
+bool SELFileScan::isCounted() const
+{
+    return code == BMCSELDataFile::SUCCESS || code == BMCSELDataFile::FILE_FULL;
 }
 
 bool SELFileScan::isMissing() const
@@ -87,44 +116,23 @@ std::string SELFileScan::describeDamage() const
 void SELFileScan::fillBuffer()
 {
     struct stat status = {};
-    if (::fstat(fd, &status) == -1) {
+    if (::fstat(file.get(), &status) == -1) {
         error = errno;
         return;
     }
     size = static_cast<long>(status.st_size);
     // The store finds the tail of an oversized working file, and counts the records before it.
     buffer.resize(std::clamp<std::size_t>(static_cast<std::size_t>(size), FILE_SIZE, LONGEST_SCAN));
-    filled = 0;
-    ssize_t got = 1;
-    while (filled < buffer.size() && got > 0) {
-        got = TEMP_FAILURE_RETRY(::pread(fd, buffer.data() + filled, buffer.size() - filled,
-                                         static_cast<off_t>(filled)));
-        filled += got > 0 ? static_cast<std::size_t>(got) : 0;
-    }
-    error = got < 0 ? errno : 0;
+    error = posix::readAt(file.get(), 0, buffer.data(), buffer.size(), filled) ? 0 : errno;
 }
 
 void SELFileScan::findTail()
 {
-    const auto slots = static_cast<unsigned int>(filled / SLOT_SIZE);
-    while (count < slots && idOf(slot(count)) != EMPTY_RECORD_ID) {
-        ++count;
-    }
-    if (count < slots) {
-        code = isEmpty(slot(count)) ? BMCSELDataFile::SUCCESS : BMCSELDataFile::DAMAGED_TAIL;
-        return;
-    }
-    // A short slot after the complete ones is judged as in the store's own search.
-    const std::size_t rest = filled % SLOT_SIZE;
-    constexpr std::size_t RECORD_ID_END = RECORD_ID_OFFSET + 2;
-    if (rest != 0 && rest < RECORD_ID_END) {
-        code = BMCSELDataFile::READ_FAILED;
-    } else if (rest != 0 && idOf(slot(count)) == EMPTY_RECORD_ID) {
-        code = BMCSELDataFile::DAMAGED_TAIL;
-    } else {
-        const std::size_t end = filled + (rest == 0 ? 0 : SLOT_SIZE - rest);
-        code = end == FILE_SIZE ? BMCSELDataFile::FILE_FULL : BMCSELDataFile::NOT_FOUND;
-    }
+    SlotsInMemory source(buffer.data(), filled);
+    unsigned long addr = 0;
+    code = RecordKit::findTail(source, addr);
+    // A short last slot never counts as a record, even if the search went past it.
+    count = static_cast<unsigned int>(std::min<std::size_t>(addr, filled) / SLOT_SIZE);
 }
 
 void SELFileScan::findStrays()

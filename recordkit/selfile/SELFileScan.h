@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <recordkit/posix/File.h>
+#include <recordkit/selfile/BMCSELDataFile.h>
 #include <recordkit/selfile/SELFileLayout.h>
 
 namespace TAVLib::RecordKit {
@@ -21,9 +23,6 @@ public:
 
     /// Opens the file and reads it for the first time.
     SELFileScan(const std::string& path, Buffer& buffer);
-    ~SELFileScan();
-    SELFileScan(const SELFileScan&) = delete;
-    SELFileScan& operator=(const SELFileScan&) = delete;
 
     /// Reads the file again into the buffer and recomputes everything derived from it.
     void read();
@@ -36,8 +35,10 @@ public:
     bool isRightSize() const { return size == SELFileLayout::FILE_SIZE; }
 
     /// The store's code for the tail of this file: SUCCESS, FILE_FULL, DAMAGED_TAIL,
-    /// READ_FAILED or NOT_FOUND (BMCSELDataFile::Code), or OPEN_FAILED.
-    unsigned int getCode() const { return code; }
+    /// READ_FAILED or NOT_FOUND, or OPEN_FAILED.
+    BMCSELDataFile::Code getCode() const { return code; }
+    /// Whether the store counts the records of this file: it has a tail, or is full.
+    bool isCounted() const;
     /// Records from slot 0 to the tail or to the damage.
     unsigned int getCount() const { return count; }
 
@@ -56,11 +57,11 @@ private:
     void findStrays();
 
     Buffer& buffer;
-    int fd;
+    posix::File file;
     int error = 0;
     long size = -1;
     std::size_t filled = 0;
-    unsigned int code;
+    BMCSELDataFile::Code code = BMCSELDataFile::OPEN_FAILED;
     unsigned int count = 0;
     unsigned int strayCount = 0; ///< non-empty slots after the first empty one
     unsigned int firstStray = 0;

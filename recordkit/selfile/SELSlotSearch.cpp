@@ -2,21 +2,12 @@
 #include "SELSlotSearch.h"
 
 #include <algorithm>
-#include <memory>
-
-#include <recordkit/selfile/BMCSELDataFile.h>
-#include <recordkit/serial/Failure.h>
 
 namespace TAVLib::RecordKit {
 
 using namespace SELFileLayout;
 
 namespace {
-
-/// Slots that a search reads at a time. One at a time costs seventy times as much; with many more,
-/// most would be read in vain while a file is short.
-constexpr unsigned int SLOTS_AT_ONCE = 100;
-constexpr unsigned int BYTES_AT_ONCE = SLOTS_AT_ONCE * SLOT_SIZE;
 
 /// The first of `count` slots with that id; `count` if none has it.
 unsigned long indexOf(unsigned short wanted, const unsigned char* slots, unsigned long count)
@@ -29,8 +20,8 @@ unsigned long indexOf(unsigned short wanted, const unsigned char* slots, unsigne
 }
 
 /// Continues the search slot by slot from `addr` until the file can no longer be read.
-unsigned int searchBySlot(SELSlotSource& source, unsigned short wanted,
-                          unsigned char (&found)[SLOT_SIZE], unsigned long& addr)
+BMCSELDataFile::Code searchBySlot(SELSlotSource& source, unsigned short wanted,
+                                  unsigned char (&found)[SLOT_SIZE], unsigned long& addr)
 {
     if (addr != 0 && !source.seek(addr)) {
         return BMCSELDataFile::POSITION_FAILED;
@@ -42,12 +33,9 @@ unsigned int searchBySlot(SELSlotSource& source, unsigned short wanted,
             return BMCSELDataFile::NOT_FOUND;
         }
         // A short slot at the end of a file still has a record id if it reaches that far.
-        BMCSELEntryMessage entry;
-        entry.setSerialized(found, static_cast<unsigned int>(count));
-        constexpr unsigned int RECORD_ID_SIZE = 2;
-        const unsigned int recordLength = entry.SELEntry::getSerializedSize() - RECORD_ID_OFFSET;
-        if (recordLength < RECORD_ID_SIZE) {
-            throwLengthError(SEL_ENTRY_LOCATION, "SELEntry", recordLength, RECORD_ID_SIZE);
+        if (count < static_cast<long>(SLOT_SIZE) &&
+            !source.hasRecordId(found, static_cast<unsigned int>(count))) {
+            return BMCSELDataFile::READ_FAILED;
         }
         if (idOf(found) == wanted) {
             return BMCSELDataFile::SUCCESS;
@@ -63,21 +51,36 @@ unsigned int searchBySlot(SELSlotSource& source, unsigned short wanted,
 
 SELSlotSource::~SELSlotSource() = default;
 
-unsigned int searchSlots(SELSlotSource& source, unsigned short wanted,
-                         unsigned char (&found)[SLOT_SIZE], unsigned long& addr)
+bool SELSlotSource::hasRecordId(const unsigned char* slot, unsigned int count) const
 {
-    // Not on the stack, because the board's tasks have little of it; not zeroed, which would cost
-    // as much as reading.
-    const std::unique_ptr<unsigned char[]> slots(new unsigned char[BYTES_AT_ONCE]);
+    BMCSELEntryMessage entry;
+    entry.setSerialized(slot, count);
+    return entry.SELEntry::getSerializedSize() >= RECORD_ID_END;
+}
+
+unsigned char* SELSlotBuffer::get()
+{
+    if (bytes == nullptr) {
+        // Not on the stack, because the board's tasks have little of it; not zeroed, which would
+        // cost as much as reading.
+        bytes.reset(new unsigned char[BYTES_AT_ONCE]);
+    }
+    return bytes.get();
+}
+
+BMCSELDataFile::Code searchSlots(SELSlotSource& source, unsigned short wanted,
+                                 unsigned char (&found)[SLOT_SIZE], unsigned long& addr)
+{
     addr = 0;
     long count = 0;
     do {
-        count = source.readAt(addr, slots.get(), BYTES_AT_ONCE);
+        const unsigned char* slots = nullptr;
+        count = source.lookAt(addr, slots);
         const unsigned long whole = count < 0 ? 0 : static_cast<unsigned long>(count) / SLOT_SIZE;
-        const unsigned long index = indexOf(wanted, slots.get(), whole);
+        const unsigned long index = indexOf(wanted, slots, whole);
         addr += index * SLOT_SIZE;
         if (index < whole) {
-            std::copy_n(slots.get() + index * SLOT_SIZE, SLOT_SIZE, found);
+            std::copy_n(slots + index * SLOT_SIZE, SLOT_SIZE, found);
             return BMCSELDataFile::SUCCESS;
         }
     } while (count == static_cast<long>(BYTES_AT_ONCE));
@@ -86,15 +89,17 @@ unsigned int searchSlots(SELSlotSource& source, unsigned short wanted,
     return searchBySlot(source, wanted, found, addr);
 }
 
-unsigned int judgeTail(unsigned int searchCode, unsigned long addr, const unsigned char* found)
+BMCSELDataFile::Code findTail(SELSlotSource& source, unsigned long& addr)
 {
-    if (searchCode == BMCSELDataFile::NOT_FOUND && addr == FILE_SIZE) {
+    unsigned char slot[SLOT_SIZE];
+    const BMCSELDataFile::Code code = searchSlots(source, EMPTY_RECORD_ID, slot, addr);
+    if (code == BMCSELDataFile::NOT_FOUND && addr == FILE_SIZE) {
         return BMCSELDataFile::FILE_FULL;
     }
-    if (searchCode != BMCSELDataFile::SUCCESS) {
-        return searchCode;
+    if (code == BMCSELDataFile::SUCCESS && !isEmpty(slot)) {
+        return BMCSELDataFile::DAMAGED_TAIL;
     }
-    return isEmpty(found) ? BMCSELDataFile::SUCCESS : BMCSELDataFile::DAMAGED_TAIL;
+    return code;
 }
 
 }

@@ -4,9 +4,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
+#include <stdexcept>
 #include <system_error>
 #include <unistd.h>
 
+#include <recordkit/posix/File.h>
 #include <recordkit/selfile/BMCSELDataFile.h>
 
 #include "SELFileScan.h"
@@ -64,6 +67,24 @@ SELStoreCheck::SELStoreCheck(unsigned char sb) : board(sb)
     findCutOffRotation();
     findGap();
     findShiftRequest();
+}
+
+const SELStoreCheck::File& SELStoreCheck::workingFile() const
+{
+    return files[WORKING];
+}
+
+const SELStoreCheck::File& SELStoreCheck::backup() const
+{
+    return files[BACKUP];
+}
+
+const SELStoreCheck::File& SELStoreCheck::rotated(int index) const
+{
+    if (index < 1 || index > OLDEST_FILE) {
+        throw std::out_of_range("SELStoreCheck::rotated");
+    }
+    return files[FIRST_ROTATED + static_cast<std::size_t>(index - 1)];
 }
 
 bool SELStoreCheck::isSound() const
@@ -136,11 +157,11 @@ void SELStoreCheck::addFile(int index, int kind)
 
 void SELStoreCheck::findMissingWorkingFile()
 {
-    const File& working = files[WORKING];
-    if (working.isMissing) {
+    if (workingFile().isMissing) {
         findings.push_back({WORKING_FILE_MISSING, true,
-                            working.path + " is missing: no event can be stored until the board "
-                                           "is initialised"});
+                            workingFile().path +
+                                " is missing: no event can be stored until the board "
+                                "is initialised"});
     }
 }
 
@@ -155,16 +176,15 @@ void SELStoreCheck::findDamage()
 
 void SELStoreCheck::findCutOffRotation()
 {
-    const File& working = files[WORKING];
-    const File& backup = files[BACKUP];
+    const File& saved = backup();
     // Without a working file the backup waits to be restored; a broken one would hide the chain.
-    if (working.isMissing || backup.count == 0 || backup.size != FILE_SIZE) {
+    if (workingFile().isMissing || saved.count == 0 || saved.size != FILE_SIZE) {
         return;
     }
     if (!isBackupPartOfWorkingFile()) {
         isCutOff = true;
         findings.push_back({ROTATION_CUT_OFF, true,
-                            backup.path + " holds " + std::to_string(backup.count) +
+                            saved.path + " holds " + std::to_string(saved.count) +
                                 " events that the working file does not: a rotation was cut off, "
                                 "and the next one would delete them"});
     }
@@ -172,16 +192,16 @@ void SELStoreCheck::findCutOffRotation()
 
 bool SELStoreCheck::isBackupPartOfWorkingFile() const
 {
-    const File& backup = files[BACKUP];
     SELFileScan::Buffer currentSlots;
     SELFileScan::Buffer savedSlots;
-    const SELFileScan current(files[WORKING].path, currentSlots);
-    const SELFileScan saved(backup.path, savedSlots);
+    const SELFileScan current(workingFile().path, currentSlots);
+    const SELFileScan saved(backup().path, savedSlots);
     if (!current.isReadable() || !saved.isReadable()) {
         return true; // If either file cannot be read, assume nothing and move nothing.
     }
-    return current.getCount() >= backup.count && saved.getCount() == backup.count &&
-           std::equal(saved.slot(0), saved.slot(backup.count), current.slot(0));
+    const unsigned int count = backup().count;
+    return current.getCount() >= count && saved.getCount() == count &&
+           std::equal(saved.slot(0), saved.slot(count), current.slot(0));
 }
 
 void SELStoreCheck::findGap()
@@ -202,13 +222,13 @@ void SELStoreCheck::findGap()
 void SELStoreCheck::findShiftRequest()
 {
     const std::string path = BMCSELDataFile::getShiftRequestFile();
-    std::FILE* const file = std::fopen(path.c_str(), "rbe");
-    if (file == nullptr) {
+    const posix::File file(path, O_RDONLY);
+    if (!file.isOpen()) {
         return;
     }
     char content[17] = {};
-    const std::size_t count = std::fread(content, 1, sizeof content, file);
-    std::fclose(file);
+    std::size_t count = 0;
+    posix::readAt(file.get(), 0, content, sizeof content, count);
     // Sixteen bytes that begin with a number are the answer of an earlier shift.
     const bool isAnswer = count == sizeof content - 1 &&
                           (content[0] == '-' || (content[0] >= '0' && content[0] <= '9'));
@@ -223,9 +243,9 @@ void SELStoreCheck::findShiftRequest()
 std::vector<int> SELStoreCheck::presentIndexes() const
 {
     std::vector<int> indexes;
-    for (std::size_t i = FIRST_ROTATED; i < files.size(); ++i) {
-        if (!files[i].isMissing) {
-            indexes.push_back(files[i].index);
+    for (int index = 1; index <= OLDEST_FILE; ++index) {
+        if (!rotated(index).isMissing) {
+            indexes.push_back(index);
         }
     }
     return indexes;

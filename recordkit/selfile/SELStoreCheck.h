@@ -50,6 +50,10 @@ public:
 
     /// Working file, backup, then the rotated files 1 to 7.
     const std::vector<File>& getFiles() const { return files; }
+    const File& workingFile() const;
+    const File& backup() const;
+    /// One of the rotated files, 1 to 7; throws std::out_of_range for any other index.
+    const File& rotated(int index) const;
     const std::vector<Finding>& getFindings() const { return findings; }
 
     /// Whether nothing is wrong.

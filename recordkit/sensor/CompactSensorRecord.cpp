@@ -14,13 +14,13 @@ CompactSensorRecord::~CompactSensorRecord() = default;
 CompactSensorRecord::CompactSensorRecord(const CompactSensorRecord& other)
     : RecordSensorCommon(image), SerializableObject(other)
 {
-    std::copy_n(other.image, +SIZE, image);
+    std::copy_n(other.image, SIZE, image);
 }
 
 CompactSensorRecord& CompactSensorRecord::operator=(const CompactSensorRecord& other)
 {
     if (this != &other) {
-        std::copy_n(other.image, +SIZE, image);
+        std::copy_n(other.image, SIZE, image);
     }
     return *this;
 }

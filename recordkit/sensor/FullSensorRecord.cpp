@@ -14,13 +14,13 @@ FullSensorRecord::~FullSensorRecord() = default;
 FullSensorRecord::FullSensorRecord(const FullSensorRecord& other)
     : RecordSensorCommon(image), SerializableObject(other)
 {
-    std::copy_n(other.image, +SIZE, image);
+    std::copy_n(other.image, SIZE, image);
 }
 
 FullSensorRecord& FullSensorRecord::operator=(const FullSensorRecord& other)
 {
     if (this != &other) {
-        std::copy_n(other.image, +SIZE, image);
+        std::copy_n(other.image, SIZE, image);
     }
     return *this;
 }

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <recordkit/platform/SystemRoot.h>
+#include <recordkit/posix/File.h>
 #include <recordkit/serial/BitField.h>
 
 #include "SeverityTable.h"
@@ -13,7 +14,6 @@
 namespace {
 
 constexpr const char* POWER_SUPPLY_MODE_FILE = "/tmp/psumode";
-constexpr mode_t POWER_SUPPLY_MODE_PERMISSIONS = 0644;
 
 constexpr unsigned int PSMODE_BIT = 0;
 constexpr unsigned int PSUREDMODE_BIT = 1;
@@ -216,18 +216,15 @@ int SeverityMap::getDiscreteCriticalityStatus(unsigned char evtReadType, unsigne
 
 void SeverityMap::updatePowerSupplyMode()
 {
-    const int fd = TEMP_FAILURE_RETRY(::open(powerSupplyModeFile().c_str(), O_RDONLY | O_CLOEXEC));
+    const TAVLib::posix::File file(powerSupplyModeFile(), O_RDONLY);
     unsigned char mode = 0;
     // Descriptor 0 is never read: a process without standard input would mistake it for this file.
     // A file that cannot be opened or read leaves the mode non-redundant.
-    if (fd != 0 && TEMP_FAILURE_RETRY(::read(fd, &mode, 1)) != 1) {
+    if (file.get() != 0 && TEMP_FAILURE_RETRY(::read(file.get(), &mode, 1)) != 1) {
         mode = 0;
     }
     psmode = TAVLib::get_bit(mode, PSMODE_BIT, 1);
     psuredmode = TAVLib::get_bit(mode, PSUREDMODE_BIT, 1);
-    if (fd >= 0) {
-        ::close(fd);
-    }
 }
 
 void SeverityMap::setPowerSupplyMode(bool newPsmode, bool newPsuredmode)
@@ -235,17 +232,12 @@ void SeverityMap::setPowerSupplyMode(bool newPsmode, bool newPsuredmode)
     psmode = newPsmode ? 1 : 0;
     psuredmode = newPsuredmode ? 1 : 0;
     // Not truncated: a concurrent reader finds the old byte, not an empty file.
-    const int fd = TEMP_FAILURE_RETRY(::open(powerSupplyModeFile().c_str(),
-                                             O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW,
-                                             POWER_SUPPLY_MODE_PERMISSIONS));
+    const TAVLib::posix::File file(powerSupplyModeFile(), O_WRONLY | O_CREAT | O_NOFOLLOW);
     const auto mode =
         static_cast<unsigned char>(psmode << PSMODE_BIT | psuredmode << PSUREDMODE_BIT);
-    if (fd != 0) {
+    if (file.get() != 0) {
         // Without the file the flags are still valid until the next query of the power unit.
-        static_cast<void>(TEMP_FAILURE_RETRY(::write(fd, &mode, 1)));
-    }
-    if (fd >= 0) {
-        ::close(fd);
+        static_cast<void>(TEMP_FAILURE_RETRY(::write(file.get(), &mode, 1)));
     }
 }
 

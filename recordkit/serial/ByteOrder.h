@@ -35,6 +35,13 @@ inline void writeLE16(unsigned short value, unsigned char* bytes)
     bytes[1] = static_cast<unsigned char>(value >> 8);
 }
 
+/// Writes two bytes, most significant first.
+inline void writeBE16(unsigned short value, unsigned char* bytes)
+{
+    bytes[0] = static_cast<unsigned char>(value >> 8);
+    bytes[1] = static_cast<unsigned char>(value & 0xFF);
+}
+
 }
 
 #endif

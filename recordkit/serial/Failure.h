@@ -2,11 +2,10 @@
 #ifndef RECORDKIT_SERIAL_FAILURE_H
 #define RECORDKIT_SERIAL_FAILURE_H
 
-#include <cstdarg>
-
 namespace TAVLib {
 
-/// Location codes: the class that reports, its number in the high byte.
+/// Location codes: the class that reports, its number in the high byte. Functions take them as the
+/// number that they are, because a base class keeps that of the class derived from it.
 enum FailureLocation : unsigned short {
     SB_BOARD_INFO_LOCATION = 0x0500,
     IOU_BOARD_INFO_LOCATION = 0x0600,
@@ -47,52 +46,118 @@ enum FailureMessage : int {
 /// Trace levels.
 enum FailureLevel : unsigned char { LEVEL_ERROR = 0, LEVEL_DEVICE = 100, LEVEL_PARAMETER = 200 };
 
-/// Traces that an image or buffer has `length` bytes where `needed` are required.
-void traceLengthError(FailureLocation where, const char* text, unsigned int length,
-                      unsigned int needed);
+/// Module codes.
+enum FailureModule : unsigned char {
+    UTIL_MODULE = 82,
+    DATA_OBJECT_MODULE = 83,
+    FRU_MODULE = 128, ///< the FRU classes and the EEPROM stores
+};
 
-/// Copies a whole image of `length` bytes to a buffer of `size` and returns its length; traces
-/// the length error and returns 0 when the buffer is too short.
-unsigned int copyImage(FailureLocation where, const char* text, const unsigned char* image,
-                       unsigned int length, unsigned char* buffer, unsigned int size);
+/// Details of exceptions.
+enum FailureDetail : unsigned short {
+    FRU_DETAIL = 1,
+    MAPPING_DETAIL = 0x0701,
+    OUT_OF_RANGE_DETAIL = 0x0B00,
+    FIELD_NOT_PRESENT_DETAIL = 0x0B01,
+};
+
+/// Who reports; action and detail are an exception's.
+struct FailureSource {
+    unsigned char module;
+    unsigned short location;
+    unsigned short detail = OUT_OF_RANGE_DETAIL;
+    unsigned char action = 1;
+};
+
+// What all reports are made by. A message reads only the parameters that it declares, with the
+// types that it declares: numbers are for the first of two functions, a second text for the other.
+
+void traceNumbers(const FailureSource& source, unsigned char level, int message, const char* text,
+                  long second = 0, long third = 0);
+void traceTexts(const FailureSource& source, unsigned char level, int message, const char* text,
+                const char* second);
+[[noreturn]] void throwNumbers(const FailureSource& source, int message, const char* text,
+                               long second = 0, long third = 0);
+[[noreturn]] void throwTexts(const FailureSource& source, int message, const char* text,
+                             const char* second, long third = 0);
+
+/// Traces that an image or buffer has `length` bytes where `needed` are required.
+inline void traceLengthError(unsigned short where, const char* text, unsigned int length,
+                             unsigned int needed)
+{
+    traceNumbers({DATA_OBJECT_MODULE, where}, LEVEL_ERROR, MESSAGE_LENGTH, text,
+                 static_cast<long>(length), static_cast<long>(needed));
+}
 
 /// Traces that the operation named in `text` failed.
-void traceOperationError(FailureLocation where, const char* text);
+inline void traceOperationError(unsigned short where, const char* text)
+{
+    traceNumbers({DATA_OBJECT_MODULE, where}, LEVEL_ERROR, MESSAGE_OPERATION_FAILED, text);
+}
 
 /// Traces the failure of a system call.
-void traceSystemCallError(FailureLocation where, const char* text, int error);
-
-/// Traces a text that is not a catalogue message.
-void traceLine(FailureLocation where, unsigned char level, const char* text);
+inline void traceSystemCallError(unsigned short where, const char* text, int error)
+{
+    traceNumbers({DATA_OBJECT_MODULE, where}, LEVEL_ERROR, MESSAGE_SYSTEM_CALL, text, error);
+}
 
 /// Traces that an element is missing.
-void traceNotFound(FailureLocation where, const char* text, const char* element);
-
-/// Traces a text under a message; the message's other parameters are 0 or an empty text.
-void traceText(FailureLocation where, unsigned char level, int messageNumber, const char* text);
+inline void traceNotFound(unsigned short where, const char* text, const char* element)
+{
+    traceTexts({DATA_OBJECT_MODULE, where}, LEVEL_ERROR, MESSAGE_NOT_FOUND, text, element);
+}
 
 /// Traces that the value of a parameter is out of its range; the unit kind is the location.
-void traceParameterError(unsigned char unitKind, const char* text, int value);
+inline void traceParameterError(unsigned char unitKind, const char* text, int value)
+{
+    traceNumbers({DATA_OBJECT_MODULE, unitKind}, LEVEL_PARAMETER, MESSAGE_BAD_PARAMETER, text,
+                 value);
+}
 
-/// Throws that a record has `held` bytes where `needed` are required (detail 0x0B00).
-[[noreturn]] void throwLengthError(FailureLocation where, const char* text, long held, long needed);
+/// Traces a text that is not a catalogue message.
+void traceLine(unsigned short where, unsigned char level, const char* text);
 
-/// Throws that an element is missing (detail 0x0B00, message 20010).
-[[noreturn]] void throwNotFound(FailureLocation where, const char* text, const char* element);
+/// Traces a text under a message; the message's other parameters are 0 or an empty text.
+void traceText(unsigned short where, unsigned char level, int messageNumber, const char* text);
 
-/// Throws that an index is outside a fixed table (detail 0x0B00, message 20034).
-[[noreturn]] void throwIndexError(FailureLocation where, const char* text, long index);
+/// Throws that a record has `held` bytes where `needed` are required.
+[[noreturn]] inline void throwLengthError(unsigned short where, const char* text, long held,
+                                          long needed)
+{
+    throwNumbers({DATA_OBJECT_MODULE, where}, MESSAGE_LENGTH, text, held, needed);
+}
 
-/// Throws that a record does not contain the requested field (detail 0x0B01).
-[[noreturn]] void throwFieldError(FailureLocation where, const char* text, const char* field,
-                                  long value);
+/// Throws that an element is missing.
+[[noreturn]] inline void throwNotFound(unsigned short where, const char* text, const char* element)
+{
+    throwTexts({DATA_OBJECT_MODULE, where}, MESSAGE_NOT_FOUND, text, element);
+}
 
-/// Traces a failure of the FRU classes (module 128, location 13, message 20004).
-void traceFRUError(FailureLevel level, const char* text);
+/// Throws that an index is outside a fixed table.
+[[noreturn]] inline void throwIndexError(unsigned short where, const char* text, long index)
+{
+    throwNumbers({DATA_OBJECT_MODULE, where}, MESSAGE_INDEX, text, index);
+}
 
-/// Throws a failure of the FRU classes (module 128, location 13, detail 1): a text, and a number
-/// that it does not show.
-[[noreturn]] void throwFRUText(int messageNumber, const char* text, long parameter = 0);
+/// Throws that a record does not contain the requested field.
+[[noreturn]] inline void throwFieldError(unsigned short where, const char* text, const char* field,
+                                         long value)
+{
+    throwTexts({DATA_OBJECT_MODULE, where, FIELD_NOT_PRESENT_DETAIL}, MESSAGE_FIELD_NOT_PRESENT,
+               text, field, value);
+}
+
+/// Traces a failure of the FRU classes.
+inline void traceFRUError(FailureLevel level, const char* text)
+{
+    traceNumbers({FRU_MODULE, FRU_LOCATION}, level, MESSAGE_FRU, text);
+}
+
+/// Throws a failure of the FRU classes: a text, and a number that it does not show.
+[[noreturn]] inline void throwFRUText(int messageNumber, const char* text, long parameter = 0)
+{
+    throwNumbers({FRU_MODULE, FRU_LOCATION, FRU_DETAIL}, messageNumber, text, parameter);
+}
 
 /// The same with a text that shows one number, by %d.
 [[noreturn]] void throwFRUError(int messageNumber, const char* format, int value);
@@ -104,27 +169,20 @@ struct EEPROMFailure {
     FailureMessage message;
 };
 
-/// The text of such a failure, cut at 255 characters.
-class EEPROMText {
-public:
-    static constexpr unsigned int SIZE = 256;
+/// Throws a failure of the EEPROM stores.
+[[noreturn]] void throwEEPROMError(const EEPROMFailure& failure, const char* text);
 
-    EEPROMText(const char* format, va_list arguments);
-    const char* get() const { return text; }
-    bool isEmpty() const { return *text == '\0'; }
+/// Traces a failure of the identification utilities.
+inline void traceUtilError(const char* text)
+{
+    traceNumbers({UTIL_MODULE, UTIL_LOCATION}, LEVEL_ERROR, MESSAGE_TEXT, text);
+}
 
-private:
-    char text[SIZE] = {};
-};
-
-/// Throws a failure of the EEPROM stores (module 128, location 14).
-[[noreturn]] void throwEEPROMError(const EEPROMFailure& failure, const EEPROMText& text);
-
-/// Traces a failure of the identification utilities (module 82, message 20003).
-void traceUtilError(const char* text);
-
-/// Throws that a unit or node cannot be mapped (module 82, detail 0x0701, message 20027).
-[[noreturn]] void throwUtilError(const char* text, long value);
+/// Throws that a unit or node cannot be mapped.
+[[noreturn]] inline void throwUtilError(const char* text, long value)
+{
+    throwNumbers({UTIL_MODULE, UTIL_LOCATION, MAPPING_DETAIL}, MESSAGE_BAD_PARAMETER, text, value);
+}
 
 }
 

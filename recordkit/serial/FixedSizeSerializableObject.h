@@ -45,7 +45,9 @@ protected:
     FixedSizeSerializableObject(const FixedSizeSerializableObject&) = default;
     FixedSizeSerializableObject& operator=(const FixedSizeSerializableObject&) = default;
 
-    /// First byte of the image, getSerializedSize() bytes long and writable.
+    /// First byte of the image, getSerializedSize() bytes long and writable. The operation is
+    /// const, and so a derived class declares its image mutable, because callers on the board have
+    /// compiled in this one slot for both directions.
     virtual unsigned char* getInternalData() const = 0;
 };
 

@@ -17,7 +17,9 @@ namespace TAVLib::RecordKit {
 /// | 2    | n x 1 | node ids                           |
 class RECORDKIT_API PartitionInfo : public SerializableObject {
 public:
-    enum Offset { NODE_COUNT = 1, HEADER_SIZE = 2, MAX_NODES = 12, MAX_SIZE = 14 };
+    enum Offset { NODE_COUNT = 1, HEADER_SIZE = 2 };
+    static constexpr unsigned int MAX_NODES = 12;
+    static constexpr unsigned int MAX_SIZE = HEADER_SIZE + MAX_NODES;
 
     ~PartitionInfo() override;
 

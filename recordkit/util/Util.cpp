@@ -8,6 +8,7 @@
 #include <recordkit/platform/CsvInfoAccess.h>
 #include <recordkit/platform/SystemRoot.h>
 #include <recordkit/serial/BitField.h>
+#include <recordkit/serial/ByteOrder.h>
 #include <recordkit/serial/Failure.h>
 
 namespace TAVLib::RecordKit {
@@ -225,11 +226,9 @@ unsigned int Util::getCPUCache(FRUData& fru)
     // getItem has already swapped the bytes; they are read lowest byte first again, because the
     // ROMs are filled that way.
     const std::string bytes = itemOf(fru, FRU_AREA_CPU_CACHE, FRU_ITEM_CPU_CACHE_SIZE);
-    unsigned int size = 0;
-    for (std::size_t i = 0; i < bytes.size() && i < sizeof size; ++i) {
-        size |= static_cast<unsigned int>(static_cast<unsigned char>(bytes[i])) << 8 * i;
-    }
-    return size;
+    std::vector<unsigned char> size(bytes.begin(), bytes.end());
+    size.resize(4);
+    return readLE32(size.data());
 }
 
 unsigned char Util::getCPUModelType(FRUData& fru)

@@ -17,7 +17,8 @@ namespace TAVLib::RecordKit {
 /// | 4    | 13    | the text, with or without a zero byte at its end      |
 class RECORDKIT_API SystemInfoParameters : public FixedSizeSerializableObject {
 public:
-    enum Offset { VALIDITY = 0, TEXT = 4, TEXT_LENGTH = 13, SIZE = 17 };
+    enum Offset { VALIDITY = 0, TEXT = 4, SIZE = 17 };
+    static constexpr unsigned int TEXT_LENGTH = SIZE - TEXT;
 
     /// Up to 13 characters, cut at the first zero byte; "-" when there is no version.
     std::string getVersionString() const;

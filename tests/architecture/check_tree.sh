@@ -10,11 +10,13 @@ cd "$1"
 allowed() {
     case "$1" in
     platform) echo "platform" ;;
+    posix) echo "posix" ;;
     serial) echo "serial platform" ;;
-    hardware | version | sel | sensor | fru | eeprom) echo "$1 serial platform" ;;
-    selfile) echo "selfile sel serial platform" ;;
+    hardware | version | sel | fru | eeprom) echo "$1 serial platform" ;;
+    sensor) echo "sensor serial platform posix" ;;
+    selfile) echo "selfile sel serial platform posix" ;;
     util) echo "util fru serial platform" ;;
-    host) echo "host platform" ;;
+    host) echo "host platform posix" ;;
     inspect) echo "inspect serial hardware version sel selfile fru util sensor eeprom platform" ;;
     *) echo "" ;;
     esac

@@ -28,7 +28,7 @@ for file in "$prefix/bin/recordkit" "$prefix/include/recordkit/sel/SELEntry.h" \
     "$lib/cmake/recordkit/recordkit-config.cmake" "$prefix/share/man/man1/recordkit.1"; do
     [ -e "$file" ] || fail "$file is missing"
 done
-for header in serial/Failure.h selfile/SELFileScan.h host/Catalogue.h; do
+for header in posix/File.h serial/Failure.h selfile/SELFileScan.h host/Catalogue.h; do
     [ ! -e "$prefix/include/recordkit/$header" ] || fail "$header is not for callers"
 done
 

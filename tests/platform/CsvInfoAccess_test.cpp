@@ -55,6 +55,28 @@ TEST_F(CsvInfoAccessTest, LooksAtTheColumnAskedFor)
     EXPECT_EQ(found("a,1\n", 5, "1"), "untouched");
 }
 
+TEST_F(CsvInfoAccessTest, EscapesBelongToTheTableAndNotToTheKey)
+{
+    EXPECT_EQ(found("a\\,b,1\n", 0, "a,b"), "a\\,b,1");
+    EXPECT_EQ(found("\"a\\\"b\",1\n", 0, "a\"b"), "\"a\\\"b\",1");
+    EXPECT_EQ(found("a\\\\b,1\n", 0, "a\\b"), "a\\\\b,1");
+    EXPECT_EQ(found("\"x,y\",b\n", 1, "b"), "\"x,y\",b");
+}
+
+TEST_F(CsvInfoAccessTest, WrongEscapeHidesTheColumnsFromItOnAndNoOtherLine)
+{
+    EXPECT_EQ(found("a\\q,1\na,2\n", 0, "a\\q"), "untouched");
+    EXPECT_EQ(found("a,\\q,1\nb,2\n", 0, "a"), "a,\\q,1");
+    EXPECT_EQ(found("a,\\q,1\nb,x,1\n", 2, "1"), "b,x,1");
+    EXPECT_EQ(found("a\\\nb,2\n", 0, "b"), "b,2");
+}
+
+TEST_F(CsvInfoAccessTest, MissingColumnIsEmpty)
+{
+    EXPECT_EQ(found("a,1\n", 2, ""), "a,1");
+    EXPECT_EQ(found("a,1\nb,,2\n", 1, ""), "b,,2");
+}
+
 TEST_F(CsvInfoAccessTest, WholeColumnsAreCompared)
 {
     EXPECT_EQ(found("abc,1\n", 0, "ab"), "untouched");

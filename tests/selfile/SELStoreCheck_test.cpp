@@ -2,6 +2,7 @@
 #include <recordkit/selfile/SELStoreCheck.h>
 
 #include <filesystem>
+#include <stdexcept>
 
 #include "StoreFixture.h"
 
@@ -53,7 +54,7 @@ TEST_F(StoreCheckTest, DescribesEachFile)
     writeFile(kept(2), "short");
     const SELStoreCheck check(SB);
     ASSERT_EQ(check.getFiles().size(), 9U);
-    const auto& first = check.getFiles()[0];
+    const auto& first = check.workingFile();
     EXPECT_EQ(first.index, 0);
     EXPECT_EQ(first.kind, 0);
     EXPECT_EQ(first.path, working());
@@ -66,14 +67,28 @@ TEST_F(StoreCheckTest, DescribesEachFile)
     EXPECT_TRUE(first.hasTimes);
     EXPECT_EQ(first.firstTime, 0xCCCBCAC9U);
     EXPECT_EQ(first.lastTime, 0xD0CFCECDU);
-    const auto& backup = check.getFiles()[1];
+    const auto& backup = check.backup();
     EXPECT_EQ(backup.path, kept(0));
     EXPECT_TRUE(backup.isMissing);
     EXPECT_EQ(backup.size, -1);
-    const auto& second = check.getFiles()[3];
+    const auto& second = check.rotated(2);
     EXPECT_EQ(second.index, 2);
     EXPECT_EQ(second.size, 5);
     EXPECT_EQ(second.damage, "5 bytes long, expected 110400");
+}
+
+TEST_F(StoreCheckTest, NamesTheFilesOfItsList)
+{
+    const SELStoreCheck check(SB);
+    EXPECT_EQ(&check.workingFile(), &check.getFiles()[0]);
+    EXPECT_EQ(&check.backup(), &check.getFiles()[1]);
+    for (int index = 1; index <= 7; ++index) {
+        EXPECT_EQ(&check.rotated(index), &check.getFiles()[static_cast<std::size_t>(index) + 1]);
+        EXPECT_EQ(check.rotated(index).index, index);
+    }
+    for (const int index : {0, 8, -1}) {
+        EXPECT_THROW(check.rotated(index), std::out_of_range);
+    }
 }
 
 TEST_F(StoreCheckTest, RecordsWithoutATimestampAreNotTakenForTimes)
@@ -86,11 +101,11 @@ TEST_F(StoreCheckTest, RecordsWithoutATimestampAreNotTakenForTimes)
     writeFile(working(), file);
     writeFile(kept(1), Bytes(SLOT, 0xE1) + Bytes(FULL_FILE - SLOT, 0xFF));
     const SELStoreCheck check(SB);
-    EXPECT_TRUE(check.getFiles()[0].hasTimes);
-    EXPECT_EQ(check.getFiles()[0].firstTime, 0xCDCCCBCAU);
-    EXPECT_EQ(check.getFiles()[0].lastTime, 0xCECDCCCBU);
-    EXPECT_EQ(check.getFiles()[2].count, 1U);
-    EXPECT_FALSE(check.getFiles()[2].hasTimes);
+    EXPECT_TRUE(check.workingFile().hasTimes);
+    EXPECT_EQ(check.workingFile().firstTime, 0xCDCCCBCAU);
+    EXPECT_EQ(check.workingFile().lastTime, 0xCECDCCCBU);
+    EXPECT_EQ(check.rotated(1).count, 1U);
+    EXPECT_FALSE(check.rotated(1).hasTimes);
 }
 
 TEST_F(StoreCheckTest, MissingWorkingFileIsDamage)

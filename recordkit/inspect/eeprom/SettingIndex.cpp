@@ -7,6 +7,7 @@
 
 #include <recordkit/eeprom/PanelEEPROMIndex.h>
 #include <recordkit/inspect/bytes/Error.h>
+#include <recordkit/serial/ByteOrder.h>
 
 namespace recordkit::inspect {
 
@@ -15,12 +16,6 @@ using TAVLib::RecordKit::PanelEEPROMIndex;
 namespace {
 
 constexpr std::size_t ENTRY_SIZE = PanelEEPROMIndex::SIZE;
-
-void writeBE16(unsigned char* bytes, unsigned int number)
-{
-    bytes[0] = static_cast<unsigned char>(number >> 8);
-    bytes[1] = static_cast<unsigned char>(number & 0xFF);
-}
 
 std::size_t entryCount()
 {
@@ -43,8 +38,8 @@ std::array<unsigned char, ENTRY_SIZE> bytesOf(const SettingEntry& entry)
     image[PanelEEPROMIndex::SELECTOR] =
         static_cast<unsigned char>(entry.eeprom - PanelEEPROMIndex::FIRST_EEPROM);
     image[PanelEEPROMIndex::NUMBER] = static_cast<unsigned char>(entry.number);
-    writeBE16(image + PanelEEPROMIndex::OFFSET, entry.offset);
-    writeBE16(image + PanelEEPROMIndex::AREA_SIZE, entry.size);
+    TAVLib::writeBE16(static_cast<unsigned short>(entry.offset), image + PanelEEPROMIndex::OFFSET);
+    TAVLib::writeBE16(static_cast<unsigned short>(entry.size), image + PanelEEPROMIndex::AREA_SIZE);
     index.setChecksum();
     std::array<unsigned char, ENTRY_SIZE> bytes = {};
     std::copy_n(index.getIndexData(), ENTRY_SIZE, bytes.begin());

@@ -8,6 +8,7 @@
 #include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/selfile/SELFileLayout.h>
+#include <recordkit/serial/ByteOrder.h>
 
 namespace recordkit::inspect {
 
@@ -44,10 +45,7 @@ void putField(Bytes& extended, unsigned int typeLengthOffset, const std::string&
 Bytes extendedData(const OemFields& fields)
 {
     Bytes extended(OEMSELEntry::EXTENDED_SIZE, 0);
-    extended[OEMSELEntry::EXTENDED_PARTITION_BITMASK] =
-        static_cast<unsigned char>(fields.partitions & 0xFF);
-    extended[OEMSELEntry::EXTENDED_PARTITION_BITMASK + 1] =
-        static_cast<unsigned char>(fields.partitions >> 8);
+    TAVLib::writeLE16(fields.partitions, extended.data() + OEMSELEntry::EXTENDED_PARTITION_BITMASK);
     putField(extended, OEMSELEntry::EXTENDED_PART_NUMBER_TYPE_LENGTH, fields.partNumber);
     putField(extended, OEMSELEntry::EXTENDED_SERIAL_NUMBER_TYPE_LENGTH, fields.serialNumber);
     return extended;
@@ -184,17 +182,16 @@ std::vector<ImportedEvent> importEvents(const std::string& name, const std::stri
 
 unsigned short recordIdOf(const BMCSELEntryMessage& message)
 {
-    return static_cast<unsigned short>(message.getSpecifiedBytePosData(SELEntry::RECORD_ID) |
-                                       message.getSpecifiedBytePosData(SELEntry::RECORD_ID + 1)
-                                           << 8);
+    unsigned char image[Layout::SLOT_SIZE] = {};
+    message.getSerialized(image, sizeof image);
+    return Layout::idOf(image);
 }
 
 void setRecordId(BMCSELEntryMessage& message, unsigned short id)
 {
     unsigned char image[Layout::SLOT_SIZE] = {};
     message.getSerialized(image, sizeof image);
-    image[Layout::RECORD_ID_OFFSET] = static_cast<unsigned char>(id & 0xFF);
-    image[Layout::RECORD_ID_OFFSET + 1] = static_cast<unsigned char>(id >> 8);
+    TAVLib::writeLE16(id, image + Layout::RECORD_ID_OFFSET);
     message.setSerialized(image, sizeof image);
 }
 

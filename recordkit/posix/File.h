@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_POSIX_FILE_H
+#define RECORDKIT_POSIX_FILE_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace TAVLib::posix {
+
+// Files by system calls. A call that a signal interrupts is made again; any other failure is the
+// caller's to report, by the result and errno of the C library.
+
+/// Opens a file that no other program inherits; a new one gets the permissions 0644.
+int openFile(const std::string& path, int flags);
+
+/// An open file, closed at the end of the scope.
+class File {
+public:
+    File(const std::string& path, int flags) : fd(openFile(path, flags)) {}
+    ~File();
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
+    bool isOpen() const { return fd != -1; }
+    /// The descriptor; -1 if the file could not be opened.
+    int get() const { return fd; }
+    /// The descriptor, which is the caller's to close from now on.
+    int release();
+
+private:
+    int fd;
+};
+
+/// Reads from an offset on until the buffer is full or the file ends; `done` is the number of bytes
+/// read, also when it fails.
+bool readAt(int fd, unsigned long offset, void* buffer, std::size_t size, std::size_t& done);
+
+/// Writes the whole buffer; false with ENOSPC when the file takes nothing more.
+bool writeAll(int fd, const void* buffer, std::size_t size);
+/// The same from an offset on.
+bool writeAllAt(int fd, unsigned long offset, const void* buffer, std::size_t size);
+
+/// The operation on a whole file that failed; none, if all succeeded.
+struct Failure {
+    const char* operation = nullptr;
+    std::string path; ///< on which it failed
+    int error = 0;    ///< errno
+
+    bool isFailure() const { return operation != nullptr; }
+};
+
+/// Reads a whole file. A link in the last component is not followed.
+Failure readFile(const std::string& path, std::vector<unsigned char>& bytes);
+
+/// Replaces a file by renaming a temporary file in its folder, so that it is complete at every
+/// moment. A link in the last component is not followed.
+Failure replaceFile(const std::string& path, const std::vector<unsigned char>& bytes);
+
+}
+
+#endif
