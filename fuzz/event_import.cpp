@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Event records in every form that can be imported, each of them decoded. The first byte selects
 // the form, and whether OEM data are given.
+#include <recordkit/inspect/event/Event.h>
 #include <recordkit/inspect/event/EventImport.h>
 #include <recordkit/selfile/SELChainReader.h>
 

@@ -22,8 +22,8 @@ namespace {
 bool isWorkingFileInBackup(unsigned char sb)
 {
     const TAVLib::RecordKit::SELStoreCheck check(sb);
-    const auto& working = check.getFiles()[0];
-    const auto& saved = check.getFiles()[1];
+    const auto& working = check.workingFile();
+    const auto& saved = check.backup();
     if (working.count == 0) {
         return true;
     }

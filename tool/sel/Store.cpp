@@ -89,7 +89,7 @@ CommandError storeError(unsigned int code, const std::string& path)
 unsigned int prepareWorkingFile(unsigned char board)
 {
     const SELStoreCheck check(board);
-    const SELStoreCheck::File& working = check.getFiles().front();
+    const SELStoreCheck::File& working = check.workingFile();
     if (!working.isMissing && working.size != FILE_SIZE && working.count != 0) {
         throw dataError(
             fmt::format("{}: {} bytes long, expected {}; it contains {} and stays as it is",
