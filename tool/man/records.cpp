@@ -154,10 +154,10 @@ std::string manualFields(const RecordClass& recordClass)
     std::string text;
     for (const FieldTable& table : recordClass.tables) {
         for (const Field& field : table) {
-            const std::string bits =
-                field.place.isBits() ? " bit " + field.place.bitsText() : std::string();
-            text += fmt::format("{}{} ({}, {}{})", text.empty() ? "" : ", ", nameText(field),
-                                offsetText(field), widthText(field, recordClass), bits);
+            const std::string extent = field.place.isBits() ? " bit " + field.place.bitsText()
+                                                            : ", " + widthText(field, recordClass);
+            text += fmt::format("{}{} ({}{})", text.empty() ? "" : ", ", nameText(field),
+                                offsetText(field), extent);
         }
     }
     return fmt::format(".TP\n.BR {} \" (size {})\"\n{}.\n", roff(recordClass.name),
@@ -172,8 +172,8 @@ std::string manualSection()
     for (const EventField& field : EventFields()) {
         text += fmt::format(".TP\n.B {}\n{}.\n", roff(field.name), roff(field.text));
     }
-    text += ".SS Records\nOf an image that\n.B decode\nshows: each field with its first byte and "
-            "its width. Widths such as n x 2 are lists, N and M their numbers.\n";
+    text += ".SS Records\nOf an image that\n.B decode\nshows: each field with its first byte, and "
+            "its bits or its width. Widths such as n x 2 are lists, N and M their numbers.\n";
     for (const RecordClass* const each : recordClasses()) {
         text += manualFields(*each);
     }

@@ -18,18 +18,6 @@ using TAVLib::RecordKit::SELEntry;
 
 namespace {
 
-EventKind kindOf(unsigned char recordType)
-{
-    if (recordType == SELEntry::SYSTEM_EVENT_RECORD) {
-        return EventKind::SYSTEM_EVENT;
-    }
-    if (recordType >= SELEntry::FIRST_OEM_UNTIMESTAMPED_RECORD) {
-        return EventKind::OEM_UNTIMESTAMPED;
-    }
-    return recordType >= SELEntry::FIRST_OEM_TIMESTAMPED_RECORD ? EventKind::OEM_TIMESTAMPED
-                                                                : EventKind::OTHER;
-}
-
 unsigned int littleEndian(const SELEntry& entry, int byte, int width)
 {
     unsigned int value = 0;
@@ -94,7 +82,7 @@ Event decodeEvent(const BMCSELEntryMessage& message)
     Event event;
     event.recordId = littleEndian(entry, SELEntry::RECORD_ID, 2);
     event.recordType = entry.getSpecifiedBytePosData(SELEntry::RECORD_TYPE);
-    event.kind = kindOf(event.recordType);
+    event.kind = eventKind(event.recordType);
     event.hasTime = event.kind != EventKind::OEM_UNTIMESTAMPED;
     if (event.hasTime) {
         event.time = Timestamp(littleEndian(entry, SELEntry::TIMESTAMP, 4));
@@ -131,21 +119,6 @@ Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::R
     event.fileIndex = record.fileIndex;
     event.slot = record.slot;
     return event;
-}
-
-const char* kindName(EventKind kind)
-{
-    switch (kind) {
-    case EventKind::SYSTEM_EVENT:
-        return "system-event";
-    case EventKind::OEM_TIMESTAMPED:
-        return "oem-timestamped";
-    case EventKind::OEM_UNTIMESTAMPED:
-        return "oem-untimestamped";
-    case EventKind::OTHER:
-        break;
-    }
-    return "other";
 }
 
 std::string eventText(const Event& event)

@@ -8,6 +8,7 @@
 
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Time.h>
+#include <recordkit/inspect/words/EventKinds.h>
 #include <recordkit/inspect/words/Severities.h>
 #include <recordkit/sel/BMCSELEntryMessage.h>
 #include <recordkit/selfile/SELChainReader.h>
@@ -16,9 +17,6 @@
 namespace recordkit::inspect {
 
 namespace SELFileLayout = TAVLib::RecordKit::SELFileLayout;
-
-/// The kind of a SEL record, by its record type (IPMI v2.0, section 32).
-enum class EventKind { SYSTEM_EVENT, OEM_TIMESTAMPED, OEM_UNTIMESTAMPED, OTHER };
 
 /// One record of an event log, decoded.
 struct Event {
@@ -59,9 +57,6 @@ Event decodeEvent(const TAVLib::RecordKit::BMCSELEntryMessage& message);
 
 /// Decodes the record of a slot.
 Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::Record& record);
-
-/// "system-event", "oem-timestamped", "oem-untimestamped" or "other".
-const char* kindName(EventKind kind);
 
 /// The event as text; for an offset without a text, and for OEM records, what they are.
 std::string eventText(const Event& event);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/inspect/bytes/Time.h>
 #include <recordkit/inspect/fields/Registry.h>
+#include <recordkit/inspect/words/EventKinds.h>
 #include <recordkit/sel/BMCLog.h>
 #include <recordkit/sel/BMCMemoryImage.h>
 #include <recordkit/sel/BMCSELEntryMessage.h>
@@ -39,42 +40,25 @@ constexpr unsigned int ofTrailer(unsigned int byte)
 
 constexpr unsigned int TYPE = ofRecord(S::RECORD_TYPE);
 
-enum class Kind { NONE, SYSTEM, TIMESTAMPED, UNTIMESTAMPED, OTHER };
-
-Kind kindOf(unsigned int type)
+/// Whether an image has a record type, and one of a kind.
+template <EventKind KIND> bool isOf(const Record& record)
 {
-    if (type == S::SYSTEM_EVENT_RECORD) {
-        return Kind::SYSTEM;
-    }
-    if (type >= S::FIRST_OEM_UNTIMESTAMPED_RECORD) {
-        return Kind::UNTIMESTAMPED;
-    }
-    return type >= S::FIRST_OEM_TIMESTAMPED_RECORD ? Kind::TIMESTAMPED : Kind::OTHER;
-}
-
-Kind kindOf(const Record& record)
-{
-    return record.image.size() > TYPE ? kindOf(record.image[TYPE]) : Kind::NONE;
-}
-
-template <Kind KIND> bool isOf(const Record& record)
-{
-    return kindOf(record) == KIND;
+    return record.image.size() > TYPE && eventKind(record.image[TYPE]) == KIND;
 }
 
 bool hasTimestamp(const Record& record)
 {
-    const Kind kind = kindOf(record);
-    return kind != Kind::NONE && kind != Kind::UNTIMESTAMPED;
+    return record.image.size() > TYPE &&
+           eventKind(record.image[TYPE]) != EventKind::OEM_UNTIMESTAMPED;
 }
 
-constexpr Condition SYSTEM = {bytesAt(TYPE), isOf<Kind::SYSTEM>, "of system events"};
+constexpr Condition SYSTEM = {bytesAt(TYPE), isOf<EventKind::SYSTEM_EVENT>, "of system events"};
 constexpr Condition TIMED = {bitsAt(TYPE, 7, 5), hasTimestamp, "of records with a timestamp"};
-constexpr Condition OEM_TIMED = {bitsAt(TYPE, 7, 5), isOf<Kind::TIMESTAMPED>,
+constexpr Condition OEM_TIMED = {bitsAt(TYPE, 7, 5), isOf<EventKind::OEM_TIMESTAMPED>,
                                  "of OEM records with a timestamp"};
-constexpr Condition OEM_UNTIMED = {bitsAt(TYPE, 7, 5), isOf<Kind::UNTIMESTAMPED>,
+constexpr Condition OEM_UNTIMED = {bitsAt(TYPE, 7, 5), isOf<EventKind::OEM_UNTIMESTAMPED>,
                                    "of OEM records without a timestamp"};
-constexpr Condition OTHER = {bytesAt(TYPE), isOf<Kind::OTHER>, "of other records"};
+constexpr Condition OTHER = {bytesAt(TYPE), isOf<EventKind::OTHER>, "of other records"};
 
 std::string asTime(const Value& seconds)
 {
@@ -83,16 +67,17 @@ std::string asTime(const Value& seconds)
 
 std::string asRecordType(const Value& type)
 {
-    switch (kindOf(numberOf(type))) {
-    case Kind::SYSTEM:
+    switch (eventKind(static_cast<unsigned char>(numberOf(type)))) {
+    case EventKind::SYSTEM_EVENT:
         return "system event";
-    case Kind::TIMESTAMPED:
+    case EventKind::OEM_TIMESTAMPED:
         return "OEM with a timestamp";
-    case Kind::UNTIMESTAMPED:
+    case EventKind::OEM_UNTIMESTAMPED:
         return "OEM without a timestamp";
-    default:
-        return "";
+    case EventKind::OTHER:
+        break;
     }
+    return "";
 }
 
 std::string asDirection(const Value& isDeassertion)

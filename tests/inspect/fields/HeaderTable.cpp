@@ -167,6 +167,7 @@ unsigned int HeaderTables::add(const Table& table, const std::vector<Row>& rows,
             at = add(base, base.rows, at, image);
         } else if (std::regex_match(row.width, match, REPEATED)) {
             const unsigned int width = match[2].matched ? valueOf(match[2], {}) : 0;
+            EXPECT_TRUE(width != 0 || !startsWith(row.meaning, CARRIED)) << row.meaning;
             for (unsigned int left = valueOf(match[1], letters); left > 0; --left) {
                 if (width == 0) {
                     at = add(table, table.block, at, image);
@@ -180,6 +181,9 @@ unsigned int HeaderTables::add(const Table& table, const std::vector<Row>& rows,
             const unsigned int width = valueOf(isCut ? match[1].str() : row.width, {});
             const unsigned int left = image.size - std::min(image.size, at);
             const Place place = bytesAt(at, isCut ? std::min(width, left) : width);
+            if (isCut) {
+                image.documented.most[row.meaning] = {width, place.width};
+            }
             addRow(row, place, image);
             if (std::regex_match(row.meaning, match, LETTER)) {
                 letters[match[1].str()[0]] = numberAt(image.fields, place);

@@ -20,6 +20,8 @@ struct DocumentedImage {
     std::vector<Item> items;                        ///< what has a meaning
     std::vector<recordkit::inspect::Place> carried; ///< what has none
     std::set<unsigned int> bytes;                   ///< all that a row mentions
+    /// What "up to" says, and the bytes that the row has in this image, by the row's meaning.
+    std::map<std::string, std::pair<unsigned int, unsigned int>> most;
 };
 
 /// The byte tables of the headers below some folders.

@@ -86,7 +86,7 @@ TEST(NewClass, IsInTheManualPage)
 {
     const std::string page = generated({"man", RECORDKIT_SOURCE "/docs/man/recordkit.1.in"});
     EXPECT_TRUE(contains(page, ".TP\n.BR FanTrayInfo \" (size 10)\"\n"
-                               "installed (0, 1 bit 0), fault (0, 1 bit 2), "
+                               "installed (0 bit 0), fault (0 bit 2), "
                                "fanN_speed (2, 4 x 2).\n"))
         << page;
     EXPECT_FALSE(contains(page, ".\\\" FIELDS"));

@@ -13,7 +13,7 @@ namespace recordkit::inspect {
 /// What test listings show of a class.
 inline void PrintTo(const RecordClass* recordClass, std::ostream* out)
 {
-    *out << recordClass->name;
+    *out << (recordClass == nullptr ? "no class" : recordClass->name);
 }
 
 }
