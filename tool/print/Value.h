@@ -39,7 +39,7 @@ public:
     Value(std::string text) : content(std::move(text)) {}
     Value(List list) : content(std::move(list)) {}
     Value(Object object) : content(std::move(object)) {}
-    Value(const inspect::Value& value); ///< of a field of a record
+    Value(inspect::Value value); ///< of a field of a record
     Value(const std::vector<std::string>& texts) : content(List(texts.begin(), texts.end())) {}
     Value(const std::vector<unsigned int>& numbers) : content(List(numbers.begin(), numbers.end()))
     {
