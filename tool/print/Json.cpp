@@ -40,6 +40,7 @@ struct Writer {
     void operator()(std::monostate) const { text += "null"; }
     void operator()(bool flag) const { text += flag ? "true" : "false"; }
     void operator()(long long number) const { text += std::to_string(number); }
+    void operator()(double number) const { text += Json(number).dump(); }
     void operator()(const std::string& content) const
     {
         const bool isPlain = std::all_of(content.begin(), content.end(), [](char character) {
@@ -113,6 +114,16 @@ std::string jsonText(const Value& value)
 std::string indentedJson(const Value& value)
 {
     return std::visit(ToJson(), value.get()).dump(2) + "\n";
+}
+
+bool isUtf8(const std::string& text)
+{
+    try {
+        static_cast<void>(Json(text).dump());
+        return true;
+    } catch (const Json::type_error&) {
+        return false;
+    }
 }
 
 std::optional<Value> parseJson(const std::string& text)

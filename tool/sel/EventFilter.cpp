@@ -1,51 +1,33 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "EventFilter.h"
 
-#include <recordkit/inspect/words/SensorTypes.h>
+#include "EventCodes.h"
 
 namespace recordkit::tool {
 
 namespace {
 
 constexpr unsigned long LAST_PARTITION = 15;
-constexpr const char* TIME = "a UTC time such as 2024-11-05 or 2024-11-05T06:07:08Z";
-constexpr const char* SEVERITY = "informational, monitor, warning, critical or non-recoverable";
-
-std::optional<unsigned long> severityOf(const std::string& text)
-{
-    const auto severity = findSeverity(text);
-    return severity ? std::optional(static_cast<unsigned long>(*severity)) : std::nullopt;
-}
-
-std::optional<unsigned long> timeOf(const std::string& text)
-{
-    return parseTime(text);
-}
-
-std::optional<unsigned long> sensorTypeOf(const std::string& text)
-{
-    return findSensorType(text);
-}
 
 }
 
 std::vector<Option> eventFilterOptions()
 {
     return {
-        word("--severity", "NAME", severityOf, SEVERITY,
-             "Only events of this severity or higher: informational, monitor, warning, critical, "
-             "non-recoverable"),
-        word("--since", "TIME", timeOf, TIME,
-             "Only events at this time (UTC) or later; events without a date are left out"),
-        word("--until", "TIME", timeOf, TIME, "Only events at this time (UTC) or earlier"),
-        word("--sensor-type", "TYPE", sensorTypeOf, "the name or the number of a sensor type",
-             "Only events of this sensor type: a name as listed, or a number"),
+        severityOption("--severity",
+                       "Only events of this severity or higher: informational, monitor, warning, "
+                       "critical, non-recoverable; or only unrated ones"),
+        sinceOption("--since",
+                    "Only events at this time (UTC) or later; events without a date are left out"),
+        untilOption("--until", "Only events at this time (UTC) or earlier, a day as a whole"),
+        sensorTypeOption("--sensor-type", "TYPE",
+                         "Only events of this sensor type: a name, its beginning, or a number"),
         number("--partition", "N", 0, LAST_PARTITION, "Only events that concern this partition"),
     };
 }
 
 EventFilter::EventFilter(const Arguments& arguments)
-    : leastSeverity(arguments.find("--severity")), sensorType(arguments.find("--sensor-type")),
+    : severity(arguments.find("--severity")), sensorType(arguments.find("--sensor-type")),
       partition(arguments.find("--partition")), since(arguments.find("--since")),
       until(arguments.find("--until"))
 {
@@ -54,8 +36,7 @@ EventFilter::EventFilter(const Arguments& arguments)
 bool EventFilter::accepts(const Event& event) const
 {
     const bool isSystemEvent = event.kind == EventKind::SYSTEM_EVENT;
-    if (leastSeverity &&
-        (!isSystemEvent || !isAtLeast(event.severity, static_cast<Severity>(*leastSeverity)))) {
+    if (severity && (!isSystemEvent || !isSevere(event))) {
         return false;
     }
     if (sensorType && (!isSystemEvent || event.sensorType != *sensorType)) {
@@ -65,6 +46,14 @@ bool EventFilter::accepts(const Event& event) const
         return false;
     }
     return isInTime(event);
+}
+
+/// Unrated events are neither harmless nor severe: they are asked for as such.
+bool EventFilter::isSevere(const Event& event) const
+{
+    return *severity == SeverityMap::SEV_NONE
+               ? event.severity == SeverityMap::SEV_NONE
+               : isAtLeast(event.severity, static_cast<Severity>(*severity));
 }
 
 bool EventFilter::isInTime(const Event& event) const

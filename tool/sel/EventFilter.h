@@ -23,9 +23,10 @@ public:
     bool accepts(const Event& event) const;
 
 private:
+    bool isSevere(const Event& event) const;
     bool isInTime(const Event& event) const;
 
-    std::optional<unsigned long> leastSeverity;
+    std::optional<unsigned long> severity;
     std::optional<unsigned long> sensorType;
     std::optional<unsigned long> partition;
     std::optional<unsigned long> since;
