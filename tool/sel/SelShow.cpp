@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "../Commands.h"
@@ -7,59 +9,66 @@
 #include "../print/Output.h"
 #include "EventColumns.h"
 #include "EventText.h"
+#include "LogProblems.h"
 
 namespace recordkit::tool {
 
-using TAVLib::RecordKit::SELChainReader;
-
 namespace {
 
-/// The newest event that `matches` accepts; throws CommandError (data) if there is none.
-template <typename Match>
-Event findEvent(unsigned char board, const std::string& wanted, const Match& matches)
-{
-    SELChainReader reader(board, SELChainReader::NEWEST_FIRST);
-    SELChainReader::Record record = {};
-    while (reader.next(record)) {
-        if (matches(record)) {
-            return decodeEvent(board, record);
+/// Selects one event: by record id or by log number.
+class Wanted {
+public:
+    explicit Wanted(const Arguments& arguments)
+        : id(arguments.find("ID")), log(arguments.find("--log"))
+    {
+        if (id.has_value() == log.has_value()) {
+            throw usageError("expected a record id or --log N");
         }
     }
-    for (const auto& damage : reader.getDamage()) {
-        complain(damage.path + ": " + damage.text);
+    bool matches(const LogSlot& slot) const
+    {
+        return log ? *log != 0 && slot.logNumber == *log : SELFileLayout::idOf(slot.image) == *id;
     }
-    throw dataError(fmt::format("board {} has no event with {}", board, wanted));
-}
+    std::string text() const
+    {
+        return log ? fmt::format("log number {}", *log) : fmt::format("record id {:04X}h", *id);
+    }
 
-Event chooseEvent(const Arguments& arguments)
+private:
+    std::optional<unsigned long> id;
+    std::optional<unsigned long> log;
+};
+
+/// The newest event that is wanted; throws CommandError (data) if there is none.
+Event findEvent(const Arguments& arguments, LogProblems& problems)
 {
-    const auto id = arguments.find("ID");
-    const auto log = arguments.find("--log");
-    if (id.has_value() == log.has_value()) {
-        throw usageError("expected a record id or --log N");
+    const Wanted wanted(arguments);
+    const unsigned char board = arguments.board();
+    const BoardLog log(board);
+    problems.add(board, log.getProblems());
+    const std::vector<LogSlot>& slots = log.getSlots();
+    const auto found = std::find_if(slots.rbegin(), slots.rend(), [&](const LogSlot& slot) {
+        return slot.isShown(arguments.has("--strict")) && wanted.matches(slot);
+    });
+    if (found == slots.rend()) {
+        problems.report(LogProblems::HIDDEN);
+        throw dataError(fmt::format("board {} has no event with {}", board, wanted.text()));
     }
-    if (log) {
-        return findEvent(arguments.board(), fmt::format("log number {}", *log),
-                         [&log](const SELChainReader::Record& record) {
-                             return *log != 0 && record.logNumber == *log;
-                         });
-    }
-    return findEvent(arguments.board(), fmt::format("record id {:04X}h", *id),
-                     [&id](const SELChainReader::Record& record) {
-                         return SELFileLayout::idOf(record.image) == *id;
-                     });
+    return log.decode(*found);
 }
 
 void run(const Arguments& arguments)
 {
-    const Event event = chooseEvent(arguments);
+    LogProblems problems;
+    const Event event = findEvent(arguments, problems);
     if (arguments.format() == Format::TABLE) {
         print(describeEvent(event));
-        return;
+    } else {
+        EventListing listing(arguments.format());
+        listing.add(event);
+        listing.finish();
     }
-    EventListing listing(arguments.format());
-    listing.add(event);
-    listing.finish();
+    problems.finish(arguments.has("--strict") ? LogProblems::HIDDEN : LogProblems::SHOWN);
 }
 
 }
@@ -70,7 +79,8 @@ Command selShowCommand()
             "Show every field of one event, and its bytes",
             "recordkit sel show 0x97 --board 1; recordkit sel show --log 3",
             {number("ID", "ID", 0, 0xFFFF, "Record id; the newest event that has it").optional(),
-             number("--log", "N", 0, 0xFFFF, "Log number, from 1 for the oldest event"), board()},
+             number("--log", "N", 0, 0xFFFF, "Log number, from 1 for the oldest event"), board(),
+             strictFlag()},
             Answer::LISTING,
             run};
 }
