@@ -28,6 +28,7 @@ std::vector<Command> commands()
             selShowCommand(),
             selStatusCommand(),
             selCheckCommand(),
+            selRescueCommand(),
             selRotateCommand(),
             selBackupCommand(),
             selRestoreCommand(),

@@ -135,7 +135,7 @@ std::string placeText(const Event& event)
 std::string describeEvent(const Event& event)
 {
     std::string text;
-    line(text, "board", std::to_string(event.board));
+    line(text, "board", event.source.empty() ? std::to_string(event.board) : "-");
     line(text, "log number", event.logNumber == 0 ? "-" : std::to_string(event.logNumber));
     line(text, "stored in", placeText(event));
     line(text, "record id", fmt::format("{:04X}h", event.recordId));

@@ -10,9 +10,11 @@
 
 #include "../Commands.h"
 #include "../print/Output.h"
+#include "../print/Problems.h"
 #include "EventColumns.h"
 #include "EventFilter.h"
 #include "LogProblems.h"
+#include "SavedEvents.h"
 #include "WriteWatch.h"
 
 namespace recordkit::tool {
@@ -65,13 +67,25 @@ void add(const std::vector<Event>& events, std::size_t from, EventListing& listi
     std::fflush(stdout);
 }
 
-void run(const Arguments& arguments)
+/// The last N of the events, if --last is given.
+void addLast(const Arguments& arguments, const std::vector<Event>& events, EventListing& listing)
 {
-    if (arguments.has("--follow") && arguments.isJson()) {
-        throw usageError(
-            "--follow never ends, so a JSON array could never be closed; use --ndjson");
-    }
-    EventListing listing(arguments.format());
+    const std::size_t last = arguments.find("--last").value_or(events.size());
+    add(events, last < events.size() ? events.size() - last : 0, listing);
+}
+
+void listSaved(const Arguments& arguments, EventListing& listing)
+{
+    EventFilter filter(arguments);
+    Problems problems;
+    addLast(arguments, filter.choose(readSavedEvents(arguments.texts("FILE"), problems)), listing);
+    listing.finish();
+    reportUndated(filter);
+    problems.finish();
+}
+
+void listBoards(const Arguments& arguments, EventListing& listing)
+{
     // Start watching before the first read, so that no event is missed in between.
     const std::unique_ptr<WriteWatch> watch =
         arguments.has("--follow") ? std::make_unique<WriteWatch>(arguments.boards()) : nullptr;
@@ -79,9 +93,7 @@ void run(const Arguments& arguments)
     EventFilter filter(arguments);
     NewBoardEvents source(arguments);
     LogProblems problems;
-    const std::vector<Event> events = filter.choose(source.take(problems));
-    const std::size_t last = arguments.find("--last").value_or(events.size());
-    add(events, last < events.size() ? events.size() - last : 0, listing);
+    addLast(arguments, filter.choose(source.take(problems)), listing);
     while (watch != nullptr) {
         // What is wrong is reported once; a rotation in progress looks wrong for a moment.
         problems.report(shown);
@@ -94,10 +106,32 @@ void run(const Arguments& arguments)
     problems.finish(shown);
 }
 
+void run(const Arguments& arguments)
+{
+    const bool isSaved = arguments.has("FILE");
+    if (arguments.has("--follow") && arguments.isJson()) {
+        throw usageError(
+            "--follow never ends, so a JSON array could never be closed; use --ndjson");
+    }
+    if (isSaved && (arguments.has("--follow") || arguments.has("--strict"))) {
+        throw usageError("--follow and --strict are for the logs of boards, not for saved files");
+    }
+    EventListing listing(arguments.format());
+    if (isSaved) {
+        listSaved(arguments, listing);
+    } else {
+        listBoards(arguments, listing);
+    }
+}
+
 std::vector<Option> options()
 {
     std::vector<Option> all = eventFilterOptions();
     all.insert(all.begin(), boards("0"));
+    all.insert(all.begin(), argument("FILE", "Saved events to list instead of a board's log: event "
+                                             "files, or what sel add takes; - for standard input")
+                                .optional()
+                                .many());
     constexpr unsigned long MANY = 0xFFFFFFFF;
     all.push_back(number("--last", "N", 1, MANY, "Only the newest N of the selected events"));
     all.push_back(strictFlag());

@@ -3,13 +3,18 @@
 
 #include <fmt/format.h>
 
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/bytes/Text.h>
+
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../cli/Arguments.h"
 #include "../print/Output.h"
+#include "../print/Problems.h"
 #include "EventColumns.h"
 #include "EventText.h"
 #include "LogProblems.h"
+#include "SavedEvents.h"
 
 namespace recordkit::tool {
 
@@ -19,30 +24,45 @@ namespace {
 class Wanted {
 public:
     explicit Wanted(const Arguments& arguments)
-        : id(arguments.find("ID")), log(arguments.find("--log"))
+        : files(arguments.texts("ID")), log(arguments.find("--log"))
     {
-        if (id.has_value() == log.has_value()) {
+        if (files.empty() != log.has_value()) {
             throw usageError("expected a record id or --log N");
+        }
+        if (!files.empty()) {
+            id = readId(files.back());
+            files.pop_back();
         }
     }
     bool matches(const LogSlot& slot) const
     {
-        return log ? *log != 0 && slot.logNumber == *log : SELFileLayout::idOf(slot.image) == *id;
+        return log ? *log != 0 && slot.logNumber == *log : SELFileLayout::idOf(slot.image) == id;
     }
+    bool matches(const Event& event) const { return event.recordId == id; }
     std::string text() const
     {
-        return log ? fmt::format("log number {}", *log) : fmt::format("record id {:04X}h", *id);
+        return log ? fmt::format("log number {}", *log) : fmt::format("record id {:04X}h", id);
     }
+    /// Saved files to search instead of a board's log.
+    const std::vector<std::string>& getFiles() const { return files; }
 
 private:
-    std::optional<unsigned long> id;
+    static unsigned long readId(const std::string& text)
+    {
+        constexpr unsigned long LAST_ID = 0xFFFF;
+        return orThrow(parseNumber(text, LAST_ID),
+                       usageError(fmt::format("ID: invalid value \"{}\" (expected 0 to {})",
+                                              printable(text), LAST_ID)));
+    }
+
+    std::vector<std::string> files;
     std::optional<unsigned long> log;
+    unsigned long id = 0;
 };
 
 /// The newest event that is wanted; throws CommandError (data) if there is none.
-Event findEvent(const Arguments& arguments, LogProblems& problems)
+Event findInLog(const Arguments& arguments, const Wanted& wanted, LogProblems& problems)
 {
-    const Wanted wanted(arguments);
     const unsigned char board = arguments.board();
     const BoardLog log(board);
     problems.add(board, log.getProblems());
@@ -57,17 +77,40 @@ Event findEvent(const Arguments& arguments, LogProblems& problems)
     return log.decode(*found);
 }
 
-void run(const Arguments& arguments)
+Event findInFiles(const Wanted& wanted, Problems& problems)
 {
-    LogProblems problems;
-    const Event event = findEvent(arguments, problems);
+    const std::vector<Event> events = readSavedEvents(wanted.getFiles(), problems);
+    const auto found = std::find_if(events.rbegin(), events.rend(),
+                                    [&](const Event& event) { return wanted.matches(event); });
+    if (found == events.rend()) {
+        problems.finish();
+        throw dataError("no file has an event with " + wanted.text());
+    }
+    return *found;
+}
+
+void show(const Arguments& arguments, const Event& event)
+{
     if (arguments.format() == Format::TABLE) {
         print(describeEvent(event));
-    } else {
-        EventListing listing(arguments.format());
-        listing.add(event);
-        listing.finish();
+        return;
     }
+    EventListing listing(arguments.format());
+    listing.add(event);
+    listing.finish();
+}
+
+void run(const Arguments& arguments)
+{
+    const Wanted wanted(arguments);
+    if (!wanted.getFiles().empty()) {
+        Problems problems;
+        show(arguments, findInFiles(wanted, problems));
+        problems.finish();
+        return;
+    }
+    LogProblems problems;
+    show(arguments, findInLog(arguments, wanted, problems));
     problems.finish(arguments.has("--strict") ? LogProblems::HIDDEN : LogProblems::SHOWN);
 }
 
@@ -75,14 +118,19 @@ void run(const Arguments& arguments)
 
 Command selShowCommand()
 {
-    return {"sel show",
-            "Show every field of one event, and its bytes",
-            "recordkit sel show 0x97 --board 1; recordkit sel show --log 3",
-            {number("ID", "ID", 0, 0xFFFF, "Record id; the newest event that has it").optional(),
-             number("--log", "N", 0, 0xFFFF, "Log number, from 1 for the oldest event"), board(),
-             strictFlag()},
-            Answer::LISTING,
-            run};
+    return {
+        "sel show",
+        "Show every field of one event, and its bytes",
+        "recordkit sel show 0x97 --board 1; recordkit sel show events.raw 0x97",
+        {argument("ID",
+                  "Record id; the newest event that has it. Files before it are saved events to "
+                  "search instead of a board's log")
+             .optional()
+             .many(),
+         number("--log", "N", 0, 0xFFFF, "Log number, from 1 for the oldest event"), board(),
+         strictFlag()},
+        Answer::LISTING,
+        run};
 }
 
 }

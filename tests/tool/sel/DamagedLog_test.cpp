@@ -187,3 +187,85 @@ TEST_F(DamagedLog, BadSlotHidesNothingAfterIt)
     EXPECT_EQ(events[2000]["id"], 2002);
     EXPECT_EQ(events[2000]["slot"], 401);
 }
+
+TEST_F(DamagedLog, IsRepairedSoThatTheStoreCountsEveryWholeEvent)
+{
+    std::filesystem::remove(kept(1, 3));
+    std::filesystem::resize_file(kept(1, 5), 50000);
+    patchFile(kept(1, 2), 10 * SLOT + 2, {0xFF, 0xFF});
+    std::filesystem::resize_file(working(1), 300 * SLOT);
+    const Outcome outcome = sel({"check", "--recover", "--board", "1"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out.substr(0, outcome.out.find("board 1: sound\n")),
+              "board 1: sel4 renamed to sel3\n"
+              "board 1: sel5 renamed to sel4\n"
+              "board 1: sel6 renamed to sel5\n"
+              "board 1: sel7 renamed to sel6\n"
+              "board 1: " +
+                  working(1) +
+                  " written again with 300 events\n"
+                  "board 1: " +
+                  kept(1, 2) + " written again with 799 events, as it was in " + kept(1, 2) +
+                  ".damaged-1\n"
+                  "board 1: " +
+                  kept(1, 4) + " written again with 362 events, as it was in " + kept(1, 4) +
+                  ".damaged-1\n");
+    const std::vector<Json> events = listedWith("");
+    EXPECT_EQ(events.size(), 4U * 800 + 362 + 799 + 300);
+    EXPECT_EQ(countOf(events, "regular"), events.size());
+    EXPECT_EQ(readFile(kept(1, 4) + ".damaged-1").size(), 50000U);
+    // Nothing is left to do.
+    const auto before = snapshot();
+    EXPECT_EQ(sel({"check", "--recover", "--board", "1"}).out.find("board 1: sound\n"), 0U);
+    EXPECT_EQ(snapshot(), before);
+}
+
+TEST_F(DamagedLog, UnreadableFileIsMovedAside)
+{
+    std::filesystem::remove(kept(1, 7));
+    std::filesystem::create_directory(kept(1, 7));
+    const Outcome outcome = sel({"check", "--recover", "--board", "1"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out.find("board 1: " + kept(1, 7) + " renamed to " + kept(1, 7) +
+                               ".damaged-1: Is a directory\nboard 1: sound\n"),
+              0U)
+        << outcome.out;
+}
+
+TEST_F(DamagedLog, FullChainLosesNoFileToARotationThatWasCutOff)
+{
+    std::filesystem::rename(working(1), kept(1, 0));
+    writeFile(working(1), Bytes(FULL_FILE, 0xFF));
+    const Outcome outcome = sel({"check", "--recover", "--board", "1"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out.find("board 1: " + kept(1, 7) + " renamed to " + kept(1, 7) +
+                               ".damaged-1: the chain has no room for it\nboard 1: sel6 renamed to "
+                               "sel7\n"),
+              0U)
+        << outcome.out;
+    EXPECT_EQ(idsOf(listedWith("")), range(801, 5962));
+    EXPECT_EQ(sel({"rescue", kept(1, 7) + ".damaged-1", "-o", root.at("/rescued")}).out,
+              kept(1, 7) + ".damaged-1: 800 events\n800 events written to " + root.at("/rescued") +
+                  "\n");
+}
+
+TEST_F(DamagedLog, ShortBackupIsRepairedWithoutLoss)
+{
+    // As a rotation leaves it that had no space for the copy.
+    writeFile(working(1), eventFile(800, 5601));
+    Bytes copied = eventFile(800, 5601);
+    copied.resize(40000);
+    writeFile(kept(1, 0), copied);
+    EXPECT_EQ(idsOf(listedWith("recordkit: " + kept(1, 0) + ": 40000 bytes long, expected 110400" +
+                               remedy())),
+              range(1, 6400));
+    const Outcome outcome = sel({"check", "--recover", "--board", "1"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out.find("board 1: " + kept(1, 0) + " renamed to " + kept(1, 0) +
+                               ".damaged-1: other files contain all of its events\nboard 1: "
+                               "sound\n"),
+              0U)
+        << outcome.out;
+    EXPECT_EQ(idsOf(listedWith("")), range(1, 6400));
+}
