@@ -51,16 +51,6 @@ Bytes packed(const std::vector<const unsigned char*>& events)
     return bytes;
 }
 
-std::vector<const unsigned char*> eventsOf(const LogFile& file)
-{
-    std::vector<const unsigned char*> events;
-    const SlotView view(file.bytes);
-    for (const unsigned int slot : view.getEvents()) {
-        events.push_back(view.slot(slot));
-    }
-    return events;
-}
-
 /// Whether a file contains anything that packing its events would lose.
 bool hasMoreThanEvents(const LogFile& file)
 {
@@ -136,21 +126,28 @@ private:
         return true;
     }
 
+    /// The events of a file that no other file contains, or that this one contains in their place.
+    std::vector<const unsigned char*> eventsOf(std::size_t number) const
+    {
+        std::vector<const unsigned char*> events;
+        for (const LogSlot& slot : log.getSlots()) {
+            if (slot.file == number && !slot.isCopy) {
+                events.push_back(slot.image);
+            }
+        }
+        return events;
+    }
+
     /// Leaves in a backup that a rotation left only the events that no other file contains.
     bool cleanBackup()
     {
         const LogFile& backup = files[BoardLog::BACKUP];
-        std::vector<const unsigned char*> own;
-        std::size_t all = 0;
-        for (const LogSlot& slot : log.getSlots()) {
-            if (slot.file == BoardLog::BACKUP) {
-                ++all;
-                if (!slot.isCopy) {
-                    own.push_back(slot.image);
-                }
-            }
-        }
-        if (backup.error != 0 || files[BoardLog::WORKING].error != 0 || own.size() == all) {
+        const std::vector<const unsigned char*> own = eventsOf(BoardLog::BACKUP);
+        const bool isListed =
+            std::any_of(log.getSlots().begin(), log.getSlots().end(),
+                        [](const LogSlot& slot) { return slot.file == BoardLog::BACKUP; });
+        if (files[BoardLog::WORKING].error != 0 || !isListed ||
+            own.size() == SlotView(backup.bytes).getEvents().size()) {
             return true;
         }
         return own.empty() ? setAside(backup.path, "other files contain all of its events")
@@ -166,7 +163,8 @@ private:
         const bool isCutOff = std::any_of(
             check.getFindings().begin(), check.getFindings().end(),
             [](const auto& finding) { return finding.kind == SELStoreCheck::ROTATION_CUT_OFF; });
-        return !isFull || !isCutOff || (oldest.error == 0 && eventsOf(oldest).empty()) ||
+        return !isFull || !isCutOff ||
+               (oldest.error == 0 && SlotView(oldest.bytes).getEvents().empty()) ||
                setAside(oldest.path, "the chain has no room for it");
     }
 
@@ -181,7 +179,11 @@ private:
         if (file.error != 0) {
             return setAside(file.path, textOf(file.error));
         }
-        return rewrite(file, eventsOf(file), hasMoreThanEvents(file));
+        const std::size_t number = static_cast<std::size_t>(&file - files.data());
+        const std::vector<const unsigned char*> own = eventsOf(number);
+        return rewrite(file, own,
+                       hasMoreThanEvents(file) ||
+                           own.size() != SlotView(file.bytes).getEvents().size());
     }
 
     /// As the firmware does at its start. A board without any file stays as it is.

@@ -9,7 +9,8 @@ namespace recordkit::inspect {
 
 /// Repairs the log of a board, so that the store counts every event that its files contain:
 /// SELStoreCheck::recover finishes a rotation that was cut off and closes gaps; then damaged files
-/// are written again from their whole slots, and a missing working file is restored.
+/// are written again with those of their whole slots that no other file contains, and a missing
+/// working file is restored.
 ///
 /// Nothing is deleted. What a file contains besides whole events is copied to NAME.damaged-N in
 /// persistent memory first; a file that cannot be read, and one that has no place in the chain of
