@@ -21,6 +21,7 @@ Command selListCommand();
 Command selShowCommand();
 Command selStatusCommand();
 Command selCheckCommand();
+Command selRescueCommand();
 Command selRotateCommand();
 Command selBackupCommand();
 Command selRestoreCommand();

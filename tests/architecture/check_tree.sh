@@ -17,7 +17,7 @@ allowed() {
     selfile) echo "selfile sel serial platform posix" ;;
     util) echo "util fru serial platform" ;;
     host) echo "host platform posix" ;;
-    inspect) echo "inspect serial hardware version sel selfile fru util sensor eeprom platform" ;;
+    inspect) echo "inspect serial hardware version sel selfile fru util sensor eeprom platform posix" ;;
     *) echo "" ;;
     esac
 }

@@ -57,7 +57,7 @@ render() {
         "    \$ "*)
             printf '%s\n' "$line"
             output=$(eval "${line#    \$ }" 2>&1) || true
-            [ -z "$output" ] || printf '%s\n' "$output" | sed -e "s,$scratch/page,/srv," -e 's/^/    /' -e 's/ *$//'
+            [ -z "$output" ] || printf '%s\n' "$output" | sed -e "s,$scratch/page,/srv,g" -e 's/^/    /' -e 's/ *$//'
             state=output
             ;;
         "    recordkit "*)

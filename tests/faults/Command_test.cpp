@@ -32,6 +32,7 @@ const SubCommand COMMANDS[] = {
     {"SelBackup",         {"sel", "backup", "--board", "1"}},
     {"SelRestore",        {"sel", "restore", "--board", "1", "--yes"}},
     {"SelRecover",        {"sel", "check", "--board", "1", "--recover"}},
+    {"SelRescue",         {"sel", "rescue", "ROOT/tmp/sb1_bmc_sel0", "-o", "ROOT/rescued"}},
     {"SelClear",          {"sel", "clear", "--board", "1", "--yes"}},
     {"FruSet",            {"fru", "set", "ROOT/board.bin", "board.serial=SN4711"}},
     {"FruSetInPlace",     {"fru", "set", "ROOT/board.bin", "board.serial=SN4711", "--in-place"}},
@@ -72,7 +73,7 @@ protected:
     {
         world.reset();
         // Three bytes more than its old content keep what `fru set` and others make of it apart.
-        writeFile(world.at("/one.hex"), "0100020178563412200004011457a16c\n");
+        writeFile(world.at("/one.hex"), "0100027856341220000404010157a16c\n");
     }
     FaultRun runCommand(const std::string& fault)
     {

@@ -134,7 +134,7 @@ TEST_F(Command, WrongWordsAreNamedWithASuggestion)
     EXPECT_EQ(complaint({"sel", "lst"}), "recordkit: unknown sub-command \"lst\"; did you mean "
                                          "\"list\"?; see --help\n");
     EXPECT_EQ(complaint({"toast"}), "recordkit: unknown sub-command \"toast\"; see --help\n");
-    EXPECT_EQ(complaint({"sel", "list", "--bord", "1"}),
+    EXPECT_EQ(complaint({"sel", "status", "--bord", "1"}),
               "recordkit: unexpected arguments: --bord 1; did you mean \"--board\"?; see --help\n");
     EXPECT_EQ(complaint({"sel", "rotate", "x"}), "recordkit: unexpected argument: x; see --help\n");
     EXPECT_EQ(complaint({"sel"}), "recordkit: A subcommand is required; see --help\n");

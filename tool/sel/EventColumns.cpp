@@ -54,7 +54,8 @@ Cell dataCell(const Event& e)
 }
 
 constexpr EventColumn COLUMNS[] = {
-    {"board", "BOARD", 5, [](const Event& e) { return Cell{std::to_string(e.board)}; }},
+    {"board", "BOARD", 5,
+     [](const Event& e) { return Cell{e.source.empty() ? std::to_string(e.board) : "-"}; }},
     {"log", "LOG", 4,
      [](const Event& e) { return Cell{e.logNumber == 0 ? "-" : std::to_string(e.logNumber)}; }},
     {"id", "ID", 5, [](const Event& e) { return Cell{fmt::format("{:04X}h", e.recordId)}; }},

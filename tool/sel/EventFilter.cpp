@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "EventFilter.h"
 
+#include <algorithm>
+
 #include "EventCodes.h"
 
 namespace recordkit::tool {
@@ -33,7 +35,15 @@ EventFilter::EventFilter(const Arguments& arguments)
 {
 }
 
-bool EventFilter::accepts(const Event& event) const
+std::vector<Event> EventFilter::choose(std::vector<Event> events)
+{
+    const auto rejected = std::remove_if(events.begin(), events.end(),
+                                         [this](const Event& event) { return !accepts(event); });
+    events.erase(rejected, events.end());
+    return events;
+}
+
+bool EventFilter::isChosen(const Event& event) const
 {
     const bool isSystemEvent = event.kind == EventKind::SYSTEM_EVENT;
     if (severity && (!isSystemEvent || !isSevere(event))) {
@@ -42,10 +52,7 @@ bool EventFilter::accepts(const Event& event) const
     if (sensorType && (!isSystemEvent || event.sensorType != *sensorType)) {
         return false;
     }
-    if (partition && (event.partitions >> *partition & 1U) == 0) {
-        return false;
-    }
-    return isInTime(event);
+    return !partition || (event.partitions >> *partition & 1U) != 0;
 }
 
 /// Unrated events are neither harmless nor severe: they are asked for as such.
@@ -56,13 +63,19 @@ bool EventFilter::isSevere(const Event& event) const
                : isAtLeast(event.severity, static_cast<Severity>(*severity));
 }
 
-bool EventFilter::isInTime(const Event& event) const
+bool EventFilter::accepts(const Event& event)
 {
+    if (!isChosen(event)) {
+        return false;
+    }
     if (!since && !until) {
         return true;
     }
-    return event.hasTime && event.time.isDate() && event.time.raw() >= since.value_or(0) &&
-           (!until || event.time.raw() <= *until);
+    if (!event.hasTime || !event.time.isDate()) {
+        ++undated;
+        return false;
+    }
+    return event.time.raw() >= since.value_or(0) && (!until || event.time.raw() <= *until);
 }
 
 }

@@ -20,17 +20,23 @@ class EventFilter {
 public:
     explicit EventFilter(const Arguments& arguments);
 
-    bool accepts(const Event& event) const;
+    /// The accepted ones of a list.
+    std::vector<Event> choose(std::vector<Event> events);
+
+    /// Events left out until now only because they have no date.
+    std::size_t getUndated() const { return undated; }
 
 private:
     bool isSevere(const Event& event) const;
-    bool isInTime(const Event& event) const;
+    bool accepts(const Event& event);
+    bool isChosen(const Event& event) const;
 
     std::optional<unsigned long> severity;
     std::optional<unsigned long> sensorType;
     std::optional<unsigned long> partition;
     std::optional<unsigned long> since;
     std::optional<unsigned long> until;
+    std::size_t undated = 0;
 };
 
 }

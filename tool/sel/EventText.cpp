@@ -117,14 +117,27 @@ std::string textOf(const std::string& text)
     return cellText(textOrNull(toUtf8(text)));
 }
 
+std::string placeText(const Event& event)
+{
+    if (!event.source.empty()) {
+        return fmt::format("{}, record {}", event.source, event.slot);
+    }
+    if (event.state == EventState::BACKUP) {
+        return fmt::format("backup of sel0, slot {}", event.slot);
+    }
+    return fmt::format(
+        "sel{}, slot {}{}", event.fileIndex, event.slot,
+        event.state == EventState::REGULAR ? "" : fmt::format(" ({})", stateName(event.state)));
+}
+
 }
 
 std::string describeEvent(const Event& event)
 {
     std::string text;
-    line(text, "board", std::to_string(event.board));
+    line(text, "board", event.source.empty() ? std::to_string(event.board) : "-");
     line(text, "log number", event.logNumber == 0 ? "-" : std::to_string(event.logNumber));
-    line(text, "stored in", fmt::format("sel{}, slot {}", event.fileIndex, event.slot));
+    line(text, "stored in", placeText(event));
     line(text, "record id", fmt::format("{:04X}h", event.recordId));
     line(text, "record type", fmt::format("{:02X}h {}", event.recordType, kindName(event.kind)));
     line(text, "time", event.hasTime ? event.time.toText() : "-");

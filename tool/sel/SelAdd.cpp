@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <optional>
+#include <unordered_set>
 
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/event/EventJudge.h>
+#include <recordkit/inspect/log/BoardLog.h>
 #include <recordkit/selfile/SELFileLayout.h>
 
 #include "../Commands.h"
@@ -81,25 +85,14 @@ void refuseEmptyId(const std::string& name, const std::vector<ImportedEvent>& ev
     }
 }
 
-/// Stores one event, rotating a full file if requested; false if the file is full and may not be
-/// rotated.
-bool store(unsigned char board, ImportedEvent& event, bool rotates, unsigned int& rotations)
+/// Throws CommandError (data) if a record does not look like an event.
+void judge(const std::string& name, const std::vector<ImportedEvent>& events, bool hasOwnIds)
 {
-    BMCSELDataFile files;
-    if (files.writeRecord(board, event.message) == 1) {
-        return true;
+    if (const auto oddity = findOddity(events, hasOwnIds)) {
+        throw dataError(fmt::format("{}, {}; this does not look like an event, and nothing was "
+                                    "stored; --force stores all records",
+                                    name, *oddity));
     }
-    if (prepareWorkingFile(board) == BMCSELDataFile::FILE_FULL) {
-        if (!rotates) {
-            return false;
-        }
-        rotate(board);
-        ++rotations;
-    }
-    if (files.writeRecord(board, event.message) != 1) {
-        throw storeError(BMCSELDataFile::REWRITE_FAILED, workingFile(board));
-    }
-    return true;
 }
 
 std::vector<ImportedEvent> readInputEvents(const Arguments& arguments)
@@ -113,31 +106,136 @@ std::vector<ImportedEvent> readInputEvents(const Arguments& arguments)
     if (!arguments.has("--renumber")) {
         refuseEmptyId(name, events);
     }
+    if (!arguments.has("--force")) {
+        judge(name, events, !arguments.has("--renumber"));
+    }
     return events;
+}
+
+/// Events that a board has, each recognised by all its bytes but the next record id.
+class KnownEvents {
+public:
+    explicit KnownEvents(unsigned char board)
+    {
+        const BoardLog log(board);
+        for (const LogSlot& slot : log.getSlots()) {
+            images.insert(textOf(slot.image));
+        }
+    }
+    /// Adds one; false if it was there before.
+    bool add(const ImportedEvent& event)
+    {
+        return images.insert(textOf(decodeEvent(event.message).image.data())).second;
+    }
+
+private:
+    static std::string textOf(const unsigned char* image)
+    {
+        return {image + Layout::RECORD_ID_OFFSET, image + Layout::SLOT_SIZE};
+    }
+
+    std::unordered_set<std::string> images;
+};
+
+/// Stores events on a board, and counts what happens.
+class Import {
+public:
+    Import(unsigned char sb, bool rotatesFullFile) : board(sb), rotates(rotatesFullFile) {}
+
+    /// Rotates a full file if requested; throws CommandError.
+    void store(ImportedEvent& event)
+    {
+        BMCSELDataFile files;
+        if (files.writeRecord(board, event.message) != 1) {
+            makeRoom();
+            if (files.writeRecord(board, event.message) != 1) {
+                throw storeError(BMCSELDataFile::REWRITE_FAILED, workingFile(board));
+            }
+        }
+        ++stored;
+    }
+    void skip() { ++skipped; }
+
+    std::string summary() const
+    {
+        std::string text = fmt::format("{} stored on board {}", counted(stored, "event"), board);
+        if (skipped != 0) {
+            text += fmt::format(", {} skipped that the board already has", skipped);
+        }
+        if (rotations != 0) {
+            text += ", " + counted(rotations, "rotation");
+        }
+        return text +
+               (dropped == 0 ? "\n" : ", " + counted(dropped, "oldest event") + " dropped\n");
+    }
+    /// What was done when it failed at an event.
+    std::string progress(std::size_t all) const
+    {
+        return fmt::format("{} of {} events stored{}", stored, all,
+                           skipped == 0 ? "" : fmt::format(", {} skipped", skipped));
+    }
+
+private:
+    void makeRoom()
+    {
+        if (prepareWorkingFile(board) != BMCSELDataFile::FILE_FULL) {
+            return;
+        }
+        if (!rotates) {
+            throw dataError(workingFile(board) + " is full");
+        }
+        dropped += rotate(board);
+        ++rotations;
+    }
+
+    unsigned char board;
+    bool rotates;
+    std::size_t stored = 0;
+    std::size_t skipped = 0;
+    std::size_t rotations = 0;
+    std::size_t dropped = 0;
+};
+
+/// Stores the events that the board does not have; of a failure the message says how far it came.
+void storeAll(const Arguments& arguments, std::vector<ImportedEvent>& events, Import& import)
+{
+    const bool isRenumbered = arguments.has("--renumber");
+    std::optional<KnownEvents> known;
+    if (!isRenumbered && !arguments.has("--duplicates")) {
+        known.emplace(arguments.board());
+    }
+    Numbering numbering(arguments.board());
+    Progress progress(events.size());
+    for (std::size_t i = 0; i < events.size(); ++i) {
+        progress.show(i);
+        if (isRenumbered) {
+            setRecordId(events[i].message, numbering.next());
+        }
+        if (known && !known->add(events[i])) {
+            import.skip();
+            continue;
+        }
+        try {
+            import.store(events[i]);
+        } catch (const CommandError& e) {
+            throw CommandError(e.getStatus(),
+                               fmt::format("{}: {}, the rest begins at {} of {}{}", e.what(),
+                                           import.progress(events.size()), events[i].place,
+                                           inputName(arguments.text("FILE")),
+                                           arguments.has("--rotate")
+                                               ? ""
+                                               : "; rotate the board, or add them with --rotate"));
+        }
+    }
 }
 
 void run(const Arguments& arguments)
 {
-    const unsigned char sb = arguments.board();
     std::vector<ImportedEvent> events = readInputEvents(arguments);
-    prepareWorkingFile(sb);
-    Numbering numbering(sb);
-    Progress progress(events.size());
-    unsigned int rotations = 0;
-    for (std::size_t i = 0; i < events.size(); ++i) {
-        progress.show(i);
-        if (arguments.has("--renumber")) {
-            setRecordId(events[i].message, numbering.next());
-        }
-        if (!store(sb, events[i], arguments.has("--rotate"), rotations)) {
-            throw dataError(fmt::format("{} is full: {} of {} events stored, the rest begins at {} "
-                                        "of {}; rotate the board, or add them with --rotate",
-                                        workingFile(sb), i, events.size(), events[i].place,
-                                        inputName(arguments.text("FILE"))));
-        }
-    }
-    print(fmt::format("{} stored on board {}{}\n", counted(events.size(), "event"), sb,
-                      rotations == 0 ? "" : ", " + counted(rotations, "rotation")));
+    prepareWorkingFile(arguments.board());
+    Import import(arguments.board(), arguments.has("--rotate"));
+    storeAll(arguments, events, import);
+    print(import.summary());
 }
 
 }
@@ -161,17 +259,22 @@ Command selAddCommand()
          partitions("Partitions that the events concern, as 0,2"),
          text("--part-number", "TEXT", "Part number of the unit involved"),
          text("--serial-number", "TEXT", "Serial number of the unit involved"),
-         flag("--rotate", "Rotate a full file and continue")},
+         flag("--rotate", "Rotate a full file and continue"),
+         flag("--duplicates", "Store events again that the board already has"),
+         flag("--force", "Store records that do not look like events too")},
         Answer::TEXT,
         run,
-        "Nothing is stored if any part of the input is damaged. auto reads binary input as "
-        "writeraw, which reverses the manufacturer id of OEM records C0h to DFh; it is reversed "
-        "back. Lines of hex may contain blanks, commas, 0x and # comments; of NDJSON the field "
-        "image is read. Renumbered ids go from FFFEh to 1; without --renumber an id FFFFh, which "
-        "marks an empty slot, is refused. Partitions, part number and serial number fill the OEM "
-        "data of records without them (16 and 18 bytes). Without --rotate a full file ends the "
-        "command with status 1; the message says how many records were stored and where the rest "
-        "begins."};
+        "Nothing is stored if any part of the input is damaged, or if a record does not look like "
+        "an "
+        "event: an unknown record type, a reserved sensor type or event type, record ids that do "
+        "not rise. Events that the board already has, with the same id, time and other bytes, are "
+        "skipped, unless they are renumbered. auto reads binary input as writeraw, which reverses "
+        "the manufacturer id of OEM records C0h to DFh; it is reversed back. Lines of hex may "
+        "contain blanks, commas, 0x and # comments; of NDJSON the field image is read. Renumbered "
+        "ids go from FFFEh to 1; without --renumber an id FFFFh, which marks an empty slot, is "
+        "refused. Partitions, part number and serial number fill the OEM data of records without "
+        "them (16 and 18 bytes). Without --rotate a full file ends the command with status 1; the "
+        "message of any failure says how many records were stored and where the rest begins."};
 }
 
 }

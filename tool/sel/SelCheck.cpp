@@ -3,6 +3,7 @@
 
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/bytes/Time.h>
+#include <recordkit/inspect/log/LogRepair.h>
 #include <recordkit/selfile/SELStoreCheck.h>
 
 #include "../Commands.h"
@@ -92,7 +93,7 @@ void run(const Arguments& arguments)
     for (const unsigned char board : arguments.boards()) {
         std::vector<std::string> actions;
         if (recovers) {
-            isRecovered = SELStoreCheck(board).recover(actions) && isRecovered;
+            isRecovered = repairLog(board, actions) && isRecovered;
         }
         all.push_back({board, SELStoreCheck(board), actions});
         isSound = all.back().check.isSound() && isSound;
@@ -108,8 +109,8 @@ void run(const Arguments& arguments)
     }
     if (!isSound) {
         throw dataError(recovers ? "not everything could be recovered"
-                                 : "the event log is not sound; --recover finishes an interrupted "
-                                   "rotation and closes gaps");
+                                 : "the event log is not sound; --recover repairs it and deletes "
+                                   "nothing");
     }
 }
 
@@ -121,13 +122,17 @@ Command selCheckCommand()
         "sel check",
         "Report what is wrong with the files of a log, for example after a power cut",
         "recordkit sel check --board 1 --recover",
-        {boards("all"), flag("--recover", "Finish an interrupted rotation and close gaps, using "
-                                          "only renames")},
+        {boards("all"),
+         flag("--recover", "Repair the log: finish an interrupted rotation, close gaps, complete "
+                           "damaged files; nothing is deleted")},
         Answer::LISTING,
         run,
         "For each file: missing, of the wrong size, a damaged tail, records after it, how many "
         "events from when to when. For the set: a gap in the chain, an interrupted rotation, a "
-        "shift request that was left."};
+        "shift request that was left. --recover writes damaged files again with the whole events "
+        "that "
+        "they contain, and restores a missing working file; what else a file contained stays in "
+        "NAME.damaged-N, which sel rescue reads. No event may be stored meanwhile."};
 }
 
 }

@@ -1,53 +1,62 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cstdio>
 #include <memory>
-#include <set>
 
+#include <fmt/format.h>
+
+#include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/log/NewEvents.h>
+#include <recordkit/inspect/log/Timeline.h>
 
 #include "../Commands.h"
+#include "../print/Output.h"
 #include "../print/Problems.h"
 #include "EventColumns.h"
 #include "EventFilter.h"
+#include "LogProblems.h"
+#include "SavedEvents.h"
 #include "WriteWatch.h"
 
 namespace recordkit::tool {
 
 namespace {
 
-/// Events of all boards that pass the filter and are new since the last call.
-class NewChosenEvents {
+/// Events of all boards that are new since the last call, merged by time.
+class NewBoardEvents {
 public:
-    explicit NewChosenEvents(const Arguments& arguments) : filter(arguments)
+    explicit NewBoardEvents(const Arguments& arguments) : boards(arguments.boards())
     {
-        for (const unsigned char board : arguments.boards()) {
-            sources.emplace_back(board);
+        for (const unsigned char board : boards) {
+            sources.emplace_back(board, arguments.has("--strict"));
         }
     }
 
-    std::vector<Event> take()
+    /// The problems are those of the logs that were read.
+    std::vector<Event> take(LogProblems& problems)
     {
-        std::vector<Event> chosen;
-        for (NewEvents& source : sources) {
-            std::vector<std::string> found;
-            for (Event& event : source.take(found)) {
-                if (filter.accepts(event)) {
-                    chosen.push_back(std::move(event));
-                }
-            }
-            problems.insert(found.begin(), found.end());
+        std::vector<std::vector<Event>> logs;
+        for (std::size_t i = 0; i < sources.size(); ++i) {
+            std::vector<LogProblem> found;
+            logs.push_back(sources[i].take(found));
+            problems.add(boards[i], found);
         }
-        return chosen;
+        return mergeByTime(std::move(logs));
     }
-
-    /// Problems of the files read so far, each once.
-    const std::set<std::string>& getProblems() const { return problems; }
 
 private:
-    EventFilter filter;
+    std::vector<unsigned char> boards;
     std::vector<NewEvents> sources;
-    std::set<std::string> problems;
 };
+
+void reportUndated(const EventFilter& filter)
+{
+    if (filter.getUndated() != 0) {
+        complain(fmt::format("{} without a date {} not shown: --since and --until cannot place {}",
+                             counted(filter.getUndated(), "event"),
+                             filter.getUndated() == 1 ? "is" : "are",
+                             filter.getUndated() == 1 ? "it" : "them"));
+    }
+}
 
 void add(const std::vector<Event>& events, std::size_t from, EventListing& listing)
 {
@@ -58,38 +67,74 @@ void add(const std::vector<Event>& events, std::size_t from, EventListing& listi
     std::fflush(stdout);
 }
 
+/// The last N of the events, if --last is given.
+void addLast(const Arguments& arguments, const std::vector<Event>& events, EventListing& listing)
+{
+    const std::size_t last = arguments.find("--last").value_or(events.size());
+    add(events, last < events.size() ? events.size() - last : 0, listing);
+}
+
+void listSaved(const Arguments& arguments, EventListing& listing)
+{
+    EventFilter filter(arguments);
+    Problems problems;
+    addLast(arguments, filter.choose(readSavedEvents(arguments.texts("FILE"), problems)), listing);
+    listing.finish();
+    reportUndated(filter);
+    problems.finish();
+}
+
+void listBoards(const Arguments& arguments, EventListing& listing)
+{
+    // Start watching before the first read, so that no event is missed in between.
+    const std::unique_ptr<WriteWatch> watch =
+        arguments.has("--follow") ? std::make_unique<WriteWatch>(arguments.boards()) : nullptr;
+    const auto shown = arguments.has("--strict") ? LogProblems::HIDDEN : LogProblems::SHOWN;
+    EventFilter filter(arguments);
+    NewBoardEvents source(arguments);
+    LogProblems problems;
+    addLast(arguments, filter.choose(source.take(problems)), listing);
+    while (watch != nullptr) {
+        // What is wrong is reported once; a rotation in progress looks wrong for a moment.
+        problems.report(shown);
+        watch->wait();
+        LogProblems later;
+        add(filter.choose(source.take(later)), 0, listing);
+    }
+    listing.finish();
+    reportUndated(filter);
+    problems.finish(shown);
+}
+
 void run(const Arguments& arguments)
 {
+    const bool isSaved = arguments.has("FILE");
     if (arguments.has("--follow") && arguments.isJson()) {
         throw usageError(
             "--follow never ends, so a JSON array could never be closed; use --ndjson");
     }
+    if (isSaved && (arguments.has("--follow") || arguments.has("--strict"))) {
+        throw usageError("--follow and --strict are for the logs of boards, not for saved files");
+    }
     EventListing listing(arguments.format());
-    // Start watching before the first read, so that no event is missed in between.
-    const std::unique_ptr<WriteWatch> watch =
-        arguments.has("--follow") ? std::make_unique<WriteWatch>(arguments.boards()) : nullptr;
-    NewChosenEvents source(arguments);
-    const std::vector<Event> events = source.take();
-    const std::size_t last = arguments.find("--last").value_or(events.size());
-    add(events, last < events.size() ? events.size() - last : 0, listing);
-    while (watch != nullptr) {
-        watch->wait();
-        add(source.take(), 0, listing);
+    if (isSaved) {
+        listSaved(arguments, listing);
+    } else {
+        listBoards(arguments, listing);
     }
-    listing.finish();
-    Problems problems;
-    for (const std::string& problem : source.getProblems()) {
-        problems.add("", problem);
-    }
-    problems.finish();
 }
 
 std::vector<Option> options()
 {
     std::vector<Option> all = eventFilterOptions();
     all.insert(all.begin(), boards("0"));
+    all.insert(all.begin(), argument("FILE", "Saved events to list instead of a board's log: event "
+                                             "files, or what sel add takes; - for standard input")
+                                .optional()
+                                .many());
     constexpr unsigned long MANY = 0xFFFFFFFF;
     all.push_back(number("--last", "N", 1, MANY, "Only the newest N of the selected events"));
+    all.push_back(strictFlag());
     all.push_back(flag("--follow", "Keep running and print new events as they arrive"));
     return all;
 }
@@ -98,16 +143,22 @@ std::vector<Option> options()
 
 Command selListCommand()
 {
-    return {"sel list",
-            "List the events of a board, oldest first",
-            "recordkit sel list --board all --severity warning --since 2024-11-05",
-            options(),
-            Answer::LISTING,
-            run,
-            "Severities are, from harmless to fatal, informational, monitor, warning, critical and "
-            "non-recoverable. A deassertion has the severity of what went away. --follow also "
-            "follows rotations, until it is interrupted. The fields of JSON and CSV are those of "
-            "recordkit(1), FIELDS."};
+    return {
+        "sel list",
+        "List the events of a board, or of all boards by time, oldest first",
+        "recordkit sel list --board all --severity warning --since 2024-11-05",
+        options(),
+        Answer::LISTING,
+        run,
+        "Severities are, from harmless to fatal, informational, monitor, warning, critical and "
+        "non-recoverable. A deassertion has the severity of what went away. --follow also "
+        "follows rotations, until it is interrupted. --board all merges the logs by time; an event "
+        "without "
+        "a date stays after the one before it in its log. Every event in the files is listed once, "
+        "also after a gap in the chain, in damaged files and in the backup that a rotation left; "
+        "a line on standard error says what is wrong, and the status is 1. The fields of JSON and "
+        "CSV are those of "
+        "recordkit(1), FIELDS."};
 }
 
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/format.h>
 
+#include <recordkit/inspect/bytes/Numbers.h>
+
 #include "../Commands.h"
 #include "../cli/Arguments.h"
 #include "../print/Output.h"
@@ -19,10 +21,11 @@ void run(const Arguments& arguments)
         // It would become a file of the chain anyway, and could push the oldest one out.
         throw dataError(workingFile(sb) + " contains no event, there is nothing to rotate");
     }
-    rotate(sb);
+    const std::size_t dropped = rotate(sb);
     print(fmt::format("board {}: working file rotated to sel1; a new, empty working file is in "
-                      "place\n",
-                      sb));
+                      "place{}\n",
+                      sb,
+                      dropped == 0 ? "" : "; " + counted(dropped, "oldest event") + " dropped"));
 }
 
 }

@@ -8,6 +8,7 @@
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../cli/Arguments.h"
+#include "LogProblems.h"
 
 namespace recordkit::tool {
 
@@ -44,6 +45,7 @@ constexpr Column<LogStatus> COLUMNS[] = {
      [](const LogStatus& s) { return Value(SLOTS - s.inWorkingFile.value_or(SLOTS)); }},
     {"rotated_files", "ROTATED", 7, [](const LogStatus& s) { return Value(s.rotatedFiles); }},
     {"events", "EVENTS", 6, [](const LogStatus& s) { return Value(s.total); }},
+    {"events_counted", "COUNTED", 7, [](const LogStatus& s) { return Value(s.counted); }},
     {"oldest", "OLDEST (UTC)", 22, [](const LogStatus& s) { return isoTime(s.oldest); },
      [](const LogStatus& s) { return timeCell(s.oldest); }},
     {"newest", "NEWEST (UTC)", 22, [](const LogStatus& s) { return isoTime(s.newest); },
@@ -57,10 +59,13 @@ constexpr Column<LogStatus> COLUMNS[] = {
 void run(const Arguments& arguments)
 {
     std::vector<LogStatus> all;
+    LogProblems problems;
     for (const unsigned char board : arguments.boards()) {
         all.push_back(readLogStatus(board));
+        problems.add(board, all.back().problems);
     }
     printListing(all, COLUMNS, arguments.format());
+    problems.finish(LogProblems::SHOWN);
 }
 
 }
@@ -72,7 +77,9 @@ Command selStatusCommand()
             "recordkit sel status --board all",
             {boards("all")},
             Answer::LISTING,
-            run};
+            run,
+            "EVENTS are all events that the files contain, COUNTED those that the store itself "
+            "counts. What makes the difference is reported on standard error, with status 1."};
 }
 
 }

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Store.h"
 
+#include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
+#include <system_error>
+#include <unistd.h>
 
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/log/LogFile.h>
 #include <recordkit/platform/LockedFile.h>
 #include <recordkit/platform/PException.h>
 #include <recordkit/selfile/SELFileLayout.h>
@@ -27,6 +32,29 @@ std::string writeProblem(const std::string& path)
     } catch (const TAVLib::PException& e) {
         return e.getMessage();
     }
+}
+
+/// Why there cannot be another event file beside one, as the system's text; empty if there can.
+std::string roomProblem(const std::string& path)
+{
+    const std::string name = path + ".new";
+    const int fd = TEMP_FAILURE_RETRY(
+        ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (fd == -1) {
+        return std::generic_category().message(errno);
+    }
+    const int error = ::posix_fallocate(fd, 0, FILE_SIZE);
+    ::close(fd);
+    ::unlink(name.c_str());
+    return error == 0 ? "" : std::generic_category().message(error);
+}
+
+/// Events of the oldest file, if a rotation now drops it.
+std::size_t eventsToDrop(unsigned char board)
+{
+    const std::vector<LogFile> files = readLogFiles(board);
+    const bool isReplaced = !files[OLDEST_FILE - 1].isMissing();
+    return isReplaced ? SlotView(files[OLDEST_FILE].bytes).getEvents().size() : 0;
 }
 
 }
@@ -79,8 +107,11 @@ CommandError storeError(unsigned int code, const std::string& path)
         const std::string problem = writeProblem(path);
         return fileError(problem.empty() ? path + " cannot be rewritten" : problem);
     }
-    case BMCSELDataFile::MOVE_FAILED:
-        return fileError(path + " cannot be copied or renamed");
+    case BMCSELDataFile::MOVE_FAILED: {
+        const std::string reason = roomProblem(path);
+        return fileError(path + " cannot be copied or renamed" +
+                         (reason.empty() ? "" : ": " + reason));
+    }
     default:
         return fileError(fmt::format("{} cannot be read (code {})", path, code));
     }
@@ -112,13 +143,15 @@ void refuseWhileCutOff(unsigned char board)
     }
 }
 
-void rotate(unsigned char board)
+std::size_t rotate(unsigned char board)
 {
     refuseWhileCutOff(board);
+    const std::size_t dropped = eventsToDrop(board);
     const int result = BMCSELDataFile().shiftSelFile(board, true);
     if (result != BMCSELDataFile::SUCCESS) {
         throw storeError(static_cast<unsigned int>(result), backupFile(board));
     }
+    return dropped;
 }
 
 }

@@ -34,8 +34,9 @@ unsigned int prepareWorkingFile(unsigned char board);
 /// rotation: deleting or overwriting the backup would delete them.
 void refuseWhileCutOff(unsigned char board);
 
-/// Rotates a board's working file into the chain; throws CommandError.
-void rotate(unsigned char board);
+/// Rotates a board's working file into the chain; throws CommandError. Returns how many events were
+/// dropped with the oldest file.
+std::size_t rotate(unsigned char board);
 
 }
 

@@ -121,6 +121,12 @@ Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::R
     return event;
 }
 
+const char* stateName(EventState state)
+{
+    constexpr const char* NAMES[] = {"regular", "unreachable", "damaged", "backup"};
+    return NAMES[static_cast<std::size_t>(state)];
+}
+
 std::string eventText(const Event& event)
 {
     switch (event.kind) {

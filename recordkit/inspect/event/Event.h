@@ -18,12 +18,25 @@ namespace recordkit::inspect {
 
 namespace SELFileLayout = TAVLib::RecordKit::SELFileLayout;
 
+/// Where an event was found.
+enum class EventState {
+    REGULAR,     ///< where the store counts it
+    UNREACHABLE, ///< in a sound file that the store does not reach
+    DAMAGED,     ///< in a damaged file
+    BACKUP,      ///< only in the backup of the working file
+};
+
+/// "regular", "unreachable", "damaged" or "backup".
+const char* stateName(EventState state);
+
 /// One record of an event log, decoded.
 struct Event {
     unsigned int board = 0;
     unsigned int logNumber = 0; ///< 0: has none
     int fileIndex = 0;
     unsigned int slot = 0;
+    EventState state = EventState::REGULAR;
+    std::string source; ///< the saved file, or the input, of an event that is in no board's log
 
     unsigned int recordId = 0;
     unsigned char recordType = 0;

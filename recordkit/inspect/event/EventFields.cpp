@@ -23,6 +23,11 @@ Value numberOrNone(bool exists, unsigned int number)
     return exists ? Value(static_cast<long long>(number)) : Value();
 }
 
+bool isInLog(const Event& event)
+{
+    return event.source.empty();
+}
+
 /// A number and a text that only system events have.
 template <auto Member> Value systemNumber(const Event& event)
 {
@@ -41,14 +46,18 @@ Value partitions(const Event& event)
 
 // clang-format off
 constexpr EventField FIELDS[] = {
-    {"board", [](const Event& e) { return numberOrNone(true, e.board); },
-     "Board whose log contains the event"},
+    {"board", [](const Event& e) { return numberOrNone(isInLog(e), e.board); },
+     "Board whose log contains the event; none for a saved file"},
     {"log", [](const Event& e) { return numberOrNone(e.logNumber != 0, e.logNumber); },
-     "Log number, counted from 1 for the oldest; none for the records of a damaged file"},
-    {"file", [](const Event& e) { return Value(static_cast<long long>(e.fileIndex)); },
-     "File index: 0 working file, 1 to 7 rotated"},
+     "Log number, counted from 1 for the oldest; none for an event that the store does not count"},
+    {"file", [](const Event& e) { return numberOrNone(isInLog(e), static_cast<unsigned int>(e.fileIndex)); },
+     "File index: 0 working file or its backup, 1 to 7 rotated"},
     {"slot", [](const Event& e) { return numberOrNone(true, e.slot); },
-     "Slot in the file, from 0"},
+     "Slot in the file, or the number of the record in a saved one, from 0"},
+    {"state", [](const Event& e) { return textOrNone(isInLog(e) ? stateName(e.state) : ""); },
+     "regular where the store counts the event, otherwise unreachable, damaged or backup"},
+    {"source", [](const Event& e) { return textOrNone(e.source); },
+     "Name of the saved file"},
     {"id", [](const Event& e) { return numberOrNone(true, e.recordId); },
      "Record id"},
     {"record_type", [](const Event& e) { return numberOrNone(true, e.recordType); },

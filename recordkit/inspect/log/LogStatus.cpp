@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include <recordkit/selfile/SELFileLayout.h>
 #include <recordkit/selfile/SELStoreCheck.h>
 
 namespace recordkit::inspect {
@@ -12,14 +11,19 @@ using TAVLib::RecordKit::SELStoreCheck;
 
 namespace {
 
-/// Adds a file of the chain, the newest first.
-void add(LogStatus& status, const SELStoreCheck::File& file)
+std::optional<unsigned int> eventsOf(const LogFile& file)
 {
-    status.rotatedFiles += file.index != 0 ? 1 : 0;
-    status.total += file.count;
-    if (file.hasTimes) {
-        status.newest = status.newest.value_or(Timestamp(file.lastTime));
-        status.oldest = Timestamp(file.firstTime);
+    return file.error != 0 ? std::nullopt : std::optional(SlotView(file.bytes).getTail());
+}
+
+void addTimes(LogStatus& status, const BoardLog& log)
+{
+    for (const LogSlot& slot : log.getSlots()) {
+        const Event event = log.decode(slot);
+        if (event.hasTime && !slot.isCopy) {
+            status.newest = event.time;
+            status.oldest = status.oldest.value_or(event.time);
+        }
     }
 }
 
@@ -27,25 +31,23 @@ void add(LogStatus& status, const SELStoreCheck::File& file)
 
 LogStatus readLogStatus(unsigned char board)
 {
+    const BoardLog log(board);
     const SELStoreCheck check(board);
     LogStatus status;
     status.board = board;
     status.findings = static_cast<std::size_t>(
         std::count_if(check.getFindings().begin(), check.getFindings().end(),
                       [](const SELStoreCheck::Finding& finding) { return finding.isDamage; }));
-    for (const SELStoreCheck::File& file : check.getFiles()) {
-        const auto count = file.isMissing ? std::nullopt : std::optional(file.count);
-        if (file.index == 0 && file.kind == TAVLib::RecordKit::SELFileLayout::PERSISTENT) {
-            status.inBackup = count;
-            continue;
-        }
-        if (file.index == 0) {
-            status.inWorkingFile = count;
-        } else if (file.isMissing) {
-            break;
-        }
-        add(status, file);
-    }
+    const std::vector<LogFile>& files = log.getFiles();
+    status.inWorkingFile = eventsOf(files[BoardLog::WORKING]);
+    status.inBackup = eventsOf(files[BoardLog::BACKUP]);
+    status.rotatedFiles = static_cast<unsigned int>(
+        std::count_if(files.begin(), files.end(),
+                      [](const LogFile& file) { return file.index != 0 && !file.isMissing(); }));
+    status.total = log.getTotal();
+    status.counted = log.getCounted();
+    status.problems = log.getProblems();
+    addTimes(status, log);
     return status;
 }
 

@@ -2,30 +2,29 @@
 #ifndef RECORDKIT_INSPECT_LOG_NEWEVENTS_H
 #define RECORDKIT_INSPECT_LOG_NEWEVENTS_H
 
-#include <array>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
-#include <recordkit/inspect/event/Event.h>
+#include <recordkit/inspect/log/BoardLog.h>
 
 namespace recordkit::inspect {
 
-/// Returns the events of one board that it has not returned before, also across rotations.
+/// Returns the events of one board that it has not returned before, also across rotations and
+/// repairs.
 class NewEvents {
 public:
-    explicit NewEvents(unsigned char sb) : board(sb) {}
+    /// With `isStrict` only the events that the store counts.
+    explicit NewEvents(unsigned char sb, bool strict = false) : board(sb), isStrict(strict) {}
 
-    /// Oldest first. `problems` gets a line for each file that could not be read correctly. Returns
-    /// nothing while a rotation is in progress. If the last event returned has since been dropped,
-    /// returns the whole log.
-    std::vector<Event> take(std::vector<std::string>& problems);
+    /// Oldest first. `problems` are those of the log that was read. Of several byte-identical
+    /// events, as many are new as there are more of them than last time.
+    std::vector<Event> take(std::vector<LogProblem>& problems);
 
 private:
-    bool isLastInBackup() const;
-
     unsigned char board;
-    bool hasLast = false;
-    std::array<unsigned char, SELFileLayout::SLOT_SIZE> last = {};
+    bool isStrict;
+    std::unordered_map<std::string, std::size_t> seen;
 };
 
 }

@@ -14,7 +14,7 @@ class NewEventsTest : public StoreTest {
 protected:
     std::vector<unsigned int> taken()
     {
-        std::vector<std::string> problems;
+        std::vector<recordkit::inspect::LogProblem> problems;
         std::vector<unsigned int> ids;
         for (const auto& event : events.take(problems)) {
             ids.push_back(event.recordId);
@@ -38,7 +38,7 @@ TEST_F(NewEventsTest, AreGivenOnceAndOldestFirst)
     EXPECT_EQ(taken(), Ids({13, 14}));
 }
 
-TEST_F(NewEventsTest, AreFoundBehindARotation)
+TEST_F(NewEventsTest, AreFoundAfterARotation)
 {
     writeFile(working(), fileOf(3, 10));
     EXPECT_EQ(taken(), Ids({10, 11, 12}));
@@ -48,7 +48,7 @@ TEST_F(NewEventsTest, AreFoundBehindARotation)
     EXPECT_EQ(taken(), Ids({13, 14, 15}));
 }
 
-TEST_F(NewEventsTest, WaitForTheEndOfARotation)
+TEST_F(NewEventsTest, AreGivenOnceDuringARotation)
 {
     writeFile(kept(1), fileOf(800, 100));
     writeFile(working(), fileOf(3, 10));
@@ -56,11 +56,11 @@ TEST_F(NewEventsTest, WaitForTheEndOfARotation)
     // The working file is copied and emptied; then the chain is renamed, file by file.
     writeFile(working(), fileOf(4, 10));
     ASSERT_EQ(store.makeCopySELFile(SB), 0U);
-    EXPECT_EQ(taken(), Ids());
+    EXPECT_EQ(taken(), Ids({13}));
     std::filesystem::rename(kept(1), kept(2));
     EXPECT_EQ(taken(), Ids());
     std::filesystem::rename(kept(0), kept(1));
-    EXPECT_EQ(taken(), Ids({13}));
+    EXPECT_EQ(taken(), Ids());
 }
 
 TEST_F(NewEventsTest, AreAllOfThemWhenTheLogWasCleared)
@@ -71,4 +71,28 @@ TEST_F(NewEventsTest, AreAllOfThemWhenTheLogWasCleared)
     EXPECT_EQ(taken(), Ids());
     writeFile(working(), fileOf(2, 1));
     EXPECT_EQ(taken(), Ids({1, 2}));
+}
+
+TEST_F(NewEventsTest, AreGivenAlsoWhereASlotBeforeOthersIsFilled)
+{
+    Bytes file = fileOf(3, 10);
+    const Bytes stray = slotOf(40);
+    std::copy(stray.begin(), stray.end(), file.begin() + 5 * SLOT);
+    writeFile(working(), file);
+    EXPECT_EQ(taken(), Ids({10, 11, 12, 40}));
+    patchFile(working(), 3 * SLOT, slotOf(13));
+    EXPECT_EQ(taken(), Ids({13}));
+}
+
+TEST_F(NewEventsTest, AreAsManyOfEqualOnesAsThereAreMore)
+{
+    const Bytes equal = slotOf(10);
+    Bytes file = fileOf(1, 10);
+    writeFile(working(), file);
+    EXPECT_EQ(taken(), Ids({10}));
+    std::copy(equal.begin(), equal.end(), file.begin() + 1 * SLOT);
+    std::copy(equal.begin(), equal.end(), file.begin() + 2 * SLOT);
+    writeFile(working(), file);
+    EXPECT_EQ(taken(), Ids({10, 10}));
+    EXPECT_EQ(taken(), Ids());
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "support/Answers.h"
 #include "support/Terminal.h"
 #include "tool/sel/SelTest.h"
 
@@ -199,4 +200,117 @@ TEST_F(SelAdd, DoesNotRewriteAFileThatHoldsEvents)
                   "110399 bytes long, expected 110400; it contains 3 events and stays as it is");
     std::filesystem::resize_file(working(1), 0);
     EXPECT_EQ(sel({"add", EVENTS, "--board", "1"}).status, 0);
+}
+
+TEST_F(SelAdd, RefusesWhatDoesNotLookLikeEvents)
+{
+    initialise();
+    const std::string end =
+        "; this does not look like an event, and nothing was stored; --force stores all records\n";
+    const std::string fru = RECORDKIT_EXAMPLE_DATA "/fru/ascii-all.bin";
+    writeFile(root.at("/fru"), contentOf(fru).substr(0, 192));
+    const auto before = snapshot();
+    const Outcome outcome = sel({"add", root.at("/fru")});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err,
+              "recordkit: " + root.at("/fru") + ", offset 0: record type 01h is unknown" + end);
+    EXPECT_EQ(snapshot(), before);
+
+    const auto refusal = [this](const std::string& records) {
+        const Outcome refused = sel({"add", "-"}, records);
+        EXPECT_EQ(refused.status, 1);
+        EXPECT_EQ(refused.out, "");
+        return refused.err;
+    };
+    const std::string good = eventAt(5, TIME_1, THERMAL_TRIP);
+    const std::string start = "recordkit: standard input, line 2: ";
+    EXPECT_EQ(refusal(good + hexRecord(6, "02" + TIME_1 +
+                                              "2000050410"
+                                              "01500102")),
+              start + "event message revision 05h is unknown" + end);
+    EXPECT_EQ(refusal(good + eventAt(6, TIME_1, "2f7001500000")),
+              start + "sensor type 2Fh is reserved" + end);
+    EXPECT_EQ(refusal(good + eventAt(6, TIME_1, "04702f500000")),
+              start + "event type 2Fh is reserved" + end);
+    EXPECT_EQ(refusal(good + eventAt(6, TIME_1, "0470015c0000")),
+              start + "event type 01h has no offset 12" + end);
+    EXPECT_EQ(refusal(good + eventAt(4, TIME_1, THERMAL_TRIP)),
+              start + "record id 0004h comes after 0005h" + end);
+    EXPECT_EQ(snapshot(), before);
+
+    EXPECT_EQ(sel({"add", root.at("/fru"), "--force"}).out, "12 events stored on board 0\n");
+    // Ids start again after the last one; those that are renumbered need no order.
+    EXPECT_EQ(sel({"add", "-", "--board", "1"},
+                  eventAt(0xFFFE, TIME_1, THERMAL_TRIP) + eventAt(1, TIME_1, THERMAL_TRIP))
+                  .status,
+              0);
+    EXPECT_EQ(sel({"add", "-", "--board", "1", "--renumber"},
+                  eventAt(9, TIME_1, THERMAL_TRIP) + eventAt(2, TIME_1, THERMAL_TRIP))
+                  .status,
+              0);
+    EXPECT_EQ(listedIds({"--board", "1"}), Ids({0xFFFE, 1, 2, 3}));
+}
+
+TEST_F(SelAdd, SkipsWhatTheBoardAlreadyHas)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", EVENTS}).status, 0);
+    const auto before = snapshot();
+    EXPECT_EQ(sel({"add", EVENTS}).out,
+              "0 events stored on board 0, 166 skipped that the board already has\n");
+    EXPECT_EQ(snapshot(), before);
+    // Also those that a rotation has moved on, and that only the chain beyond a gap contains.
+    ASSERT_EQ(sel({"rotate"}).status, 0);
+    std::filesystem::rename(kept(0, 1), kept(0, 3));
+    const std::string more =
+        contentOf(EVENTS) + std::string("\xa8\0\x02\0\0\0\x67\x20\0\x04\x04\x10\x01\x50\1\2", 16);
+    EXPECT_EQ(sel({"add", "-"}, more).out,
+              "1 event stored on board 0, 166 skipped that the board already has\n");
+    EXPECT_EQ(sel({"add", EVENTS, "--duplicates"}).out, "166 events stored on board 0\n");
+    // The same record with other OEM data is another one.
+    EXPECT_EQ(sel({"add", EVENTS, "--partitions", "1"}).out, "166 events stored on board 0\n");
+}
+
+TEST_F(SelAdd, CountsTheEventsThatRotationsDrop)
+{
+    initialise();
+    std::string records;
+    for (unsigned int id = 1; id <= 8000; ++id) {
+        records += eventAt(id, TIME_1, THERMAL_TRIP);
+    }
+    EXPECT_EQ(sel({"add", "-", "--rotate"}, records).out,
+              "8000 events stored on board 0, 9 rotations, 1600 oldest events dropped\n");
+    EXPECT_EQ(sel({"rotate"}).out, "board 0: working file rotated to sel1; a new, empty working "
+                                   "file is in place; 800 oldest events dropped\n");
+}
+
+TEST_F(SelAdd, WithoutSpaceSaysTheReasonAndHowManyWereStored)
+{
+    // Persistent memory with room for one and a half event files, in a mount namespace of its own.
+    const std::string folder = root.at("/var/tav/fmem/ipmi");
+    if (run({"unshare", "-rm", "mount", "-t", "tmpfs", "none", folder}).status != 0) {
+        GTEST_SKIP() << "no file system can be mounted here";
+    }
+    std::string records;
+    for (unsigned int id = 1; id <= 2500; ++id) {
+        records += eventAt(id, TIME_1, THERMAL_TRIP);
+    }
+    writeFile(root.at("/records"), records);
+    std::string command;
+    for (const std::string& word : ourCommand({"--root", root.path(), "sel"})) {
+        command += "'" + word + "' ";
+    }
+    const Outcome outcome =
+        run({"unshare", "-rm", "sh", "-c",
+             "mount -t tmpfs -o size=160k none '" + folder + "' && " + command + "add '" +
+                 root.at("/records") + "' --rotate; s=$?; " + command + "list --ndjson | wc -l; " +
+                 command + "check --recover --board 0 >/dev/null; echo $?; exit $s"});
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(outcome.err.substr(0, outcome.err.find('\n') + 1),
+              "recordkit: " + kept(0, 0) +
+                  " cannot be copied or renamed: No space left on device: 1600 of 2500 events "
+                  "stored, the rest begins at line 1601 of " +
+                  root.at("/records") + "\n");
+    EXPECT_EQ(outcome.out, "1600\n0\n"); // the short backup is no reason for a loss
 }

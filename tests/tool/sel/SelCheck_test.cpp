@@ -34,7 +34,7 @@ TEST_F(SelCheck, InJsonHasFilesFindingsAndActions)
     initialise();
     fill(2);
     patchFile(working(1), 2 * SLOT + 9, {0});
-    const Outcome outcome = sel({"check", "--board", "1", "--json", "--recover"});
+    const Outcome outcome = sel({"check", "--board", "1", "--json"});
     EXPECT_EQ(outcome.status, 1);
     const Json json = Json::parse(outcome.out);
     EXPECT_EQ(json[0]["sound"], false);
@@ -43,4 +43,11 @@ TEST_F(SelCheck, InJsonHasFilesFindingsAndActions)
     EXPECT_EQ(json[0]["files"][0]["first_id"], 1);
     EXPECT_EQ(json[0]["findings"].size(), 1U);
     EXPECT_EQ(json[0]["actions"], Json::array());
+    const Outcome recovered = sel({"check", "--board", "1", "--json", "--recover"});
+    EXPECT_EQ(recovered.status, 0);
+    const Json after = Json::parse(recovered.out);
+    EXPECT_EQ(after[0]["sound"], true);
+    EXPECT_EQ(after[0]["actions"],
+              Json({working(1) + " written again with 2 events, as it was in " + kept(1, 0) +
+                    ".damaged-1"}));
 }

@@ -50,7 +50,7 @@ TEST_F(SelList, GivesStableFieldNames)
     const std::vector<Json> events = listed({});
     ASSERT_EQ(events.size(), 1U);
     const Json expected = Json::parse(R"({
-        "board": 0, "log": 1, "file": 0, "slot": 0, "id": 1, "record_type": 2,
+        "board": 0, "log": 1, "file": 0, "slot": 0, "state": "regular", "source": null, "id": 1, "record_type": 2,
         "kind": "system-event", "time": "2024-11-05T06:07:08Z", "timestamp": 1730786828,
         "pre_init": false, "severity": "warning", "generator": "2000", "sensor_type": 4,
         "sensor_type_name": "Fan", "sensor": 16, "event_type": 1,
@@ -74,7 +74,7 @@ TEST_F(SelList, WritesTheSameEventsInEveryFormat)
     EXPECT_EQ(array, Json(listed({})));
     const std::string csv = sel({"list", "--csv"}).out;
     EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 167);
-    EXPECT_EQ(csv.find("board,log,file,slot,id,record_type,kind,time,"), 0U);
+    EXPECT_EQ(csv.find("board,log,file,slot,state,source,id,record_type,kind,time,"), 0U);
     const std::string table = sel({"list"}).out;
     EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 167);
     EXPECT_EQ(sel({"list", "--json", "--board", "1"}).out, "[]\n");
@@ -93,6 +93,12 @@ TEST_F(SelList, ChoosesEvents)
     EXPECT_EQ(listedIds({"--severity", "critical"}), Ids({1, 5}));
     EXPECT_EQ(listedIds({"--severity", "informational"}), Ids({1, 2, 3, 5}));
     EXPECT_EQ(listedIds({"--since", "2024-11-05T06:07:08Z"}), Ids({2, 5}));
+    EXPECT_EQ(sel({"list", "--since", "2024-11-05"}).err,
+              "recordkit: 2 events without a date are not shown: --since and --until cannot place "
+              "them\n");
+    EXPECT_EQ(
+        sel({"list", "--since", "2024-11-05", "--sensor-type", "fan"}).err,
+        "recordkit: 1 event without a date is not shown: --since and --until cannot place it\n");
     EXPECT_EQ(listedIds({"--until", "2024-11-05T06:07:07Z"}), Ids({1}));
     EXPECT_EQ(listedIds({"--since", "2024-11-05", "--until", "2024-11-06"}), Ids({1, 2, 5}));
     EXPECT_EQ(listedIds({"--sensor-type", "fan"}), Ids({2, 3}));
@@ -129,12 +135,33 @@ TEST_F(SelList, GoesThroughAllBoards)
     EXPECT_EQ(listedIds({"--board", "all"}), Ids({9, 7}));
 }
 
+TEST_F(SelList, MergesBoardsByTime)
+{
+    initialise();
+    const std::string preInit = "00010000";
+    ASSERT_EQ(sel({"add", "-", "--board", "0"},
+                  eventAt(1, preInit, THERMAL_TRIP) + eventAt(2, TIME_1, THERMAL_TRIP) +
+                      eventAt(3, preInit, THERMAL_TRIP) + eventAt(4, TIME_2, THERMAL_TRIP))
+                  .status,
+              0);
+    // 2024-11-05 06:06:05; then the clock was set back to 05:06:05.
+    ASSERT_EQ(sel({"add", "-", "--board", "1"},
+                  eventAt(11, "cdb52967", THERMAL_TRIP) + eventAt(12, "bda72967", THERMAL_TRIP))
+                  .status,
+              0);
+    EXPECT_EQ(listedIds({"--board", "all"}), Ids({1, 2, 3, 11, 12, 4}));
+    EXPECT_EQ(listedIds({"--board", "all", "--last", "1"}), Ids({4}));
+    EXPECT_EQ(listedIds({"--board", "all", "--since", "2024-11-05T06:06:05Z"}), Ids({11, 4}));
+    EXPECT_EQ(listedIds({"--board", "all", "--until", "2024-11-05T06:06:05Z", "--last", "2"}),
+              Ids({11, 12}));
+}
+
 TEST_F(SelList, OfADamagedLogShowsTheRestAndIsStatusOne)
 {
     initialise();
     fill(3);
     ASSERT_EQ(sel({"rotate", "--board", "1"}).status, 0);
-    fill(2);
+    fill(2, 4);
     patchFile(kept(1, 1), 3 * SLOT + 9, {0});
     const Outcome outcome = sel({"list", "--board", "1", "--ndjson"});
     EXPECT_EQ(outcome.status, 1);

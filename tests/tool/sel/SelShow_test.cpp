@@ -52,7 +52,7 @@ TEST_F(SelShow, DumpsEveryByteOfEveryKindOfRecordOnce)
     const std::string records =
         eventAt(1, TIME_1, FAN_WARNING) + hexRecord(2, "c0" + TIME_1 + "570100010203040506") +
         hexRecord(3, "e00102030405060708090a0b0c0d") + hexRecord(4, "050102030405060708090a0b0c0d");
-    ASSERT_EQ(sel({"add", "-"}, records).status, 0);
+    ASSERT_EQ(sel({"add", "-", "--force"}, records).status, 0);
     for (int log = 1; log <= 4; ++log) {
         const std::string out = sel({"show", "--log", std::to_string(log)}).out;
         std::istringstream lines(out.substr(out.find("offset  bytes")));
@@ -77,7 +77,7 @@ TEST_F(SelShow, FindsTheNewestOfSeveralAndEventsInRotatedFiles)
     ASSERT_EQ(sel({"rotate"}).status, 0);
     ASSERT_EQ(sel({"add", "-"}, eventAt(2, TIME_1, THERMAL_TRIP)).status, 0);
     EXPECT_NE(sel({"show", "1"}).out.find("stored in         sel1, slot 0"), std::string::npos);
-    ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_1, THERMAL_TRIP)).status, 0);
+    ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, THERMAL_TRIP)).status, 0);
     EXPECT_NE(sel({"show", "1"}).out.find("stored in         sel0, slot 1"), std::string::npos);
     EXPECT_NE(sel({"show", "--log", "1"}).out.find("sel1, slot 0"), std::string::npos);
 }

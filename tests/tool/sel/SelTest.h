@@ -53,10 +53,10 @@ protected:
         return run(ourCommand(words), input);
     }
     void initialise() const { ASSERT_EQ(sel({"init"}).status, 0); }
-    void fill(unsigned int count) const
+    void fill(unsigned int count, unsigned int firstId = 1) const
     {
         std::string lines;
-        for (unsigned int id = 1; id <= count; ++id) {
+        for (unsigned int id = firstId; id < firstId + count; ++id) {
             lines += eventAt(id, TIME_1, THERMAL_TRIP);
         }
         const Outcome outcome = sel({"add", "-", "--board", "1"}, lines);

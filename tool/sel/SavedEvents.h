@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#ifndef RECORDKIT_TOOL_SEL_SAVEDEVENTS_H
+#define RECORDKIT_TOOL_SEL_SAVEDEVENTS_H
+
+#include <string>
+#include <vector>
+
+#include <recordkit/inspect/event/Event.h>
+
+#include "../print/Problems.h"
+
+namespace recordkit::tool {
+
+using namespace inspect;
+
+/// The events of saved files, which need no root: files of a board's log, whole or cut, and what
+/// `sel add` takes. Several files are merged by time. A file that contains none, and what is
+/// damaged in one, is reported.
+std::vector<Event> readSavedEvents(const std::vector<std::string>& paths, Problems& problems);
+
+}
+
+#endif
