@@ -177,3 +177,17 @@ TEST_F(Command, ANameThatIsNotUtf8LosesNoOtherFile)
     EXPECT_EQ(run(ourCommand({"fru", "verify", odd})).out,
               "STATE    FILE\ngood     " + root.at("/n\\xFF\\x0A.bin") + "\n");
 }
+
+TEST_F(Command, ARootWithoutLogsIsStatusThreeWithAHint)
+{
+    for (const Arguments& words : {Arguments{"sel", "list"}, Arguments{"sel", "show", "1"},
+                                   Arguments{"sel", "status"}, Arguments{"sel", "check"}}) {
+        Arguments all = {"--root", root.at("/nowhere")};
+        all.insert(all.end(), words.begin(), words.end());
+        const Outcome outcome = run(ourCommand(all));
+        EXPECT_EQ(outcome.status, 3);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_EQ(outcome.err, "recordkit: " + root.at("/nowhere/tmp") +
+                                   " is missing; recordkit sel init creates it, and the logs\n");
+    }
+}

@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include <recordkit/host/Catalogue.h>
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/platform/PException.h>
 
@@ -32,8 +33,11 @@ void attempt(const std::function<void()>& action)
         action();
     } catch (const TAVLib::PException& e) {
         constexpr unsigned char REFUSED_ACTION = 1;
+        // The text of a store is a parameter of its message; a file's message has path and reason.
+        const bool isOfStore = e.getMessageNumber() != TAVLib::host::MESSAGE_FILE_OPERATION &&
+                               !e.getParameter(0).empty();
         throw CommandError(e.getActionCode() == REFUSED_ACTION ? EXIT_DATA : EXIT_FILE,
-                           e.getParameter(0).empty() ? e.getMessage() : e.getParameter(0));
+                           isOfStore ? e.getParameter(0) : e.getMessage());
     }
 }
 

@@ -10,6 +10,7 @@
 #include "../Errors.h"
 #include "../cli/Arguments.h"
 #include "../print/Output.h"
+#include "Store.h"
 
 namespace recordkit::tool {
 
@@ -85,6 +86,7 @@ std::string describe(const Checked& checked)
 
 void run(const Arguments& arguments)
 {
+    requireLogs();
     const bool recovers = arguments.has("--recover");
     const Format format = arguments.format();
     bool isSound = true;

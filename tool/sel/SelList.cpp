@@ -16,6 +16,7 @@
 #include "LogProblems.h"
 #include "SavedEvents.h"
 #include "WriteWatch.h"
+#include "Store.h"
 
 namespace recordkit::tool {
 
@@ -115,6 +116,9 @@ void run(const Arguments& arguments)
     }
     if (isSaved && (arguments.has("--follow") || arguments.has("--strict"))) {
         throw usageError("--follow and --strict are for the logs of boards, not for saved files");
+    }
+    if (!isSaved) {
+        requireLogs();
     }
     EventListing listing(arguments.format());
     if (isSaved) {

@@ -15,6 +15,7 @@
 #include "EventText.h"
 #include "LogProblems.h"
 #include "SavedEvents.h"
+#include "Store.h"
 
 namespace recordkit::tool {
 
@@ -109,6 +110,7 @@ void run(const Arguments& arguments)
         problems.finish();
         return;
     }
+    requireLogs();
     LogProblems problems;
     show(arguments, findInLog(arguments, wanted, problems));
     problems.finish(arguments.has("--strict") ? LogProblems::HIDDEN : LogProblems::SHOWN);

@@ -9,6 +9,7 @@
 #include "../Errors.h"
 #include "../cli/Arguments.h"
 #include "LogProblems.h"
+#include "Store.h"
 
 namespace recordkit::tool {
 
@@ -58,6 +59,7 @@ constexpr Column<LogStatus> COLUMNS[] = {
 
 void run(const Arguments& arguments)
 {
+    requireLogs();
     std::vector<LogStatus> all;
     LogProblems problems;
     for (const unsigned char board : arguments.boards()) {

@@ -75,6 +75,17 @@ bool isFile(const std::string& path)
     return std::filesystem::exists(path, ignored);
 }
 
+void requireLogs()
+{
+    const auto folderOf = [](const std::string& path) {
+        return std::filesystem::path(path).parent_path().string();
+    };
+    const std::string folder = folderOf(workingFile(0));
+    if (!isFile(folder) && !isFile(folderOf(backupFile(0)))) {
+        throw fileError(folder + " is missing; recordkit sel init creates it, and the logs");
+    }
+}
+
 void requireFile(const std::string& path, const char* action)
 {
     if (!isFile(path)) {

@@ -16,6 +16,9 @@ std::string backupFile(unsigned char board);
 
 bool isFile(const std::string& path);
 
+/// Throws CommandError (file) if the system root has no folder for event logs.
+void requireLogs();
+
 /// Throws CommandError (data) if the file is missing; `action` is what was to be done.
 void requireFile(const std::string& path, const char* action);
 

@@ -240,3 +240,13 @@ TEST_F(EepromCommand, BackupBytesAreMoved)
     std::filesystem::remove(image(10));
     EXPECT_EQ(eeprom({"efi", "status"}).status, 3);
 }
+
+TEST_F(EepromCommand, MissingImagesAreNamedWithTheReason)
+{
+    const std::string expected =
+        "recordkit: open " + image(10) + ": No such file or directory (errno 2)\n";
+    EXPECT_EQ(eeprom({"efi", "status"}).err, expected);
+    EXPECT_EQ(eeprom({"efi", "status"}).status, 3);
+    EXPECT_EQ(eeprom({"setting", "list"}).err,
+              "recordkit: open " + image(4) + ": No such file or directory (errno 2)\n");
+}
