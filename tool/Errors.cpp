@@ -3,6 +3,8 @@
 
 #include <system_error>
 
+#include "Files.h"
+
 namespace recordkit::tool {
 
 ExitStatus statusOf(const Error& error)
@@ -15,7 +17,8 @@ ExitStatus statusOf(const Error& error)
 
 CommandError systemError(const std::string& path, const char* what, int error)
 {
-    return fileError(path + " cannot be " + what + ": " + std::generic_category().message(error));
+    return fileError(inputName(path) + " cannot be " + what + ": " +
+                     std::generic_category().message(error));
 }
 
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Files.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -11,11 +12,30 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
+#include <fmt/format.h>
+
+#include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Text.h>
+
 #include "Errors.h"
+#include "print/Json.h"
 
 namespace recordkit::tool {
 
 namespace {
+
+std::size_t largestInput = 0;
+
+/// A backslash, x and two hex digits for each byte that is not ASCII.
+std::string escaped(const std::string& bytes)
+{
+    std::string text;
+    for (const char byte : bytes) {
+        const auto value = static_cast<unsigned char>(byte);
+        text += value < 0x80 ? std::string(1, byte) : fmt::format("\\x{:02X}", value);
+    }
+    return text;
+}
 
 /// A temporary file; removed on destruction unless renamed.
 class Temporary {
@@ -24,7 +44,9 @@ public:
     {
         fd = ::mkostemp(name.data(), O_CLOEXEC);
         if (fd == -1) {
-            throw systemError(pattern, "created", errno);
+            const std::string folder = pattern.substr(0, pattern.find_last_of('/') + 1);
+            throw systemError("a temporary file in " + (folder.empty() ? "./" : folder), "created",
+                              errno);
         }
     }
     ~Temporary()
@@ -111,18 +133,26 @@ void replaceFile(const std::string& path, const std::string& content)
 
 }
 
-std::string readInput(const std::string& path)
+void setLargestInput(std::size_t bytes)
 {
+    largestInput = bytes;
+}
+
+std::string readInput(const std::string& path, std::size_t limit)
+{
+    const std::size_t most = largestInput == 0 ? limit : largestInput;
     const bool isStandardInput = path == "-";
     const int fd = isStandardInput ? STDIN_FILENO
                                    : TEMP_FAILURE_RETRY(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (fd == -1) {
-        throw systemError(path, "opened", errno);
+        throw systemError(inputName(path), "opened", errno);
     }
     std::string content;
     std::array<char, 65536> piece = {};
     ssize_t count = 0;
-    while ((count = TEMP_FAILURE_RETRY(::read(fd, piece.data(), piece.size()))) > 0) {
+    while (content.size() <= most &&
+           (count = TEMP_FAILURE_RETRY(
+                ::read(fd, piece.data(), std::min(piece.size(), most + 1 - content.size())))) > 0) {
         content.append(piece.data(), static_cast<std::size_t>(count));
     }
     const int error = errno;
@@ -131,6 +161,10 @@ std::string readInput(const std::string& path)
     }
     if (count == -1) {
         throw systemError(inputName(path), "read", error);
+    }
+    if (content.size() > most) {
+        throw dataError(fmt::format("{}: longer than {} bytes; --max-size raises this limit",
+                                    inputName(path), most));
     }
     return content;
 }
@@ -179,7 +213,12 @@ bool isDeviceNode(const std::string& path)
 
 std::string inputName(const std::string& path)
 {
-    return path == "-" ? "standard input" : path;
+    return path == "-" ? "standard input" : printable(isUtf8(path) ? path : escaped(path));
+}
+
+std::string inputNameBytes(const std::string& path)
+{
+    return isUtf8(path) ? "" : toHex(path);
 }
 
 }

@@ -2,12 +2,27 @@
 #ifndef RECORDKIT_TOOL_FILES_H
 #define RECORDKIT_TOOL_FILES_H
 
+#include <cstddef>
 #include <string>
 
 namespace recordkit::tool {
 
-/// The whole content of a file, of standard input for "-". Throws CommandError (file).
-std::string readInput(const std::string& path);
+/// The most bytes that an input of a kind can have.
+enum InputLimit : std::size_t {
+    FRU_LIMIT = 65536,
+    SPD_LIMIT = 4096,
+    DUMP_LIMIT = 65536, ///< an SPD image as text
+    ROM_LIMIT = 65536,
+    EEPROM_LIMIT = 65536,
+    LARGE_LIMIT = 64UL << 20, ///< repositories, event records, documents
+};
+
+/// Lets every input have this many bytes, whatever its kind. 0: the limits of the kinds.
+void setLargestInput(std::size_t bytes);
+
+/// The whole content of a file, of standard input for "-". Reads no more than one byte beyond the
+/// limit. Throws CommandError: file if it cannot be read, data if it is longer.
+std::string readInput(const std::string& path, std::size_t limit);
 
 /// Throws CommandError (file) for a link in a world-writable directory: the command does not write
 /// through it, as with the kernel's own protection.
@@ -21,8 +36,12 @@ void writeOutput(const std::string& path, const std::string& content);
 /// Whether a path is a device: not a regular file, or a kernel node, which cannot be replaced.
 bool isDeviceNode(const std::string& path);
 
-/// The name of an input as used in messages.
+/// The name of an input as used in messages and JSON: UTF-8 without control characters, which, like
+/// any other byte, become a backslash, x and two hex digits.
 std::string inputName(const std::string& path);
+
+/// The bytes of an input's name in hex if the name is not UTF-8; otherwise empty.
+std::string inputNameBytes(const std::string& path);
 
 }
 

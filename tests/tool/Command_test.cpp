@@ -120,3 +120,60 @@ TEST_F(Command, TracesAreShownOnlyWhenAskedFor)
         std::string::npos)
         << verbose.err;
 }
+
+TEST_F(Command, WrongWordsAreNamedWithASuggestion)
+{
+    const auto complaint = [](const Arguments& words) {
+        const Outcome outcome = run(ourCommand(words));
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.out, "");
+        return outcome.err;
+    };
+    EXPECT_EQ(complaint({"slo", "list"}), "recordkit: unknown sub-command \"slo\"; did you mean "
+                                          "\"sel\"?; see --help\n");
+    EXPECT_EQ(complaint({"sel", "lst"}), "recordkit: unknown sub-command \"lst\"; did you mean "
+                                         "\"list\"?; see --help\n");
+    EXPECT_EQ(complaint({"toast"}), "recordkit: unknown sub-command \"toast\"; see --help\n");
+    EXPECT_EQ(complaint({"sel", "status", "--bord", "1"}),
+              "recordkit: unexpected arguments: --bord 1; did you mean \"--board\"?; see --help\n");
+    EXPECT_EQ(complaint({"sel", "rotate", "x"}), "recordkit: unexpected argument: x; see --help\n");
+    EXPECT_EQ(complaint({"sel"}), "recordkit: A subcommand is required; see --help\n");
+    EXPECT_EQ(complaint({"sel", "add"}), "recordkit: FILE is required; see --help\n");
+    EXPECT_EQ(complaint({"fru", "set", "-", "board.serial=AB"}),
+              "recordkit: fru set changes a file, not standard input\n");
+}
+
+TEST_F(Command, EndlessInputEndsAtItsLimit)
+{
+    for (const Arguments& words :
+         {Arguments{"fru", "show", "/dev/zero"}, Arguments{"fru", "verify", "/dev/zero"},
+          Arguments{"fru", "get", "/dev/zero", "board.serial"},
+          Arguments{"spd", "show", "/dev/zero"}, Arguments{"cpu", "/dev/zero"},
+          Arguments{"decode", "PSUStatus", "/dev/zero"}}) {
+        const Outcome outcome = run(ourCommand(words));
+        EXPECT_EQ(outcome.status, 1) << words[0];
+        EXPECT_NE(outcome.err.find("recordkit: /dev/zero: longer than 65536 bytes; --max-size "
+                                   "raises this limit\n"),
+                  std::string::npos)
+            << outcome.err;
+    }
+    EXPECT_EQ(run(ourCommand({"--max-size", "1000", "sdr", "list", "/dev/zero"})).err,
+              "recordkit: /dev/zero: longer than 1000 bytes; --max-size raises this limit\n");
+}
+
+TEST_F(Command, ANameThatIsNotUtf8LosesNoOtherFile)
+{
+    const std::string good = RECORDKIT_EXAMPLE_DATA "/fru/ascii-all.bin";
+    const std::string odd = root.at("/n\xFF\n.bin");
+    writeFile(odd, readFile(good));
+    const Outcome outcome = run(ourCommand({"fru", "show", good, odd, "--json"}));
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    const Json json = Json::parse(outcome.out);
+    ASSERT_EQ(json.size(), 2U);
+    EXPECT_EQ(json[0]["file"], good);
+    EXPECT_EQ(json[0]["file_bytes"], nullptr);
+    EXPECT_EQ(json[1]["file"], root.at("/n\\xFF\\x0A.bin"));
+    EXPECT_EQ(json[1]["file_bytes"].get<std::string>().size(), 2 * odd.size());
+    EXPECT_EQ(run(ourCommand({"fru", "verify", odd})).out,
+              "STATE    FILE\ngood     " + root.at("/n\\xFF\\x0A.bin") + "\n");
+}

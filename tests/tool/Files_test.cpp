@@ -41,3 +41,34 @@ TEST(Files, NewFilesAreForTheOwnerToChangeAndTheRestToRead)
     writeOutput(path, "text");
     EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0644));
 }
+
+TEST(Files, InputsAreReadUpToTheirLimit)
+{
+    const ScratchRoot root;
+    writeFile(root.at("/four"), "1234");
+    EXPECT_EQ(readInput(root.at("/four"), 4), "1234");
+    try {
+        readInput(root.at("/four"), 3);
+        ADD_FAILURE() << "read";
+    } catch (const CommandError& e) {
+        EXPECT_EQ(e.getStatus(), 1);
+        EXPECT_EQ(std::string(e.what()),
+                  root.at("/four") + ": longer than 3 bytes; --max-size raises this limit");
+    }
+    setLargestInput(4);
+    EXPECT_EQ(readInput(root.at("/four"), 3), "1234");
+    setLargestInput(3);
+    EXPECT_THROW(readInput(root.at("/four"), 100), CommandError);
+    setLargestInput(0);
+    EXPECT_THROW(readInput("/dev/zero", 65536), CommandError);
+}
+
+TEST(Files, NamesOfInputsAreTextWithoutControlCharacters)
+{
+    EXPECT_EQ(inputName("-"), "standard input");
+    EXPECT_EQ(inputName("caf\xC3\xA9.bin"), "caf\xC3\xA9.bin");
+    EXPECT_EQ(inputNameBytes("caf\xC3\xA9.bin"), "");
+    EXPECT_EQ(inputName("n\xFF\n\x1B[31m"), "n\\xFF\\x0A\\x1B[31m");
+    EXPECT_EQ(inputNameBytes("n\xFFx"), "6EFF78");
+    EXPECT_EQ(inputName("a\nb"), "a\\x0Ab");
+}

@@ -38,7 +38,7 @@ unsigned long readNumber(const Option& option, const std::string& text, unsigned
 Numbers readList(const Option& option, const std::string& text, unsigned long most)
 {
     return orThrow(parseNumberList(text, most),
-                   invalid(option, text, fmt::format("numbers from 0 to {}, such as 0,2", most)));
+                   invalid(option, text, fmt::format("numbers from 0 to {}, such as 0,2-4", most)));
 }
 
 unsigned long readWord(const Option& option, const std::string& text)

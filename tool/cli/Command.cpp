@@ -51,7 +51,7 @@ Option numbers(const char* name, const char* valueName, unsigned long most, cons
     return option;
 }
 
-Option word(const char* name, const char* valueName, Words words, const char* expected,
+Option word(const char* name, const char* valueName, Words words, const std::string& expected,
             const char* help)
 {
     Option option = {name, Kind::WORD, valueName, help};

@@ -56,7 +56,7 @@ Option text(const char* name, const char* valueName, const char* help);
 Option number(const char* name, const char* valueName, unsigned long least, unsigned long most,
               const char* help);
 Option numbers(const char* name, const char* valueName, unsigned long most, const char* help);
-Option word(const char* name, const char* valueName, Words words, const char* expected,
+Option word(const char* name, const char* valueName, Words words, const std::string& expected,
             const char* help);
 Option choice(const char* name, const char* valueName, std::vector<std::string> choices,
               const char* help);

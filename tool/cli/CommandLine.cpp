@@ -1,7 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CommandLine.h"
 
+#include <algorithm>
+#include <numeric>
+#include <set>
+#include <utility>
+
 #include <CLI/CLI.hpp>
+
+#include <recordkit/inspect/bytes/Text.h>
 
 #include "../Errors.h"
 #include "Globals.h"
@@ -107,6 +114,81 @@ private:
     std::vector<ParsedCommand> parsed;
 };
 
+/// How many characters must be added, removed or changed to make one word of the other.
+std::size_t distanceOf(const std::string& from, const std::string& to)
+{
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), 0U);
+    for (std::size_t i = 1; i <= from.size(); ++i) {
+        std::size_t diagonal = std::exchange(row[0], i);
+        for (std::size_t j = 1; j <= to.size(); ++j) {
+            const std::size_t changed = diagonal + (from[i - 1] == to[j - 1] ? 0 : 1);
+            diagonal = std::exchange(row[j], std::min({changed, row[j] + 1, row[j - 1] + 1}));
+        }
+    }
+    return row[to.size()];
+}
+
+/// "; did you mean ...?", or nothing if no candidate is like the word.
+std::string suggestion(const std::string& word, const std::vector<std::string>& candidates)
+{
+    constexpr std::size_t FARTHEST = 2;
+    const auto nearest = std::min_element(
+        candidates.begin(), candidates.end(), [&word](const auto& left, const auto& right) {
+            return distanceOf(word, left) < distanceOf(word, right);
+        });
+    return nearest != candidates.end() && distanceOf(word, *nearest) <= FARTHEST
+               ? "; did you mean \"" + *nearest + "\"?"
+               : "";
+}
+
+/// The words that CLI11 could not use, in the order in which they were typed.
+std::vector<std::string> unusedWords(const CLI::App& app, const std::vector<std::string>& words)
+{
+    const std::vector<std::string> remaining = app.remaining(true);
+    std::multiset<std::string> unused(remaining.begin(), remaining.end());
+    std::vector<std::string> inOrder;
+    for (const std::string& word : words) {
+        const auto found = unused.find(word);
+        if (found != unused.end()) {
+            unused.erase(found);
+            inOrder.push_back(word);
+        }
+    }
+    return inOrder;
+}
+
+/// What is wrong with a command line: `message`, or the words that it does not explain.
+std::string complaintOf(const CLI::App& app, const std::vector<std::string>& words,
+                        const std::string& message)
+{
+    const std::vector<std::string> unused = unusedWords(app, words);
+    if (unused.empty()) {
+        return message;
+    }
+    const CLI::App* command = &app;
+    while (!command->get_subcommands().empty()) {
+        command = command->get_subcommands().front();
+    }
+    std::vector<std::string> names;
+    for (const CLI::App* const each : command->get_subcommands({})) {
+        names.push_back(each->get_name());
+    }
+    const std::string& first = unused.front();
+    if (!names.empty() && first[0] != '-') {
+        return "unknown sub-command \"" + printable(first) + "\"" + suggestion(first, names);
+    }
+    names.clear();
+    for (const CLI::Option* const option : command->get_options()) {
+        names.push_back(option->get_name());
+    }
+    std::string text = unused.size() == 1 ? "unexpected argument:" : "unexpected arguments:";
+    for (const std::string& word : unused) {
+        text += " " + printable(word);
+    }
+    return text + suggestion(first, names);
+}
+
 }
 
 int runCommandLine(const std::vector<std::string>& words, const std::vector<Group>& groups,
@@ -117,9 +199,10 @@ int runCommandLine(const std::vector<std::string>& words, const std::vector<Grou
     try {
         // CLI11 consumes the vector from the back.
         app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+    } catch (const CLI::Success& e) {
+        return app.exit(e); // help or the version
     } catch (const CLI::ParseError& e) {
-        // Help and version end up here too, with status 0.
-        return app.exit(e) == 0 ? EXIT_DONE : EXIT_USAGE;
+        throw usageError(complaintOf(app, words, e.what()) + "; see --help");
     }
     parser.run();
     return EXIT_DONE;

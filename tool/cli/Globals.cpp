@@ -9,6 +9,7 @@
 #include <recordkit/host/TraceLog.h>
 
 #include "../Errors.h"
+#include "../Files.h"
 
 namespace recordkit::tool {
 
@@ -31,6 +32,8 @@ std::vector<Option> globalOptions()
         root,
         number("--boards", "N", 1, MAX_BOARDS, "Number of system boards").by("4"),
         number("--partition-count", "N", 1, MAX_PARTITIONS, "Number of partitions").by("4"),
+        number("--max-size", "N", 1, 0xFFFFFFFF,
+               "Bytes that an input may have; each kind of input has a smaller limit of its own"),
         flag("--verbose", "Show the library's trace lines on standard error"),
     };
 }
@@ -44,6 +47,7 @@ void applyGlobals(const Arguments& arguments)
     } catch (const std::invalid_argument& e) {
         throw usageError(std::string("--root: ") + e.what());
     }
+    setLargestInput(arguments.find("--max-size").value_or(0));
     TAVLib::host::Machine machine;
     machine.systemBoards = static_cast<int>(arguments.number("--boards"));
     machine.partitions = static_cast<int>(arguments.number("--partition-count"));

@@ -94,7 +94,7 @@ void run(const Arguments& arguments)
 {
     const std::string file = inputName(arguments.text("ROM"));
     setBoardType(arguments.board(), arguments.number("--sb-type"));
-    const std::string bytes = readInput(arguments.text("ROM"));
+    const std::string bytes = readInput(arguments.text("ROM"), ROM_LIMIT);
     const CpuRom rom = naming(file + ": not a processor ROM",
                               [&] { return readCpuRom(bytes, arguments.board()); });
     if (arguments.isJson()) {

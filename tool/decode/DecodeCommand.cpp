@@ -2,12 +2,14 @@
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/bytes/Text.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
 #include "../cli/Arguments.h"
+#include "../print/Output.h"
 #include "FieldListing.h"
 
 namespace recordkit::tool {
@@ -24,7 +26,7 @@ constexpr Column<const RecordClass*> CLASSES[] = {
 Bytes readImage(const Arguments& arguments)
 {
     if (!arguments.has("--hex")) {
-        return ByteView(readInput(arguments.text("FILE"))).copy();
+        return ByteView(readInput(arguments.text("FILE"), FRU_LIMIT)).copy();
     }
     const std::string hex = arguments.text("--hex");
     Bytes image;
@@ -54,8 +56,20 @@ void run(const Arguments& arguments)
         throw usageError("expected FILE, or --hex with the bytes");
     }
     const Bytes image = readImage(arguments);
-    naming(arguments.has("--hex") ? "--hex" : inputName(arguments.text("FILE")),
-           [&] { printFields(*recordClass, image, arguments.format()); });
+    const std::string source = arguments.has("--hex") ? "--hex" : inputName(arguments.text("FILE"));
+    naming(source, [&] {
+        const std::size_t taken = takenSize(*recordClass, image);
+        if (taken < image.size()) {
+            const std::string text =
+                fmt::format("{} after the {} of {}", counted(image.size() - taken, "byte"), taken,
+                            recordClass->name);
+            if (!arguments.has("--allow-trailing")) {
+                throw DataError(text + "; --allow-trailing ignores them");
+            }
+            complain(source + ": " + text + " ignored");
+        }
+        printFields(*recordClass, image, arguments.format());
+    });
 }
 
 }
@@ -68,6 +82,7 @@ Command decodeCommand()
             {argument("CLASS", "Class of the record, in any case").optional(),
              argument("FILE", "Image; - for standard input").optional(),
              text("--hex", "HEX", "The image in hex digits instead of a file"),
+             flag("--allow-trailing", "Accept an image longer than the class takes"),
              flag("--list", "List every class with its image size")},
             Answer::LISTING,
             run,

@@ -29,7 +29,8 @@ void run(const Arguments& arguments)
         return;
     }
     const std::string from = arguments.text("--from");
-    const Bytes bytes = naming(inputName(from), [&] { return settingIndexFrom(readInput(from)); });
+    const Bytes bytes =
+        naming(inputName(from), [&] { return settingIndexFrom(readInput(from, LARGE_LIMIT)); });
     std::error_code error;
     std::filesystem::create_directories(std::filesystem::path(settingIndexFile()).parent_path(),
                                         error);

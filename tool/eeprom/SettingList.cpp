@@ -40,7 +40,7 @@ constexpr Column<Row> COLUMNS[] = {
 std::vector<SettingEntry> readIndexFile()
 {
     return std::filesystem::exists(settingIndexFile())
-               ? parseSettingIndex(readInput(settingIndexFile()))
+               ? parseSettingIndex(readInput(settingIndexFile(), EEPROM_LIMIT))
                : std::vector<SettingEntry>();
 }
 

@@ -15,7 +15,7 @@ namespace {
 void run(const Arguments& arguments)
 {
     const auto area = static_cast<int>(arguments.number("N"));
-    std::string content = readInput(arguments.text("FILE"));
+    std::string content = readInput(arguments.text("FILE"), EEPROM_LIMIT);
     auto device = openImages(arguments);
     TAVLib::RecordKit::SettingEEPROMData settings(device);
     int length = 0;

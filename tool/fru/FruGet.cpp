@@ -11,9 +11,9 @@ namespace recordkit::tool {
 
 namespace {
 
-/// The value of one field. Throws DataError for a field that is missing or, unless checksums are
+/// One field. Throws DataError for a field that is missing or, unless checksums are
 /// ignored, whose area is damaged.
-std::string valueOf(const FruImage& image, const std::string& name, bool ignoresChecksum)
+const FruField& fieldOf(const FruImage& image, const std::string& name, bool ignoresChecksum)
 {
     const std::string areaName = name.substr(0, name.find('.'));
     for (const FruAreaImage& area : image.areas) {
@@ -27,7 +27,7 @@ std::string valueOf(const FruImage& image, const std::string& name, bool ignores
     if (field == nullptr) {
         throw DataError(fmt::format("there is no field {}", name));
     }
-    return field->value;
+    return *field;
 }
 
 /// Prints nothing if one of the fields cannot be printed.
@@ -35,14 +35,15 @@ void run(const Arguments& arguments)
 {
     const bool ignoresChecksum = arguments.has("--ignore-checksum");
     const std::string file = arguments.text("FILE");
-    const FruImage image = parseFruImage(readInput(file), internalLayoutOf(arguments));
+    const FruImage image = parseFruImage(readInput(file, FRU_LIMIT), internalLayoutOf(arguments));
     print(naming(inputName(file), [&] {
         if (!image.isFru || (!ignoresChecksum && !image.header.isRight())) {
             throw DataError(image.headerProblems.front());
         }
         std::string values;
         for (const std::string& name : arguments.texts("FIELD")) {
-            values += valueOf(image, name, ignoresChecksum) + "\n";
+            const FruField& field = fieldOf(image, name, ignoresChecksum);
+            values += arguments.has("--raw") ? field.bytes : field.value + "\n";
         }
         return values;
     }));
@@ -52,16 +53,18 @@ void run(const Arguments& arguments)
 
 Command fruGetCommand()
 {
-    return {"fru get",
-            "Print the bare value of fields, for scripts",
-            "recordkit fru get board.bin board.serial",
-            {fruFile(), argument("FIELD", "As board.serial or product.custom1").many(),
-             internalLayout(),
-             flag("--ignore-checksum",
-                  "Print it even if the checksum of its area or of the header is wrong")},
-            Answer::TEXT,
-            run,
-            "The values have a line each."};
+    return {
+        "fru get",
+        "Print the bare value of fields, for scripts",
+        "recordkit fru get board.bin board.serial",
+        {fruFile(), argument("FIELD", "As board.serial or product.custom1").many(),
+         internalLayout(),
+         flag("--ignore-checksum",
+              "Print it even if the checksum of its area or of the header is wrong"),
+         flag("--raw", "Print the bytes of the value, without a line end")},
+        Answer::TEXT,
+        run,
+        "The values have a line each. Text ends at the first zero byte; --raw prints all bytes."};
 }
 
 }

@@ -50,7 +50,7 @@ void checkWritten(const std::string& file, const FruEditResult& result)
             }
         }
     }
-    if (readInput(file) != result.bytes) {
+    if (readInput(file, FRU_LIMIT) != result.bytes) {
         throw fileError(file + ": verification failed: the file does not read back as written");
     }
 }
@@ -70,8 +70,11 @@ FruEditResult edit(const Arguments& arguments, const std::string& bytes)
 void run(const Arguments& arguments)
 {
     const std::string file = arguments.text("FILE");
+    if (file == "-") {
+        throw usageError("fru set changes a file, not standard input");
+    }
     const bool isDryRun = arguments.has("--dry-run");
-    const std::string bytes = readInput(file);
+    const std::string bytes = readInput(file, FRU_LIMIT);
     const FruEditResult result = edit(arguments, bytes);
     if (!isDryRun) {
         if (arguments.has("--in-place") || isDeviceNode(file)) {

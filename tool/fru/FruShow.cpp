@@ -29,7 +29,8 @@ Cell checksumCell(const FruChecksum& checksum)
                      fmt::format("{} WRONG, expected {:02X}h", stored, checksum.expected));
 }
 
-std::vector<Line> linesOf(const FruImage& image)
+/// `isRaw`: values as the bytes that they are made of.
+std::vector<Line> linesOf(const FruImage& image, bool isRaw)
 {
     std::vector<Line> lines;
     for (const FruAreaImage& area : image.areas) {
@@ -41,7 +42,7 @@ std::vector<Line> linesOf(const FruImage& image)
             lines.push_back({name + "." + field.name,
                              field.typeName(),
                              field.bytes.size(),
-                             {cellText(field.value)}});
+                             {isRaw ? toHex(field.bytes) : cellText(shownValue(field))}});
         }
         lines.push_back({name + " unused", "", area.unused, {}});
         lines.push_back({name + " checksum", "", 1, checksumCell(area.checksum)});
@@ -87,15 +88,15 @@ constexpr Column<FruExtent> MAP[] = {
     {nullptr, "CONTENT", 0, nullptr, [](const FruExtent& extent) { return Cell{extent.name}; }},
 };
 
-void printText(const FruFile& file, bool isOne)
+void printText(const FruFile& file, bool isOne, bool isRaw)
 {
     if (!isOne) {
-        print(fmt::format("== {}\n", file.name));
+        print(fmt::format("== {}\n", inputName(file.path)));
     }
     if (!file.image.isFru) {
         return;
     }
-    printListing(linesOf(file.image), LINES, Format::TABLE);
+    printListing(linesOf(file.image, isRaw), LINES, Format::TABLE);
     if (!file.image.records.empty()) {
         print("\n");
         printListing(file.image.records, RECORDS, Format::TABLE);
@@ -112,10 +113,10 @@ void run(const Arguments& arguments)
     Problems problems;
     for (const std::string& name : names) {
         problems.run(inputName(name), [&] {
-            FruFile file = {inputName(name), readInput(name), {}};
+            FruFile file = {name, readInput(name, FRU_LIMIT), {}};
             file.image = parseFruImage(file.bytes, internalLayoutOf(arguments));
             if (format == Format::TABLE) {
-                printText(file, names.size() == 1);
+                printText(file, names.size() == 1, arguments.has("--raw"));
             } else {
                 writer.add(file);
             }
@@ -132,15 +133,16 @@ void run(const Arguments& arguments)
 
 Command fruShowCommand()
 {
-    return {"fru show",
-            "Show every area, field and checksum of FRU images, and their places",
-            "recordkit fru show board.bin --json; recordkit fru show "
-            "/sys/bus/i2c/devices/0-0050/eeprom",
-            {fruFile().many(), internalLayout()},
-            Answer::LISTING,
-            run,
-            "Damage is reported and the rest is shown; the exit status is then 1. CSV has a line "
-            "for each field, JSON an object for each image."};
+    return {
+        "fru show",
+        "Show every area, field and checksum of FRU images, and their places",
+        "recordkit fru show board.bin --json; recordkit fru show "
+        "/sys/bus/i2c/devices/0-0050/eeprom",
+        {fruFile().many(), internalLayout(), flag("--raw", "Show the bytes of the values in hex")},
+        Answer::LISTING,
+        run,
+        "Damage is reported and the rest is shown; the exit status is then 1. CSV has a line "
+        "for each field, JSON an object for each image."};
 }
 
 }

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "FruValues.h"
 
+#include <ctime>
+
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/fru/MfgDate.h>
+
+#include "../Files.h"
 
 namespace recordkit::tool {
 
@@ -18,6 +22,13 @@ Value checksumValue(const FruChecksum& checksum)
 Object extentObject(const FruExtent& extent)
 {
     return {{"name", extent.name}, {"offset", extent.offset}, {"size", extent.size}};
+}
+
+std::optional<MfgDate> otherDate(const FruField& field)
+{
+    return field.item == FRU_ITEM_MFG_DATE_TIME
+               ? MfgDate(field.bytes).otherReading(static_cast<unsigned int>(std::time(nullptr)))
+               : std::nullopt;
 }
 
 Value fieldValue(const FruField& field)
@@ -38,6 +49,8 @@ Object fieldObject(const FruField& field)
         {"bytes", toHex(field.bytes)}};
     if (field.item == FRU_ITEM_MFG_DATE_TIME) {
         object.push_back({"minutes", MfgDate(field.bytes).raw()});
+        const auto other = otherDate(field);
+        object.push_back({"other_value", other ? Value(other->toIso()) : Value()});
     }
     return object;
 }
@@ -70,7 +83,8 @@ Object recordObject(const FruMultiRecord& record)
 }
 
 constexpr Column<FruFile> IMAGES[] = {
-    {"file", nullptr, 0, [](const FruFile& f) { return Value(f.name); }},
+    {"file", nullptr, 0, [](const FruFile& f) { return Value(inputName(f.path)); }},
+    {"file_bytes", nullptr, 0, [](const FruFile& f) { return textOrNull(inputNameBytes(f.path)); }},
     {"size", nullptr, 0, [](const FruFile& f) { return Value(f.image.size); }},
     {"fru", nullptr, 0, [](const FruFile& f) { return Value(f.image.isFru); }},
     {"header_checksum", nullptr, 0,
@@ -89,7 +103,7 @@ constexpr Column<FruFile> IMAGES[] = {
 };
 
 constexpr Column<FruFileField> FIELDS[] = {
-    {"file", nullptr, 0, [](const FruFileField& f) { return Value(f.file->name); }},
+    {"file", nullptr, 0, [](const FruFileField& f) { return Value(inputName(f.file->path)); }},
     {"area", nullptr, 0, [](const FruFileField& f) { return Value(f.area->extent.name); }},
     {"field", nullptr, 0, [](const FruFileField& f) { return Value(f.field->name); }},
     {"offset", nullptr, 0, [](const FruFileField& f) { return Value(f.field->offset); }},
@@ -99,6 +113,12 @@ constexpr Column<FruFileField> FIELDS[] = {
     {"bytes", nullptr, 0, [](const FruFileField& f) { return Value(toHex(f.field->bytes)); }},
 };
 
+}
+
+std::string shownValue(const FruField& field)
+{
+    const auto other = otherDate(field);
+    return field.value + (other ? ", or " + other->toText() : "");
 }
 
 FruWriter::FruWriter(Format format)

@@ -13,10 +13,13 @@ namespace recordkit::tool {
 
 /// A FRU image and the file that contains it.
 struct FruFile {
-    std::string name;
+    std::string path;
     std::string bytes;
     FruImage image;
 };
+
+/// A field's value as a person sees it: a date in the future with its other reading.
+std::string shownValue(const FruField& field);
 
 /// A field of such an image.
 struct FruFileField {

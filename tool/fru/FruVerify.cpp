@@ -12,14 +12,15 @@ namespace recordkit::tool {
 namespace {
 
 struct Verdict {
-    std::string file;
+    std::string path;
     std::vector<std::string> problems;
 };
 
 constexpr Column<Verdict> COLUMNS[] = {
     {nullptr, "STATE", 7, nullptr,
      [](const Verdict& v) { return checkCell(v.problems.empty(), "good", "damaged"); }},
-    {"file", "FILE", 0, [](const Verdict& v) { return Value(v.file); }},
+    {"file", "FILE", 0, [](const Verdict& v) { return Value(inputName(v.path)); }},
+    {"file_bytes", nullptr, 0, [](const Verdict& v) { return textOrNull(inputNameBytes(v.path)); }},
     {"good", nullptr, 0, [](const Verdict& v) { return Value(v.problems.empty()); }},
     {"problems", nullptr, 0, [](const Verdict& v) { return Value(v.problems); }},
 };
@@ -30,7 +31,7 @@ void run(const Arguments& arguments)
     Problems problems;
     for (const std::string& file : arguments.texts("FILE")) {
         problems.run(inputName(file), [&] {
-            const Verdict verdict = {inputName(file), parseFruImage(readInput(file)).allProblems()};
+            const Verdict verdict = {file, parseFruImage(readInput(file, FRU_LIMIT)).allProblems()};
             listing.add(verdict);
             return verdict.problems;
         });

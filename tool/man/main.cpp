@@ -193,7 +193,7 @@ std::string mainPage(const std::string& pattern)
 void writeAll(const std::string& folder, const std::string& pattern)
 {
     std::filesystem::create_directories(folder);
-    writeOutput(folder + "/recordkit.1", mainPage(readInput(pattern)));
+    writeOutput(folder + "/recordkit.1", mainPage(readInput(pattern, LARGE_LIMIT)));
     for (const Group& group : groups()) {
         writeOutput(folder + "/" + pageName(group.path) + ".1", groupPage(group));
     }

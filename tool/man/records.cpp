@@ -190,7 +190,7 @@ void write(const std::vector<std::string>& words)
     if (words.size() != 3 || words[0] != "man") {
         throw usageError("usage: recordkit-records page FILE | man TEMPLATE FILE");
     }
-    const std::string manual = readInput(words[1]);
+    const std::string manual = readInput(words[1], LARGE_LIMIT);
     if (manual.find(placeholder) == std::string::npos) {
         throw dataError(words[1] + ": there is no line for the fields");
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Json.h"
 
+#include <algorithm>
 #include <limits>
 
 #include <nlohmann/json.hpp>
@@ -30,6 +31,43 @@ struct ToJson {
         return json;
     }
     template <typename Scalar> Json operator()(const Scalar& scalar) const { return scalar; }
+};
+
+/// Appends JSON on one line, without a tree of the library: listings have many rows.
+struct Writer {
+    std::string& text;
+
+    void operator()(std::monostate) const { text += "null"; }
+    void operator()(bool flag) const { text += flag ? "true" : "false"; }
+    void operator()(long long number) const { text += std::to_string(number); }
+    void operator()(double number) const { text += Json(number).dump(); }
+    void operator()(const std::string& content) const
+    {
+        const bool isPlain = std::all_of(content.begin(), content.end(), [](char character) {
+            return character >= ' ' && character <= '~' && character != '"' && character != '\\';
+        });
+        text += isPlain ? '"' + content + '"' : Json(content).dump();
+    }
+    void operator()(const List& list) const
+    {
+        text += '[';
+        for (const Value& each : list) {
+            text += &each == &list.front() ? "" : ",";
+            std::visit(*this, each.get());
+        }
+        text += ']';
+    }
+    void operator()(const Object& object) const
+    {
+        text += '{';
+        for (const Member& member : object) {
+            text += &member == &object.front() ? "" : ",";
+            (*this)(member.key);
+            text += ':';
+            std::visit(*this, member.value.get());
+        }
+        text += '}';
+    }
 };
 
 /// Throws std::domain_error for a number that a Value cannot express.
@@ -68,12 +106,24 @@ Value fromJson(const Json& json)
 
 std::string jsonText(const Value& value)
 {
-    return std::visit(ToJson(), value.get()).dump();
+    std::string text;
+    std::visit(Writer{text}, value.get());
+    return text;
 }
 
 std::string indentedJson(const Value& value)
 {
     return std::visit(ToJson(), value.get()).dump(2) + "\n";
+}
+
+bool isUtf8(const std::string& text)
+{
+    try {
+        static_cast<void>(Json(text).dump());
+        return true;
+    } catch (const Json::type_error&) {
+        return false;
+    }
 }
 
 std::optional<Value> parseJson(const std::string& text)

@@ -15,6 +15,9 @@ std::string jsonText(const Value& value);
 /// A value as indented JSON, with a newline.
 std::string indentedJson(const Value& value);
 
+/// Whether a text can be in JSON as it is.
+bool isUtf8(const std::string& text);
+
 /// The value of a JSON text; nothing for any other text, and for numbers that are not whole.
 std::optional<Value> parseJson(const std::string& text);
 

@@ -1,24 +1,26 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Value.h"
 
+#include <utility>
+
 namespace recordkit::tool {
 
 namespace {
 
 struct ToContent {
-    Value::Content operator()(const std::vector<long long>& numbers) const
+    Value::Content operator()(std::vector<long long>& numbers) const
     {
         return List(numbers.begin(), numbers.end());
     }
-    template <typename Scalar> Value::Content operator()(const Scalar& scalar) const
+    template <typename Scalar> Value::Content operator()(Scalar& scalar) const
     {
-        return scalar;
+        return std::move(scalar);
     }
 };
 
 }
 
-Value::Value(const inspect::Value& value) : content(std::visit(ToContent(), value))
+Value::Value(inspect::Value value) : content(std::visit(ToContent(), value))
 {
 }
 

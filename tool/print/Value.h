@@ -19,11 +19,11 @@ using List = std::vector<Value>;
 /// Members in the order in which they are written.
 using Object = std::vector<Member>;
 
-/// What an answer consists of: null, true or false, a whole number, a UTF-8 text, a list or an
-/// object.
+/// What an answer consists of: null, true or false, a number, a UTF-8 text, a list or an object.
 class Value {
 public:
-    using Content = std::variant<std::monostate, bool, long long, std::string, List, Object>;
+    using Content =
+        std::variant<std::monostate, bool, long long, double, std::string, List, Object>;
 
     Value() = default;
     template <typename Number, std::enable_if_t<std::is_integral_v<Number>, int> = 0>
@@ -35,11 +35,12 @@ public:
             content = static_cast<long long>(number);
         }
     }
+    Value(double number) : content(number) {}
     Value(const char* text) : content(std::string(text)) {}
     Value(std::string text) : content(std::move(text)) {}
     Value(List list) : content(std::move(list)) {}
     Value(Object object) : content(std::move(object)) {}
-    Value(const inspect::Value& value); ///< of a field of a record
+    Value(inspect::Value value); ///< of a field of a record
     Value(const std::vector<std::string>& texts) : content(List(texts.begin(), texts.end())) {}
     Value(const std::vector<unsigned int>& numbers) : content(List(numbers.begin(), numbers.end()))
     {

@@ -9,10 +9,13 @@ Repository readRepository(const Arguments& arguments)
 {
     Repository repository;
     repository.name = inputName(arguments.text("FILE"));
-    repository.file = parseSdrFile(readInput(arguments.text("FILE")),
+    repository.file = parseSdrFile(readInput(arguments.text("FILE"), LARGE_LIMIT),
                                    static_cast<SdrFormat>(arguments.number("--format")));
     repository.problems.run(repository.name, [&] {
         std::vector<std::string> problems = repository.file.problems;
+        if (repository.file.records.empty()) {
+            problems.emplace_back("no sensor data record found");
+        }
         for (const SdrRecord& record : repository.file.records) {
             try {
                 repository.sensors.push_back(readSensor(record));

@@ -33,6 +33,25 @@ std::string entityOf(const Sensor& sensor)
     return fmt::format("{}.{}", sensor.entityId, sensor.entityInstance);
 }
 
+/// A difference of counts in the sensor's units; null for a sensor without a linear conversion.
+Value inUnits(const Sensor& sensor, unsigned char counts)
+{
+    return sensor.unitsPerCount ? Value(*sensor.unitsPerCount * counts) : Value();
+}
+
+/// "+2 -1" in the sensor's units where they are known, otherwise in counts.
+Cell hysteresisCell(const Sensor& sensor)
+{
+    if (!sensor.unitsPerCount) {
+        return cellOf(sensor,
+                      fmt::format("+{} -{}{}", sensor.positiveHysteresis, sensor.negativeHysteresis,
+                                  sensor.units.empty() ? "" : " counts"));
+    }
+    return cellOf(sensor,
+                  fmt::format("+{:g} -{:g}", *sensor.unitsPerCount * sensor.positiveHysteresis,
+                              *sensor.unitsPerCount * sensor.negativeHysteresis));
+}
+
 constexpr Column<Sensor> COLUMNS[] = {
     {"id", "ID", 5, [](const Sensor& s) { return Value(s.id); },
      [](const Sensor& s) { return Cell{fmt::format("{:04X}h", s.id)}; }},
@@ -64,18 +83,25 @@ constexpr Column<Sensor> COLUMNS[] = {
      [](const Sensor& s) { return cellOf(s, maskText(s.deassertionMask)); }},
     {"reading_mask", "READING", 7, [](const Sensor& s) { return ofSensor(s, s.readingMask); },
      [](const Sensor& s) { return cellOf(s, maskText(s.readingMask)); }},
-    {"positive_hysteresis", "HYSTERESIS", 0,
-     [](const Sensor& s) { return ofSensor(s, s.positiveHysteresis); },
-     [](const Sensor& s) {
-         return cellOf(s, fmt::format("+{} -{}", s.positiveHysteresis, s.negativeHysteresis));
-     }},
+    {"positive_hysteresis", nullptr, 0,
+     [](const Sensor& s) { return ofSensor(s, s.positiveHysteresis); }},
     {"negative_hysteresis", nullptr, 0,
      [](const Sensor& s) { return ofSensor(s, s.negativeHysteresis); }},
+    {"positive_hysteresis_units", nullptr, 0,
+     [](const Sensor& s) { return inUnits(s, s.positiveHysteresis); }},
+    {"negative_hysteresis_units", nullptr, 0,
+     [](const Sensor& s) { return inUnits(s, s.negativeHysteresis); }},
+    {nullptr, "HYSTERESIS", 0, nullptr, hysteresisCell},
 };
 
 void run(const Arguments& arguments)
 {
-    const Repository repository = readRepository(arguments);
+    Repository repository = readRepository(arguments);
+    if (arguments.has("--raw")) {
+        for (Sensor& sensor : repository.sensors) {
+            sensor.unitsPerCount.reset();
+        }
+    }
     printListing(repository.sensors, COLUMNS, arguments.format());
     repository.problems.finish();
 }
@@ -87,7 +113,7 @@ Command sdrListCommand()
     return {"sdr list",
             "List the sensors of a repository, and what else is in it",
             "recordkit sdr list repository.sdr",
-            repositoryOptions(),
+            repositoryOptions({flag("--raw", "Show hysteresis in counts, not in units")}),
             Answer::LISTING,
             run,
             "Damaged records are reported with their offsets; the exit status is then 1."};

@@ -108,6 +108,8 @@ void EventListing::add(const Event& event)
         return;
     }
     Object object;
+    constexpr std::size_t FIELDS = 32;
+    object.reserve(FIELDS);
     for (const EventField& field : EventFields()) {
         object.push_back({field.name, field.get(event)});
     }

@@ -29,8 +29,9 @@ public:
 private:
     bool accepts(const Event& event);
     bool isChosen(const Event& event) const;
+    bool isSevere(const Event& event) const;
 
-    std::optional<unsigned long> leastSeverity;
+    std::optional<unsigned long> severity;
     std::optional<unsigned long> sensorType;
     std::optional<unsigned long> partition;
     std::optional<unsigned long> since;

@@ -15,10 +15,9 @@ namespace {
 
 constexpr const char* BLANKS = " \t\r\n\f\v";
 
-/// The bytes of the field "image" of a line.
-Bytes imageOf(const std::string& line, const std::string& place)
+/// The bytes of the field "image" of an object.
+Bytes imageOf(const std::optional<Value>& object, const std::string& place)
 {
-    const std::optional<Value> object = parseJson(line);
     const Value* const digits = object ? object->find("image") : nullptr;
     const auto* const text = digits == nullptr ? nullptr : digits->as<std::string>();
     if (text == nullptr || text->empty()) {
@@ -33,16 +32,36 @@ Bytes imageOf(const std::string& line, const std::string& place)
     return image;
 }
 
-/// The images as hex digits, each in the line in which its object is.
+/// The images of an array of objects as hex digits, a line each.
+std::string imagesOfArray(const std::string& name, const std::string& json)
+{
+    const std::optional<Value> array = parseJson(json);
+    const List* const list = array ? array->as<List>() : nullptr;
+    if (list == nullptr) {
+        throw dataError(name + ": not JSON");
+    }
+    std::string hex;
+    unsigned int number = 0;
+    for (const Value& object : *list) {
+        hex += toHex(imageOf(object, fmt::format("{}, element {}", name, ++number))) + "\n";
+    }
+    return hex;
+}
+
+/// The images of JSON objects as hex digits, each in the line in which its object is.
 std::string imagesOf(const std::string& name, const std::string& ndjson)
 {
+    if (ndjson.find_first_not_of(BLANKS) != std::string::npos &&
+        ndjson[ndjson.find_first_not_of(BLANKS)] == '[') {
+        return imagesOfArray(name, ndjson);
+    }
     std::string hex;
     std::istringstream lines(ndjson);
     unsigned int number = 0;
     for (std::string line; std::getline(lines, line);) {
         ++number;
         if (line.find_first_not_of(BLANKS) != std::string::npos) {
-            hex += toHex(imageOf(line, fmt::format("{}, line {}", name, number)));
+            hex += toHex(imageOf(parseJson(line), fmt::format("{}, line {}", name, number)));
         }
         hex += '\n';
     }
@@ -52,7 +71,8 @@ std::string imagesOf(const std::string& name, const std::string& ndjson)
 bool isNdjson(const std::string& content)
 {
     const std::size_t first = content.find_first_not_of(BLANKS);
-    return first != std::string::npos && content[first] == '{' && isText(content, true);
+    return first != std::string::npos && (content[first] == '{' || content[first] == '[') &&
+           isText(content, true);
 }
 
 EventForm formOf(ImportFormat format)

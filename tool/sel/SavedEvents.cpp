@@ -65,7 +65,7 @@ std::vector<Event> readSavedEvents(const std::vector<std::string>& paths, Proble
     for (const std::string& path : paths) {
         const std::string name = inputName(path);
         problems.run(name, [&] {
-            const std::string content = readInput(path);
+            const std::string content = readInput(path, LARGE_LIMIT);
             const SlotView view{ByteView(content)};
             const bool isLog = isEventFile(content);
             logs.push_back(isLog ? eventsOfSlots(view) : eventsOfRecords(name, content));

@@ -101,8 +101,8 @@ std::vector<ImportedEvent> readInputEvents(const Arguments& arguments)
     const auto format = arguments.has("--ndjson")
                             ? ImportFormat::NDJSON
                             : static_cast<ImportFormat>(arguments.number("--format"));
-    std::vector<ImportedEvent> events =
-        readEvents(name, readInput(arguments.text("FILE")), format, oemFields(arguments));
+    std::vector<ImportedEvent> events = readEvents(
+        name, readInput(arguments.text("FILE"), LARGE_LIMIT), format, oemFields(arguments));
     if (!arguments.has("--renumber")) {
         refuseEmptyId(name, events);
     }

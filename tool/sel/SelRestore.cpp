@@ -29,7 +29,8 @@ bool isWorkingFileInBackup(unsigned char sb)
     }
     const std::size_t used = std::size_t{working.count} * Layout::SLOT_SIZE;
     return working.count <= saved.count &&
-           readInput(working.path).compare(0, used, readInput(saved.path), 0, used) == 0;
+           readInput(working.path, LARGE_LIMIT)
+                   .compare(0, used, readInput(saved.path, LARGE_LIMIT), 0, used) == 0;
 }
 
 void checkSize(const std::string& path)

@@ -12,6 +12,7 @@
 #include "../cli/Arguments.h"
 #include "../print/Json.h"
 #include "../print/Output.h"
+#include "../sel/EventCodes.h"
 
 namespace recordkit::tool {
 
@@ -150,11 +151,6 @@ std::string describe(const Answered& answer)
            factLine("warning mask", fmt::format("{:04X}h", pair.warning));
 }
 
-std::optional<unsigned long> sensorTypeOf(const std::string& text)
-{
-    return findSensorType(text);
-}
-
 void run(const Arguments& arguments)
 {
     const bool isTable = arguments.has("--table");
@@ -187,11 +183,11 @@ Command severityCommand()
         "severity",
         "Classify a discrete event, or print the whole severity map",
         "recordkit severity 0x6F processor 0,1; recordkit severity --table",
-        {number("EVENT-TYPE", "EVENT-TYPE", 0, 0xFF, "Event/reading type code, as 0x6F").optional(),
-         word("SENSOR-TYPE", "SENSOR-TYPE", sensorTypeOf, "the name or the number of a sensor type",
-              "Sensor type, a name or a code")
+        {eventTypeOption("EVENT-TYPE", "EVENT-TYPE",
+                         "Event/reading type, a name or a code such as 0x6F")
              .optional(),
-         numbers("OFFSETS", "OFFSETS", EVENT_OFFSETS - 1, "Asserted event offsets, as 0,1")
+         sensorTypeOption("SENSOR-TYPE", "SENSOR-TYPE", "Sensor type, a name or a code").optional(),
+         numbers("OFFSETS", "OFFSETS", EVENT_OFFSETS - 1, "Asserted event offsets, as 0,2-4")
              .optional(),
          flag("--table", "Print the severity of every offset")},
         Answer::LISTING,

@@ -16,6 +16,7 @@ namespace recordkit::tool {
 namespace {
 
 struct Module {
+    std::string path;
     std::string file;
     Spd spd;
 
@@ -40,6 +41,8 @@ Cell crcCell(const Module& module)
 
 constexpr Column<Module> COLUMNS[] = {
     {"file", nullptr, 0, [](const Module& module) { return Value(module.file); }},
+    {"file_bytes", nullptr, 0,
+     [](const Module& module) { return textOrNull(inputNameBytes(module.path)); }},
     {"capacity_mb", "CAPACITY", 9, [](const Module& module) { return known(module.spd.megabytes); },
      [](const Module& module) {
          return Cell{module.spd.megabytes == 0 ? "unknown"
@@ -89,8 +92,13 @@ void run(const Arguments& arguments)
     for (const std::string& file : arguments.texts("FILE")) {
         const std::string name = inputName(file);
         problems.run(name, [&]() -> std::vector<std::string> {
-            const Spd spd = parseSpd(parseImage(name, readInput(file)));
-            listing.add({name, spd});
+            const Bytes image = parseImage(name, readInput(file, DUMP_LIMIT));
+            if (image.size() > SPD_LIMIT) {
+                throw DataError(fmt::format("{} bytes, expected at most {}", image.size(),
+                                            std::size_t{SPD_LIMIT}));
+            }
+            const Spd spd = parseSpd(image);
+            listing.add({file, name, spd});
             ++modules;
             megabytes += spd.megabytes;
             if (!spd.isCrcRight()) {

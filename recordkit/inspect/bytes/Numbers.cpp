@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/inspect/bytes/Numbers.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <sstream>
@@ -36,11 +37,15 @@ std::optional<std::vector<unsigned long>> parseNumberList(const std::string& tex
     std::istringstream stream(text);
     std::vector<unsigned long> found;
     for (std::string word; std::getline(stream, word, ',');) {
-        const std::optional<unsigned long> number = parseNumber(word, limit);
-        if (!number) {
+        const std::size_t dash = std::min(word.find('-'), word.size());
+        const auto first = parseNumber(word.substr(0, dash), limit);
+        const auto last = dash == word.size() ? first : parseNumber(word.substr(dash + 1), limit);
+        if (!first || !last || *first > *last) {
             return std::nullopt;
         }
-        found.push_back(*number);
+        for (unsigned long number = *first; number <= *last; ++number) {
+            found.push_back(number);
+        }
     }
     if (found.empty() || text.back() == ',') {
         return std::nullopt;

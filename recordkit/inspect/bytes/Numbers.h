@@ -13,7 +13,7 @@ namespace recordkit::inspect {
 /// that end in h.
 std::optional<unsigned long> parseNumber(const std::string& text, unsigned long limit);
 
-/// Reads "0,2,5" as numbers up to `limit`.
+/// Reads "0,2-5" as numbers up to `limit`; a range goes up.
 std::optional<std::vector<unsigned long>> parseNumberList(const std::string& text,
                                                           unsigned long limit);
 

@@ -5,6 +5,8 @@
 
 #include <fmt/format.h>
 
+#include <recordkit/inspect/bytes/Numbers.h>
+
 namespace recordkit::inspect {
 
 namespace {
@@ -86,6 +88,91 @@ std::optional<unsigned int> parseTime(const std::string& text)
         }
     }
     return std::nullopt;
+}
+
+namespace {
+
+/// What is left of a text after the time's offset from UTC, in seconds; 0 if it has none.
+std::string withoutOffset(const std::string& text, long& offset)
+{
+    constexpr std::size_t LENGTH = 6; // "+01:00"
+    const std::size_t at = text.size() - LENGTH;
+    if (text.size() <= LENGTH || text.find(':') >= at || (text[at] != '+' && text[at] != '-')) {
+        return text;
+    }
+    std::tm time = {};
+    const char* const end = ::strptime(text.c_str() + at + 1, "%H:%M", &time);
+    if (end == nullptr || *end != '\0') {
+        return text;
+    }
+    offset = (time.tm_hour * 60L + time.tm_min) * 60 * (text[at] == '+' ? 1 : -1);
+    return text.substr(0, at);
+}
+
+/// Seconds of "-12h"; nothing for any other text.
+std::optional<long> spanOf(const std::string& text)
+{
+    constexpr unsigned long LONGEST = 1000000;
+    const std::size_t unit = text.empty() ? 0 : std::string("mhd").find(text.back());
+    if (text.size() < 3 || text[0] != '-' || unit == std::string::npos) {
+        return std::nullopt;
+    }
+    const auto number = parseNumber(text.substr(1, text.size() - 2), LONGEST);
+    constexpr long SECONDS[] = {60, 3600, SECONDS_PER_DAY};
+    return number ? std::optional(static_cast<long>(*number) * SECONDS[unit]) : std::nullopt;
+}
+
+/// Seconds since midnight of "18:00" or "18:00:30".
+std::optional<long> clockOf(const std::string& text)
+{
+    for (const char* const form : {"%H:%M", "%H:%M:%S"}) {
+        std::tm time = {};
+        const char* const end = ::strptime(text.c_str(), form, &time);
+        if (end != nullptr && *end == '\0') {
+            return time.tm_hour * 3600L + time.tm_min * 60L + time.tm_sec;
+        }
+    }
+    return std::nullopt;
+}
+
+/// Nothing for what an IPMI timestamp cannot express.
+std::optional<Moment> moment(long long first, long long length = 0)
+{
+    if (first < 0 || first + length > 0xFFFFFFFELL) {
+        return std::nullopt;
+    }
+    return Moment{static_cast<unsigned int>(first), static_cast<unsigned int>(first + length)};
+}
+
+}
+
+std::optional<Moment> parseMoment(const std::string& text, unsigned int now)
+{
+    const long long midnight = now - now % SECONDS_PER_DAY;
+    constexpr long DAY = SECONDS_PER_DAY - 1;
+    if (text == "now") {
+        return moment(now);
+    }
+    if (text == "today" || text == "yesterday") {
+        return moment(midnight - (text == "today" ? 0 : SECONDS_PER_DAY), DAY);
+    }
+    if (const auto span = spanOf(text)) {
+        return moment(static_cast<long long>(now) - *span);
+    }
+    if (const auto clock = clockOf(text)) {
+        return moment(midnight + *clock);
+    }
+    constexpr std::size_t SHORTEST_EPOCH = 9;
+    if (text.size() >= SHORTEST_EPOCH) {
+        if (const auto seconds = parseNumber(text, 0xFFFFFFFE)) {
+            return moment(static_cast<long long>(*seconds));
+        }
+    }
+    long offset = 0;
+    const auto time = parseTime(withoutOffset(text, offset));
+    constexpr std::size_t DATE_ONLY = 10;
+    return time ? moment(static_cast<long long>(*time) - offset, text.size() == DATE_ONLY ? DAY : 0)
+                : std::nullopt;
 }
 
 }

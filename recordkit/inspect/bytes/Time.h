@@ -34,6 +34,17 @@ private:
 /// nothing for any other text and for a time that an IPMI timestamp cannot express.
 std::optional<unsigned int> parseTime(const std::string& text);
 
+/// A point in time, or a whole day, in seconds since 1970.
+struct Moment {
+    unsigned int first = 0;
+    unsigned int last = 0; ///< of the day; otherwise the same
+};
+
+/// Reads a time as a person gives it, as seen at `now`: what parseTime reads, the same with an
+/// offset (2026-11-20T08:00+01:00), seconds since 1970 (nine digits or more), "18:00" or "18:00:30"
+/// of the day, "-12h", "-30m" or "-2d" before now, "now", "today", "yesterday".
+std::optional<Moment> parseMoment(const std::string& text, unsigned int now);
+
 }
 
 #endif

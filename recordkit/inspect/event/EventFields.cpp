@@ -71,7 +71,7 @@ constexpr EventField FIELDS[] = {
     {"pre_init", [](const Event& e) { return e.hasTime ? Value(e.time.isPreInit()) : Value(); },
      "Whether the seconds count from the controller's initialisation"},
     {"severity", [](const Event& e) { return systemText(e, severityName(e.severity)); },
-     "none, informational, monitor, warning, critical or non-recoverable"},
+     "unrated, informational, monitor, warning, critical or non-recoverable"},
     {"generator", [](const Event& e) { return systemText(e, toLowerHex(e.generatorId)); },
      "Who logged it: both bytes of the generator id in hex"},
     {"sensor_type", systemNumber<&Event::sensorType>,

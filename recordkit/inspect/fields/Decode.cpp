@@ -137,6 +137,23 @@ bool isTaken(TAVLib::SerializableObject& object, ByteView image)
     }
 }
 
+/// An object with the image; throws DataError if the class refuses it.
+std::unique_ptr<TAVLib::SerializableObject> load(const RecordClass& recordClass, ByteView image)
+{
+    auto object = recordClass.create();
+    if (!isTaken(*object, image)) {
+        throw DataError(fmt::format("not an image of {}: size {}, expected {}", recordClass.name,
+                                    image.size(), recordClass.sizes));
+    }
+    return object;
+}
+
+}
+
+std::size_t takenSize(const RecordClass& recordClass, ByteView image)
+{
+    return recordClass.decode != nullptr ? image.size()
+                                         : load(recordClass, image)->getSerializedSize();
 }
 
 DecodedFields decodeRecord(const RecordClass& recordClass, ByteView image)
@@ -144,11 +161,7 @@ DecodedFields decodeRecord(const RecordClass& recordClass, ByteView image)
     if (recordClass.decode != nullptr) {
         return recordClass.decode(image);
     }
-    const auto object = recordClass.create();
-    if (!isTaken(*object, image)) {
-        throw DataError(fmt::format("not an image of {}: size {}, expected {}", recordClass.name,
-                                    image.size(), recordClass.sizes));
-    }
+    const auto object = load(recordClass, image);
     Bytes stored(object->getSerializedSize());
     object->getSerialized(stored.data(), static_cast<unsigned int>(stored.size()));
     const Record record = {*object, stored};

@@ -53,6 +53,10 @@ private:
 /// All classes with tables, by subsystem.
 std::vector<const RecordClass*> recordClasses();
 
+/// The bytes at the beginning of an image that the class takes; the others are no part of the
+/// record. Throws DataError for an image that the class refuses.
+std::size_t takenSize(const RecordClass& recordClass, ByteView image);
+
 /// Every field of an image, lists element by element. Throws DataError for an image that the class
 /// refuses.
 DecodedFields decodeRecord(const RecordClass& recordClass, ByteView image);

@@ -457,9 +457,13 @@ std::string fruValue(FRU_ITEM item, bool isCoded, unsigned char typeLength, unsi
     case CODING_SIX_BIT:
         return decodeSixBit(bytes);
     default:
-        // An odd number of bytes cannot be 16-bit text, whatever the language.
-        return isEnglish(language) || bytes.size() % 2 != 0 ? toUtf8(bytes) : decodeUtf16(bytes);
+        break;
     }
+    // An odd number of bytes cannot be 16-bit text, whatever the language.
+    const std::string text =
+        isEnglish(language) || bytes.size() % 2 != 0 ? toUtf8(bytes) : decodeUtf16(bytes);
+    // Boards pad their fields with zero bytes.
+    return text.substr(0, text.find('\0'));
 }
 
 bool isEnglish(unsigned char language)

@@ -26,7 +26,7 @@ struct FruField {
     bool isCoded = false;
     unsigned char typeLength = 0;
     std::string bytes;
-    std::string value; ///< UTF-8
+    std::string value; ///< UTF-8, up to the first NUL
 
     /// "text", "6-bit", "BCD plus", "binary", "number" or "date".
     const char* typeName() const;

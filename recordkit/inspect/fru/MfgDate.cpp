@@ -41,8 +41,19 @@ std::string MfgDate::toIso() const
 
 unsigned int MfgDate::secondsSince1970() const
 {
-    const unsigned int count = minutes < FIRST_COUNT ? minutes + ROLL_OVER : minutes;
+    const unsigned int count =
+        isRolledOver && minutes < FIRST_COUNT ? minutes + ROLL_OVER : minutes;
     return START_OF_1996 + count * SECONDS;
+}
+
+std::optional<MfgDate> MfgDate::otherReading(unsigned int now) const
+{
+    if (!isSpecified() || minutes >= FIRST_COUNT || secondsSince1970() <= now) {
+        return std::nullopt;
+    }
+    MfgDate other = *this;
+    other.isRolledOver = false;
+    return other;
 }
 
 std::optional<MfgDate> parseMfgDate(const std::string& text)

@@ -28,11 +28,16 @@ public:
     std::string toText() const;
     /// "2015-01-06T22:01:00Z"; empty for an unspecified one.
     std::string toIso() const;
+    /// The date that the count means without the roll-over, for a date that would be later than
+    /// `now` (seconds since 1970): a board is not older than its standard, but some clocks are
+    /// wrong. Nothing if there is no other reading.
+    std::optional<MfgDate> otherReading(unsigned int now) const;
 
 private:
     unsigned int secondsSince1970() const;
 
     unsigned int minutes;
+    bool isRolledOver = true; ///< whether early counts are counted from 2027
 };
 
 /// Reads a date as parseTime does, or "unspecified". Nothing for any other text, for a date that

@@ -35,27 +35,33 @@ unsigned int widthOf(unsigned char code, unsigned int first)
     return code < KNOWN ? first << code : 0;
 }
 
+/// The kind of memory (JEDEC, key byte 2); nullptr for an unknown one.
 const char* deviceTypeName(unsigned char type)
 {
     switch (type) {
-    case 0x08:
-        return "DDR2";
     case 0x07:
-        return "DDR";
+        return "DDR SDRAM";
+    case 0x08:
+        return "DDR2 SDRAM";
     case 0x0C:
-        return "DDR4";
+        return "DDR4 SDRAM";
+    case 0x0E:
+        return "DDR4E SDRAM";
     case 0x0F:
     case 0xF1:
-        return "LPDDR3";
+        return "LPDDR3 SDRAM";
     case 0x10:
+        return "LPDDR4 SDRAM";
     case 0x11:
-        return "LPDDR4";
+        return "LPDDR4X SDRAM";
     case 0x12:
-        return "DDR5";
+        return "DDR5 SDRAM";
     case 0x13:
-        return "LPDDR5";
+        return "LPDDR5 SDRAM";
+    case 0x15:
+        return "LPDDR5X SDRAM";
     default:
-        return "unknown";
+        return nullptr;
     }
 }
 
@@ -81,14 +87,17 @@ unsigned int capacityOf(const Spd& spd)
 Spd parseSpd(ByteView bytes)
 {
     if (bytes.size() < LEAST_SIZE) {
-        throw DataError(fmt::format("not DDR3 SPD data: {} bytes, expected at least {}",
-                                    bytes.size(), LEAST_SIZE));
-    }
-    if (bytes[DEVICE_TYPE] != DDR3) {
         throw DataError(
-            fmt::format("not DDR3 SPD data: device type {:02X}h ({}) at offset 2, expected "
-                        "0Bh",
-                        bytes[DEVICE_TYPE], deviceTypeName(bytes[DEVICE_TYPE])));
+            fmt::format("not SPD data: {} bytes, expected at least {}", bytes.size(), LEAST_SIZE));
+    }
+    const unsigned char type = bytes[DEVICE_TYPE];
+    const char* const name = deviceTypeName(type);
+    if (type != DDR3 && name == nullptr) {
+        throw DataError(fmt::format("not SPD data: unknown device type {:02X}h at offset 2", type));
+    }
+    if (type != DDR3) {
+        throw DataError(
+            fmt::format("not supported: {} (device type {:02X}h at offset 2)", name, type));
     }
     MemorySPDData memory;
     Bytes image = bytes.copy();

@@ -29,7 +29,8 @@ struct Spd {
     bool isCrcRight() const { return storedCrc == expectedCrc; }
 };
 
-/// Reads an image of 128 bytes or more. Throws DataError for anything but a DDR3 module.
+/// Reads an image of 128 bytes or more. Throws DataError for anything but a DDR3 module; the
+/// text says "not supported" for a module of another known kind.
 Spd parseSpd(ByteView bytes);
 
 /// CRC-16 as JEDEC defines it: polynomial 1021h, from 0.

@@ -2,6 +2,7 @@
 #include <recordkit/inspect/sensor/Sensor.h>
 
 #include <algorithm>
+#include <cmath>
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Error.h>
@@ -40,6 +41,22 @@ void readCommon(const RecordSensorCommon& record, Sensor& sensor)
     sensor.negativeHysteresis = record.getNegativeGoingThresholdHyst();
 }
 
+/// The slope of a full record's conversion: M times ten to the power of its exponent.
+std::optional<double> slopeOf(ByteView record)
+{
+    enum Offset { LINEARIZATION = 23, M = 24, M_HIGH = 25, EXPONENTS = 29 };
+    constexpr unsigned char THRESHOLD = 0x01;
+    constexpr unsigned int EVENT_TYPE = 13;
+    if (record.size() <= EXPONENTS || record[EVENT_TYPE] != THRESHOLD ||
+        (record[LINEARIZATION] & 0x7F) != 0) {
+        return std::nullopt;
+    }
+    // Both numbers are two's complement, of ten and of four bits.
+    const int m = record[M] | (record[M_HIGH] >> 6) << 8;
+    const int exponent = record[EXPONENTS] >> 4;
+    return (m < 512 ? m : m - 1024) * std::pow(10.0, exponent < 8 ? exponent : exponent - 16);
+}
+
 template <typename Record> void readAs(const SdrRecord& record, Sensor& sensor)
 {
     Record image;
@@ -74,6 +91,7 @@ Sensor readSensor(const SdrRecord& record)
     sensor.recordType = record.type();
     if (record.type() == SDR_FULL) {
         readAs<FullSensorRecord>(record, sensor);
+        sensor.unitsPerCount = slopeOf(record.bytes);
     } else if (record.type() == SDR_COMPACT) {
         readAs<CompactSensorRecord>(record, sensor);
     }

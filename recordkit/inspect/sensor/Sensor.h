@@ -2,6 +2,7 @@
 #ifndef RECORDKIT_INSPECT_SENSOR_SENSOR_H
 #define RECORDKIT_INSPECT_SENSOR_SENSOR_H
 
+#include <optional>
 #include <string>
 
 #include <recordkit/inspect/sensor/SdrFile.h>
@@ -26,6 +27,9 @@ struct Sensor {
     unsigned short readingMask = 0;
     unsigned char positiveHysteresis = 0;
     unsigned char negativeHysteresis = 0;
+    /// How many units a count of a difference such as a hysteresis is; nothing for a sensor without
+    /// a linear conversion (IPMI v2.0, section 36.3).
+    std::optional<double> unitsPerCount;
 };
 
 /// Reads a record. Throws DataError for a full or compact one that the library refuses.

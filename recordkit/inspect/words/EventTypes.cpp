@@ -3,6 +3,9 @@
 
 #include <iterator>
 
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/words/Match.h>
+
 namespace recordkit::inspect {
 
 namespace {
@@ -39,6 +42,26 @@ std::string eventTypeName(unsigned char eventType)
         return "sensor-specific";
     }
     return eventType >= FIRST_OEM_EVENT ? "OEM" : "reserved";
+}
+
+std::vector<std::string> eventTypeNames()
+{
+    std::vector<std::string> names(std::begin(GENERIC_NAMES), std::end(GENERIC_NAMES));
+    names.push_back(eventTypeName(SENSOR_SPECIFIC_EVENT));
+    return names;
+}
+
+std::optional<unsigned char> findEventType(const std::string& text)
+{
+    if (const auto number = parseNumber(text, 0xFF)) {
+        return static_cast<unsigned char>(*number);
+    }
+    const auto found = matchWord(text, eventTypeNames());
+    if (!found) {
+        return std::nullopt;
+    }
+    return *found < LAST_GENERIC_EVENT ? static_cast<unsigned char>(*found + 1)
+                                       : SENSOR_SPECIFIC_EVENT;
 }
 
 }

@@ -2,7 +2,9 @@
 #ifndef RECORDKIT_INSPECT_WORDS_EVENTTYPES_H
 #define RECORDKIT_INSPECT_WORDS_EVENTTYPES_H
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace recordkit::inspect {
 
@@ -14,6 +16,12 @@ constexpr unsigned char FIRST_OEM_EVENT = 0x70;
 
 /// Name of an event/reading type: "threshold", "redundancy", "sensor-specific", "OEM", ...
 std::string eventTypeName(unsigned char eventType);
+
+/// Reads an event/reading type: the name of a type of the standard as matchWord takes it, or a
+/// number (1, 0x6F, 6Fh).
+std::optional<unsigned char> findEventType(const std::string& text);
+/// The names that findEventType knows.
+std::vector<std::string> eventTypeNames();
 
 }
 

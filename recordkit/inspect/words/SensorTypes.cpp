@@ -6,6 +6,7 @@
 #include <strings.h>
 
 #include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/words/Match.h>
 
 namespace recordkit::inspect {
 
@@ -78,13 +79,21 @@ std::optional<unsigned char> findSensorType(const std::string& text)
     if (const std::optional<unsigned long> number = parseNumber(text, 0xFF)) {
         return static_cast<unsigned char>(*number);
     }
-    for (unsigned int type = 0; type <= 0xFF; ++type) {
+    if (const auto found = matchWord(text, sensorTypeNames())) {
+        return static_cast<unsigned char>(*found + 1);
+    }
+    for (unsigned int type = LAST_SENSOR_TYPE + 1U; type <= 0xFF; ++type) {
         const auto candidate = static_cast<unsigned char>(type);
         if (::strcasecmp(text.c_str(), sensorTypeName(candidate).c_str()) == 0) {
             return candidate;
         }
     }
     return std::nullopt;
+}
+
+std::vector<std::string> sensorTypeNames()
+{
+    return {std::begin(NAMES) + 1, std::end(NAMES)};
 }
 
 }

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace recordkit::inspect {
 
@@ -15,8 +16,11 @@ constexpr unsigned char FIRST_OEM_SENSOR_TYPE = 0xC0;
 /// without a name.
 std::string sensorTypeName(unsigned char sensorType);
 
-/// Reads a sensor type: a name as above in any case, or a number (7, 0x07, 07h).
+/// Reads a sensor type: a name of the standard as matchWord takes it, a name as above, or a number
+/// (7, 0x07, 07h).
 std::optional<unsigned char> findSensorType(const std::string& text);
+/// The names of the standard.
+std::vector<std::string> sensorTypeNames();
 
 }
 

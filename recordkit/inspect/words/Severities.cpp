@@ -2,8 +2,10 @@
 #include <recordkit/inspect/words/Severities.h>
 
 #include <iterator>
+#include <vector>
 
 #include <recordkit/inspect/words/EventTypes.h>
+#include <recordkit/inspect/words/Match.h>
 
 namespace recordkit::inspect {
 
@@ -16,7 +18,7 @@ struct Row {
 };
 
 constexpr Row ROWS[] = {
-    {SeverityMap::SEV_NONE, "none", 0},
+    {SeverityMap::SEV_NONE, "unrated", 0},
     {SeverityMap::SEV_NONCRITICAL, "warning", 3},
     {SeverityMap::SEV_CRITICAL, "critical", 4},
     {SeverityMap::SEV_NONRECOVERABLE, "non-recoverable", 5},
@@ -45,12 +47,12 @@ const char* severityName(Severity severity)
 
 std::optional<Severity> findSeverity(const std::string& name)
 {
+    std::vector<std::string> names;
     for (const Row& row : ROWS) {
-        if (name == row.name) {
-            return row.severity;
-        }
+        names.emplace_back(row.name);
     }
-    return std::nullopt;
+    const auto found = matchWord(name, names);
+    return found ? std::optional(ROWS[*found].severity) : std::nullopt;
 }
 
 bool isAtLeast(Severity severity, Severity least)

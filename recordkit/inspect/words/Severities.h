@@ -11,13 +11,14 @@ namespace recordkit::inspect {
 
 using Severity = SeverityMap::DISCRETESEVERITYSTAT;
 
-/// "none", "warning", "critical", "non-recoverable", "monitor" or "informational".
+/// "unrated", "warning", "critical", "non-recoverable", "monitor" or "informational". Unrated is
+/// what the severity map has no entry for.
 const char* severityName(Severity severity);
 
-/// The severity with that name.
+/// The severity with that name, as matchWord takes it.
 std::optional<Severity> findSeverity(const std::string& name);
 
-/// Whether `severity` is `least` or higher: none, informational, monitor, warning, critical,
+/// Whether `severity` is `least` or higher: unrated, informational, monitor, warning, critical,
 /// non-recoverable.
 bool isAtLeast(Severity severity, Severity least);
 

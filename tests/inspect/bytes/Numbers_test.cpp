@@ -49,9 +49,19 @@ TEST(Numbers, ListsAreSeparatedByCommas)
 {
     EXPECT_EQ(listed("3"), "3;");
     EXPECT_EQ(listed("0,15,0x2"), "0;15;2;");
-    for (const char* text : {"", ",", "1,", ",1", "1,,2", "16", "1;2"}) {
+    EXPECT_EQ(listed("0,2-4"), "0;2;3;4;");
+    EXPECT_EQ(listed("15-15"), "15;");
+    for (const char* text :
+         {"", ",", "1,", ",1", "1,,2", "16", "1;2", "4-2", "1-", "-1", "1-16", "1-2-3"}) {
         EXPECT_EQ(listed(text), "none") << text;
     }
+}
+
+TEST(Numbers, NounsAreCounted)
+{
+    EXPECT_EQ(counted(0, "event"), "0 events");
+    EXPECT_EQ(counted(1, "event"), "1 event");
+    EXPECT_EQ(counted(2, "event"), "2 events");
 }
 
 TEST(Numbers, BitsAreListedLowOnesFirst)

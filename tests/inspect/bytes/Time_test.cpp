@@ -61,3 +61,49 @@ TEST(Time, OtherTextsAreRefused)
         EXPECT_EQ(seconds(text), "none") << text;
     }
 }
+
+namespace {
+
+constexpr unsigned int NOW = 1730786828; // 2024-11-05 06:07:08
+
+std::string momentOf(const std::string& text)
+{
+    const auto moment = parseMoment(text, NOW);
+    if (!moment) {
+        return "none";
+    }
+    const std::string first = Timestamp(moment->first).toText();
+    return moment->first == moment->last ? first
+                                         : first + " to " + Timestamp(moment->last).toText();
+}
+
+}
+
+TEST(Moment, IsReadAsAPersonGivesIt)
+{
+    EXPECT_EQ(momentOf("now"), "2024-11-05 06:07:08");
+    EXPECT_EQ(momentOf("today"), "2024-11-05 00:00:00 to 2024-11-05 23:59:59");
+    EXPECT_EQ(momentOf("yesterday"), "2024-11-04 00:00:00 to 2024-11-04 23:59:59");
+    EXPECT_EQ(momentOf("-12h"), "2024-11-04 18:07:08");
+    EXPECT_EQ(momentOf("-30m"), "2024-11-05 05:37:08");
+    EXPECT_EQ(momentOf("-2d"), "2024-11-03 06:07:08");
+    EXPECT_EQ(momentOf("18:00"), "2024-11-05 18:00:00");
+    EXPECT_EQ(momentOf("18:00:30"), "2024-11-05 18:00:30");
+    EXPECT_EQ(momentOf("1730786828"), "2024-11-05 06:07:08");
+    EXPECT_EQ(momentOf("2024-11-05"), "2024-11-05 00:00:00 to 2024-11-05 23:59:59");
+    EXPECT_EQ(momentOf("2024-11-05T06:07:08Z"), "2024-11-05 06:07:08");
+    EXPECT_EQ(momentOf("2024-11-05T08:00+01:00"), "2024-11-05 07:00:00");
+    EXPECT_EQ(momentOf("2024-11-05T08:00:30-05:30"), "2024-11-05 13:30:30");
+}
+
+TEST(Moment, OtherTextsAreRefused)
+{
+    for (const char* const text :
+         {"", "soon", "-h", "-12", "-12x", "12h", "24:00", "12345678", "4294967295",
+          "2024-11-05T08:00+25:00", "2024-11-05+01:00", "-9999999d", "2024-02-30"}) {
+        EXPECT_EQ(momentOf(text), "none") << text;
+    }
+    EXPECT_FALSE(parseMoment("yesterday", 100));
+    EXPECT_FALSE(parseMoment("-1d", 86399));
+    EXPECT_TRUE(parseMoment("-1d", 86400));
+}

@@ -364,3 +364,25 @@ TEST(MfgDate, IsReadFromText)
         EXPECT_FALSE(parseMfgDate(text)) << text;
     }
 }
+
+TEST(MfgDate, ADateInTheFutureHasAnotherReading)
+{
+    constexpr unsigned int NOW = 1763800000; // 2025-11-22
+    EXPECT_EQ(MfgDate(5260319U).otherReading(NOW).value().toText(), "2005-12-31 23:59");
+    EXPECT_EQ(MfgDate(5260319U).otherReading(NOW).value().toIso(), "2005-12-31T23:59:00Z");
+    EXPECT_EQ(MfgDate(1U).otherReading(NOW).value().toText(), "1996-01-01 00:01");
+    EXPECT_FALSE(MfgDate(5260320U).otherReading(NOW));  // 2006-01-01
+    EXPECT_FALSE(MfgDate(0xFFFFFFU).otherReading(NOW)); // 2027, which has no other reading
+    EXPECT_FALSE(MfgDate(0U).otherReading(NOW));
+    EXPECT_FALSE(MfgDate(1U).otherReading(1827087420));
+    EXPECT_TRUE(MfgDate(1U).otherReading(1827087419));
+}
+
+TEST(FruValue, TextEndsAtTheFirstZeroByte)
+{
+    const Bytes padded = {'A', 'B', 0, 'C', 0};
+    EXPECT_EQ(fruValue(FRU_ITEM_SERIAL_NUMBER, true, 0xC5, 25, padded), "AB");
+    EXPECT_EQ(fruValue(FRU_ITEM_SERIAL_NUMBER, true, 0xC1, 25, Bytes({0})), "");
+    EXPECT_EQ(fruValue(FRU_ITEM_SERIAL_NUMBER, true, 0x02, 25, Bytes({0, 1})), "0001");
+    EXPECT_EQ(fruValue(FRU_ITEM_SERIAL_NUMBER, true, 0xC6, 1, Bytes({'A', 0, 0, 0, 'B', 0})), "A");
+}

@@ -155,3 +155,32 @@ TEST(Tables, EntitiesAndUnitsHaveNames)
     EXPECT_EQ(sensorUnitName(92), "grams");
     EXPECT_EQ(sensorUnitName(93), "unit 93");
 }
+
+namespace {
+
+/// A full record of a threshold sensor with these bytes of its conversion.
+Sensor fullSensor(unsigned char linearization, unsigned char m, unsigned char mHigh,
+                  unsigned char exponents)
+{
+    Bytes body(43, 0);
+    body[8] = 0x01; // threshold
+    body[18] = linearization;
+    body[19] = m;
+    body[20] = mHigh;
+    body[24] = exponents;
+    body[42] = 0xC0;
+    return readSensor(parse(sdrRecord(1, SDR_FULL, body)).records.at(0));
+}
+
+}
+
+TEST(Sensor, CountsOfADifferenceAreConverted)
+{
+    EXPECT_DOUBLE_EQ(fullSensor(0, 120, 0, 0x00).unitsPerCount.value(), 120);
+    EXPECT_DOUBLE_EQ(fullSensor(0, 0x2C, 0x40, 0x00).unitsPerCount.value(), 300);
+    EXPECT_DOUBLE_EQ(fullSensor(0, 0xFF, 0xC0, 0x00).unitsPerCount.value(), -1);
+    EXPECT_DOUBLE_EQ(fullSensor(0, 5, 0, 0xE0).unitsPerCount.value(), 0.05);
+    EXPECT_DOUBLE_EQ(fullSensor(0, 5, 0, 0x7F).unitsPerCount.value(), 5e7);
+    EXPECT_FALSE(fullSensor(1, 120, 0, 0x00).unitsPerCount) << "a logarithm has no fixed slope";
+    EXPECT_FALSE(readSensor(parse(compactSdr(1, "PS1")).records.at(0)).unitsPerCount);
+}

@@ -21,7 +21,7 @@ TEST(Severities, DiscreteEventsHaveThatOfTheMap)
 
 TEST(Severities, AreOrderedFromHarmlessToFatal)
 {
-    const char* const order[] = {"none",    "informational", "monitor",
+    const char* const order[] = {"unrated", "informational", "monitor",
                                  "warning", "critical",      "non-recoverable"};
     for (int i = 0; i < 6; ++i) {
         for (int k = 0; k < 6; ++k) {

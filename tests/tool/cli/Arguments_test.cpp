@@ -57,7 +57,7 @@ TEST(Arguments, ListsHaveNumbersInTheirRange)
     const Option offsets = numbers("OFFSETS", "OFFSETS", 15, "");
     EXPECT_EQ(numbersOf(offsets, "0,15"), Numbers({0, 15}));
     EXPECT_EQ(refusal(offsets, "0,16"),
-              "OFFSETS: invalid value \"0,16\" (expected numbers from 0 to 15, such as 0,2)");
+              "OFFSETS: invalid value \"0,16\" (expected numbers from 0 to 15, such as 0,2-4)");
     EXPECT_NE(refusal(offsets, ""), "");
     EXPECT_NE(refusal(offsets, "1,"), "");
 }

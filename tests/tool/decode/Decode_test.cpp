@@ -49,6 +49,19 @@ TEST(DecodeCommand, ReadsFilesAndStandardInput)
               "bytes                     0 to 2        616263                \n");
 }
 
+TEST(DecodeCommand, TrailingBytesAreRefusedOrCounted)
+{
+    const Outcome refused = run(ourCommand({"decode", "PSUStatus", "--hex", "010303"}));
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.err,
+              "recordkit: --hex: 1 byte after the 2 of PSUStatus; --allow-trailing ignores them\n");
+    const Outcome ignored =
+        run(ourCommand({"decode", "PSUStatus", "--hex", "01030303", "--allow-trailing"}));
+    EXPECT_EQ(ignored.status, 0);
+    EXPECT_EQ(ignored.err, "recordkit: --hex: 2 bytes after the 2 of PSUStatus ignored\n");
+    EXPECT_EQ(ignored.out, run(ourCommand({"decode", "PSUStatus", "--hex", "0103"})).out);
+}
+
 TEST(DecodeCommand, RefusesWhatItCannotShow)
 {
     const auto status = [](const Arguments& words) {

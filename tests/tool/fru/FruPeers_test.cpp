@@ -275,14 +275,14 @@ class FruPeers : public testing::TestWithParam<Sample> {};
 
 TEST_P(FruPeers, FieldsAreThoseOfIpmitool)
 {
-    const FruImage image = parseFruImage(readInput(GetParam().image));
+    const FruImage image = parseFruImage(readInput(GetParam().image, FRU_LIMIT));
     compare(GetParam().name, fieldsOf(contentOf(GetParam().ipmitool), IPMITOOL_NAMES),
             oursOf(image), isPrintedByIpmitool, asIpmitool);
 }
 
 TEST_P(FruPeers, FieldsAreThoseOfIpmiFru)
 {
-    const FruImage image = parseFruImage(readInput(GetParam().image));
+    const FruImage image = parseFruImage(readInput(GetParam().image, FRU_LIMIT));
     compare(GetParam().name, fieldsOf(contentOf(GetParam().freeipmi), FREEIPMI_NAMES),
             oursOf(image), isPrintedByFreeipmi, asFreeipmi);
 }

@@ -51,7 +51,9 @@ TEST(EventInput, BadNdjsonIsRefusedWithItsPlace)
     EXPECT_EQ(refusal("{}"), expected);
     EXPECT_EQ(refusal("{\"image\": 5}"), expected);
     EXPECT_EQ(refusal("{\"image\": \"12\""), expected);
-    EXPECT_EQ(refusal("[1]", ImportFormat::NDJSON), expected);
+    EXPECT_EQ(refusal("[1]", ImportFormat::NDJSON),
+              "FILE, element 1: expected an object with a text \"image\" of hex digits");
+    EXPECT_EQ(refusal("{\"image\": \"\"}"), expected);
     EXPECT_EQ(refusal(OBJECT + "\n\n{\"image\": \"12 3\"}"),
               "FILE, line 3: column 5: expected two hex digits for each byte");
     EXPECT_EQ(refusal("{\"image\": \"12#\"}"),

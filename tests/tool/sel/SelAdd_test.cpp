@@ -53,7 +53,7 @@ TEST_F(SelAdd, RefusesBadOemData)
     initialise();
     const std::string record = eventAt(1, TIME_1, THERMAL_TRIP);
     expectRefused(2, {"add", "-", "--partitions", "4"},
-                  "(expected numbers from 0 to 3, such as 0,2)", record);
+                  "(expected numbers from 0 to 3, such as 0,2-4)", record);
     expectRefused(2, {"add", "-", "--partitions", ""}, "--partitions", record);
     expectRefused(2, {"add", "-", "--part-number", "X"}, "2 to 18", record);
     expectRefused(2, {"add", "-", "--part-number", "1234567890123456789"}, "2 to 18", record);
@@ -69,6 +69,18 @@ TEST_F(SelAdd, TakesWhatListWrites)
     const Outcome listing = sel({"list", "--board", "1", "--ndjson"});
     ASSERT_EQ(sel({"add", "-", "--board", "2", "--ndjson"}, listing.out).status, 0);
     EXPECT_EQ(readFile(working(2)), readFile(working(1)));
+}
+
+TEST_F(SelAdd, TakesTheJsonOfAListingToo)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", EVENTS, "--board", "1"}).status, 0);
+    const Outcome listing = sel({"list", "--board", "1", "--json"});
+    ASSERT_EQ(sel({"add", "-", "--board", "2"}, listing.out).status, 0);
+    EXPECT_EQ(readFile(working(2)), readFile(working(1)));
+    expectRefused(1, {"add", "-"}, "standard input, element 1: expected an object with a text",
+                  "[{\"image\": \"\"}]");
+    expectRefused(1, {"add", "-"}, "standard input: not JSON", "[{]");
 }
 
 TEST_F(SelAdd, RenumbersBehindTheLastRecord)

@@ -102,6 +102,12 @@ TEST_F(SelList, ChoosesEvents)
     EXPECT_EQ(listedIds({"--until", "2024-11-05T06:07:07Z"}), Ids({1}));
     EXPECT_EQ(listedIds({"--since", "2024-11-05", "--until", "2024-11-06"}), Ids({1, 2, 5}));
     EXPECT_EQ(listedIds({"--sensor-type", "fan"}), Ids({2, 3}));
+    EXPECT_EQ(listedIds({"--severity", "CRIT"}), Ids({1, 5}));
+    EXPECT_EQ(listedIds({"--severity", "unrated"}), Ids());
+    EXPECT_EQ(listedIds({"--since", "2024-11-05", "--until", "2024-11-05"}), Ids({1, 2, 5}));
+    EXPECT_EQ(listedIds({"--since", "2024-11-05T07:07:08+01:00"}), Ids({2, 5}));
+    EXPECT_EQ(listedIds({"--since", "1730786828"}), Ids({2, 5}));
+    EXPECT_EQ(listedIds({"--since", "-12h"}), Ids());
     EXPECT_EQ(listedIds({"--sensor-type", "0x07"}), Ids({1, 5}));
     EXPECT_EQ(listedIds({"--partition", "1"}), Ids({1, 2, 3, 4}));
     EXPECT_EQ(listedIds({"--partition", "0"}), Ids());
@@ -112,11 +118,11 @@ TEST_F(SelList, ChoosesEvents)
 TEST_F(SelList, RefusesFiltersThatMakeNoSense)
 {
     initialise();
-    expectRefused(2, {"list", "--severity", "bad"}, "(expected informational, monitor");
-    expectRefused(2, {"list", "--since", "yesterday"}, "(expected a UTC time such as 2024-11-05");
-    expectRefused(2, {"list", "--until", "2024-02-30"}, "(expected a UTC time such as 2024-11-05");
+    expectRefused(2, {"list", "--severity", "bad"}, "(expected unrated, informational");
+    expectRefused(2, {"list", "--since", "soon"}, "(expected a time such as 2024-11-05");
+    expectRefused(2, {"list", "--until", "2024-02-30"}, "(expected a time such as 2024-11-05");
     expectRefused(2, {"list", "--sensor-type", "toaster"},
-                  "(expected the name or the number of a sensor type)");
+                  "(expected a number from 0 to 255 or one of Temperature, Voltage");
     expectRefused(2, {"list", "--partition", "16"}, "(expected 0 to 15)");
     expectRefused(2, {"list", "--follow", "--json"}, "--ndjson");
 }

@@ -27,13 +27,13 @@ TEST_F(SeverityCommand, AnswersForOffsets)
     EXPECT_EQ(json["masks"]["critical"], 0x24);
     const Json unknown = Json::parse(run(ourCommand({"severity", "1", "1", "9", "--json"})).out)[0];
     EXPECT_EQ(unknown["known"], false);
-    EXPECT_EQ(unknown["severity"], "none");
+    EXPECT_EQ(unknown["severity"], "unrated");
 }
 
 TEST_F(SeverityCommand, FollowsThePowerSupplyMode)
 {
     const Arguments question = {"--root", root.path(), "severity", "0x0B", "9", "3", "--json"};
-    EXPECT_EQ(Json::parse(run(ourCommand(question)).out)[0]["severity"], "none");
+    EXPECT_EQ(Json::parse(run(ourCommand(question)).out)[0]["severity"], "unrated");
     writeFile(root.at("/tmp/psumode"), Bytes({1}));
     EXPECT_EQ(Json::parse(run(ourCommand(question)).out)[0]["severity"], "warning");
 }

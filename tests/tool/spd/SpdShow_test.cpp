@@ -44,7 +44,7 @@ TEST(SpdShow, ShowsSeveralModulesWithTheirTotal)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_NE(outcome.out.find("3 modules, 24576 MB\n"), std::string::npos) << outcome.out;
     EXPECT_NE(outcome.out.find("WRONG  " + root.at("/c")), std::string::npos);
-    EXPECT_NE(outcome.err.find("/d: not DDR3 SPD data: device type 0Ch (DDR4) at offset 2"),
+    EXPECT_NE(outcome.err.find("/d: not supported: DDR4 SDRAM (device type 0Ch at offset 2)"),
               std::string::npos);
     EXPECT_NE(outcome.err.find("/c: the CRC is "), std::string::npos);
     EXPECT_NE(outcome.err.find("2 of 4 files are damaged"), std::string::npos);
