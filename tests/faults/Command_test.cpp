@@ -32,6 +32,7 @@ const SubCommand COMMANDS[] = {
     {"SelBackup",         {"sel", "backup", "--board", "1"}},
     {"SelRestore",        {"sel", "restore", "--board", "1", "--yes"}},
     {"SelRecover",        {"sel", "check", "--board", "1", "--recover"}},
+    {"SelRepair",         {"sel", "check", "--board", "1", "--recover"}},
     {"SelRescue",         {"sel", "rescue", "ROOT/tmp/sb1_bmc_sel0", "-o", "ROOT/rescued"}},
     {"SelClear",          {"sel", "clear", "--board", "1", "--yes"}},
     {"FruSet",            {"fru", "set", "ROOT/board.bin", "board.serial=SN4711"}},
@@ -73,6 +74,9 @@ protected:
     {
         world.reset();
         // Three bytes more than its old content keep what `fru set` and others make of it apart.
+        if (GetParam().name == std::string("SelRepair")) {
+            fs::resize_file(world.at("/var/tav/fmem/ipmi/sb1_bmc_sel2"), 50000);
+        }
         writeFile(world.at("/one.hex"), "0100027856341220000404010157a16c\n");
     }
     FaultRun runCommand(const std::string& fault)

@@ -32,8 +32,11 @@ void LogProblems::report(Events events)
                 ? ""
                 : fmt::format("; {} that the store does not count {} {}", counted(count, "event"),
                               count == 1 ? "is" : "are", events == SHOWN ? "shown" : "not shown");
-        complain(fmt::format("{}: {}{}; run \"recordkit sel check --recover --board {}\"",
-                             found.problem.path, found.problem.text, concerned, found.board));
+        const std::string remedy = found.problem.isUninitialised
+                                       ? "init"
+                                       : fmt::format("check --recover --board {}", found.board);
+        complain(fmt::format("{}: {}{}; run \"recordkit sel {}\"", found.problem.path,
+                             found.problem.text, concerned, remedy));
     }
     pending.clear();
 }

@@ -2,7 +2,7 @@
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Numbers.h>
-#include <recordkit/selfile/SELChainReader.h>
+#include <recordkit/inspect/log/BoardLog.h>
 
 #include "../Commands.h"
 #include "../cli/Arguments.h"
@@ -20,7 +20,7 @@ void run(const Arguments& arguments)
         throw usageError(
             fmt::format("this deletes all events of board {}; pass --yes to confirm", sb));
     }
-    const unsigned int events = TAVLib::RecordKit::SELChainReader(sb).getTotal();
+    const std::size_t events = BoardLog(sb).getTotal();
     if (BMCSELDataFile().clearAllRecord(sb) != BMCSELDataFile::SUCCESS) {
         throw storeError(BMCSELDataFile::REWRITE_FAILED, workingFile(sb));
     }

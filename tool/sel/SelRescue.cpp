@@ -5,7 +5,6 @@
 
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Numbers.h>
-#include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/log/Rescue.h>
 
 #include "../Commands.h"
@@ -19,20 +18,13 @@ namespace recordkit::tool {
 
 namespace {
 
-/// A name as a comment can contain it.
-std::string commentOf(const std::string& name)
-{
-    const std::string line = printable(name);
-    return isText(line, true) ? line : toHex(line);
-}
-
 /// A line that sel add and sel list read again.
 std::string lineOf(const std::string& name, const RescuedRecord& record)
 {
     const Event& event = record.event;
-    return fmt::format("{} # {}, offset {}: {:04X}h {} {}\n", toLowerHex(event.image),
-                       commentOf(name), record.offset, event.recordId,
-                       event.hasTime ? event.time.toText() : "-", eventText(event));
+    return fmt::format("{} # {}, offset {}: {:04X}h {} {}\n", toLowerHex(event.image), name,
+                       record.offset, event.recordId, event.hasTime ? event.time.toText() : "-",
+                       eventText(event));
 }
 
 void refuseInputAsOutput(const Arguments& arguments)

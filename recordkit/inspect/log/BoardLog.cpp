@@ -69,6 +69,12 @@ std::size_t BoardLog::getTotal() const
         slots.begin(), slots.end(), [](const LogSlot& slot) { return !slot.isCopy; }));
 }
 
+bool BoardLog::isUninitialised() const
+{
+    return std::all_of(files.begin(), files.end(),
+                       [](const LogFile& file) { return file.isMissing(); });
+}
+
 Event BoardLog::decode(const LogSlot& slot) const
 {
     Event event =
@@ -79,7 +85,7 @@ Event BoardLog::decode(const LogSlot& slot) const
 
 void BoardLog::addProblem(const LogFile& file, const std::string& text)
 {
-    problems.push_back({file.path, text});
+    problems.push_back({file.path, text, 0, isUninitialised()});
 }
 
 void BoardLog::addWorkingFile()

@@ -26,9 +26,10 @@ struct LogSlot {
 
 /// What is wrong with a log.
 struct LogProblem {
-    std::string path;       ///< of the file concerned
-    std::string text;       ///< what is wrong with it
-    std::size_t events = 0; ///< events that the store does not count because of it
+    std::string path;             ///< of the file concerned
+    std::string text;             ///< what is wrong with it
+    std::size_t events = 0;       ///< events that the store does not count because of it
+    bool isUninitialised = false; ///< the board has no files yet: there is nothing to repair
 };
 
 /// All events of a board that its files contain, also those that the store does not reach: after a
@@ -56,6 +57,8 @@ public:
     /// Events that the store counts, and all events without copies.
     std::size_t getCounted() const { return counted; }
     std::size_t getTotal() const;
+    /// Whether the board has no file at all.
+    bool isUninitialised() const;
 
     Event decode(const LogSlot& slot) const;
 

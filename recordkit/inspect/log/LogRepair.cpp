@@ -109,7 +109,11 @@ private:
                  bool keepsAll)
     {
         std::string kept;
-        if (keepsAll) {
+        if (file.size > file.bytes.size()) { // More than was read: it cannot be copied.
+            if (!setAside(file.path, "too long")) {
+                return false;
+            }
+        } else if (keepsAll) {
             const std::string name =
                 freeName(BMCSELDataFile().getFileName(board, file.index, PERSISTENT));
             if (!write(name, file.bytes)) {
@@ -190,9 +194,7 @@ private:
     bool restoreWorkingFile()
     {
         const LogFile& working = files[BoardLog::WORKING];
-        const bool isEmpty = std::all_of(files.begin(), files.end(),
-                                         [](const LogFile& file) { return file.isMissing(); });
-        if (!working.isMissing() || isEmpty) {
+        if (!working.isMissing() || log.isUninitialised()) {
             return true;
         }
         BMCSELDataFile store;

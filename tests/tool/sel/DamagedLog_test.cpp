@@ -269,3 +269,30 @@ TEST_F(DamagedLog, ShortBackupIsRepairedWithoutLoss)
         << outcome.out;
     EXPECT_EQ(idsOf(listedWith("")), range(1, 6400));
 }
+
+TEST_F(DamagedLog, MissingWorkingFileIsRestoredFromItsBackup)
+{
+    std::filesystem::rename(working(1), kept(1, 0));
+    EXPECT_EQ(idsOf(listedWith("recordkit: " + working(1) +
+                               ": cannot be read: No such file or directory; 362 events that the "
+                               "store does not count are shown" +
+                               remedy())),
+              range(1, 5962));
+    const Outcome outcome = sel({"check", "--recover", "--board", "1"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(
+        outcome.out.find("board 1: " + working(1) + " restored from its backup\nboard 1: sound\n"),
+        0U)
+        << outcome.out;
+    EXPECT_EQ(idsOf(listedWith("")), range(1, 5962));
+}
+
+TEST_F(DamagedLog, FileThatIsMuchTooLongIsKeptAsItIs)
+{
+    const std::uintmax_t size = std::uintmax_t{65537} * SLOT;
+    std::filesystem::resize_file(kept(1, 7), size);
+    const Outcome outcome = sel({"check", "--recover", "--board", "1"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(std::filesystem::file_size(kept(1, 7) + ".damaged-1"), size);
+    EXPECT_EQ(readFile(kept(1, 7)).size(), FULL_FILE);
+}

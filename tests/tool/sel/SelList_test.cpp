@@ -173,7 +173,8 @@ TEST_F(SelList, OfADamagedLogShowsTheRestAndIsStatusOne)
 
 TEST_F(SelList, OfAnAbsentLogIsStatusOne)
 {
-    expectRefused(1, {"list"}, "cannot be read: No such file or directory");
+    expectRefused(1, {"list"},
+                  "cannot be read: No such file or directory; run \"recordkit sel init\"\n");
 }
 
 namespace {

@@ -25,7 +25,7 @@ TEST_F(SelStatus, ShowsEachBoard)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "recordkit: " + working(2) +
                                ": cannot be read: No such file or directory; run \"recordkit sel "
-                               "check --recover --board 2\"\n");
+                               "init\"\n");
     const Json status = Json::parse(outcome.out);
     ASSERT_EQ(status.size(), 4U);
     EXPECT_EQ(status[1], Json::parse(R"({"board": 1, "working_file": true,
