@@ -163,6 +163,11 @@ TEST_F(ChainReader, RecordsBehindTheTailAreReported)
     EXPECT_EQ(oldestFirst(), Lines({"1:0:0:30", "2:0:1:31"}));
     EXPECT_EQ(damage(), Lines({"0 " + working() +
                                " 2 slots used behind the tail, from slot 10 (offset 1380) on"}));
+    // The slot next to the tail counts too.
+    std::copy(stray.begin(), stray.end(), file.begin() + 3 * 138);
+    writeFile(working(), file);
+    EXPECT_EQ(damage(), Lines({"0 " + working() +
+                               " 3 slots used behind the tail, from slot 3 (offset 414) on"}));
 }
 
 TEST_F(ChainReader, RotationInTheMeantimeDoesNotMixFilesUp)
