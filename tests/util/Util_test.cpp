@@ -325,10 +325,9 @@ TEST_F(CPUNames, SpeedHasTwoDecimals)
     const struct {
         Bytes speed;
         const char* text;
-    } rows[] = {{{0x30, 0x00}, " 3.00 GHz "},
-                {{0x30, 0x59}, " 3.05 GHz "},
-                {{0x09, 0x99}, " 0.99 GHz "},
-                {{0x99, 0x90}, " 9.99 GHz "},
+    } rows[] = {{{0x30, 0x00}, " 3.00 GHz "}, {{0x30, 0x59}, " 3.05 GHz "},
+                {{0x30, 0x99}, " 3.09 GHz "}, {{0x31, 0x00}, " 3.10 GHz "},
+                {{0x09, 0x99}, " 0.99 GHz "}, {{0x99, 0x90}, " 9.99 GHz "},
                 {{0x00, 0x09}, " 0.00 GHz "}};
     for (const auto& row : rows) {
         MemoryDevice other(romWith(row.speed, {0, 0}));
