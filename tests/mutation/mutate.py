@@ -45,6 +45,7 @@ SLOW = {
     "selfile_tests": "*Concurrency*:*Kill*",
     "fru_tests": "*RandomEdit*",
     "eeprom_tests": "*Threads*:*PowerCut*",
+    "field_tests": "*EveryRecordClass*",
     "fault_tests": "*",
     "model_tests": "*",
 }
