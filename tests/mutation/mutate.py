@@ -36,7 +36,7 @@ PROGRAMS = {
     "sel": ["sel_tests", "field_tests", "selfile_tests"],
     "selfile": ["selfile_tests", "sibling_tests", "fault_tests", "model_tests"],
     "fru": ["fru_tests", "allocation_tests", "sibling_tests", "fault_tests", "model_tests"],
-    "util": ["fru_tests", "sibling_tests", "model_tests"],
+    "util": ["fru_tests", "sibling_tests", "fault_tests", "model_tests"],
     "sensor": ["sensor_tests", "field_tests", "sibling_tests", "allocation_tests", "model_tests"],
     "eeprom": ["eeprom_tests", "field_tests", "sibling_tests", "fault_tests", "model_tests"],
 }
