@@ -68,7 +68,7 @@ int takeShiftRequest(BMCSELDataFile& store)
 }
 
 /// Writes the shift's result to the request file: 16 bytes, zero-padded. The directory is
-/// world-writable, so symlinks are not followed. Nobody is told of a failure: who asked finds no
+/// world-writable, so symlinks are not followed. A failure is not reported: the requester finds no
 /// answer.
 void answerShiftRequest(int result)
 {

@@ -147,6 +147,20 @@ TEST(PCIBOXInfo, CheckCountsOneByteForASlot)
     EXPECT_EQ(box.getPCISlotStatus(0, 1), 0);
 }
 
+TEST(PCIBOXInfo, CheckCountsTheSlotsOfEachCard)
+{
+    TraceCapture trace;
+    const Bytes image =
+        header(2) + Bytes({4, 1, 1, 0x34, 0x12, 5, 2, 3, 0x78, 0x56, 0xBC, 0x9A, 0xF0, 0xDE});
+    ASSERT_EQ(image.size(), 27U);
+    PCIBOXInfo box;
+    EXPECT_FALSE(box.setSerialized(image.data(), 22));
+    EXPECT_EQ(trace.take(), Lines({"1:83:0x0D00 level 0: setSerialized: 22 where 23 is needed"}));
+    EXPECT_EQ(imageOf(box), Bytes(13, 0));
+    EXPECT_TRUE(box.setSerialized(image.data(), 23));
+    EXPECT_EQ(imageOf(box), image);
+}
+
 TEST(PCIBOXInfo, ImagesBelowTheHeaderAreRefused)
 {
     TraceCapture trace;

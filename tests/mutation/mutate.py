@@ -29,22 +29,23 @@ WORKERS = 2
 # A new program is added here and nowhere else.
 PROGRAMS = {
     "serial": ["serial_tests", "hardware_tests", "sel_tests", "sensor_tests", "fru_tests",
-               "eeprom_tests", "selfile_tests", "sibling_tests", "fault_tests"],
+               "eeprom_tests", "field_tests", "selfile_tests", "sibling_tests", "fault_tests"],
     "posix": ["platform_tests", "selfile_tests", "sensor_tests", "fault_tests"],
-    "hardware": ["hardware_tests", "allocation_tests"],
-    "version": ["hardware_tests", "allocation_tests"],
-    "sel": ["sel_tests", "selfile_tests"],
+    "hardware": ["hardware_tests", "field_tests", "allocation_tests"],
+    "version": ["hardware_tests", "field_tests", "allocation_tests"],
+    "sel": ["sel_tests", "field_tests", "selfile_tests"],
     "selfile": ["selfile_tests", "sibling_tests", "fault_tests", "model_tests"],
     "fru": ["fru_tests", "allocation_tests", "sibling_tests", "fault_tests", "model_tests"],
-    "util": ["fru_tests", "sibling_tests", "model_tests"],
-    "sensor": ["sensor_tests", "sibling_tests", "allocation_tests", "model_tests"],
-    "eeprom": ["eeprom_tests", "sibling_tests", "fault_tests", "model_tests"],
+    "util": ["fru_tests", "sibling_tests", "fault_tests", "model_tests"],
+    "sensor": ["sensor_tests", "field_tests", "sibling_tests", "allocation_tests", "model_tests"],
+    "eeprom": ["eeprom_tests", "field_tests", "sibling_tests", "fault_tests", "model_tests"],
 }
 # Tests of those programs that run after all others have passed.
 SLOW = {
     "selfile_tests": "*Concurrency*:*Kill*",
     "fru_tests": "*RandomEdit*",
     "eeprom_tests": "*Threads*:*PowerCut*",
+    "field_tests": "*EveryRecordClass*",
     "fault_tests": "*",
     "model_tests": "*",
 }

@@ -117,6 +117,9 @@ TEST_F(PosixFile, ReadAtStopsAtTheEndOfTheFile)
     EXPECT_TRUE(posix::readAt(file.get(), 7, bytes.data(), bytes.size(), done));
     EXPECT_EQ(done, 3U);
     EXPECT_EQ(bytes, Bytes({7, 8, 9, 4, 5, 6, 7, 8}));
+    EXPECT_TRUE(posix::readAt(file.get(), 9, bytes.data(), 1, done));
+    EXPECT_EQ(done, 1U);
+    EXPECT_EQ(bytes[0], 9);
     EXPECT_TRUE(posix::readAt(file.get(), 7, bytes.data(), 0, done));
     EXPECT_EQ(done, 0U);
     EXPECT_FALSE(posix::readAt(-1, 0, bytes.data(), bytes.size(), done));

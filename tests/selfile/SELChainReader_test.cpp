@@ -14,6 +14,9 @@ using TAVLib::RecordKit::SELFileScan;
 
 namespace {
 
+/// No test has a longer log; a walk that does not end by itself ends there, and fails.
+constexpr std::size_t MOST_RECORDS = 100;
+
 class ChainReader : public StoreTest {
 protected:
     /// Each record as "log:file:slot:id".
@@ -21,7 +24,7 @@ protected:
     {
         Lines lines;
         SELChainReader::Record record = {};
-        while (reader.next(record)) {
+        while (lines.size() < MOST_RECORDS && reader.next(record)) {
             const unsigned int id = record.image[2] + 256U * record.image[3];
             lines.push_back(std::to_string(record.logNumber) + ":" +
                             std::to_string(record.fileIndex) + ":" + std::to_string(record.slot) +
@@ -163,6 +166,11 @@ TEST_F(ChainReader, RecordsBehindTheTailAreReported)
     EXPECT_EQ(oldestFirst(), Lines({"1:0:0:30", "2:0:1:31"}));
     EXPECT_EQ(damage(), Lines({"0 " + working() +
                                " 2 slots used behind the tail, from slot 10 (offset 1380) on"}));
+    // The slot next to the tail counts too.
+    std::copy(stray.begin(), stray.end(), file.begin() + 3 * 138);
+    writeFile(working(), file);
+    EXPECT_EQ(damage(), Lines({"0 " + working() +
+                               " 3 slots used behind the tail, from slot 3 (offset 414) on"}));
 }
 
 TEST_F(ChainReader, RotationInTheMeantimeDoesNotMixFilesUp)

@@ -201,6 +201,17 @@ TEST_F(StoreCheckTest, RecoverMovesTheLeftOverIntoTheChain)
     EXPECT_EQ(findings(), Lines());
 }
 
+TEST_F(StoreCheckTest, ChainWithoutItsNewestFileHasAGap)
+{
+    writeFile(working(), fileOf(1));
+    writeFile(kept(2), fileOf(800, 1000));
+    EXPECT_EQ(findings(), Lines({"damage: " + kept(1) +
+                                 " is missing: the files behind it, up to sel2, cannot be "
+                                 "reached"}));
+    EXPECT_EQ(recover(), Lines({"sel2 renamed to sel1"}));
+    EXPECT_EQ(findings(), Lines());
+}
+
 TEST_F(StoreCheckTest, RecoverFillsTheGapOfACutOffRotation)
 {
     writeFile(working(), fileOf(0));

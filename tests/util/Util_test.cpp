@@ -15,6 +15,9 @@ using TAVLib::RecordKit::Util;
 
 namespace {
 
+/// What no conversion gives, so that a type that is not set is seen.
+constexpr auto NO_TYPE = static_cast<Util::BoardType>(-1);
+
 struct Unit {
     int type;
     int unit;
@@ -23,7 +26,7 @@ struct Unit {
 
 Unit unitOf(unsigned int nodeId)
 {
-    Util::BoardType type = IPMIClientCommand::BOARD_SB;
+    Util::BoardType type = NO_TYPE;
     int unit = -1;
     int side = -1;
     Util::nodeId2Unit(static_cast<unsigned char>(nodeId), type, unit, side);
@@ -52,7 +55,7 @@ TEST_F(UtilTest, BoardIdGivesTypeAndUnit)
 {
     const int types[] = {0, 192, 192, 192, 128, 160, 192, 192};
     for (unsigned int id = 0; id < 256; ++id) {
-        Util::BoardType type = IPMIClientCommand::BOARD_SB;
+        Util::BoardType type = NO_TYPE;
         int unit = -1;
         Util::boardId2Unit(static_cast<unsigned char>(id), type, unit);
         EXPECT_EQ(type, types[id >> 5]) << id;
@@ -325,10 +328,9 @@ TEST_F(CPUNames, SpeedHasTwoDecimals)
     const struct {
         Bytes speed;
         const char* text;
-    } rows[] = {{{0x30, 0x00}, " 3.00 GHz "},
-                {{0x30, 0x59}, " 3.05 GHz "},
-                {{0x09, 0x99}, " 0.99 GHz "},
-                {{0x99, 0x90}, " 9.99 GHz "},
+    } rows[] = {{{0x30, 0x00}, " 3.00 GHz "}, {{0x30, 0x59}, " 3.05 GHz "},
+                {{0x30, 0x99}, " 3.09 GHz "}, {{0x31, 0x00}, " 3.10 GHz "},
+                {{0x09, 0x99}, " 0.99 GHz "}, {{0x99, 0x90}, " 9.99 GHz "},
                 {{0x00, 0x09}, " 0.00 GHz "}};
     for (const auto& row : rows) {
         MemoryDevice other(romWith(row.speed, {0, 0}));
