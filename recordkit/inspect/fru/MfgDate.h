@@ -28,9 +28,8 @@ public:
     std::string toText() const;
     /// "2015-01-06T22:01:00Z"; empty for an unspecified one.
     std::string toIso() const;
-    /// The date that the count means without the roll-over, for a date that would be later than
-    /// `now` (seconds since 1970): a board is not older than its standard, but some clocks are
-    /// wrong. Nothing if there is no other reading.
+    /// The date that the count means without the roll-over. Nothing if the count does not roll
+    /// over, or if this date is not later than `now` (seconds since 1970).
     std::optional<MfgDate> otherReading(unsigned int now) const;
 
 private:

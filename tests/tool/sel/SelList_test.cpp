@@ -115,6 +115,19 @@ TEST_F(SelList, ChoosesEvents)
     EXPECT_EQ(listedIds({"--last", "9", "--sensor-type", "fan"}), Ids({2, 3}));
 }
 
+TEST_F(SelList, FindsUnratedEventsOnlyWhenAskedFor)
+{
+    initialise();
+    // Offset 1 of physical security has no severity in the map.
+    ASSERT_EQ(
+        sel({"add", "-"}, eventAt(1, TIME_1, "05706f01ffff") + eventAt(2, TIME_2, FAN_WARNING))
+            .status,
+        0);
+    EXPECT_EQ(listedIds({"--severity", "unrated"}), Ids({1}));
+    EXPECT_EQ(listedIds({"--severity", "informational"}), Ids({2}));
+    EXPECT_EQ(listed({}).at(0)["severity"], "unrated");
+}
+
 TEST_F(SelList, RefusesFiltersThatMakeNoSense)
 {
     initialise();
