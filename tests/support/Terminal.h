@@ -12,11 +12,14 @@
 
 namespace testing_support {
 
-/// Runs a program with a terminal for its streams; false if none is available.
-inline bool runOnTerminal(const Arguments& words, const Arguments& environment, std::string& shown)
+/// Runs a program with a terminal for its streams; false if none is available. A terminal of 0
+/// columns does not say how many it has.
+inline bool runOnTerminal(const Arguments& words, const Arguments& environment, std::string& shown,
+                          unsigned short columns = 0)
 {
     int terminal = -1;
-    const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+    const winsize size = {24, columns, 0, 0};
+    const pid_t child = ::forkpty(&terminal, nullptr, nullptr, &size);
     if (child == -1) {
         return false;
     }

@@ -144,4 +144,22 @@ Format Arguments::format() const
                              : Format::TABLE;
 }
 
+Layout Arguments::layout() const
+{
+    Layout layout(format());
+    layout.fields = text("--fields");
+    if (!layout.fields.empty() && layout.format == Format::TABLE) {
+        throw usageError("--fields is for --json, --ndjson and --csv");
+    }
+    if (values.count("--columns") != 0) {
+        layout.columns = text("--columns");
+        layout.isWide = has("--wide");
+        if ((layout.isWide || !layout.columns.empty()) && layout.format != Format::TABLE) {
+            throw usageError("--columns and --wide are for tables; --fields chooses what --json, "
+                             "--ndjson and --csv contain");
+        }
+    }
+    return layout;
+}
+
 }

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "../print/Listing.h"
+#include "../print/Layout.h"
 #include "Command.h"
 
 namespace recordkit::tool {
@@ -35,6 +35,9 @@ public:
     std::vector<unsigned char> boards() const;
     /// The form that --json, --ndjson or --csv chooses. Throws CommandError (usage) for two.
     Format format() const;
+    /// The form, and what --fields, --columns and --wide choose of it. Throws CommandError (usage)
+    /// for those that another form has.
+    Layout layout() const;
     bool isJson() const { return has("--json"); }
 
 private:

@@ -103,10 +103,19 @@ std::vector<Option> Command::allOptions() const
     case Answer::OBJECT:
         all.push_back(flag("--json", "Print one JSON object"));
         break;
+    case Answer::TABLE:
+        all.push_back(text("--columns", "LIST",
+                           "Only these columns of the table, in this order: names or their "
+                           "beginnings, with commas"));
+        all.push_back(flag("--wide", "All columns whole, also on a narrow terminal"));
+        [[fallthrough]];
     case Answer::LISTING:
         all.push_back(flag("--json", "Print a JSON array with one object per line"));
         all.push_back(flag("--ndjson", "Print one JSON object per line"));
         all.push_back(flag("--csv", "Print CSV with a line of names"));
+        all.push_back(text("--fields", "LIST",
+                           "Only these fields in JSON, NDJSON or CSV, with commas; +LIST adds "
+                           "fields to the usual ones"));
         break;
     }
     return all;

@@ -72,6 +72,7 @@ enum class Answer {
     TEXT,
     OBJECT,  ///< --json: one object
     LISTING, ///< --json: an array of objects; --ndjson; --csv
+    TABLE,   ///< the same, and the text is a table
 };
 
 /// A sub-command, described as data.

@@ -10,6 +10,8 @@
 
 #include "../Errors.h"
 #include "../Files.h"
+#include "../Zone.h"
+#include "../print/Output.h"
 
 namespace recordkit::tool {
 
@@ -34,6 +36,13 @@ std::vector<Option> globalOptions()
         number("--partition-count", "N", 1, MAX_PARTITIONS, "Number of partitions").by("4"),
         number("--max-size", "N", 1, 0xFFFFFFFF,
                "Bytes that an input may have; each kind of input has a smaller limit of its own"),
+        choice("--color", "WHEN", {"auto", "always", "never"},
+               "Whether tables are in colour: auto (on a terminal, unless NO_COLOR is set), always "
+               "or never")
+            .by("auto"),
+        flag("--local", "Event times in the machine's time zone, with their offset from UTC"),
+        text("--tz", "ZONE",
+             "Event times in this zone: a name such as Europe/Berlin, or an offset such as +01:00"),
         flag("--verbose", "Show the library's trace lines on standard error"),
     };
 }
@@ -46,6 +55,15 @@ void applyGlobals(const Arguments& arguments)
             root.empty() ? "" : std::filesystem::absolute(root).lexically_normal().string());
     } catch (const std::invalid_argument& e) {
         throw usageError(std::string("--root: ") + e.what());
+    }
+    setColour(static_cast<Colour>(arguments.number("--color")));
+    if (arguments.has("--local") && arguments.has("--tz")) {
+        throw usageError("--local and --tz exclude each other");
+    }
+    if (arguments.has("--local")) {
+        chooseLocalZone();
+    } else if (arguments.has("--tz")) {
+        chooseZone(arguments.text("--tz"));
     }
     setLargestInput(arguments.find("--max-size").value_or(0));
     TAVLib::host::Machine machine;

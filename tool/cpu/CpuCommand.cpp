@@ -8,6 +8,7 @@
 #include "../Files.h"
 #include "../cli/Arguments.h"
 #include "../print/Json.h"
+#include "../print/Listing.h"
 #include "../print/Output.h"
 #include "../print/Problems.h"
 

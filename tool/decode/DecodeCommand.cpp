@@ -43,7 +43,7 @@ void run(const Arguments& arguments)
         throw usageError("expected CLASS and an image, or --list");
     }
     if (arguments.has("--list")) {
-        printListing(decodableClasses(), CLASSES, arguments.format());
+        printListing(decodableClasses(), CLASSES, arguments.layout());
         return;
     }
     const std::string name = arguments.text("CLASS");
@@ -68,7 +68,7 @@ void run(const Arguments& arguments)
             }
             complain(source + ": " + text + " ignored");
         }
-        printFields(*recordClass, image, arguments.format());
+        printFields(*recordClass, image, arguments.layout());
     });
 }
 
@@ -84,7 +84,7 @@ Command decodeCommand()
              text("--hex", "HEX", "The image in hex digits instead of a file"),
              flag("--allow-trailing", "Accept an image longer than the class takes"),
              flag("--list", "List every class with its image size")},
-            Answer::LISTING,
+            Answer::TABLE,
             run,
             "Each field has its name, its bytes, its value, and what the value means."};
 }

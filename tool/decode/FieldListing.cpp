@@ -52,9 +52,9 @@ const RecordClass* findRecordClass(const std::string& name)
     return nullptr;
 }
 
-void printFields(const RecordClass& recordClass, inspect::ByteView image, Format format)
+void printFields(const RecordClass& recordClass, inspect::ByteView image, const Layout& layout)
 {
-    printListing(inspect::decodeRecord(recordClass, image), COLUMNS, format);
+    printListing(inspect::decodeRecord(recordClass, image), COLUMNS, layout);
 }
 
 }

@@ -15,7 +15,8 @@ std::vector<const inspect::RecordClass*> decodableClasses();
 const inspect::RecordClass* findRecordClass(const std::string& name);
 
 /// Lists every field of an image. Throws DataError for one that the class refuses.
-void printFields(const inspect::RecordClass& recordClass, inspect::ByteView image, Format format);
+void printFields(const inspect::RecordClass& recordClass, inspect::ByteView image,
+                 const Layout& layout);
 
 }
 

@@ -5,6 +5,7 @@
 #include <recordkit/inspect/bytes/Text.h>
 
 #include "../Commands.h"
+#include "../print/Listing.h"
 #include "../print/Output.h"
 #include "../print/Problems.h"
 #include "EfiStore.h"
@@ -57,7 +58,7 @@ void run(const Arguments& arguments)
         print(factLine("owner", serial.empty() ? "none" : printable(serial), 10) +
               factLine("checksum", index.isChecksum() ? "right" : "WRONG", 10) + "\n");
     }
-    printListing(rows, COLUMNS, arguments.format());
+    printListing(rows, COLUMNS, arguments.layout());
     if (isTable) {
         print(counted(marked, "block") + " pending erasure (#)\n");
     }

@@ -19,7 +19,7 @@ struct EfiPlace {
     unsigned int partition = 0;
     unsigned int bank = 0;
 
-    int eeprom() const { return EfiIndex().getAreaEEPROMID(partition, bank); }
+    unsigned int eeprom() const { return EfiIndex().getAreaEEPROMID(partition, bank); }
 };
 
 Option efiPartition();

@@ -6,6 +6,7 @@
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
+#include "../print/Listing.h"
 #include "../print/Output.h"
 #include "SettingJson.h"
 #include "SettingStore.h"
@@ -25,7 +26,7 @@ constexpr Column<SettingEntry> COLUMNS[] = {
 void run(const Arguments& arguments)
 {
     if (!arguments.has("--from")) {
-        printListing(readSettingIndex(arguments), COLUMNS, arguments.format());
+        printListing(readSettingIndex(arguments), COLUMNS, arguments.layout());
         return;
     }
     const std::string from = arguments.text("--from");
@@ -51,7 +52,7 @@ Command settingIndexCommand()
                   "Create the index file from a JSON export; - for standard "
                   "input"),
              images()},
-            Answer::LISTING,
+            Answer::TABLE,
             run,
             "Areas that overlap each other or the index, or extend beyond their EEPROM, are "
             "refused."};

@@ -5,6 +5,7 @@
 
 #include "../Commands.h"
 #include "../Files.h"
+#include "../print/Listing.h"
 #include "../print/Problems.h"
 #include "SettingStore.h"
 
@@ -62,10 +63,11 @@ void run(const Arguments& arguments)
     const std::vector<SettingEntry> entries = readSettingIndex(arguments);
     const std::vector<SettingEntry> file = readIndexFile();
     std::vector<Row> rows;
+    rows.reserve(entries.size());
     for (const SettingEntry& entry : entries) {
         rows.push_back({entry, compare(entry, file)});
     }
-    printListing(rows, COLUMNS, arguments.format());
+    printListing(rows, COLUMNS, arguments.layout());
     Problems problems;
     problems.run("index of the setting areas", [&] { return indexProblems(entries); });
     problems.finish();
@@ -79,7 +81,7 @@ Command settingListCommand()
             "List the entries of the index, and what is wrong with them",
             "recordkit eeprom setting list --images board",
             {images()},
-            Answer::LISTING,
+            Answer::TABLE,
             run,
             "Areas that overlap each other or the index, or extend beyond their EEPROM, are "
             "reported, as are entries in use that are damaged."};

@@ -107,15 +107,16 @@ void printText(const FruFile& file, bool isOne, bool isRaw)
 
 void run(const Arguments& arguments)
 {
-    const Format format = arguments.format();
+    const Layout layout = arguments.layout();
+    const bool isText = layout.format == Format::TABLE;
     const std::vector<std::string>& names = arguments.texts("FILE");
-    FruWriter writer(format);
+    FruWriter writer(layout);
     Problems problems;
     for (const std::string& name : names) {
         problems.run(inputName(name), [&] {
             FruFile file = {name, readInput(name, FRU_LIMIT), {}};
             file.image = parseFruImage(file.bytes, internalLayoutOf(arguments));
-            if (format == Format::TABLE) {
+            if (isText) {
                 printText(file, names.size() == 1, arguments.has("--raw"));
             } else {
                 writer.add(file);
@@ -123,7 +124,7 @@ void run(const Arguments& arguments)
             return file.image.allProblems();
         });
     }
-    if (format != Format::TABLE) {
+    if (!isText) {
         writer.finish();
     }
     problems.finish();

@@ -121,30 +121,34 @@ std::string shownValue(const FruField& field)
     return field.value + (other ? ", or " + other->toText() : "");
 }
 
-FruWriter::FruWriter(Format format)
-    : isCsv(format == Format::CSV), fields(FIELDS, format), images(IMAGES, format)
+FruWriter::FruWriter(const Layout& layout)
 {
+    if (layout.format == Format::CSV) {
+        fields.emplace(FIELDS, layout);
+    } else if (layout.format != Format::TABLE) {
+        images.emplace(IMAGES, layout);
+    }
 }
 
 void FruWriter::add(const FruFile& file)
 {
-    if (!isCsv) {
-        images.add(file);
+    if (images) {
+        images->add(file);
         return;
     }
     for (const FruAreaImage& area : file.image.areas) {
         for (const FruField& field : area.fields) {
-            fields.add({&file, &area, &field});
+            fields->add({&file, &area, &field});
         }
     }
 }
 
 void FruWriter::finish()
 {
-    if (isCsv) {
-        fields.finish();
+    if (images) {
+        images->finish();
     } else {
-        images.finish();
+        fields->finish();
     }
 }
 

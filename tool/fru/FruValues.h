@@ -2,6 +2,7 @@
 #ifndef RECORDKIT_TOOL_FRU_FRUVALUES_H
 #define RECORDKIT_TOOL_FRU_FRUVALUES_H
 
+#include <optional>
 #include <string>
 
 #include <recordkit/inspect/fru/FruImage.h>
@@ -31,15 +32,14 @@ struct FruFileField {
 /// Writes images for programs: as JSON an object each, as CSV a line for each field.
 class FruWriter {
 public:
-    explicit FruWriter(Format format);
+    explicit FruWriter(const Layout& layout);
 
     void add(const FruFile& file);
     void finish();
 
 private:
-    bool isCsv;
-    Listing<FruFileField> fields;
-    Listing<FruFile> images;
+    std::optional<Listing<FruFileField>> fields; ///< of CSV
+    std::optional<Listing<FruFile>> images;      ///< of JSON
 };
 
 }

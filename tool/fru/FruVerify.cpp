@@ -4,6 +4,7 @@
 
 #include "../Commands.h"
 #include "../Files.h"
+#include "../print/Listing.h"
 #include "../print/Problems.h"
 #include "FruOptions.h"
 
@@ -27,7 +28,7 @@ constexpr Column<Verdict> COLUMNS[] = {
 
 void run(const Arguments& arguments)
 {
-    Listing<Verdict> listing(COLUMNS, arguments.format());
+    Listing<Verdict> listing(COLUMNS, arguments.layout());
     Problems problems;
     for (const std::string& file : arguments.texts("FILE")) {
         problems.run(inputName(file), [&] {
@@ -48,7 +49,7 @@ Command fruVerifyCommand()
             "Check FRU images, a line each; exit status 1 if any is damaged",
             "recordkit fru verify *.bin",
             {fruFile().many()},
-            Answer::LISTING,
+            Answer::TABLE,
             run};
 }
 

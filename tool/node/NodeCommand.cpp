@@ -6,6 +6,7 @@
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../cli/Arguments.h"
+#include "../print/Listing.h"
 
 namespace recordkit::tool {
 
@@ -33,7 +34,7 @@ void run(const Arguments& arguments)
 {
     const bool isOne = arguments.has("VALUE");
     printListing(isOne ? std::vector<Node>{parseNode(arguments.text("VALUE"))} : allNodes(),
-                 COLUMNS, arguments.format());
+                 COLUMNS, arguments.layout());
 }
 
 }
@@ -46,7 +47,7 @@ Command nodeCommand()
             {argument("VALUE", "Node id (0x87), unit (SB3, IOU3-1, GSPB0-1, MMB1) or logical unit "
                                "(LSB4, LIOU6)")
                  .optional()},
-            Answer::LISTING,
+            Answer::TABLE,
             run};
 }
 

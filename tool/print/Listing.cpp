@@ -8,18 +8,16 @@
 
 namespace recordkit::tool {
 
-void ListingWriter::addHeading(const char* key, const char* title, std::size_t width)
+ListingWriter::ListingWriter(const std::vector<ColumnHead>& columns, const Layout& layout,
+                             const std::vector<Wish>& wishes, Sink listingSink)
+    : format(layout.format), sink(listingSink),
+      shown(shownColumns(columns, layout, wishes, terminalWidth()))
 {
-    if (key != nullptr) {
-        keys.emplace_back(key);
+    std::vector<std::string> keys;
+    for (const ShownColumn& column : shown) {
+        table.addColumn({column.title, column.width, column.isCut});
+        keys.push_back(columns[column.index].name());
     }
-    if (title != nullptr) {
-        table.addColumn({title, width});
-    }
-}
-
-void ListingWriter::begin()
-{
     switch (format) {
     case Format::TABLE:
         text = table.header();

@@ -5,18 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "Layout.h"
 #include "Table.h"
 #include "Value.h"
 
 namespace recordkit::tool {
 
-/// How a listing is printed.
-enum class Format { TABLE, JSON, NDJSON, CSV };
-
 /// A column of a listing, described once for every format.
 template <typename Row> struct Column {
     const char* key;                    ///< in JSON, NDJSON and CSV; nullptr: only in the table
-    const char* title;                  ///< in the table; nullptr: not in the table
+    const char* title;                  ///< in the table; nullptr: usually not in the table
     std::size_t width;                  ///< in the table; the last column is not padded
     Value (*value)(const Row&);         ///< nullptr: only a cell
     Cell (*cell)(const Row&) = nullptr; ///< nullptr: the value's text
@@ -28,13 +26,14 @@ using Sink = void (*)(const std::string& text);
 /// Writes the lines of a listing, whatever their format.
 class ListingWriter {
 public:
-    ListingWriter(Format listingFormat, Sink listingSink) : format(listingFormat), sink(listingSink)
-    {
-    }
+    /// Writes what comes before the first row. Throws as shownColumns does.
+    ListingWriter(const std::vector<ColumnHead>& columns, const Layout& layout,
+                  const std::vector<Wish>& wishes, Sink listingSink);
 
-    void addHeading(const char* key, const char* title, std::size_t width);
-    /// What comes before the first row.
-    void begin();
+    /// The columns to add for each row.
+    const std::vector<ShownColumn>& getShown() const { return shown; }
+    bool isTable() const { return format == Format::TABLE; }
+
     void addCells(const std::vector<Cell>& cells);
     void addObject(Object object);
     /// Writes what was added so far.
@@ -42,15 +41,13 @@ public:
     /// What comes after the last row.
     void end();
 
-    bool isTable() const { return format == Format::TABLE; }
-
 private:
     void writeIfLarge();
 
     Format format;
     Sink sink;
+    std::vector<ShownColumn> shown;
     Table table;
-    std::vector<std::string> keys;
     bool isFirst = true;
     std::string text;
 };
@@ -59,14 +56,10 @@ private:
 /// added, in pieces.
 template <typename Row> class Listing {
 public:
-    template <std::size_t Count>
-    Listing(const Column<Row> (&listed)[Count], Format format, Sink sink = print)
-        : columns(listed), count(Count), writer(format, sink)
+    template <std::size_t Count> Listing(const Column<Row> (&listed)[Count], const Layout& layout,
+                                         const std::vector<Wish>& wishes = {}, Sink sink = print)
+        : columns(listed), writer(headsOf(listed, Count), layout, wishes, sink)
     {
-        for (const Column<Row>& column : listed) {
-            writer.addHeading(column.key, column.title, column.width);
-        }
-        writer.begin();
     }
 
     void add(const Row& row)
@@ -81,41 +74,45 @@ public:
     void finish() { writer.end(); }
 
 private:
+    static std::vector<ColumnHead> headsOf(const Column<Row>* listed, std::size_t count)
+    {
+        std::vector<ColumnHead> heads;
+        for (std::size_t i = 0; i < count; ++i) {
+            heads.push_back({listed[i].key, listed[i].title, listed[i].width});
+        }
+        return heads;
+    }
     std::vector<Cell> cellsOf(const Row& row) const
     {
         std::vector<Cell> cells;
-        cells.reserve(count);
-        for (std::size_t i = 0; i < count; ++i) {
-            const Column<Row>& column = columns[i];
-            if (column.title != nullptr) {
-                cells.push_back(column.cell != nullptr ? column.cell(row)
-                                                       : Cell{cellText(column.value(row))});
-            }
+        cells.reserve(writer.getShown().size());
+        for (const ShownColumn& each : writer.getShown()) {
+            const Column<Row>& column = columns[each.index];
+            cells.push_back(column.cell != nullptr ? column.cell(row)
+                                                   : Cell{cellText(column.value(row))});
         }
         return cells;
     }
     Object objectOf(const Row& row) const
     {
         Object object;
-        object.reserve(count);
-        for (std::size_t i = 0; i < count; ++i) {
-            if (columns[i].key != nullptr) {
-                object.push_back({columns[i].key, columns[i].value(row)});
-            }
+        object.reserve(writer.getShown().size());
+        for (const ShownColumn& each : writer.getShown()) {
+            object.push_back({columns[each.index].key, columns[each.index].value(row)});
         }
         return object;
     }
 
     const Column<Row>* columns;
-    std::size_t count;
     ListingWriter writer;
 };
 
 /// Prints a whole listing.
 template <typename Row, std::size_t Count>
-void printListing(const std::vector<Row>& rows, const Column<Row> (&columns)[Count], Format format)
+void printListing(const std::vector<Row>& rows, const Column<Row> (&columns)[Count],
+                  const Layout& layout, const std::vector<Wish>& wishes = {})
 {
-    Listing<Row> listing(columns, format);
+    Listing<Row> listing(columns, layout, wishes);
     for (const Row& row : rows) {
         listing.add(row);
     }

@@ -4,9 +4,17 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace recordkit::tool {
+
+namespace {
+
+Colour wantedColour = Colour::AUTO;
+
+}
 
 void print(const std::string& text)
 {
@@ -19,10 +27,28 @@ void complain(const std::string& text)
     std::fprintf(stderr, "recordkit: %s\n", text.c_str());
 }
 
+void setColour(Colour colour)
+{
+    wantedColour = colour;
+}
+
 bool wantsColour()
 {
+    if (wantedColour != Colour::AUTO) {
+        return wantedColour == Colour::ALWAYS;
+    }
     const char* const noColour = std::getenv("NO_COLOR");
-    return ::isatty(STDOUT_FILENO) != 0 && (noColour == nullptr || *noColour == '\0');
+    const char* const terminal = std::getenv("TERM");
+    return ::isatty(STDOUT_FILENO) != 0 && (noColour == nullptr || *noColour == '\0') &&
+           (terminal == nullptr || std::strcmp(terminal, "dumb") != 0);
+}
+
+std::optional<std::size_t> terminalWidth()
+{
+    winsize size = {};
+    return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0
+               ? std::optional<std::size_t>(size.ws_col)
+               : std::nullopt;
 }
 
 bool wantsProgress()

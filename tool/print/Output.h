@@ -2,6 +2,8 @@
 #ifndef RECORDKIT_TOOL_PRINT_OUTPUT_H
 #define RECORDKIT_TOOL_PRINT_OUTPUT_H
 
+#include <cstddef>
+#include <optional>
 #include <string>
 
 namespace recordkit::tool {
@@ -12,8 +14,15 @@ void print(const std::string& text);
 /// Writes "recordkit: TEXT" to standard error, after everything that was printed.
 void complain(const std::string& text);
 
-/// Whether standard output is a terminal and colour is wanted.
+/// When the output is in colour, in the order of --color: AUTO where standard output is a terminal
+/// that wants it.
+enum class Colour { AUTO, ALWAYS, NEVER };
+
+void setColour(Colour colour);
 bool wantsColour();
+
+/// Columns of the terminal that standard output is; nothing if it is none, or does not say.
+std::optional<std::size_t> terminalWidth();
 
 /// Whether standard error is a terminal that a progress bar may be drawn on.
 bool wantsProgress();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Table.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <recordkit/inspect/bytes/Text.h>
@@ -16,6 +17,8 @@ constexpr const char* RESET = "\033[0m";
 const char* sequenceOf(Style style)
 {
     switch (style) {
+    case Style::DIM:
+        return "\033[2m";
     case Style::GOOD:
         return "\033[32m";
     case Style::NOTICE:
@@ -30,6 +33,32 @@ const char* sequenceOf(Style style)
         break;
     }
     return "";
+}
+
+/// Bytes of the first `width` characters of a UTF-8 text.
+std::size_t bytesOf(const std::string& text, std::size_t width)
+{
+    std::size_t at = 0;
+    for (std::size_t characters = 0; at < text.size(); ++at) {
+        const bool isFirst = (static_cast<unsigned char>(text[at]) & 0xC0) != 0x80;
+        if (isFirst && ++characters > width) {
+            break;
+        }
+    }
+    return at;
+}
+
+std::size_t widthOf(const std::string& text)
+{
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+    }));
+}
+
+/// The text in at most `width` characters, the last an ellipsis if some are missing.
+std::string shortened(const std::string& text, std::size_t width)
+{
+    return widthOf(text) <= width ? text : text.substr(0, bytesOf(text, width - 1)) + "\u2026";
 }
 
 }
@@ -99,17 +128,17 @@ void Table::append(const std::vector<Cell>& cells, std::string& text) const
 {
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const Cell& cell = cells[i];
+        const std::size_t width = i < columns.size() ? columns[i].width : 0;
+        const bool isCut = i < columns.size() && columns[i].isCut;
+        const std::string cut = isCut ? shortened(cell.text, width) : "";
+        const std::string& shown = isCut ? cut : cell.text;
         const bool isColoured = hasColour && cell.style != Style::PLAIN;
-        if (isColoured) {
-            text += sequenceOf(cell.style);
-        }
-        text += cell.text;
-        if (isColoured) {
-            text += RESET;
-        }
+        text += isColoured ? sequenceOf(cell.style) : "";
+        text += shown;
+        text += isColoured ? RESET : "";
         if (i + 1 < cells.size()) {
-            const std::size_t width = i < columns.size() ? columns[i].width : 0;
-            text.append(width > cell.text.size() ? width - cell.text.size() : 0, ' ');
+            const std::size_t used = widthOf(shown);
+            text.append(width > used ? width - used : 0, ' ');
             text += "  ";
         }
     }

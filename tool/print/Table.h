@@ -13,7 +13,7 @@
 namespace recordkit::tool {
 
 /// How a cell is highlighted on a terminal.
-enum class Style { PLAIN, GOOD, NOTICE, WARNING, ALARM, FATAL };
+enum class Style { PLAIN, DIM, GOOD, NOTICE, WARNING, ALARM, FATAL };
 
 /// How a severity is highlighted.
 Style styleOf(inspect::Severity severity);
@@ -30,8 +30,9 @@ std::string cellText(const Value& value);
 Cell checkCell(bool isGood, const char* good, const std::string& bad);
 
 struct Heading {
-    const char* title;
-    std::size_t width; ///< the last column of a table is not padded
+    std::string title;
+    std::size_t width;  ///< in characters; the last column of a table is not padded
+    bool isCut = false; ///< longer texts are shortened
 };
 
 /// Aligned lines, by default in colour where standard output is a terminal that wants it.

@@ -5,6 +5,7 @@
 #include <recordkit/inspect/words/SensorTypes.h>
 
 #include "../Commands.h"
+#include "../print/Listing.h"
 #include "Repository.h"
 
 namespace recordkit::tool {
@@ -45,7 +46,7 @@ constexpr Column<SensorEvent> COLUMNS[] = {
 void run(const Arguments& arguments)
 {
     const Repository repository = readRepository(arguments);
-    Listing<SensorEvent> listing(COLUMNS, arguments.format());
+    Listing<SensorEvent> listing(COLUMNS, arguments.layout());
     for (const Sensor& sensor : repository.sensors) {
         if (sensor.isSensor) {
             for (const unsigned int offset : eventOffsets(sensor)) {
@@ -65,7 +66,7 @@ Command sdrEventsCommand()
             "Show the severity of each sensor's events",
             "recordkit sdr events repository.sdr",
             repositoryOptions(),
-            Answer::LISTING,
+            Answer::TABLE,
             run,
             "Threshold events have the severity of the threshold crossed, discrete events that of "
             "the severity map."};

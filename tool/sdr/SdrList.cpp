@@ -6,6 +6,7 @@
 #include <recordkit/inspect/words/SensorTypes.h>
 
 #include "../Commands.h"
+#include "../print/Listing.h"
 #include "Repository.h"
 
 namespace recordkit::tool {
@@ -94,6 +95,23 @@ constexpr Column<Sensor> COLUMNS[] = {
     {nullptr, "HYSTERESIS", 0, nullptr, hysteresisCell},
 };
 
+/// What a narrow terminal shows first.
+std::vector<Wish> wishes()
+{
+    return {{"name", 8},
+            {"sensor_type_name", 12},
+            {"number", 6},
+            {"record_type_name", 7},
+            {"entity", 7},
+            {"units", 6},
+            {"event_type_name", 8},
+            {"id", 5},
+            {"hysteresis", 10},
+            {"assertion_mask", 6},
+            {"deassertion_mask", 8},
+            {"reading_mask", 7}};
+}
+
 void run(const Arguments& arguments)
 {
     Repository repository = readRepository(arguments);
@@ -102,7 +120,7 @@ void run(const Arguments& arguments)
             sensor.unitsPerCount.reset();
         }
     }
-    printListing(repository.sensors, COLUMNS, arguments.format());
+    printListing(repository.sensors, COLUMNS, arguments.layout(), wishes());
     repository.problems.finish();
 }
 
@@ -114,7 +132,7 @@ Command sdrListCommand()
             "List the sensors of a repository, and what else is in it",
             "recordkit sdr list repository.sdr",
             repositoryOptions({flag("--raw", "Show hysteresis in counts, not in units")}),
-            Answer::LISTING,
+            Answer::TABLE,
             run,
             "Damaged records are reported with their offsets; the exit status is then 1."};
 }

@@ -34,7 +34,7 @@ void run(const Arguments& arguments)
                                     sdrTypeName(record.type()), toHex(record.bytes)));
     }
     naming(repository.name,
-           [&] { printFields(*findRecordClass(name), record.bytes, arguments.format()); });
+           [&] { printFields(*findRecordClass(name), record.bytes, arguments.layout()); });
     repository.problems.finish();
 }
 
@@ -46,7 +46,7 @@ Command sdrShowCommand()
             "Show every field of one full or compact record",
             "recordkit sdr show repository.sdr 0x12",
             repositoryOptions({number("ID", "ID", 0, 0xFFFF, "Record id")}),
-            Answer::LISTING,
+            Answer::TABLE,
             run};
 }
 

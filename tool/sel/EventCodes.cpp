@@ -11,6 +11,8 @@
 #include <recordkit/inspect/words/SensorTypes.h>
 #include <recordkit/inspect/words/Severities.h>
 
+#include "../Zone.h"
+
 namespace recordkit::tool {
 
 using namespace inspect;
@@ -28,7 +30,7 @@ template <typename Code> std::optional<unsigned long> numberOf(const std::option
 
 std::optional<Moment> momentOf(const std::string& text)
 {
-    return parseMoment(text, static_cast<unsigned int>(std::time(nullptr)));
+    return parseMoment(text, static_cast<unsigned int>(std::time(nullptr)), chosenZone());
 }
 
 std::string codeOr(const std::vector<std::string>& names)

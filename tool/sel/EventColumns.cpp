@@ -11,9 +11,9 @@
 #include <recordkit/inspect/event/EventFields.h>
 #include <recordkit/inspect/words/SensorTypes.h>
 
-namespace recordkit::tool {
+#include "../Zone.h"
 
-namespace {
+namespace recordkit::tool {
 
 /// A field that the table shows too.
 struct EventColumn {
@@ -23,14 +23,27 @@ struct EventColumn {
     Cell (*cell)(const Event&);
 };
 
+namespace {
+
+/// In every record, so that a program asks for it by name.
+constexpr const char* IMAGE_FIELD = "image";
+constexpr const char* TIME_FIELD = "time";
+constexpr std::size_t TIME_WIDTH = 19;
+
 bool isSystemEvent(const Event& e)
 {
     return e.kind == EventKind::SYSTEM_EVENT;
 }
 
+/// What went away is no alarm any more.
+Style eventStyle(const Event& e)
+{
+    return e.isDeassertion ? Style::DIM : styleOf(e.severity);
+}
+
 Cell severityCell(const Event& e)
 {
-    return isSystemEvent(e) ? Cell{severityName(e.severity), styleOf(e.severity)} : Cell{"-"};
+    return isSystemEvent(e) ? Cell{severityName(e.severity), eventStyle(e)} : Cell{"-"};
 }
 
 Cell sensorTypeCell(const Event& e)
@@ -59,8 +72,8 @@ constexpr EventColumn COLUMNS[] = {
     {"log", "LOG", 4,
      [](const Event& e) { return Cell{e.logNumber == 0 ? "-" : std::to_string(e.logNumber)}; }},
     {"id", "ID", 5, [](const Event& e) { return Cell{fmt::format("{:04X}h", e.recordId)}; }},
-    {"time", "TIME (UTC)", 19,
-     [](const Event& e) { return Cell{e.hasTime ? e.time.toText() : "-"}; }},
+    {TIME_FIELD, "TIME (UTC)", TIME_WIDTH,
+     [](const Event& e) { return Cell{e.hasTime ? e.time.toText(chosenZone()) : "-"}; }},
     {"severity", "SEVERITY", 15, severityCell},
     {"sensor_type_name", "SENSOR TYPE", 24, sensorTypeCell},
     {"sensor", "SENSOR", 6, sensorCell},
@@ -70,9 +83,27 @@ constexpr EventColumn COLUMNS[] = {
      [](const Event& e) { return Cell{cellText(bitsOf(e.partitions))}; }},
     {"event", "EVENT", 0,
      [](const Event& e) {
-         return Cell{eventText(e), styleOf(e.severity)};
+         return Cell{eventText(e), eventStyle(e)};
      }},
 };
+
+/// What a narrow terminal shows first.
+std::vector<Wish> wishes()
+{
+    return {
+        {"event", 31},
+        {"time", chosenZone() == nullptr ? TIME_WIDTH : TIME_WIDTH + OFFSET_WIDTH},
+        {"severity", 8},
+        {"direction", 8},
+        {"id", 5},
+        {"sensor_type_name", 12},
+        {"sensor", 6},
+        {"board", 5},
+        {"partitions", 10},
+        {"event_data", 6},
+        {"log", 4},
+    };
+}
 
 /// The column of a field; nullptr for one that the table does not show.
 const EventColumn* columnOf(const EventField& field)
@@ -84,34 +115,52 @@ const EventColumn* columnOf(const EventField& field)
     return found == std::end(COLUMNS) ? nullptr : found;
 }
 
+Value valueOf(const EventField& field, const Event& event)
+{
+    return chosenZone() != nullptr && std::string(field.name) == TIME_FIELD && event.hasTime
+               ? textOrNull(event.time.toIso(chosenZone()))
+               : Value(field.get(event));
 }
 
-EventListing::EventListing(Format format, Sink sink) : writer(format, sink)
+std::vector<ColumnHead> heads()
 {
+    std::vector<ColumnHead> result;
     for (const EventField& field : EventFields()) {
         const EventColumn* const column = columnOf(field);
-        writer.addHeading(field.name, column == nullptr ? nullptr : column->title,
-                          column == nullptr ? 0 : column->width);
+        const bool isExtra = std::string(field.name) == IMAGE_FIELD;
+        result.push_back({field.name, column == nullptr ? nullptr : column->title,
+                          column == nullptr ? 0 : column->width, isExtra});
     }
-    writer.begin();
+    return result;
+}
+
+}
+
+EventListing::EventListing(const Layout& layout, Sink sink)
+    : writer(heads(), layout, wishes(), sink)
+{
+    for (const ShownColumn& each : writer.getShown()) {
+        fields.push_back(EventFields().begin() + each.index);
+        columns.push_back(columnOf(*fields.back()));
+    }
 }
 
 void EventListing::add(const Event& event)
 {
     if (writer.isTable()) {
         std::vector<Cell> cells;
-        cells.reserve(std::size(COLUMNS));
-        for (const EventColumn& column : COLUMNS) {
-            cells.push_back(column.cell(event));
+        cells.reserve(columns.size());
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            cells.push_back(columns[i] != nullptr ? columns[i]->cell(event)
+                                                  : Cell{cellText(fields[i]->get(event))});
         }
         writer.addCells(cells);
         return;
     }
     Object object;
-    constexpr std::size_t FIELDS = 32;
-    object.reserve(FIELDS);
-    for (const EventField& field : EventFields()) {
-        object.push_back({field.name, field.get(event)});
+    object.reserve(fields.size());
+    for (const EventField* const field : fields) {
+        object.push_back({field->name, valueOf(*field, event)});
     }
     writer.addObject(std::move(object));
 }

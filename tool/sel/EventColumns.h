@@ -3,17 +3,20 @@
 #define RECORDKIT_TOOL_SEL_EVENTCOLUMNS_H
 
 #include <recordkit/inspect/event/Event.h>
+#include <recordkit/inspect/event/EventFields.h>
 
 #include "../Errors.h"
 #include "../print/Listing.h"
 
 namespace recordkit::tool {
 
-/// A listing of events: every field of EventFields in JSON and CSV, the most wanted ones in the
+struct EventColumn;
+
+/// A listing of events: the fields of EventFields in JSON and CSV, the most wanted ones in the
 /// table.
 class EventListing {
 public:
-    explicit EventListing(Format format, Sink sink = print);
+    explicit EventListing(const Layout& layout, Sink sink = print);
 
     void add(const Event& event);
     void flush() { writer.flush(); }
@@ -21,6 +24,8 @@ public:
 
 private:
     ListingWriter writer;
+    std::vector<const EventField*> fields;   ///< of the columns shown
+    std::vector<const EventColumn*> columns; ///< nullptr: the field's text is the cell
 };
 
 }

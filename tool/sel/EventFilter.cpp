@@ -20,8 +20,8 @@ std::vector<Option> eventFilterOptions()
                        "Only events of this severity or higher: informational, monitor, warning, "
                        "critical, non-recoverable; or only unrated ones"),
         sinceOption("--since",
-                    "Only events at this time (UTC) or later; events without a date are left out"),
-        untilOption("--until", "Only events at this time (UTC) or earlier, a day as a whole"),
+                    "Only events at this time or later; events without a date are left out"),
+        untilOption("--until", "Only events at this time or earlier, a day as a whole"),
         sensorTypeOption("--sensor-type", "TYPE",
                          "Only events of this sensor type: a name, its beginning, or a number"),
         number("--partition", "N", 0, LAST_PARTITION, "Only events that concern this partition"),

@@ -5,30 +5,74 @@
 #include <sstream>
 
 #include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/sel/SELEntry.h>
+#include <recordkit/selfile/SELFileLayout.h>
+#include <recordkit/serial/ByteOrder.h>
 
 #include "../Errors.h"
 #include "../print/Json.h"
 
 namespace recordkit::tool {
 
+using TAVLib::RecordKit::SELEntry;
+namespace SELFileLayout = TAVLib::RecordKit::SELFileLayout;
+
 namespace {
 
 constexpr const char* BLANKS = " \t\r\n\f\v";
 
-/// The bytes of the field "image" of an object.
+/// The bytes of a field of hex digits; none if the object does not have it, or has null.
+Bytes bytesOf(const Value& object, const char* field, const std::string& place)
+{
+    const Value* const digits = object.find(field);
+    if (digits == nullptr || digits->isNull()) {
+        return {};
+    }
+    const auto* const text = digits->as<std::string>();
+    Bytes bytes;
+    const std::size_t bad = text == nullptr ? 0 : parseHexDigits(*text, bytes);
+    if (bad != std::string::npos) {
+        throw dataError(fmt::format("{}: \"{}\", column {}: expected two hex digits for each byte",
+                                    place, field, bad + 1));
+    }
+    return bytes;
+}
+
+unsigned short nextIdOf(const Value& object, const std::string& place)
+{
+    constexpr long long NONE = 0xFFFF;
+    const Value* const given = object.find("next_id");
+    const auto* const number = given == nullptr ? nullptr : given->as<long long>();
+    if (given != nullptr && (number == nullptr || *number < 0 || *number > NONE)) {
+        throw dataError(fmt::format("{}: \"next_id\": expected 0 to {}", place, NONE));
+    }
+    return static_cast<unsigned short>(number == nullptr ? NONE : *number);
+}
+
+/// The image of an event: its field "image", or what "next_id", "record" and "extended" say of it.
 Bytes imageOf(const std::optional<Value>& object, const std::string& place)
 {
-    const Value* const digits = object ? object->find("image") : nullptr;
-    const auto* const text = digits == nullptr ? nullptr : digits->as<std::string>();
-    if (text == nullptr || text->empty()) {
-        throw dataError(place + ": expected an object with a text \"image\" of hex digits");
+    const Value event = object.value_or(Value());
+    const Bytes whole = bytesOf(event, "image", place);
+    if (!whole.empty()) {
+        return whole;
     }
-    Bytes image;
-    const std::size_t bad = parseHexDigits(*text, image);
-    if (bad != std::string::npos) {
-        throw dataError(
-            fmt::format("{}: column {}: expected two hex digits for each byte", place, bad + 1));
+    const Bytes record = bytesOf(event, "record", place);
+    if (record.size() != SELEntry::RECORD_SIZE) {
+        throw dataError(place + ": expected an object with \"image\", or with \"record\" of 16 "
+                                "bytes, in hex digits");
     }
+    Bytes image(SELEntry::HEADER_SIZE);
+    TAVLib::writeLE16(nextIdOf(event, place), image.data());
+    const Bytes extended = bytesOf(event, "extended", place);
+    image.insert(image.end(), record.begin(), record.end());
+    image.insert(image.end(), extended.begin(), extended.end());
+    if (image.size() > SELFileLayout::SLOT_SIZE) {
+        throw dataError(fmt::format("{}: \"extended\": {} too long", place,
+                                    counted(image.size() - SELFileLayout::SLOT_SIZE, "byte")));
+    }
+    image.resize(SELFileLayout::SLOT_SIZE, 0);
     return image;
 }
 

@@ -10,6 +10,7 @@
 #include <recordkit/inspect/words/EventTypes.h>
 #include <recordkit/inspect/words/SensorTypes.h>
 
+#include "../Zone.h"
 #include "../decode/FieldListing.h"
 #include "../print/Output.h"
 
@@ -140,7 +141,7 @@ std::string describeEvent(const Event& event)
     line(text, "stored in", placeText(event));
     line(text, "record id", fmt::format("{:04X}h", event.recordId));
     line(text, "record type", fmt::format("{:02X}h {}", event.recordType, kindName(event.kind)));
-    line(text, "time", event.hasTime ? event.time.toText() : "-");
+    line(text, "time", event.hasTime ? event.time.toText(chosenZone()) : "-");
     line(text, "event", eventText(event));
     if (event.kind == EventKind::SYSTEM_EVENT) {
         describeSystemEvent(text, event);

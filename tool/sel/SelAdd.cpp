@@ -49,7 +49,7 @@ private:
 /// The text of an option for the OEM data; empty if it is not given.
 std::string fieldOf(const Arguments& arguments, const char* option, std::size_t longest)
 {
-    const std::string text = arguments.text(option);
+    std::string text = arguments.text(option);
     const bool isPrintable = std::all_of(text.begin(), text.end(), [](char character) {
         return character >= ' ' && character <= '~';
     });

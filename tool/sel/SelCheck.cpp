@@ -8,7 +8,9 @@
 
 #include "../Commands.h"
 #include "../Errors.h"
+#include "../Zone.h"
 #include "../cli/Arguments.h"
+#include "../print/Listing.h"
 #include "../print/Output.h"
 #include "Store.h"
 
@@ -61,8 +63,8 @@ std::string fileText(const SELStoreCheck::File& file)
         text += fmt::format(", ids {:04X}h to {:04X}h", file.firstId, file.lastId);
     }
     if (file.hasTimes) {
-        text += fmt::format(", {} to {}", Timestamp(file.firstTime).toText(),
-                            Timestamp(file.lastTime).toText());
+        text += fmt::format(", {} to {}", Timestamp(file.firstTime).toText(chosenZone()),
+                            Timestamp(file.lastTime).toText(chosenZone()));
     }
     return text + "\n";
 }
@@ -88,7 +90,8 @@ void run(const Arguments& arguments)
 {
     requireLogs();
     const bool recovers = arguments.has("--recover");
-    const Format format = arguments.format();
+    const Layout layout = arguments.layout();
+    const bool isText = layout.format == Format::TABLE;
     bool isSound = true;
     bool isRecovered = true;
     std::vector<Checked> all;
@@ -99,12 +102,12 @@ void run(const Arguments& arguments)
         }
         all.push_back({board, SELStoreCheck(board), actions});
         isSound = all.back().check.isSound() && isSound;
-        if (format == Format::TABLE) {
+        if (isText) {
             print(describe(all.back()));
         }
     }
-    if (format != Format::TABLE) {
-        printListing(all, COLUMNS, format);
+    if (!isText) {
+        printListing(all, COLUMNS, layout);
     }
     if (!isRecovered) {
         throw fileError("the recovery could not be finished");

@@ -120,7 +120,7 @@ void run(const Arguments& arguments)
     if (!isSaved) {
         requireLogs();
     }
-    EventListing listing(arguments.format());
+    EventListing listing(arguments.layout());
     if (isSaved) {
         listSaved(arguments, listing);
     } else {
@@ -152,7 +152,7 @@ Command selListCommand()
         "List the events of a board, or of all boards by time, oldest first",
         "recordkit sel list --board all --severity warning --since 2024-11-05",
         options(),
-        Answer::LISTING,
+        Answer::TABLE,
         run,
         "Severities are, from harmless to fatal, informational, monitor, warning, critical and "
         "non-recoverable. A deassertion has the severity of what went away. --follow also "

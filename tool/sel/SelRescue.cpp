@@ -10,6 +10,7 @@
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
+#include "../Zone.h"
 #include "../cli/Arguments.h"
 #include "../print/Output.h"
 #include "../print/Problems.h"
@@ -23,8 +24,8 @@ std::string lineOf(const std::string& name, const RescuedRecord& record)
 {
     const Event& event = record.event;
     return fmt::format("{} # {}, offset {}: {:04X}h {} {}\n", toLowerHex(event.image), name,
-                       record.offset, event.recordId, event.hasTime ? event.time.toText() : "-",
-                       eventText(event));
+                       record.offset, event.recordId,
+                       event.hasTime ? event.time.toText(chosenZone()) : "-", eventText(event));
 }
 
 void refuseInputAsOutput(const Arguments& arguments)

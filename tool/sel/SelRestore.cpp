@@ -14,7 +14,7 @@
 
 namespace recordkit::tool {
 
-namespace Layout = TAVLib::RecordKit::SELFileLayout;
+namespace SELFileLayout = TAVLib::RecordKit::SELFileLayout;
 
 namespace {
 
@@ -27,7 +27,7 @@ bool isWorkingFileInBackup(unsigned char sb)
     if (working.count == 0) {
         return true;
     }
-    const std::size_t used = std::size_t{working.count} * Layout::SLOT_SIZE;
+    const std::size_t used = std::size_t{working.count} * SELFileLayout::SLOT_SIZE;
     return working.count <= saved.count &&
            readInput(working.path, LARGE_LIMIT)
                    .compare(0, used, readInput(saved.path, LARGE_LIMIT), 0, used) == 0;
@@ -40,7 +40,7 @@ void checkSize(const std::string& path)
     if (error) {
         throw systemError(path, "read", error.value());
     }
-    const std::size_t expected = Layout::FILE_SIZE;
+    const std::size_t expected = SELFileLayout::FILE_SIZE;
     if (size != expected) {
         throw dataError(fmt::format("{}: {} bytes long, expected {}", path, size, expected));
     }

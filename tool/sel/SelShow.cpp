@@ -96,7 +96,7 @@ void show(const Arguments& arguments, const Event& event)
         print(describeEvent(event));
         return;
     }
-    EventListing listing(arguments.format());
+    EventListing listing(arguments.layout());
     listing.add(event);
     listing.finish();
 }

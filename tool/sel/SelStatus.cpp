@@ -7,7 +7,9 @@
 
 #include "../Commands.h"
 #include "../Errors.h"
+#include "../Zone.h"
 #include "../cli/Arguments.h"
+#include "../print/Listing.h"
 #include "LogProblems.h"
 #include "Store.h"
 
@@ -19,12 +21,12 @@ constexpr unsigned int SLOTS = TAVLib::RecordKit::SELFileLayout::SLOTS;
 
 Value isoTime(const std::optional<Timestamp>& time)
 {
-    return textOrNull(time ? time->toIso() : "");
+    return textOrNull(time ? time->toIso(chosenZone()) : "");
 }
 
 Cell timeCell(const std::optional<Timestamp>& time)
 {
-    return {time ? time->toText() : "-"};
+    return {time ? time->toText(chosenZone()) : "-"};
 }
 
 Cell stateCell(const LogStatus& s)
@@ -66,7 +68,7 @@ void run(const Arguments& arguments)
         all.push_back(readLogStatus(board));
         problems.add(board, all.back().problems);
     }
-    printListing(all, COLUMNS, arguments.format());
+    printListing(all, COLUMNS, arguments.layout());
     problems.finish(LogProblems::SHOWN);
 }
 
@@ -78,7 +80,7 @@ Command selStatusCommand()
             "Show each board's log at a glance",
             "recordkit sel status --board all",
             {boards("all")},
-            Answer::LISTING,
+            Answer::TABLE,
             run,
             "EVENTS are all events that the files contain, COUNTED those that the store itself "
             "counts. What makes the difference is reported on standard error, with status 1."};

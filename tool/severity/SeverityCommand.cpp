@@ -11,6 +11,7 @@
 #include "../Errors.h"
 #include "../cli/Arguments.h"
 #include "../print/Json.h"
+#include "../print/Listing.h"
 #include "../print/Output.h"
 #include "../sel/EventCodes.h"
 
@@ -66,9 +67,9 @@ constexpr Column<Row> COLUMNS[] = {
     {"event", "EVENT", 0, [](const Row& row) { return textOf(row.words()); }},
 };
 
-void printTable(Format format)
+void printTable(const Layout& layout)
 {
-    Listing<Row> listing(COLUMNS, format);
+    Listing<Row> listing(COLUMNS, layout);
     for (const SeverityPair& pair : knownSeverityPairs()) {
         bool hasOffset = false;
         for (unsigned char offset = 0; offset < EVENT_OFFSETS; ++offset) {
@@ -158,7 +159,7 @@ void run(const Arguments& arguments)
         throw usageError("expected EVENT-TYPE, SENSOR-TYPE and OFFSETS, or --table");
     }
     if (isTable) {
-        printTable(arguments.format());
+        printTable(arguments.layout());
         return;
     }
     unsigned int offsets = 0;
@@ -171,7 +172,7 @@ void run(const Arguments& arguments)
     if (arguments.format() == Format::TABLE) {
         print(describe(answer));
     } else {
-        printListing<Answered>({answer}, ANSWER, arguments.format());
+        printListing<Answered>({answer}, ANSWER, arguments.layout());
     }
 }
 

@@ -8,6 +8,7 @@
 #include "../Commands.h"
 #include "../Files.h"
 #include "../cli/Arguments.h"
+#include "../print/Listing.h"
 #include "../print/Output.h"
 #include "../print/Problems.h"
 
@@ -83,9 +84,17 @@ constexpr Column<Module> COLUMNS[] = {
     {nullptr, "FILE", 0, nullptr, [](const Module& module) { return Cell{module.file}; }},
 };
 
+/// What a narrow terminal shows first.
+std::vector<Wish> wishes()
+{
+    return {{"file", 16},         {"capacity_mb", 9},   {"part_number", 18},  {"crc_right", 5},
+            {"serial_number", 8}, {"module_type", 7},   {"ranks", 5},         {"device_width", 7},
+            {"bus_width", 7},     {"density_mbit", 10}, {"dimm_size_code", 6}};
+}
+
 void run(const Arguments& arguments)
 {
-    Listing<Module> listing(COLUMNS, arguments.format());
+    Listing<Module> listing(COLUMNS, arguments.layout(), wishes());
     Problems problems;
     std::size_t modules = 0;
     unsigned long megabytes = 0;
@@ -123,7 +132,7 @@ Command spdShowCommand()
             "Show DDR3 modules: capacity, ranks, widths, serial, part number",
             "recordkit spd show dimm0.bin; i2cdump -y 0 0x50 | recordkit spd show -",
             {argument("FILE", "SPD image, or a hex dump of one; - for standard input").many()},
-            Answer::LISTING,
+            Answer::TABLE,
             run,
             "A hex dump is what i2cdump, xxd or hexdump -C prints. The total follows several "
             "modules. A file that is not a DDR3 module, or has a wrong CRC, is reported."};

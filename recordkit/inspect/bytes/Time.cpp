@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/inspect/bytes/Time.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <ctime>
 
-#include <fmt/format.h>
+#include <fmt/compile.h>
 
 #include <recordkit/inspect/bytes/Numbers.h>
 
@@ -46,27 +48,44 @@ Date toDate(long days)
             static_cast<int>(dayOfYear - (153 * monthFromMarch + 2) / 5 + 1)};
 }
 
-std::string format(unsigned int seconds, char separator, const char* end)
+/// `seconds`: of the zone's clock.
+std::string format(long long seconds, char separator)
 {
     const Date date = toDate(static_cast<long>(seconds / SECONDS_PER_DAY));
-    const auto time = static_cast<unsigned int>(seconds % SECONDS_PER_DAY);
-    return fmt::format("{:04}-{:02}-{:02}{}{:02}:{:02}:{:02}{}", date.year, date.month, date.day,
-                       separator, time / 3600, time / 60 % 60, time % 60, end);
+    const auto time = static_cast<long>(seconds % SECONDS_PER_DAY);
+    // Listings have a time in each row; a compiled format is faster.
+    return fmt::format(FMT_COMPILE("{:04}-{:02}-{:02}{}{:02}:{:02}:{:02}"), date.year, date.month,
+                       date.day, separator, time / 3600, time / 60 % 60, time % 60);
+}
+
+std::string format(unsigned int seconds, char separator, Zone zone)
+{
+    const long offset = zone(seconds);
+    const long minutes = std::labs(offset) / 60;
+    return fmt::format("{}{}{:02}:{:02}",
+                       format(static_cast<long long>(seconds) + offset, separator),
+                       offset < 0 ? '-' : '+', minutes / 60, minutes % 60);
 }
 
 }
 
-std::string Timestamp::toText() const
+std::string Timestamp::toText(Zone zone) const
 {
     if (isUnspecified()) {
         return "unspecified";
     }
-    return isPreInit() ? fmt::format("pre-init +{} s", seconds) : format(seconds, ' ', "");
+    if (isPreInit()) {
+        return fmt::format("pre-init +{} s", seconds);
+    }
+    return zone == nullptr ? format(seconds, ' ') : format(seconds, ' ', zone);
 }
 
-std::string Timestamp::toIso() const
+std::string Timestamp::toIso(Zone zone) const
 {
-    return isDate() ? format(seconds, 'T', "Z") : "";
+    if (!isDate()) {
+        return "";
+    }
+    return zone == nullptr ? format(seconds, 'T') + "Z" : format(seconds, 'T', zone);
 }
 
 std::optional<unsigned int> parseTime(const std::string& text)
@@ -136,31 +155,80 @@ std::optional<long> clockOf(const std::string& text)
 }
 
 /// Nothing for what an IPMI timestamp cannot express.
-std::optional<Moment> moment(long long first, long long length = 0)
+std::optional<Moment> moment(long long first, long long last)
 {
-    if (first < 0 || first + length > 0xFFFFFFFELL) {
+    if (first < 0 || last > 0xFFFFFFFELL) {
         return std::nullopt;
     }
-    return Moment{static_cast<unsigned int>(first), static_cast<unsigned int>(first + length)};
+    return Moment{static_cast<unsigned int>(first), static_cast<unsigned int>(last)};
 }
 
-}
-
-std::optional<Moment> parseMoment(const std::string& text, unsigned int now)
+std::optional<Moment> moment(long long seconds)
 {
-    const long long midnight = now - now % SECONDS_PER_DAY;
-    constexpr long DAY = SECONDS_PER_DAY - 1;
+    return moment(seconds, seconds);
+}
+
+/// What a zone's clocks show, in seconds since their 1970-01-01.
+class Clocks {
+public:
+    Clocks(unsigned int utcNow, Zone clocksZone) : now(utcNow), zone(clocksZone) {}
+
+    long long midnight() const
+    {
+        const long long shown = static_cast<long long>(now) + ahead(now);
+        return shown - shown % SECONDS_PER_DAY;
+    }
+    /// The time at which they show `shown`; in the hour that they skip, the one after it.
+    std::optional<Moment> at(long long shown) const { return moment(toUtc(shown)); }
+    std::optional<Moment> wholeDay(long long midnight) const
+    {
+        return moment(toUtc(midnight), toUtc(midnight + SECONDS_PER_DAY - 1));
+    }
+
+private:
+    long ahead(long long seconds) const
+    {
+        const long long known = std::min(std::max(seconds, 0LL), 0xFFFFFFFELL);
+        return zone == nullptr ? 0 : zone(static_cast<unsigned int>(known));
+    }
+    long long toUtc(long long shown) const { return shown - ahead(shown - ahead(shown)); }
+
+    unsigned int now;
+    Zone zone;
+};
+
+/// A date, with or without a time and an offset from UTC.
+std::optional<Moment> dateMoment(const std::string& text, const Clocks& clocks)
+{
+    long offset = 0;
+    const std::string local = withoutOffset(text, offset);
+    const auto time = parseTime(local);
+    if (!time) {
+        return std::nullopt;
+    }
+    if (local != text || text.back() == 'Z') {
+        return moment(static_cast<long long>(*time) - offset);
+    }
+    constexpr std::size_t DATE_ONLY = 10;
+    return text.size() == DATE_ONLY ? clocks.wholeDay(*time) : clocks.at(*time);
+}
+
+}
+
+std::optional<Moment> parseMoment(const std::string& text, unsigned int now, Zone zone)
+{
+    const Clocks clocks(now, zone);
     if (text == "now") {
         return moment(now);
     }
     if (text == "today" || text == "yesterday") {
-        return moment(midnight - (text == "today" ? 0 : SECONDS_PER_DAY), DAY);
+        return clocks.wholeDay(clocks.midnight() - (text == "today" ? 0 : SECONDS_PER_DAY));
     }
     if (const auto span = spanOf(text)) {
         return moment(static_cast<long long>(now) - *span);
     }
     if (const auto clock = clockOf(text)) {
-        return moment(midnight + *clock);
+        return clocks.at(clocks.midnight() + *clock);
     }
     constexpr std::size_t SHORTEST_EPOCH = 9;
     if (text.size() >= SHORTEST_EPOCH) {
@@ -168,11 +236,7 @@ std::optional<Moment> parseMoment(const std::string& text, unsigned int now)
             return moment(static_cast<long long>(*seconds));
         }
     }
-    long offset = 0;
-    const auto time = parseTime(withoutOffset(text, offset));
-    constexpr std::size_t DATE_ONLY = 10;
-    return time ? moment(static_cast<long long>(*time) - offset, text.size() == DATE_ONLY ? DAY : 0)
-                : std::nullopt;
+    return dateMoment(text, clocks);
 }
 
 }

@@ -11,6 +11,8 @@
 
 namespace recordkit::inspect {
 
+using TAVLib::RecordKit::SELEntry;
+
 namespace {
 
 Value textOrNone(const std::string& text)
@@ -36,6 +38,20 @@ template <auto Member> Value systemNumber(const Event& event)
 Value systemText(const Event& event, const std::string& text)
 {
     return event.kind == EventKind::SYSTEM_EVENT ? Value(text) : Value();
+}
+
+ByteView recordOf(const Event& event)
+{
+    return ByteView(event.image).part(SELEntry::HEADER_SIZE, SELEntry::RECORD_SIZE);
+}
+
+ByteView extendedOf(const Event& event)
+{
+    std::size_t end = event.image.size();
+    while (end > SELEntry::IMAGE_SIZE && event.image[end - 1] == 0) {
+        --end;
+    }
+    return ByteView(event.image).part(SELEntry::IMAGE_SIZE, end - SELEntry::IMAGE_SIZE);
 }
 
 Value partitions(const Event& event)
@@ -102,8 +118,14 @@ constexpr EventField FIELDS[] = {
      "Serial number of the unit involved"},
     {"event", [](const Event& e) { return Value(eventText(e)); },
      "The event as text"},
+    {"next_id", [](const Event& e) { return numberOrNone(true, ByteView(e.image).le16(0)); },
+     "Id of the next record as recorded"},
+    {"record", [](const Event& e) { return Value(toLowerHex(recordOf(e))); },
+     "The 16 bytes of the IPMI record in hex"},
+    {"extended", [](const Event& e) { return textOrNone(toLowerHex(extendedOf(e))); },
+     "The bytes after the record in hex, without the zeroes at their end; none if all are zero"},
     {"image", [](const Event& e) { return Value(toLowerHex(e.image)); },
-     "All 138 bytes in hex"},
+     "All 138 bytes in hex; only where it is asked for"},
 };
 // clang-format on
 

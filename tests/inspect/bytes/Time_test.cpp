@@ -107,3 +107,60 @@ TEST(Moment, OtherTextsAreRefused)
     EXPECT_FALSE(parseMoment("-1d", 86399));
     EXPECT_TRUE(parseMoment("-1d", 86400));
 }
+
+namespace {
+
+/// An hour ahead of UTC, from 2024-11-05 06:00:00 on two: the clocks skip 07:00 to 08:00.
+long zone(unsigned int seconds)
+{
+    return seconds < 1730786400 ? 3600 : 7200;
+}
+
+long west(unsigned int /*seconds*/)
+{
+    return -(3 * 3600 + 1800);
+}
+
+std::string localMoment(const std::string& text, unsigned int now, Zone in)
+{
+    const auto moment = parseMoment(text, now, in);
+    return moment ? Timestamp(moment->first).toText() + " to " + Timestamp(moment->last).toText()
+                  : "none";
+}
+
+}
+
+TEST(Zone, TimesHaveTheirOffset)
+{
+    EXPECT_EQ(Timestamp(1730786399).toText(zone), "2024-11-05 06:59:59+01:00");
+    EXPECT_EQ(Timestamp(1730786400).toText(zone), "2024-11-05 08:00:00+02:00");
+    EXPECT_EQ(Timestamp(1730786400).toIso(zone), "2024-11-05T08:00:00+02:00");
+    EXPECT_EQ(Timestamp(1730786400).toText(west), "2024-11-05 02:30:00-03:30");
+    EXPECT_EQ(Timestamp(0xFFFFFFFEU).toIso(zone), "2106-02-07T08:28:14+02:00");
+    EXPECT_EQ(Timestamp(5).toText(zone), "pre-init +5 s");
+    EXPECT_EQ(Timestamp(5).toIso(zone), "");
+    EXPECT_EQ(Timestamp(0xFFFFFFFFU).toText(zone), "unspecified");
+}
+
+TEST(Zone, MomentsAreThoseOfItsClocks)
+{
+    const unsigned int now = 1730786828; // 06:07:08 UTC, 08:07:08 here
+    const auto here = [&](const std::string& text) { return localMoment(text, now, zone); };
+    EXPECT_EQ(here("2024-11-05"), "2024-11-04 23:00:00 to 2024-11-05 21:59:59");
+    EXPECT_EQ(here("today"), "2024-11-04 23:00:00 to 2024-11-05 21:59:59");
+    EXPECT_EQ(here("yesterday"), "2024-11-03 23:00:00 to 2024-11-04 22:59:59");
+    EXPECT_EQ(here("06:30"), "2024-11-05 05:30:00 to 2024-11-05 05:30:00");
+    EXPECT_EQ(here("2024-11-05 09:00"), "2024-11-05 07:00:00 to 2024-11-05 07:00:00");
+    EXPECT_EQ(here("2024-11-05T09:00:00Z"), "2024-11-05 09:00:00 to 2024-11-05 09:00:00");
+    EXPECT_EQ(here("2024-11-05T09:00-01:00"), "2024-11-05 10:00:00 to 2024-11-05 10:00:00");
+    EXPECT_EQ(here("-1h"), "2024-11-05 05:07:08 to 2024-11-05 05:07:08");
+    EXPECT_EQ(here("now"), "2024-11-05 06:07:08 to 2024-11-05 06:07:08");
+    EXPECT_EQ(here("1730786828"), "2024-11-05 06:07:08 to 2024-11-05 06:07:08");
+    // The clocks never show it.
+    EXPECT_EQ(here("07:30"), "2024-11-05 06:30:00 to 2024-11-05 06:30:00");
+    // The day has begun here, not yet in UTC, and the other way round.
+    EXPECT_EQ(localMoment("today", 1730847600, zone), "2024-11-05 22:00:00 to 2024-11-06 21:59:59");
+    EXPECT_EQ(localMoment("today", 1730766000, west), "2024-11-04 03:30:00 to 2024-11-05 03:29:59");
+    EXPECT_FALSE(parseMoment("1970-01-01", now, zone));
+    EXPECT_FALSE(parseMoment("2106-02-07T06:28:14", now, west));
+}

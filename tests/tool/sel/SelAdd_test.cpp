@@ -78,7 +78,10 @@ TEST_F(SelAdd, TakesTheJsonOfAListingToo)
     const Outcome listing = sel({"list", "--board", "1", "--json"});
     ASSERT_EQ(sel({"add", "-", "--board", "2"}, listing.out).status, 0);
     EXPECT_EQ(readFile(working(2)), readFile(working(1)));
-    expectRefused(1, {"add", "-"}, "standard input, element 1: expected an object with a text",
+    const Outcome images = sel({"list", "--board", "1", "--ndjson", "--fields", "image"});
+    ASSERT_EQ(sel({"add", "-", "--board", "3"}, images.out).status, 0);
+    EXPECT_EQ(readFile(working(3)), readFile(working(1)));
+    expectRefused(1, {"add", "-"}, "standard input, element 1: expected an object with",
                   "[{\"image\": \"\"}]");
     expectRefused(1, {"add", "-"}, "standard input: not JSON", "[{]");
 }

@@ -43,6 +43,68 @@ TEST_F(SelList, IsColouredOnATerminal)
     EXPECT_EQ(shown.find('\033'), std::string::npos) << shown;
 }
 
+TEST_F(SelList, IsInColourAsTheOptionSays)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, THERMAL_TRIP)).status, 0);
+    EXPECT_NE(sel({"list", "--color", "always"}).out.find("\033[1;31mThermal Trip\033[0m\n"),
+              std::string::npos);
+    EXPECT_EQ(sel({"list", "--color", "auto"}).out.find('\033'), std::string::npos);
+    std::string shown;
+    if (!runOnTerminal(ourCommand({"--root", root.path(), "--color", "never", "sel", "list"}), {},
+                       shown)) {
+        GTEST_SKIP() << "no terminal can be made here";
+    }
+    EXPECT_EQ(shown.find('\033'), std::string::npos) << shown;
+    ASSERT_TRUE(
+        runOnTerminal(ourCommand({"--root", root.path(), "sel", "list"}), {"TERM=dumb"}, shown));
+    EXPECT_EQ(shown.find('\033'), std::string::npos) << shown;
+    expectRefused(2, {"list", "--color", "sometimes"},
+                  "--color: invalid value \"sometimes\" (expected auto, always, never)");
+}
+
+TEST_F(SelList, DimsWhatWentAway)
+{
+    initialise();
+    ASSERT_EQ(
+        sel({"add", "-"}, eventAt(1, TIME_2, "07706f01ffff") + eventAt(2, TIME_2, "0770ef01ffff"))
+            .status,
+        0);
+    EXPECT_EQ(sel({"list", "--color", "always", "--columns", "id,severity,event"}).out,
+              "ID     SEVERITY         EVENT\n"
+              "0001h  \033[1;31mnon-recoverable\033[0m  \033[1;31mThermal Trip\033[0m\n"
+              "0002h  \033[2mnon-recoverable\033[0m  \033[2mThermal Trip\033[0m\n");
+}
+
+TEST_F(SelList, ShowsTheMostWantedColumnsOnANarrowTerminal)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, THERMAL_TRIP)).status, 0);
+    const auto listing = [&](unsigned short columns, const Arguments& more = {}) {
+        Arguments words = {"--root", root.path(), "--color", "never", "sel", "list"};
+        words.insert(words.end(), more.begin(), more.end());
+        std::string shown;
+        EXPECT_TRUE(runOnTerminal(ourCommand(words), {}, shown, columns));
+        shown.erase(std::remove(shown.begin(), shown.end(), '\r'), shown.end());
+        return shown;
+    };
+    std::string ignored;
+    if (!runOnTerminal({"true"}, {}, ignored)) {
+        GTEST_SKIP() << "no terminal can be made here";
+    }
+    EXPECT_EQ(listing(80), "ID     TIME (UTC)           SEVERITY   DIRECTI\u2026  EVENT\n"
+                           "0001h  2024-11-05 06:07:08  non-reco\u2026  asserted  Thermal Trip\n");
+    EXPECT_EQ(listing(60), "ID     TIME (UTC)           EVENT\n"
+                           "0001h  2024-11-05 06:07:08  Thermal Trip\n");
+    EXPECT_EQ(
+        listing(154).find("BOARD  LOG   ID     TIME (UTC)           SEVERITY         SENSOR TYPE "
+                          "             SENSOR"),
+        0U);
+    EXPECT_EQ(listing(155), sel({"list"}).out);
+    EXPECT_EQ(listing(0), sel({"list"}).out);
+    EXPECT_EQ(listing(80, {"--wide"}), sel({"list"}).out);
+}
+
 TEST_F(SelList, GivesStableFieldNames)
 {
     initialise();
@@ -57,13 +119,115 @@ TEST_F(SelList, GivesStableFieldNames)
         "event_type_name": "threshold", "event_offset": 0,
         "event": "Lower Non-critical - going low", "direction": "asserted",
         "event_data": "500102", "manufacturer": null, "oem_data": null, "partitions": [],
-        "part_number": null, "serial_number": null})");
+        "part_number": null, "serial_number": null, "next_id": 65535,
+        "record": "0100020cb62967200004041001500102"})");
     Json actual = events[0];
-    EXPECT_EQ(actual["image"].get<std::string>().substr(0, 36),
-              "ffff0100020cb62967200004041001500102");
-    EXPECT_EQ(actual["image"].get<std::string>().size(), 276U);
-    actual.erase("image");
+    // The store appends bytes of its own to a record of 16.
+    EXPECT_EQ(actual["extended"], "0d");
+    actual.erase("extended");
     EXPECT_EQ(actual, expected);
+}
+
+TEST_F(SelList, GivesTheFieldsThatAreAskedFor)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, FAN_WARNING)).status, 0);
+    EXPECT_EQ(sel({"list", "--ndjson", "--fields", "id,SEV,event_o"}).out,
+              "{\"id\":1,\"severity\":\"warning\",\"event_offset\":0}\n");
+    EXPECT_EQ(sel({"list", "--csv", "--fields", "event,id"}).out,
+              "event,id\r\nLower Non-critical - going low,1\r\n");
+    const Json more = listed({"--fields", "+image"})[0];
+    EXPECT_EQ(more["image"].get<std::string>(),
+              "ffff0100020cb629672000040410015001020d" + std::string(238, '0'));
+    EXPECT_EQ(more.size(), listed({})[0].size() + 1);
+    EXPECT_EQ(listed({"--fields", "+id"}), listed({}));
+    expectRefused(2, {"list", "--json", "--fields", "id,colour"},
+                  "--fields: unknown or ambiguous \"colour\" (expected board, log, id, time,");
+    expectRefused(2, {"list", "--json", "--fields", "sev,sensor_"},
+                  "unknown or ambiguous \"sensor_\"");
+    expectRefused(2, {"list", "--json", "--fields", ","}, "unknown or ambiguous \"\"");
+    expectRefused(2, {"list", "--json", "--fields", "+"}, "--fields: expected some of board,");
+    expectRefused(2, {"list", "--fields", "id"}, "--fields is for --json, --ndjson and --csv");
+}
+
+TEST_F(SelList, ShowsTheColumnsThatAreAskedFor)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, FAN_WARNING)).status, 0);
+    EXPECT_EQ(sel({"list", "--columns", "id,event"}).out,
+              "ID     EVENT\n0001h  Lower Non-critical - going low\n");
+    // Also fields that the table usually does not have.
+    EXPECT_EQ(sel({"list", "--columns", "event,source,record_type"}).out,
+              "EVENT                                     SOURCE  RECORD TYPE\n"
+              "Lower Non-critical - going low            -       2\n");
+    EXPECT_EQ(sel({"list", "--wide"}).out, sel({"list"}).out);
+    expectRefused(2, {"list", "--columns", "colour"}, "--columns: unknown or ambiguous \"colour\"");
+    for (const Arguments& choice : {Arguments{"--columns", "id"}, {"--wide"}}) {
+        Arguments words = {"list", "--json"};
+        words.insert(words.end(), choice.begin(), choice.end());
+        expectRefused(2, words, "--columns and --wide are for tables; --fields chooses what");
+    }
+}
+
+TEST_F(SelList, GivesTimesInAZoneWithTheirOffset)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", "-"}, eventAt(1, "ccb52967", THERMAL_TRIP) +
+                                    eventAt(2, "feffffff", THERMAL_TRIP) +
+                                    eventAt(3, "770e0000", THERMAL_TRIP))
+                  .status,
+              0);
+    const Arguments times = {"--columns", "id,time"};
+    const auto inZone = [&](const Arguments& zone, const Arguments& choice) {
+        Arguments words = {"list"};
+        words.insert(words.end(), zone.begin(), zone.end());
+        words.insert(words.end(), choice.begin(), choice.end());
+        return sel(words).out;
+    };
+    EXPECT_EQ(inZone({"--tz", "+05:30"}, times), "ID     TIME\n"
+                                                 "0001h  2024-11-05 11:36:04+05:30\n"
+                                                 "0002h  2106-02-07 11:58:14+05:30\n"
+                                                 "0003h  pre-init +3703 s\n");
+    EXPECT_EQ(inZone({"--tz", "-01:00"}, {"--ndjson", "--fields", "time,timestamp"}),
+              "{\"time\":\"2024-11-05T05:06:04-01:00\",\"timestamp\":1730786764}\n"
+              "{\"time\":\"2106-02-07T05:28:14-01:00\",\"timestamp\":4294967294}\n"
+              "{\"time\":null,\"timestamp\":3703}\n");
+    EXPECT_EQ(inZone({"--tz", "UTC"}, times), inZone({}, times));
+    // Also what --since and --until say.
+    EXPECT_EQ(
+        inZone({"--tz", "+05:30", "--until", "2024-11-05 11:36:04"}, {"--csv", "--fields", "id"}),
+        "id\r\n1\r\n");
+    EXPECT_EQ(
+        inZone({"--tz", "+05:30", "--until", "2024-11-05 11:36:03"}, {"--csv", "--fields", "id"}),
+        "id\r\n");
+}
+
+TEST_F(SelList, TakesTheZoneOfTheMachine)
+{
+    initialise();
+    // Winter and summer.
+    ASSERT_EQ(sel({"add", "-"},
+                  eventAt(1, "ccb52967", THERMAL_TRIP) + eventAt(2, "80b38166", THERMAL_TRIP))
+                  .status,
+              0);
+    const Outcome outcome =
+        run(ourCommand({"--root", root.path(), "sel", "list", "--local", "--columns", "time"}), "",
+            {"TZ=CET-1CEST,M3.5.0,M10.5.0/3"});
+    EXPECT_EQ(outcome.out, "TIME\n2024-11-05 07:06:04+01:00\n2024-06-30 21:35:28+02:00\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST_F(SelList, RefusesAZoneThatTheSystemDoesNotKnow)
+{
+    initialise();
+    for (const char* const zone :
+         {"Nowhere/Town", "", "/etc/passwd", "../zoneinfo/UTC", "+25:00", "+1", "."}) {
+        expectRefused(2, {"list", "--tz", zone},
+                      std::string("--tz: unknown time zone \"") + zone +
+                          "\" (expected a name such as "
+                          "Europe/Berlin, or an offset such as +01:00)");
+    }
+    expectRefused(2, {"list", "--tz", "UTC", "--local"}, "--local and --tz exclude each other");
 }
 
 TEST_F(SelList, WritesTheSameEventsInEveryFormat)
