@@ -8,7 +8,8 @@
 
 namespace TAVLib {
 
-/// Prefix of every compiled-in path; "" on the management board.
+/// Prefix of every compiled-in path; "" on the management board. **The library's copy commands give
+/// it to a shell**: only letters, digits and . _ / + - are safe in it.
 RECORDKIT_API std::string systemRoot();
 
 }

@@ -47,8 +47,7 @@ TEST_F(Command, WrongUsageIsStatusTwo)
          {Arguments{}, Arguments{"toast"}, Arguments{"sel"}, Arguments{"sel", "toast"},
           Arguments{"sel", "list", "--toast"}, Arguments{"sel", "list", "--last", "0"},
           Arguments{"sel", "list", "--json", "--csv"}, Arguments{"--boards", "0", "sel", "list"},
-          Arguments{"--boards", "257", "sel", "list"}, Arguments{"--root", "a b", "sel", "list"},
-          Arguments{"--root", "/a;b", "sel", "list"}, Arguments{"severity"}}) {
+          Arguments{"--boards", "257", "sel", "list"}, Arguments{"severity"}}) {
         const Outcome outcome = run(ourCommand(words));
         EXPECT_EQ(outcome.status, 2) << outcome.out << outcome.err;
         EXPECT_FALSE(outcome.err.empty());

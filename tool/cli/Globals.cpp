@@ -2,11 +2,12 @@
 #include "Globals.h"
 
 #include <filesystem>
-#include <stdexcept>
+#include <system_error>
 
 #include <recordkit/host/HostRoot.h>
 #include <recordkit/host/Machine.h>
 #include <recordkit/host/TraceLog.h>
+#include <recordkit/platform/SystemRoot.h>
 
 #include "../Errors.h"
 #include "../Files.h"
@@ -22,13 +23,20 @@ constexpr int MAX_BOARDS = 256;
 /// The partition bitmask of an event has 16 bits.
 constexpr int MAX_PARTITIONS = 16;
 
+/// Messages have the root's name as it was given, not the one by which the library knows it.
+void useRoot(const std::string& root)
+{
+    TAVLib::host::setSystemRoot(root);
+    const std::string name = TAVLib::systemRoot();
+    showInsteadOf(name == root ? "" : name, inputName(root));
+}
+
 }
 
 std::vector<Option> globalOptions()
 {
-    Option root = text("--root", "DIR",
-                       "Folder that replaces the system's root; its absolute path may contain only "
-                       "letters, digits and . _ / + - (default: the root itself)");
+    Option root =
+        text("--root", "DIR", "Folder that replaces the system's root (default: the root itself)");
     root.environment = "RECORDKIT_ROOT";
     return {
         root,
@@ -50,12 +58,7 @@ std::vector<Option> globalOptions()
 void applyGlobals(const Arguments& arguments)
 {
     const std::string root = arguments.text("--root");
-    try {
-        TAVLib::host::setSystemRoot(
-            root.empty() ? "" : std::filesystem::absolute(root).lexically_normal().string());
-    } catch (const std::invalid_argument& e) {
-        throw usageError(std::string("--root: ") + e.what());
-    }
+    useRoot(root.empty() ? "" : std::filesystem::absolute(root).lexically_normal().string());
     setColour(static_cast<Colour>(arguments.number("--color")));
     if (arguments.has("--local") && arguments.has("--tz")) {
         throw usageError("--local and --tz exclude each other");
@@ -74,6 +77,16 @@ void applyGlobals(const Arguments& arguments)
         // The sub-commands report failures themselves, in their own words.
         TAVLib::host::setTraceSink([](const TAVLib::host::TraceLine&) {});
     }
+}
+
+void createRoot()
+{
+    const std::string root = TAVLib::host::givenSystemRoot();
+    std::error_code error;
+    if (!root.empty() && !std::filesystem::create_directories(root, error) && error) {
+        throw systemError(inputName(root), "created", error.value());
+    }
+    useRoot(root);
 }
 
 }

@@ -12,6 +12,9 @@ std::vector<Option> globalOptions();
 /// Passes root and machine to the host platform. Throws CommandError (usage).
 void applyGlobals(const Arguments& arguments);
 
+/// Makes the folder of --root where it is missing. Throws CommandError (file).
+void createRoot();
+
 }
 
 #endif

@@ -52,7 +52,12 @@ std::vector<Fact> factsOf(const CpuRom& rom)
 constexpr Column<CpuBlock> BLOCKS[] = {
     {"name", "BLOCK", 12, [](const CpuBlock& block) { return Value(block.name); }},
     {"offset", "OFFSET", 6, [](const CpuBlock& block) { return Value(block.offset); }},
-    {"size", "SIZE", 0, [](const CpuBlock& block) { return orNull(block.size); }},
+    {"size", "SIZE", 6, [](const CpuBlock& block) { return orNull(block.size); }},
+    {"checksum_right", "CHECKSUM", 0,
+     [](const CpuBlock& block) { return valueIf(block.size.has_value(), block.isRight()); },
+     [](const CpuBlock& block) {
+         return block.size ? checkCell(block.isRight(), "right", "WRONG") : Cell{"-"};
+     }},
 };
 
 Object objectOf(const CpuRom& rom, std::size_t size)
@@ -68,9 +73,11 @@ Object objectOf(const CpuRom& rom, std::size_t size)
     object.push_back({"core", core});
     object.push_back({"rom_size", size});
     object.push_back({"blocks", listOf(rom.blocks, [](const CpuBlock& block) {
-                          return Object{{"name", block.name},
-                                        {"offset", block.offset},
-                                        {"size", orNull(block.size)}};
+                          return Object{
+                              {"name", block.name},
+                              {"offset", block.offset},
+                              {"size", orNull(block.size)},
+                              {"checksum_right", valueIf(block.size.has_value(), block.isRight())}};
                       })});
     object.push_back({"problems", rom.problems});
     return object;
@@ -122,7 +129,9 @@ Command cpuCommand()
             Answer::OBJECT,
             run,
             "Name, stepping and part number come from the tables below etc/tav/common of the root, "
-            "the other values from the ROM."};
+            "the other values from the ROM. Wrong checksums are reported; bytes of which the "
+            "header and "
+            "most blocks have a wrong one are refused, because they are not a processor ROM."};
 }
 
 }

@@ -44,7 +44,7 @@ void attempt(const std::function<void()>& action)
 void writeRead(const Arguments& arguments, const std::string& content, const std::string& source)
 {
     if (!arguments.has("FILE")) {
-        print(content);
+        printBytes(content);
         return;
     }
     writeOutput(arguments.text("FILE"), content);

@@ -13,18 +13,43 @@ namespace recordkit::tool {
 namespace {
 
 Colour wantedColour = Colour::AUTO;
+std::string hiddenText;
+std::string shownText;
 
+}
+
+void showInsteadOf(const std::string& text, const std::string& shown)
+{
+    hiddenText = text;
+    shownText = shown;
+}
+
+std::string asShown(std::string text)
+{
+    if (hiddenText.empty()) {
+        return text;
+    }
+    for (std::size_t at = text.find(hiddenText); at != std::string::npos;
+         at = text.find(hiddenText, at + shownText.size())) {
+        text.replace(at, hiddenText.size(), shownText);
+    }
+    return text;
 }
 
 void print(const std::string& text)
 {
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    printBytes(asShown(text));
+}
+
+void printBytes(const std::string& bytes)
+{
+    std::fwrite(bytes.data(), 1, bytes.size(), stdout);
 }
 
 void complain(const std::string& text)
 {
     std::fflush(stdout);
-    std::fprintf(stderr, "recordkit: %s\n", text.c_str());
+    std::fprintf(stderr, "recordkit: %s\n", asShown(text).c_str());
 }
 
 void setColour(Colour colour)

@@ -8,8 +8,16 @@
 
 namespace recordkit::tool {
 
+/// From now on answers and messages have `shown` where they would have `text`.
+void showInsteadOf(const std::string& text, const std::string& shown);
+
+/// A text as answers and messages show it.
+std::string asShown(std::string text);
+
 /// Writes to standard output.
 void print(const std::string& text);
+/// The same for bytes that are no text of ours.
+void printBytes(const std::string& bytes);
 
 /// Writes "recordkit: TEXT" to standard error, after everything that was printed.
 void complain(const std::string& text);

@@ -11,6 +11,8 @@
 
 #include <recordkit/inspect/fields/Value.h>
 
+#include "Output.h"
+
 namespace recordkit::tool {
 
 class Value;
@@ -37,7 +39,7 @@ public:
     }
     Value(double number) : content(number) {}
     Value(const char* text) : content(std::string(text)) {}
-    Value(std::string text) : content(std::move(text)) {}
+    Value(std::string text) : content(asShown(std::move(text))) {}
     Value(List list) : content(std::move(list)) {}
     Value(Object object) : content(std::move(object)) {}
     Value(inspect::Value value); ///< of a field of a record

@@ -5,6 +5,7 @@
 #include <recordkit/selfile/SELFileLayout.h>
 
 #include "../Commands.h"
+#include "../cli/Globals.h"
 #include "../cli/Arguments.h"
 #include "../print/Output.h"
 #include "Store.h"
@@ -34,6 +35,7 @@ const char* initialise(unsigned char board)
 
 void run(const Arguments&)
 {
+    createRoot();
     createFolderOf(workingFile(0));
     createFolderOf(backupFile(0));
     createFolderOf(BMCSELDataFile::getShiftRequestFile());

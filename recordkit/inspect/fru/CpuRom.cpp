@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/inspect/fru/CpuRom.h>
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include <recordkit/fru/FRUData.h>
+#include <recordkit/fru/FRUTables.h>
 #include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/fru/ImageDevice.h>
 #include <recordkit/platform/PException.h>
@@ -27,9 +31,11 @@ struct CoreItem {
     const char* name;
 };
 
+constexpr const char* PROCESSOR_BLOCK = "processor";
+
 // clang-format off
 constexpr BlockName BLOCKS[] = {
-    {FRU_AREA_CPU_PROCESSOR, "processor"},
+    {FRU_AREA_CPU_PROCESSOR, PROCESSOR_BLOCK},
     {FRU_AREA_CPU_CORE, "core"},
     {FRU_AREA_CPU_CACHE, "cache"},
     {FRU_AREA_CPU_PACKAGE, "package"},
@@ -97,6 +103,60 @@ void readIdentity(CpuRom& rom, FRUData& fru, unsigned char board)
     });
 }
 
+void addProblem(CpuRom& rom, const std::string& what, const FruChecksum& checksum)
+{
+    if (!checksum.isRight()) {
+        rom.problems.push_back(fmt::format("{}: the checksum is {:02X}h, expected {:02X}h", what,
+                                           checksum.stored, checksum.expected));
+    }
+}
+
+FruChecksum checksumOfBlock(const std::string& bytes, unsigned int offset, unsigned int size)
+{
+    return checksumOf(bytes, offset, size - 1, offset + size - 1);
+}
+
+/// The blocks that the header names.
+std::vector<CpuBlock> readBlocks(CpuRom& rom, FRUData& fru, const std::string& bytes)
+{
+    std::vector<CpuBlock> blocks;
+    for (const BlockName& block : BLOCKS) {
+        const unsigned int offset = fru.getAreaOffset(block.area);
+        if (offset == 0) {
+            continue;
+        }
+        blocks.push_back(
+            {block.name, offset,
+             attempt(rom, block.name,
+                     [&] {
+                         return static_cast<unsigned int>(
+                             fru.getAreaObject(block.area, FRUArea::CSUM_IGNORE)->getSize());
+                     }),
+             std::nullopt});
+        if (blocks.back().size) {
+            blocks.back().checksum = checksumOfBlock(bytes, offset, *blocks.back().size);
+            addProblem(rom, block.name, *blocks.back().checksum);
+        }
+    }
+    return blocks;
+}
+
+/// Throws DataError for bytes that do not look like a ROM.
+void requireRom(const FruChecksum& header, const std::vector<CpuBlock>& blocks)
+{
+    if (blocks.empty() || std::string(blocks.front().name) != PROCESSOR_BLOCK) {
+        throw DataError("the header has no processor block");
+    }
+    const auto wrong = static_cast<std::size_t>(std::count_if(
+        blocks.begin(), blocks.end(), [](const CpuBlock& block) { return !block.isRight(); }));
+    if (!header.isRight() && wrong * 2 > blocks.size()) {
+        throw DataError(fmt::format("the checksum of the header is {:02X}h, expected {:02X}h, and "
+                                    "those of {} of {} are wrong",
+                                    header.stored, header.expected, wrong,
+                                    counted(blocks.size(), "block")));
+    }
+}
+
 }
 
 CpuRom readCpuRom(const std::string& bytes, unsigned char board)
@@ -104,21 +164,15 @@ CpuRom readCpuRom(const std::string& bytes, unsigned char board)
     ImageDevice device(bytes);
     FRUData fru(device, FRU_CPU_ROM);
     CpuRom rom;
+    const FruChecksum header = checksumOfBlock(bytes, 0, findFRUArea(FRU_AREA_CPU_HEADER)->size);
+    addProblem(rom, "header", header);
+    rom.blocks = readBlocks(rom, fru, bytes);
+    requireRom(header, rom.blocks);
     readIdentity(rom, fru, board);
     for (const CoreItem& each : CORE_ITEMS) {
         rom.core.push_back({each.name, attempt(rom, each.name, [&] {
                                 return toHex(itemOf(fru, FRU_AREA_CPU_CORE, each.item));
                             })});
-    }
-    for (const BlockName& block : BLOCKS) {
-        const unsigned int offset = fru.getAreaOffset(block.area);
-        if (offset != 0) {
-            rom.blocks.push_back(
-                {block.name, offset, attempt(rom, block.name, [&] {
-                     return static_cast<unsigned int>(
-                         fru.getAreaObject(block.area, FRUArea::CSUM_IGNORE)->getSize());
-                 })});
-        }
     }
     return rom;
 }

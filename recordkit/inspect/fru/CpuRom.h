@@ -6,13 +6,18 @@
 #include <string>
 #include <vector>
 
+#include <recordkit/inspect/fru/FruImage.h>
+
 namespace recordkit::inspect {
 
 /// A block of a processor information ROM.
 struct CpuBlock {
     const char* name;
     unsigned int offset = 0;
-    std::optional<unsigned int> size;
+    std::optional<unsigned int> size;    ///< nothing for one that is not within the ROM
+    std::optional<FruChecksum> checksum; ///< the same
+
+    bool isRight() const { return checksum && checksum->isRight(); }
 };
 
 /// A field of the core block, in hex.
@@ -38,7 +43,9 @@ struct CpuRom {
 };
 
 /// Reads a ROM. Names and part numbers come from the tables of the system root; part numbers depend
-/// on the type of the system board. Throws DataError or PException for bytes that are not a ROM.
+/// on the type of the system board. A wrong checksum is a problem. Throws DataError or PException
+/// for bytes that do not look like a ROM: without a processor block, or with a wrong checksum of
+/// the header and of more than half of the blocks.
 CpuRom readCpuRom(const std::string& bytes, unsigned char board);
 
 }
