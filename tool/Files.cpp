@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <utility>
 
@@ -15,6 +16,7 @@
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Hex.h>
+#include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/bytes/Text.h>
 
 #include "Errors.h"
@@ -131,6 +133,21 @@ void replaceFile(const std::string& path, const std::string& content)
     temporary.renameTo(target);
 }
 
+/// Appends at most `most` bytes; returns errno of a failure, otherwise 0.
+int readUpTo(int fd, std::size_t most, std::string& content)
+{
+    std::array<char, 65536> piece = {};
+    while (content.size() < most) {
+        const ssize_t count = TEMP_FAILURE_RETRY(
+            ::read(fd, piece.data(), std::min(piece.size(), most - content.size())));
+        if (count <= 0) {
+            return count == 0 ? 0 : errno;
+        }
+        content.append(piece.data(), static_cast<std::size_t>(count));
+    }
+    return 0;
+}
+
 }
 
 void setLargestInput(std::size_t bytes)
@@ -138,7 +155,7 @@ void setLargestInput(std::size_t bytes)
     largestInput = bytes;
 }
 
-std::string readInput(const std::string& path, std::size_t limit)
+std::string readInput(const std::string& path, std::size_t limit, const char* hint)
 {
     const std::size_t most = largestInput == 0 ? limit : largestInput;
     const bool isStandardInput = path == "-";
@@ -147,24 +164,26 @@ std::string readInput(const std::string& path, std::size_t limit)
     if (fd == -1) {
         throw systemError(inputName(path), "opened", errno);
     }
+    struct stat status = {};
+    const bool hasSize = ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
     std::string content;
-    std::array<char, 65536> piece = {};
-    ssize_t count = 0;
-    while (content.size() <= most &&
-           (count = TEMP_FAILURE_RETRY(
-                ::read(fd, piece.data(), std::min(piece.size(), most + 1 - content.size())))) > 0) {
-        content.append(piece.data(), static_cast<std::size_t>(count));
-    }
-    const int error = errno;
+    const int error = readUpTo(fd, most + 1, content);
     if (!isStandardInput) {
         ::close(fd);
     }
-    if (count == -1) {
+    if (error != 0) {
         throw systemError(inputName(path), "read", error);
     }
     if (content.size() > most) {
-        throw dataError(fmt::format("{}: longer than {} bytes; --max-size raises this limit",
-                                    inputName(path), most));
+        const std::string expected = counted(most, "byte");
+        throw dataError(
+            inputName(path) + ": " +
+            (hasSize ? fmt::format("{} bytes, expected at most {}",
+                                   std::max<std::uintmax_t>(
+                                       static_cast<std::uintmax_t>(status.st_size), content.size()),
+                                   expected)
+                     : fmt::format("more than {}", expected)) +
+            "; " + hint);
     }
     return content;
 }

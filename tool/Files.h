@@ -21,8 +21,10 @@ enum InputLimit : std::size_t {
 void setLargestInput(std::size_t bytes);
 
 /// The whole content of a file, of standard input for "-". Reads no more than one byte beyond the
-/// limit. Throws CommandError: file if it cannot be read, data if it is longer.
-std::string readInput(const std::string& path, std::size_t limit);
+/// limit. Throws CommandError: file if it cannot be read, data if it is longer, with a hint at what
+/// takes it nevertheless.
+std::string readInput(const std::string& path, std::size_t limit,
+                      const char* hint = "--max-size raises this limit");
 
 /// Throws CommandError (file) for a link in a world-writable directory: the command does not write
 /// through it, as with the kernel's own protection.

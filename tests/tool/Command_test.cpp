@@ -147,17 +147,22 @@ TEST_F(Command, EndlessInputEndsAtItsLimit)
     for (const Arguments& words :
          {Arguments{"fru", "show", "/dev/zero"}, Arguments{"fru", "verify", "/dev/zero"},
           Arguments{"fru", "get", "/dev/zero", "board.serial"},
-          Arguments{"spd", "show", "/dev/zero"}, Arguments{"cpu", "/dev/zero"},
-          Arguments{"decode", "PSUStatus", "/dev/zero"}}) {
+          Arguments{"spd", "show", "/dev/zero"}, Arguments{"cpu", "/dev/zero"}}) {
         const Outcome outcome = run(ourCommand(words));
         EXPECT_EQ(outcome.status, 1) << words[0];
-        EXPECT_NE(outcome.err.find("recordkit: /dev/zero: longer than 65536 bytes; --max-size "
+        EXPECT_NE(outcome.err.find("recordkit: /dev/zero: more than 65536 bytes; --max-size "
                                    "raises this limit\n"),
                   std::string::npos)
             << outcome.err;
     }
     EXPECT_EQ(run(ourCommand({"--max-size", "1000", "sdr", "list", "/dev/zero"})).err,
-              "recordkit: /dev/zero: longer than 1000 bytes; --max-size raises this limit\n");
+              "recordkit: /dev/zero: more than 1000 bytes; --max-size raises this limit\n");
+    // A record has a limit of its own.
+    EXPECT_EQ(run(ourCommand({"decode", "PSUStatus", "/dev/zero"})).err,
+              "recordkit: /dev/zero: more than 2 bytes; --allow-trailing ignores what follows the "
+              "record\n");
+    EXPECT_EQ(run(ourCommand({"decode", "SELEntry", "/dev/zero", "--allow-trailing"})).err,
+              "recordkit: /dev/zero: more than 67108864 bytes; --max-size raises this limit\n");
 }
 
 TEST_F(Command, ANameThatIsNotUtf8LosesNoOtherFile)

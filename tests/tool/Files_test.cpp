@@ -53,7 +53,14 @@ TEST(Files, InputsAreReadUpToTheirLimit)
     } catch (const CommandError& e) {
         EXPECT_EQ(e.getStatus(), 1);
         EXPECT_EQ(std::string(e.what()),
-                  root.at("/four") + ": longer than 3 bytes; --max-size raises this limit");
+                  root.at("/four") +
+                      ": 4 bytes, expected at most 3 bytes; --max-size raises this limit");
+    }
+    try {
+        readInput("/dev/zero", 1, "a hint");
+        ADD_FAILURE() << "read";
+    } catch (const CommandError& e) {
+        EXPECT_EQ(std::string(e.what()), "/dev/zero: more than 1 byte; a hint");
     }
     setLargestInput(4);
     EXPECT_EQ(readInput(root.at("/four"), 3), "1234");

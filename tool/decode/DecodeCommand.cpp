@@ -18,15 +18,20 @@ namespace {
 
 constexpr Column<const RecordClass*> CLASSES[] = {
     {"class", "CLASS", 22, [](const RecordClass* const& c) { return Value(c->name); }},
-    {"size", "SIZE", 29, [](const RecordClass* const& c) { return Value(c->sizes); }},
+    {"size", "SIZE", 29, [](const RecordClass* const& c) { return Value(c->sizes.text()); }},
     {"description", "DESCRIPTION", 0,
      [](const RecordClass* const& c) { return Value(c->description); }},
 };
 
-Bytes readImage(const Arguments& arguments)
+Bytes readImage(const Arguments& arguments, const RecordClass& recordClass)
 {
     if (!arguments.has("--hex")) {
-        return ByteView(readInput(arguments.text("FILE"), FRU_LIMIT)).copy();
+        const std::string file = arguments.text("FILE");
+        return ByteView(arguments.has("--allow-trailing")
+                            ? readInput(file, LARGE_LIMIT)
+                            : readInput(file, recordClass.sizes.most,
+                                        "--allow-trailing ignores what follows the record"))
+            .copy();
     }
     const std::string hex = arguments.text("--hex");
     Bytes image;
@@ -55,7 +60,7 @@ void run(const Arguments& arguments)
     if (arguments.has("FILE") == arguments.has("--hex")) {
         throw usageError("expected FILE, or --hex with the bytes");
     }
-    const Bytes image = readImage(arguments);
+    const Bytes image = readImage(arguments, *recordClass);
     const std::string source = arguments.has("--hex") ? "--hex" : inputName(arguments.text("FILE"));
     naming(source, [&] {
         const std::size_t taken = takenSize(*recordClass, image);

@@ -120,7 +120,7 @@ std::string classText(const RecordClass& recordClass)
     std::string text =
         fmt::format("\n## {}\n\nContents: {}. Size in bytes: {}.\n\n"
                     "| field | byte | width | bits | meaning |\n|---|---|---|---|---|\n",
-                    recordClass.name, recordClass.description, recordClass.sizes);
+                    recordClass.name, recordClass.description, recordClass.sizes.text());
     for (const FieldTable& table : recordClass.tables) {
         for (const Field& field : table) {
             text += fmt::format("| `{}` | {} | {} | {} | {} |\n", nameText(field),
@@ -161,7 +161,7 @@ std::string manualFields(const RecordClass& recordClass)
         }
     }
     return fmt::format(".TP\n.BR {} \" (size {})\"\n{}.\n", roff(recordClass.name),
-                       roff(recordClass.sizes), roff(text));
+                       roff(recordClass.sizes.text()), roff(text));
 }
 
 /// The fields in a manual page: of events, and of the classes of records.

@@ -98,7 +98,7 @@ template <typename Class> std::unique_ptr<TAVLib::SerializableObject> make()
 }
 
 template <typename Class>
-constexpr RecordClass describe(const char* name, const char* sizes, const char* description,
+constexpr RecordClass describe(const char* name, ImageSizes sizes, const char* description,
                                FieldTable first, FieldTable second = {}, FieldTable third = {})
 {
     return {name, sizes, description, make<Class>, {first, second, third}};

@@ -143,11 +143,19 @@ std::unique_ptr<TAVLib::SerializableObject> load(const RecordClass& recordClass,
     auto object = recordClass.create();
     if (!isTaken(*object, image)) {
         throw DataError(fmt::format("not an image of {}: size {}, expected {}", recordClass.name,
-                                    image.size(), recordClass.sizes));
+                                    image.size(), recordClass.sizes.text()));
     }
     return object;
 }
 
+}
+
+std::string ImageSizes::text() const
+{
+    if (more != nullptr) {
+        return fmt::format("{} {}", least, more);
+    }
+    return least == most ? std::to_string(least) : fmt::format("{} to {}", least, most);
 }
 
 std::size_t takenSize(const RecordClass& recordClass, ByteView image)

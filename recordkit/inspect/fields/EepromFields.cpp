@@ -54,8 +54,8 @@ constexpr Field EFI_INDEX[] = {
 };
 
 constexpr RecordClass CLASSES[] = {
-    describe<PanelImage>("PanelEEPROMIndex", "16", "index entry of a setting area", PANEL_INDEX),
-    describe<EfiImage>("EFIBackupEEPROMIndex", "144", "index record of the EFI backup", EFI_INDEX),
+    describe<PanelImage>("PanelEEPROMIndex", {16, 16}, "index entry of a setting area", PANEL_INDEX),
+    describe<EfiImage>("EFIBackupEEPROMIndex", {144, 144}, "index record of the EFI backup", EFI_INDEX),
 };
 // clang-format on
 

@@ -3,6 +3,7 @@
 #define RECORDKIT_INSPECT_FIELDS_RECORDCLASS_H
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include <recordkit/inspect/fields/Field.h>
@@ -20,12 +21,22 @@ struct DecodedField {
 };
 using DecodedFields = std::vector<DecodedField>;
 
+/// How many bytes an image of a class has.
+struct ImageSizes {
+    unsigned int least;
+    unsigned int most;
+    const char* more = nullptr; ///< what they depend on, such as "+ 2 a slot"
+
+    /// "12", "2 to 14" or "9 + 2 a slot".
+    std::string text() const;
+};
+
 /// A class of records with an image, and its fields.
 struct RecordClass {
     static constexpr unsigned int MAX_TABLES = 3;
 
     const char* name;
-    const char* sizes; ///< of its images, such as "12" or "2 to 14"
+    ImageSizes sizes;
     const char* description;
     /// An object without contents; nullptr for what reads a device instead of an image.
     std::unique_ptr<TAVLib::SerializableObject> (*create)();

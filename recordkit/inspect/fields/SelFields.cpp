@@ -156,13 +156,13 @@ template <typename Raw> constexpr Field RAW[] = {
 };
 
 constexpr RecordClass CLASSES[] = {
-    describe<S>("SELEntry", "2 to 18", "event record as Get SEL Entry answers it", SEL_ENTRY),
-    describe<O>("OEMSELEntry", "2 to 74", "event record with extended data", SEL_ENTRY, OEM_EXTENSION),
-    describe<B>("BMCSELEntry", "2 to 130", "event record of the management board", SEL_ENTRY, BMC_BLOCK),
-    describe<M>("BMCSELEntryMessage", "2 to 138", "slot of an event log file", SEL_ENTRY, MESSAGE),
-    describe<SELEntryLongText>("SELEntryLongText", "15 to 79", "long text of an event", LONG_TEXT),
-    describe<BMCLog>("BMCLog", "0 to 135", "raw log of a management controller", RAW<BMCLog>),
-    describe<BMCMemoryImage>("BMCMemoryImage", "0 to 131", "raw memory of a management controller", RAW<BMCMemoryImage>),
+    describe<S>("SELEntry", {2, 18}, "event record as Get SEL Entry answers it", SEL_ENTRY),
+    describe<O>("OEMSELEntry", {2, 74}, "event record with extended data", SEL_ENTRY, OEM_EXTENSION),
+    describe<B>("BMCSELEntry", {2, 130}, "event record of the management board", SEL_ENTRY, BMC_BLOCK),
+    describe<M>("BMCSELEntryMessage", {2, 138}, "slot of an event log file", SEL_ENTRY, MESSAGE),
+    describe<SELEntryLongText>("SELEntryLongText", {15, 79}, "long text of an event", LONG_TEXT),
+    describe<BMCLog>("BMCLog", {0, 135}, "raw log of a management controller", RAW<BMCLog>),
+    describe<BMCMemoryImage>("BMCMemoryImage", {0, 131}, "raw memory of a management controller", RAW<BMCMemoryImage>),
 };
 // clang-format on
 

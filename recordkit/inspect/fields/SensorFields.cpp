@@ -74,8 +74,8 @@ template <typename Sensor> constexpr Field SENSOR[] = {
 };
 
 constexpr RecordClass CLASSES[] = {
-    describe<FullSensorRecord>("FullSensorRecord", "48 to 64", "full sensor data record", COMMON, SENSOR<FullSensorRecord>),
-    describe<CompactSensorRecord>("CompactSensorRecord", "32 to 48", "compact sensor data record", COMMON, SENSOR<CompactSensorRecord>),
+    describe<FullSensorRecord>("FullSensorRecord", {48, 79}, "full sensor data record", COMMON, SENSOR<FullSensorRecord>),
+    describe<CompactSensorRecord>("CompactSensorRecord", {32, 63}, "compact sensor data record", COMMON, SENSOR<CompactSensorRecord>),
 };
 // clang-format on
 

@@ -41,8 +41,8 @@ constexpr Field PARTITION_INFO[] = {
 };
 
 constexpr RecordClass CLASSES[] = {
-    describe<H>("HardwareInfo", "8", "which units of the cabinet are there", HARDWARE_INFO),
-    describe<P>("PartitionInfo", "2 to 14", "node ids of a partition", PARTITION_INFO),
+    describe<H>("HardwareInfo", {8, 8}, "which units of the cabinet are there", HARDWARE_INFO),
+    describe<P>("PartitionInfo", {2, 14}, "node ids of a partition", PARTITION_INFO),
 };
 // clang-format on
 

@@ -99,14 +99,14 @@ constexpr Field SYSTEM_INFO_PARAMETERS[] = {
 };
 
 constexpr RecordClass CLASSES[] = {
-    describe<Tav>("TAVFirmwareVersion", "6", "management firmware", TAV_FIRMWARE_VERSION),
-    describe<PalSal>("PALSALVersion", "10", "PAL and SAL", PAL_SAL_VERSION),
-    describe<Efi>("EFIVersion", "10", "EFI firmware", EFI_VERSION),
-    describe<BMCVersion>("BMCVersion", "4", "management controller of a board", DEVICE_ID_RESPONSE<BMCVersion>),
-    describe<DeviceID>("DeviceID", "4", "device that answers Get Device ID", DEVICE_ID_RESPONSE<DeviceID>),
-    describe<Gswb>("GSWBVersion", "12", "GSWB banks and versions", GSWB_VERSION),
-    describe<System>("SystemFirmwareVersion", "4", "system firmware", SYSTEM_FIRMWARE_VERSION),
-    describe<Parameters>("SystemInfoParameters", "17", "version text of the system info parameters", SYSTEM_INFO_PARAMETERS),
+    describe<Tav>("TAVFirmwareVersion", {6, 6}, "management firmware", TAV_FIRMWARE_VERSION),
+    describe<PalSal>("PALSALVersion", {10, 10}, "PAL and SAL", PAL_SAL_VERSION),
+    describe<Efi>("EFIVersion", {10, 10}, "EFI firmware", EFI_VERSION),
+    describe<BMCVersion>("BMCVersion", {4, 4}, "management controller of a board", DEVICE_ID_RESPONSE<BMCVersion>),
+    describe<DeviceID>("DeviceID", {4, 4}, "device that answers Get Device ID", DEVICE_ID_RESPONSE<DeviceID>),
+    describe<Gswb>("GSWBVersion", {12, 12}, "GSWB banks and versions", GSWB_VERSION),
+    describe<System>("SystemFirmwareVersion", {4, 4}, "system firmware", SYSTEM_FIRMWARE_VERSION),
+    describe<Parameters>("SystemInfoParameters", {17, 17}, "version text of the system info parameters", SYSTEM_INFO_PARAMETERS),
 };
 // clang-format on
 

@@ -65,9 +65,14 @@ DecodedFields decodeRom(ByteView bytes)
 }
 
 constexpr RecordClass CLASSES[] = {
-    {"FRUData", "8 and more", "FRU image: every field of its areas", nullptr, {}, decodeFru},
+    {"FRUData",
+     {8, 65536, "and more"},
+     "FRU image: every field of its areas",
+     nullptr,
+     {},
+     decodeFru},
     {"FRUData.ROM",
-     "14 and more",
+     {14, 65536, "and more"},
      "information ROM of a processor, as FRUData reads it",
      nullptr,
      {},

@@ -26,7 +26,7 @@ constexpr Field FAN_TRAY_INFO[] = {
 };
 
 constexpr RecordClass CLASSES[] = {
-    describe<Tray>("FanTrayInfo", "10", "state of a fan tray", FAN_TRAY_INFO),
+    describe<Tray>("FanTrayInfo", {10, 10}, "state of a fan tray", FAN_TRAY_INFO),
 };
 constexpr RecordClasses INVENTED_CLASSES = CLASSES;
 

@@ -79,8 +79,8 @@ Sample sampleOf(const RecordClass& recordClass)
     if (found != SAMPLES.end()) {
         return found->second;
     }
-    const std::size_t size = std::stoul(recordClass.sizes);
-    EXPECT_EQ(std::to_string(size), recordClass.sizes) << recordClass.name;
+    const std::size_t size = recordClass.sizes.least;
+    EXPECT_EQ(size, recordClass.sizes.most) << recordClass.name;
     return {sequence(size, 1), sequence(size, 0x55), size};
 }
 
@@ -100,6 +100,19 @@ protected:
     const TraceCapture trace;
 };
 
+}
+
+TEST_P(EveryImage, TakesNoMoreThanItsLargestSize)
+{
+    // The largest counts and lengths; PartitionInfo takes at most twelve ids.
+    const std::size_t most = recordClass.sizes.most;
+    const bool isFilled = take(*recordClass.create(), Bytes(most, 0xFF));
+    const unsigned char fill = isFilled ? 0xFF : 12;
+    EXPECT_EQ(takenSize(recordClass, Bytes(most, fill)), most);
+    const Bytes longer(most + 1, fill);
+    if (take(*recordClass.create(), longer)) {
+        EXPECT_EQ(takenSize(recordClass, longer), most);
+    }
 }
 
 TEST_P(EveryImage, RoundTripsItsImage)
