@@ -19,16 +19,10 @@ int fail(ExitStatus status, const std::string& text)
     return status;
 }
 
-}
-
-int run(const std::vector<std::string>& arguments)
+int runCommand(const std::vector<std::string>& arguments)
 {
     try {
-        const int status = runCommandLine(arguments, groups(), commands());
-        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-            return fail(EXIT_FILE, "standard output cannot be written");
-        }
-        return status;
+        return runCommandLine(arguments, groups(), commands());
     } catch (const Reported& e) {
         return e.getStatus();
     } catch (const Error& e) {
@@ -38,6 +32,17 @@ int run(const std::vector<std::string>& arguments)
     } catch (const std::exception& e) {
         return fail(EXIT_FILE, e.what());
     }
+}
+
+}
+
+int run(const std::vector<std::string>& arguments)
+{
+    const int status = runCommand(arguments);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        return fail(EXIT_FILE, "standard output cannot be written");
+    }
+    return status;
 }
 
 }

@@ -33,7 +33,7 @@ const SubCommand COMMANDS[] = {
     {"SelRestore",        {"sel", "restore", "--board", "1", "--yes"}},
     {"SelRecover",        {"sel", "check", "--board", "1", "--recover"}},
     {"SelRepair",         {"sel", "check", "--board", "1", "--recover"}},
-    {"SelRescue",         {"sel", "rescue", "ROOT/tmp/sb1_bmc_sel0", "-o", "ROOT/rescued"}},
+    {"SelRescue",         {"sel", "rescue", "ROOT/var/tav/fmem/ipmi/sb1_bmc_sel1", "-o", "ROOT/rescued"}},
     {"SelClear",          {"sel", "clear", "--board", "1", "--yes"}},
     {"FruSet",            {"fru", "set", "ROOT/board.bin", "board.serial=SN4711"}},
     {"FruSetInPlace",     {"fru", "set", "ROOT/board.bin", "board.serial=SN4711", "--in-place"}},

@@ -68,7 +68,7 @@ void run(const Arguments& arguments)
             std::fflush(stdout);
         } catch (const TAVLib::PException& e) {
             ++number;
-            problems.add(what, e.getMessage(), EXIT_FILE);
+            problems.add(what, "failed: " + failureText(e), EXIT_FILE);
         }
     }
     problems.finish();

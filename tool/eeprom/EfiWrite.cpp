@@ -17,7 +17,7 @@ namespace {
 void run(const Arguments& arguments)
 {
     const EfiPlace place = efiPlaceOf(arguments);
-    const std::string content = readInput(arguments.text("FILE"), EEPROM_LIMIT);
+    const std::string content = readContent(arguments);
     const unsigned int offset = efiOffsetOf(arguments, content.size());
     openEfiStore(arguments);
     auto device = openImages(arguments);

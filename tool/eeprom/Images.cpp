@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Images.h"
 
+#include <system_error>
+
 #include <fmt/format.h>
 
 #include <recordkit/host/Catalogue.h>
 #include <recordkit/inspect/bytes/Numbers.h>
-#include <recordkit/platform/PException.h>
 
 #include "../Errors.h"
 #include "../Files.h"
@@ -27,18 +28,43 @@ TAVLib::host::FileEEPROMRWif openImages(const Arguments& arguments)
     return TAVLib::host::FileEEPROMRWif(arguments.text("--images"));
 }
 
-void attempt(const std::function<void()>& action)
+std::string failureText(const TAVLib::PException& failure)
+{
+    // The text of a store is a parameter of its message; a file's message has path and reason.
+    const std::string text = failure.getParameter(0);
+    if (failure.getMessageNumber() == TAVLib::host::MESSAGE_FILE_OPERATION || text.empty()) {
+        return failure.getMessage();
+    }
+    // The codes of what the store was told: action 2 comes with an error of the system.
+    const std::string codes = "ActCode=0x02 DetCode=0x";
+    const std::size_t at = text.find(codes);
+    if (at == std::string::npos) {
+        return text;
+    }
+    const int error = std::stoi(text.substr(at + codes.size(), 4), nullptr, 16);
+    return text + ": " + std::generic_category().message(error);
+}
+
+void attempt(const std::function<void()>& action, const std::string& input)
 {
     try {
         action();
     } catch (const TAVLib::PException& e) {
         constexpr unsigned char REFUSED_ACTION = 1;
-        // The text of a store is a parameter of its message; a file's message has path and reason.
-        const bool isOfStore = e.getMessageNumber() != TAVLib::host::MESSAGE_FILE_OPERATION &&
-                               !e.getParameter(0).empty();
-        throw CommandError(e.getActionCode() == REFUSED_ACTION ? EXIT_DATA : EXIT_FILE,
-                           isOfStore ? e.getParameter(0) : e.getMessage());
+        const bool isRefused = e.getActionCode() == REFUSED_ACTION;
+        throw CommandError(isRefused ? EXIT_DATA : EXIT_FILE,
+                           (isRefused && !input.empty() ? input + ": " : "") + failureText(e));
     }
+}
+
+std::string readContent(const Arguments& arguments)
+{
+    const std::string file = arguments.text("FILE");
+    std::string content = readInput(file, EEPROM_LIMIT);
+    if (content.empty()) {
+        throw dataError(inputName(file) + " is empty, expected bytes to write");
+    }
+    return content;
 }
 
 void writeRead(const Arguments& arguments, const std::string& content, const std::string& source)
@@ -49,7 +75,7 @@ void writeRead(const Arguments& arguments, const std::string& content, const std
     }
     writeOutput(arguments.text("FILE"), content);
     print(fmt::format("{}: {} written to {}\n", source, counted(content.size(), "byte"),
-                      arguments.text("FILE")));
+                      inputName(arguments.text("FILE"))));
 }
 
 }

@@ -15,13 +15,13 @@ namespace {
 void run(const Arguments& arguments)
 {
     const auto area = static_cast<int>(arguments.number("N"));
-    std::string content = readInput(arguments.text("FILE"), EEPROM_LIMIT);
+    std::string content = readContent(arguments);
     auto device = openImages(arguments);
     TAVLib::RecordKit::SettingEEPROMData settings(device);
     int length = 0;
-    attempt([&] { length = settings.write(area, content); });
-    print(fmt::format("area {}: {} bytes of {} written, valid\n", area, length,
-                      inputName(arguments.text("FILE"))));
+    const std::string file = inputName(arguments.text("FILE"));
+    attempt([&] { length = settings.write(area, content); }, file);
+    print(fmt::format("area {}: {} bytes of {} written, valid\n", area, length, file));
 }
 
 }

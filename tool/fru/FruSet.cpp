@@ -64,7 +64,8 @@ FruEditResult edit(const Arguments& arguments, const std::string& bytes)
     FruEditOptions options;
     options.mayGrow = arguments.has("--grow");
     options.repairsChecksums = arguments.has("--ignore-checksum");
-    return naming(arguments.text("FILE"), [&] { return editFruImage(bytes, edits, options); });
+    return naming(inputName(arguments.text("FILE")),
+                  [&] { return editFruImage(bytes, edits, options); });
 }
 
 void run(const Arguments& arguments)

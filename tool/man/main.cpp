@@ -11,6 +11,7 @@
 
 #include "../Commands.h"
 #include "../Errors.h"
+#include "../ExitCases.h"
 #include "../Files.h"
 #include "../cli/Globals.h"
 #include "Roff.h"
@@ -178,6 +179,16 @@ complete -o default -F _recordkit recordkit
 )";
 }
 
+/// A line for each case of an exit status.
+std::string exitCases()
+{
+    std::string text;
+    for (const ExitCase& each : EXIT_CASES) {
+        text += fmt::format(".TP\n.B {}\n{}\n", static_cast<int>(each.status), roff(each.text));
+    }
+    return text;
+}
+
 /// The page of the command itself.
 std::string mainPage(const std::string& pattern)
 {
@@ -187,6 +198,7 @@ std::string mainPage(const std::string& pattern)
     }
     std::string page = replaceAll(pattern, "@PROJECT_VERSION@", RECORDKIT_VERSION);
     page = replaceAll(page, "@OPTIONS@\n", options);
+    page = replaceAll(page, "@EXIT_CASES@\n", exitCases());
     return replaceAll(page, "@COMMANDS@\n", commandList(""));
 }
 

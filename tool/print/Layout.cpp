@@ -74,6 +74,7 @@ std::vector<ShownColumn> named(const std::vector<ColumnHead>& columns, const std
 {
     const std::vector<std::size_t> indices = choices(columns, isTable);
     std::vector<std::string> names;
+    names.reserve(indices.size());
     for (const std::size_t index : indices) {
         names.push_back(columns[index].name());
     }

@@ -12,7 +12,9 @@ namespace recordkit::tool {
 
 void Problems::add(const std::string& input, const std::string& text, ExitStatus status)
 {
-    complain(input.empty() ? text : input + ": " + text);
+    // Some texts begin with the input's name, and where in it.
+    const bool isNamed = text.compare(0, input.size(), input) == 0;
+    complain(isNamed ? text : input + ": " + text);
     worst = std::max(worst, status);
 }
 

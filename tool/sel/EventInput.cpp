@@ -54,7 +54,7 @@ unsigned short nextIdOf(const Value& object, const std::string& place)
 Bytes imageOf(const std::optional<Value>& object, const std::string& place)
 {
     const Value event = object.value_or(Value());
-    const Bytes whole = bytesOf(event, "image", place);
+    Bytes whole = bytesOf(event, "image", place);
     if (!whole.empty()) {
         return whole;
     }

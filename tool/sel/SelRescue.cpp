@@ -33,7 +33,7 @@ void refuseInputAsOutput(const Arguments& arguments)
     for (const std::string& input : arguments.texts("FILE")) {
         std::error_code ignored;
         if (std::filesystem::equivalent(input, arguments.text("-o"), ignored)) {
-            throw usageError("-o: " + input + " is an input and would be replaced");
+            throw usageError("-o: " + inputName(input) + " is an input and would be replaced");
         }
     }
 }
@@ -53,11 +53,15 @@ void run(const Arguments& arguments)
             }
             all += records.size();
             print(fmt::format("{}: {}\n", name, counted(records.size(), "event")));
+            if (records.empty()) {
+                return {"no whole event record"};
+            }
             return {};
         });
     }
     writeOutput(arguments.text("-o"), lines);
-    print(fmt::format("{} written to {}\n", counted(all, "event"), arguments.text("-o")));
+    print(
+        fmt::format("{} written to {}\n", counted(all, "event"), inputName(arguments.text("-o"))));
     problems.finish();
 }
 
