@@ -33,7 +33,7 @@ const SubCommand COMMANDS[] = {
     {"SelRestore",        {"sel", "restore", "--board", "1", "--yes"}},
     {"SelRecover",        {"sel", "check", "--board", "1", "--recover"}},
     {"SelRepair",         {"sel", "check", "--board", "1", "--recover"}},
-    {"SelRescue",         {"sel", "rescue", "ROOT/var/tav/fmem/ipmi/sb1_bmc_sel1", "-o", "ROOT/rescued"}},
+    {"SelRescue",         {"sel", "rescue", "ROOT/event.bin", "-o", "ROOT/rescued"}},
     {"SelClear",          {"sel", "clear", "--board", "1", "--yes"}},
     {"FruSet",            {"fru", "set", "ROOT/board.bin", "board.serial=SN4711"}},
     {"FruSetInPlace",     {"fru", "set", "ROOT/board.bin", "board.serial=SN4711", "--in-place"}},
@@ -78,6 +78,10 @@ protected:
             fs::resize_file(world.at("/var/tav/fmem/ipmi/sb1_bmc_sel2"), 50000);
         }
         writeFile(world.at("/one.hex"), "0100027856341220000404010157a16c\n");
+        Bytes event = {0xFF, 0xFF, 0x01, 0x00, 0x02, 0x78, 0x56, 0x34, 0x12, 0x20,
+                       0x00, 0x04, 0x04, 0x01, 0x01, 0x57, 0xA1, 0x6C, 0x0D};
+        event.resize(138, 0);
+        writeFile(world.at("/event.bin"), event);
     }
     FaultRun runCommand(const std::string& fault)
     {
