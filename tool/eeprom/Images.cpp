@@ -31,7 +31,7 @@ TAVLib::host::FileEEPROMRWif openImages(const Arguments& arguments)
 std::string failureText(const TAVLib::PException& failure)
 {
     // The text of a store is a parameter of its message; a file's message has path and reason.
-    const std::string text = failure.getParameter(0);
+    std::string text = failure.getParameter(0);
     if (failure.getMessageNumber() == TAVLib::host::MESSAGE_FILE_OPERATION || text.empty()) {
         return failure.getMessage();
     }

@@ -103,7 +103,7 @@ std::vector<Wish> wishes()
             {"number", 6},
             {"record_type_name", 7},
             {"entity", 7},
-            {"units", 6},
+            {"units", 9},
             {"event_type_name", 8},
             {"id", 5},
             {"hysteresis", 10},

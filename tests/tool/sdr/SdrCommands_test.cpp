@@ -14,6 +14,7 @@
 #include "support/Process.h"
 #include "support/ScratchRoot.h"
 #include "support/SdrRecords.h"
+#include "support/Terminal.h"
 
 using namespace recordkit::inspect;
 using namespace testing_support;
@@ -218,3 +219,19 @@ INSTANTIATE_TEST_SUITE_P(
             '_');
         return name;
     });
+
+TEST(SdrCommand, ShowsTheMostWantedColumnsOnANarrowTerminal)
+{
+    const Arguments words = ourCommand({"sdr", "list", OWN, "--color", "never"});
+    std::string shown;
+    if (!runOnTerminal(words, {}, shown, 60)) {
+        GTEST_SKIP() << "no terminal can be made here";
+    }
+    EXPECT_EQ(shown.substr(0, shown.find('\r')),
+              "RECORD   NUMBER  NAME       SENSOR TYPE   ENTITY   UNITS");
+    EXPECT_NE(shown.find("full     01h     Ambient    Temperature   7.1      degrees C\r\n"),
+              std::string::npos)
+        << shown;
+    ASSERT_TRUE(runOnTerminal(words, {}, shown, 300));
+    EXPECT_NE(shown.find("READING  HYSTERESIS\r\n"), std::string::npos) << shown;
+}

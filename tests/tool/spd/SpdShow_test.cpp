@@ -6,6 +6,7 @@
 #include "support/Process.h"
 #include "support/ScratchRoot.h"
 #include "support/SpdImage.h"
+#include "support/Terminal.h"
 
 using namespace testing_support;
 
@@ -49,4 +50,20 @@ TEST(SpdShow, ShowsSeveralModulesWithTheirTotal)
     EXPECT_NE(outcome.err.find("/c: the CRC is "), std::string::npos);
     EXPECT_NE(outcome.err.find("2 of 4 files are damaged"), std::string::npos);
     EXPECT_EQ(run(ourCommand({"spd", "show", "/nowhere"})).status, 3);
+}
+
+TEST(SpdShow, ShowsTheMostWantedColumnsOnANarrowTerminal)
+{
+    const Arguments words =
+        ourCommand({"spd", "show", RECORDKIT_EXAMPLE_DATA "/spd/dimm.bin", "--color", "never"});
+    std::string shown;
+    if (!runOnTerminal(words, {}, shown, 60)) {
+        GTEST_SKIP() << "no terminal can be made here";
+    }
+    EXPECT_EQ(shown,
+              "CAPACITY   PART NUMBER         CRC    FILE\r\n"
+              "2048 MB    EXAMPLE-DDR3-2G     right  " RECORDKIT_EXAMPLE_DATA "/spd/dimm.bin\r\n");
+    ASSERT_TRUE(runOnTerminal(words, {}, shown, 80));
+    EXPECT_EQ(shown.substr(0, shown.find('\r')),
+              "CAPACITY   MODULE   RANKS  SERIAL    PART NUMBER         CRC    FILE");
 }
