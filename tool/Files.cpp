@@ -21,23 +21,13 @@
 
 #include "Errors.h"
 #include "print/Json.h"
+#include "print/Output.h"
 
 namespace recordkit::tool {
 
 namespace {
 
 std::size_t largestInput = 0;
-
-/// A backslash, x and two hex digits for each byte that is not ASCII.
-std::string escaped(const std::string& bytes)
-{
-    std::string text;
-    for (const char byte : bytes) {
-        const auto value = static_cast<unsigned char>(byte);
-        text += value < 0x80 ? std::string(1, byte) : fmt::format("\\x{:02X}", value);
-    }
-    return text;
-}
 
 /// A temporary file; removed on destruction unless renamed.
 class Temporary {
@@ -232,7 +222,7 @@ bool isDeviceNode(const std::string& path)
 
 std::string inputName(const std::string& path)
 {
-    return path == "-" ? "standard input" : printable(isUtf8(path) ? path : escaped(path));
+    return path == "-" ? "standard input" : terminalText(path);
 }
 
 std::string inputNameBytes(const std::string& path)

@@ -38,8 +38,7 @@ void writeOutput(const std::string& path, const std::string& content);
 /// Whether a path is a device: not a regular file, or a kernel node, which cannot be replaced.
 bool isDeviceNode(const std::string& path);
 
-/// The name of an input as used in messages and JSON: UTF-8 without control characters, which, like
-/// any other byte, become a backslash, x and two hex digits.
+/// The name of an input as used in messages and JSON: "standard input", or the path as terminalText.
 std::string inputName(const std::string& path);
 
 /// The bytes of an input's name in hex if the name is not UTF-8; otherwise empty.
