@@ -119,6 +119,13 @@ bool succeeds(void (*operation)(unsigned char), unsigned char sb)
 
 }
 
+// The host keeps nothing between two operations.
+BMCMessageFile::BMCMessageFile() : state(nullptr)
+{
+}
+
+BMCMessageFile::~BMCMessageFile() = default;
+
 bool BMCMessageFile::clearMessageFile(unsigned char sb)
 {
     return succeeds(clear, sb);

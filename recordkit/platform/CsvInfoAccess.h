@@ -9,9 +9,15 @@
 namespace TAVLib {
 
 /// One CSV table, opened for reading.
+///
+/// The layout is one pointer; an implementation's own header must not differ (see Export.h).
 class RECORDKIT_API CsvInfoAccess {
 public:
     CsvInfoAccess(const std::string& directory, const std::string& fileName);
+    ~CsvInfoAccess();
+
+    CsvInfoAccess(const CsvInfoAccess&) = delete;
+    CsvInfoAccess& operator=(const CsvInfoAccess&) = delete;
 
     /// True when the table could not be opened.
     bool isFault() const;
@@ -21,8 +27,8 @@ public:
     bool searchRecord(int column, const std::string& key, std::string& record);
 
 private:
-    std::string path;
-    bool fault;
+    class State;
+    State* state;
 };
 
 }

@@ -12,6 +12,8 @@ namespace TAVLib {
 ///
 /// The lock excludes other processes and other threads alike. Every failure of a system call is
 /// thrown as a PException.
+///
+/// The layout is one pointer; an implementation's own header must not differ (see Export.h).
 class RECORDKIT_API LockedFile {
 public:
     /// Opens for reading and writing, creates the file if it does not exist, waits for the lock.
@@ -36,8 +38,8 @@ public:
     void truncFile(long length);
 
 private:
-    std::string path;
-    int fd;
+    class State;
+    State* state;
 };
 
 }

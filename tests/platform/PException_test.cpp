@@ -44,6 +44,30 @@ TEST(PException, CopiesItsTextsBeforeTheyDie)
     FAIL();
 }
 
+TEST(PException, CopiesAreIndependent)
+{
+    const PException fan(1, 83, 0x1900, 1, 0x0B00, 20034, reinterpret_cast<long>("getSpeed(fan)"),
+                         4, 0, 0, 0, 0, 0, 0);
+    PException copy(fan);
+    {
+        const PException other(2, 128, 0x000E, 2, 0xFFFF, 20031, reinterpret_cast<long>("text"), 0,
+                               0, 0, 0, 0, 0, 0);
+        copy = other;
+    }
+    EXPECT_EQ(copy.getProducer(), 2);
+    EXPECT_EQ(copy.getModuleCode(), 128);
+    EXPECT_EQ(copy.getLocationCode(), 0x000E);
+    EXPECT_EQ(copy.getActionCode(), 2);
+    EXPECT_EQ(copy.getExceptionDetail(), 0xFFFF);
+    EXPECT_EQ(copy.getMessageNumber(), 20031);
+    EXPECT_EQ(copy.getParameter(0), "text");
+    EXPECT_NE(copy.getMessage().find("text"), std::string::npos);
+    EXPECT_EQ(fan.getParameter(0), "getSpeed(fan)");
+    const PException& same = copy;
+    copy = same;
+    EXPECT_EQ(copy.getParameter(0), "text");
+}
+
 TEST(PException, ParametersAreTextsOrDecimalNumbers)
 {
     const PException e(1, 83, 0x0900, 1, 0x0B01, 20030, reinterpret_cast<long>("first"),
