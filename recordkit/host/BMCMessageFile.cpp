@@ -119,12 +119,17 @@ bool succeeds(void (*operation)(unsigned char), unsigned char sb)
 
 }
 
-// The host keeps nothing between two operations.
+/// Nothing is kept between two operations.
+class BMCMessageFile::State {};
+
 BMCMessageFile::BMCMessageFile() : state(nullptr)
 {
 }
 
-BMCMessageFile::~BMCMessageFile() = default;
+BMCMessageFile::~BMCMessageFile()
+{
+    delete state;
+}
 
 bool BMCMessageFile::clearMessageFile(unsigned char sb)
 {

@@ -2,6 +2,7 @@
 #include <recordkit/platform/PException.h>
 
 #include <array>
+#include <utility>
 #include <vector>
 
 #include "Catalogue.h"
@@ -31,13 +32,15 @@ public:
         : producer(producerClass), module(moduleCode), location(locationCode), action(actionCode),
           detail(detailCode), messageNumber(number)
     {
-        const host::CatalogueMessage& entry = host::findMessage(number);
-        const std::string kinds = entry.kinds;
+        const CatalogueEntry& entry = host::findMessage(number);
+        const std::string& kinds = entry.kinds;
         for (unsigned int i = 0; i < PARAMETERS; ++i) {
             parameters[i] = toText(i < kinds.size() ? kinds[i] : 'n', given[i]);
         }
-        message = host::fillMessage(
-            entry, std::vector<std::string>(parameters.begin(), parameters.begin() + kinds.size()));
+        message = fillCatalogueText(
+            entry.text,
+            std::vector<std::string>(parameters.begin(),
+                                     parameters.begin() + static_cast<long>(kinds.size())));
     }
 
     unsigned char producer;
@@ -64,7 +67,8 @@ PException::PException(const PException& other) : state(new State(*other.state))
 
 PException& PException::operator=(const PException& other)
 {
-    *state = *other.state;
+    PException copy(other);
+    std::swap(state, copy.state);
     return *this;
 }
 

@@ -11,7 +11,12 @@ namespace TAVLib {
 /// The one exception type of the firmware: thrown by value, caught by reference.
 ///
 /// A message parameter is a number or the address of a text; the catalogue entry of `messageNumber`
-/// says which. The constructor copies texts, so they need not outlive the throw.
+/// says which (share/recordkit/messages.tsv, for the library's messages). Parameters after those of
+/// the message, and all of a number without a message, are numbers. The constructor copies texts,
+/// so they need not outlive the throw. Copies are independent of each other.
+///
+/// The library examines the action code and the detail of what its siblings throw, to report them;
+/// their values are the thrower's.
 ///
 /// The layout is one pointer; an implementation's own header must not differ (see Export.h).
 class RECORDKIT_API PException {
