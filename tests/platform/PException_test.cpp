@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/platform/PException.h>
 
+#include <LibraryMessages.h>
 #include <gtest/gtest.h>
+#include <sstream>
+
+#include <recordkit/platform/CatalogueFile.h>
 
 using TAVLib::PException;
 
@@ -78,6 +82,32 @@ TEST(PException, ParametersAreTextsOrDecimalNumbers)
     }
     EXPECT_EQ(e.getParameter(8), "");
     EXPECT_EQ(e.getParameter(0xFFFFFFFFU), "");
+}
+
+TEST(PException, CatalogueSaysWhichParametersAreTexts)
+{
+    std::istringstream file(RECORDKIT_LIBRARY_MESSAGES);
+    const auto entries = TAVLib::readCatalogue(file);
+    EXPECT_FALSE(entries.empty());
+    for (const TAVLib::CatalogueEntry& entry : entries) {
+        long given[PException::PARAMETERS];
+        std::string expected[PException::PARAMETERS];
+        std::string texts[PException::PARAMETERS];
+        for (unsigned int i = 0; i < PException::PARAMETERS; ++i) {
+            const bool isText = i < entry.kinds.size() && entry.kinds[i] == 's';
+            texts[i] = "text " + std::to_string(i);
+            given[i] = isText ? reinterpret_cast<long>(texts[i].c_str()) : -100L - i;
+            expected[i] = isText ? texts[i] : std::to_string(given[i]);
+        }
+        const PException e(1, 83, 0, 1, 0, entry.number, given[0], given[1], given[2], given[3],
+                           given[4], given[5], given[6], given[7]);
+        for (unsigned int i = 0; i < PException::PARAMETERS; ++i) {
+            EXPECT_EQ(e.getParameter(i), expected[i]) << entry.number;
+            if (i < entry.kinds.size()) {
+                EXPECT_NE(e.getMessage().find(expected[i]), std::string::npos) << e.getMessage();
+            }
+        }
+    }
 }
 
 TEST(PException, MessageIsNotCut)
