@@ -44,3 +44,9 @@ install(FILES ${CMAKE_BINARY_DIR}/recordkit-config.cmake
 configure_file(cmake/recordkit.pc.in recordkit.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/recordkit.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT library)
+
+# For those who write siblings of their own.
+install(FILES recordkit/platform/messages.tsv recordkit/platform/LibraryMessages.h.in
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/recordkit COMPONENT library)
+install(DIRECTORY tests/platform/ DESTINATION ${CMAKE_INSTALL_DATADIR}/recordkit/platform-tests
+    COMPONENT library)
