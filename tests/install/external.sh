@@ -17,6 +17,15 @@ cmake --build "$scratch" >>"$scratch/log"
     exit 1
 }
 cmake --install "$scratch" --prefix "$scratch/prefix" >>"$scratch/log"
+for file in lib*/pkgconfig/recordkit.pc share/man/man3/recordkit.3 share/doc/recordkit/LICENSE; do
+    # shellcheck disable=SC2086
+    ls "$scratch/prefix"/$file >/dev/null
+done
+[ "$(PKG_CONFIG_LIBDIR=$(dirname "$(find "$scratch/prefix" -name recordkit.pc)") \
+    pkg-config --variable=platform recordkit)" = external ] || {
+    echo "external: the variable platform" >&2
+    exit 1
+}
 
 # What the C and C++ libraries define has a version; what is weak need not be there.
 nm -D --undefined-only --with-symbol-versions "$scratch/librecordkit.so" |
