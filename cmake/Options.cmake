@@ -8,7 +8,12 @@ if(NOT RECORDKIT_PLATFORM MATCHES "^(host|external)$")
     message(FATAL_ERROR "RECORDKIT_PLATFORM is \"${RECORDKIT_PLATFORM}\", expected host or external")
 endif()
 
-option(BUILD_SHARED_LIBS "build shared libraries; OFF: static ones" ON)
+# As part of another project, its own choice of libraries and build type stays what it is.
+if(PROJECT_IS_TOP_LEVEL)
+    option(BUILD_SHARED_LIBS "build shared libraries; OFF: static ones" ON)
+elseif(NOT DEFINED BUILD_SHARED_LIBS)
+    set(BUILD_SHARED_LIBS ON)
+endif()
 option(RECORDKIT_WARNINGS_AS_ERRORS "a warning of the compiler ends the build" OFF)
 option(RECORDKIT_HARDENING "add protections that the builder's own flags do not mention" ON)
 option(RECORDKIT_RELOCATABLE_PC "pkg-config files name folders relative to themselves" ON)
@@ -49,7 +54,8 @@ endif()
 
 # Somebody who gives flags, or a toolchain of his own, has chosen how to optimise.
 get_property(multiple_types GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
-if(NOT CMAKE_BUILD_TYPE AND NOT multiple_types AND NOT CMAKE_CXX_FLAGS AND NOT CMAKE_CROSSCOMPILING)
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT multiple_types AND NOT CMAKE_CXX_FLAGS
+        AND NOT CMAKE_CROSSCOMPILING)
     set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "build type" FORCE)
 endif()
 

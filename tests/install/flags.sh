@@ -91,6 +91,23 @@ configure errors "$warning" -DRECORDKIT_WARNINGS_AS_ERRORS=ON
     fail "RECORDKIT_WARNINGS_AS_ERRORS changes nothing"
 grep -q 'Werror=effc++' "$scratch/errors.log" || fail "another error: $(cat "$scratch/errors.log")"
 
+# As part of another project, which chooses for itself.
+mkdir "$scratch/parent"
+cat >"$scratch/parent/CMakeLists.txt" <<TEXT
+cmake_minimum_required(VERSION 3.22)
+project(parent LANGUAGES CXX)
+set(RECORDKIT_PLATFORM external)
+add_subdirectory($source recordkit)
+file(WRITE \${CMAKE_BINARY_DIR}/own.cpp "int own() { return 0; }")
+add_library(own \${CMAKE_BINARY_DIR}/own.cpp)
+TEXT
+cmake -S "$scratch/parent" -B "$scratch/parent/build" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" \
+    >"$scratch/parent.log" || fail "as part of another project"
+grep -q '^CMAKE_BUILD_TYPE:[A-Z]*=$' "$scratch/parent/build/CMakeCache.txt" || fail "another project's build type"
+ninja -C "$scratch/parent/build" -t targets all >"$scratch/targets"
+grep -q '^libown[.]a:' "$scratch/targets" || fail "another project's libraries are shared"
+grep -q '^recordkit/librecordkit[.]so:' "$scratch/targets" || fail "the library is not shared there"
+
 # Without Boost the error says what is missing.
 ! cmake -S "$source" -B "$scratch/boost" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" \
     -DRECORDKIT_PLATFORM=external -DCMAKE_CXX_FLAGS=-nostdinc >"$scratch/boost.log" 2>&1 ||
