@@ -26,20 +26,8 @@ void setLargestInput(std::size_t bytes);
 std::string readInput(const std::string& path, std::size_t limit,
                       const char* hint = "--max-size raises this limit");
 
-/// Throws CommandError (file) for a link in a world-writable directory: the command does not write
-/// through it, as with the kernel's own protection.
-void checkLink(const std::string& path);
-
-/// Writes a regular file, or the one that a symbolic link points to: to a temporary file in the
-/// same folder, which is synced and renamed. An existing file keeps its owner and permissions; a
-/// new one gets permissions 0644. Throws CommandError (file), also as checkLink does.
-void writeOutput(const std::string& path, const std::string& content);
-
-/// Whether a path is a device: not a regular file, or a kernel node, which cannot be replaced.
-bool isDeviceNode(const std::string& path);
-
-/// The name of an input as used in messages and JSON: UTF-8 without control characters, which, like
-/// any other byte, become a backslash, x and two hex digits.
+/// The name of an input as used in messages and JSON: "standard input", or the path as
+/// terminalText.
 std::string inputName(const std::string& path);
 
 /// The bytes of an input's name in hex if the name is not UTF-8; otherwise empty.

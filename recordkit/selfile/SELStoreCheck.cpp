@@ -219,6 +219,18 @@ void SELStoreCheck::findGap()
     }
 }
 
+namespace {
+
+/// Whether a text is the result of a shift: digits, after a minus where it failed. Anybody may have
+/// made the file, so that nothing else of it is repeated.
+bool isNumber(const std::string& text)
+{
+    const std::size_t first = text[0] == '-' ? 1 : 0;
+    return text.size() > first && text.find_first_not_of("0123456789", first) == std::string::npos;
+}
+
+}
+
 void SELStoreCheck::findShiftRequest()
 {
     const std::string path = BMCSELDataFile::getShiftRequestFile();
@@ -229,9 +241,7 @@ void SELStoreCheck::findShiftRequest()
     char content[17] = {};
     std::size_t count = 0;
     posix::readAt(file.get(), 0, content, sizeof content, count);
-    // Sixteen bytes that begin with a number are the answer of an earlier shift.
-    const bool isAnswer = count == sizeof content - 1 &&
-                          (content[0] == '-' || (content[0] >= '0' && content[0] <= '9'));
+    const bool isAnswer = count == sizeof content - 1 && isNumber(content);
     findings.push_back(
         {SHIFT_REQUEST_LEFT, false,
          path + (isAnswer ? " holds the result " + std::string(content) +

@@ -11,7 +11,8 @@
 //                                 there were, whether one went wrong, descriptors left open, and
 //                                 how often librecordkit opened one that a started program inherits
 //
-// pread and pwrite count as read and write, fdatasync as fsync, unlink as remove, fstat as stat.
+// pread and pwrite count as read and write, fdatasync as fsync, unlink as remove, fstat as stat,
+// and the calls that work in an open folder as those that do not.
 
 // Fortified headers define some of these calls themselves.
 #undef _FORTIFY_SOURCE
@@ -180,6 +181,27 @@ int __open_2(const char* path, int flags)
     return open(path, flags);
 }
 
+int openat(int folder, const char* path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    static const auto real = next<int(int, const char*, int, ...)>("openat");
+    return isFaulty("open") ? -1 : real(folder, path, flags, mode);
+}
+
+int __openat_2(int folder, const char* path, int flags)
+{
+    return openat(folder, path, flags);
+}
+
+int mkostemp(char* pattern, int flags)
+{
+    static const auto real = next<int(char*, int)>("mkostemp");
+    return isFaulty("open") ? -1 : real(pattern, flags);
+}
+
 std::FILE* fopen(const char* path, const char* mode)
 {
     static const auto real = next<std::FILE*(const char*, const char*)>("fopen");
@@ -249,6 +271,19 @@ int rename(const char* from, const char* to)
     return isFaulty("rename") ? -1 : real(from, to);
 }
 
+int renameat(int fromFolder, const char* from, int toFolder, const char* to)
+{
+    static const auto real = next<int(int, const char*, int, const char*)>("renameat");
+    return isFaulty("rename") ? -1 : real(fromFolder, from, toFolder, to);
+}
+
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned int flags)
+{
+    static const auto real =
+        next<int(int, const char*, int, const char*, unsigned int)>("renameat2");
+    return isFaulty("rename") ? -1 : real(fromFolder, from, toFolder, to, flags);
+}
+
 int remove(const char* path)
 {
     static const auto real = next<int(const char*)>("remove");
@@ -259,6 +294,12 @@ int unlink(const char* path)
 {
     static const auto real = next<int(const char*)>("unlink");
     return isFaulty("remove") ? -1 : real(path);
+}
+
+int unlinkat(int folder, const char* path, int flags)
+{
+    static const auto real = next<int(int, const char*, int)>("unlinkat");
+    return isFaulty("remove") ? -1 : real(folder, path, flags);
 }
 
 int ftruncate(int fd, off_t length)

@@ -318,7 +318,7 @@ TEST_F(StoreCheckTest, ShiftRequestIsANoteOnly)
                      " holds the result -1 of an earlier rotation that nobody took: the "
                      "next rotation takes it for a request"}));
     EXPECT_TRUE(SELStoreCheck(SB).isSound());
-    for (const char* const result : {"0", "9", "1x"}) {
+    for (const char* const result : {"0", "9", "12", "1234567890123456"}) {
         writeFile(shiftRequest(), textBytes(result) + Bytes(16 - std::string(result).size(), 0));
         ASSERT_EQ(findings().size(), 1U);
         EXPECT_NE(findings()[0].find(std::string(" holds the result ") + result + " of"),
@@ -327,7 +327,9 @@ TEST_F(StoreCheckTest, ShiftRequestIsANoteOnly)
     // Empty, one byte more or less than an answer, or as long and not a number.
     for (const std::string& content :
          {std::string(), std::string(17, '0'), std::string(15, '0'), std::string(16, '/'),
-          std::string(16, ':'), std::string(16, '\0'), std::string("x") + std::string(15, '0')}) {
+          std::string(16, ':'), std::string(16, '\0'), std::string("x") + std::string(15, '0'),
+          std::string("1x") + std::string(14, '\0'), std::string("-") + std::string(15, '\0'),
+          std::string("0\033]0;OWNED\a\033[2J"), std::string("0\377\376AAAAAAAAAAAAA")}) {
         writeFile(shiftRequest(), content);
         EXPECT_EQ(findings(), Lines({"note: " + shiftRequest() +
                                      " is there: a rotation was requested and has not run"}));

@@ -135,18 +135,20 @@ std::vector<unsigned char> Arguments::boards() const
 
 Format Arguments::format() const
 {
-    if (has("--json") + has("--ndjson") + has("--csv") > 1) {
+    const bool isCsv = has("--csv") || has("--csv-safe");
+    if (has("--json") + has("--ndjson") + isCsv > 1) {
         throw usageError("--json, --ndjson and --csv exclude each other");
     }
     return has("--json")     ? Format::JSON
            : has("--ndjson") ? Format::NDJSON
-           : has("--csv")    ? Format::CSV
+           : isCsv           ? Format::CSV
                              : Format::TABLE;
 }
 
 Layout Arguments::layout() const
 {
     Layout layout(format());
+    layout.isSafeCsv = has("--csv-safe");
     layout.fields = text("--fields");
     if (!layout.fields.empty() && layout.format == Format::TABLE) {
         throw usageError("--fields is for --json, --ndjson and --csv");

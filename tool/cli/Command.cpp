@@ -113,6 +113,8 @@ std::vector<Option> Command::allOptions() const
         all.push_back(flag("--json", "Print a JSON array with one object per line"));
         all.push_back(flag("--ndjson", "Print one JSON object per line"));
         all.push_back(flag("--csv", "Print CSV with a line of names"));
+        all.push_back(
+            flag("--csv-safe", "The same, without cells that a spreadsheet takes for formulas"));
         all.push_back(text("--fields", "LIST",
                            "Only these fields in JSON, NDJSON or CSV, with commas; +LIST adds "
                            "fields to the usual ones"));

@@ -11,6 +11,7 @@
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
+#include "../OutputFile.h"
 #include "../cli/Arguments.h"
 #include "../print/Output.h"
 
@@ -53,7 +54,7 @@ void run(const Arguments& arguments)
     // start erased.
     for (const int eeprom : eeproms) {
         const char blank = eeprom <= Index::INDEX_EEPROM ? '\0' : '\xFF';
-        writeOutput(pathOf(eeprom), std::string(SETTING_EEPROM_SIZE, blank));
+        writeOutput(pathOf(eeprom), std::string(SETTING_EEPROM_SIZE, blank), Readers::OWNER);
     }
     print(fmt::format("{}: {} images of {} bytes\n", folder, eeproms.size(), SETTING_EEPROM_SIZE));
 }

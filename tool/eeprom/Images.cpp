@@ -10,6 +10,7 @@
 
 #include "../Errors.h"
 #include "../Files.h"
+#include "../OutputFile.h"
 #include "../print/Output.h"
 
 namespace recordkit::tool {
@@ -73,7 +74,7 @@ void writeRead(const Arguments& arguments, const std::string& content, const std
         printBytes(content);
         return;
     }
-    writeOutput(arguments.text("FILE"), content);
+    writeOutput(arguments.text("FILE"), content, Readers::OWNER);
     print(fmt::format("{}: {} written to {}\n", source, counted(content.size(), "byte"),
                       inputName(arguments.text("FILE"))));
 }

@@ -6,6 +6,7 @@
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
+#include "../OutputFile.h"
 #include "../print/Listing.h"
 #include "../print/Output.h"
 #include "SettingJson.h"

@@ -20,8 +20,8 @@ unsigned int numberOf(const Value& entry, const char* name, long long least, lon
     const Value* const found = entry.find(name);
     const auto* const number = found == nullptr ? nullptr : found->as<long long>();
     if (number == nullptr || *number < least || *number > most) {
-        throw DataError(fmt::format("\"{}\": expected a number from {} to {} in {}", name, least,
-                                    most, jsonText(entry)));
+        throw DataError(fmt::format("\"{}\": expected a number from {} to {} in {:.80}", name,
+                                    least, most, jsonText(entry)));
     }
     return static_cast<unsigned int>(*number);
 }
@@ -29,11 +29,11 @@ unsigned int numberOf(const Value& entry, const char* name, long long least, lon
 SettingEntry entryFrom(const Value& json)
 {
     if (json.as<Object>() == nullptr) {
-        throw DataError("expected an object, not " + jsonText(json));
+        throw DataError(fmt::format("expected an object, not {:.80}", jsonText(json)));
     }
     const Value* const valid = json.find("valid");
     if (valid != nullptr && valid->as<bool>() == nullptr) {
-        throw DataError(fmt::format("\"valid\": expected true or false in {}", jsonText(json)));
+        throw DataError(fmt::format("\"valid\": expected true or false in {:.80}", jsonText(json)));
     }
     SettingEntry entry;
     entry.number =
@@ -50,7 +50,7 @@ SettingEntry entryFrom(const Value& json)
 
 Bytes settingIndexFrom(const std::string& text)
 {
-    const Value json = orThrow(parseJson(text), DataError("not JSON"));
+    const Value json = orThrow(parseJson(text), DataError(NOT_JSON));
     // An object with "entries" is what earlier versions exported.
     const Value* const entries = json.as<Object>() != nullptr ? json.find("entries") : &json;
     if (entries == nullptr || entries->as<List>() == nullptr) {

@@ -2,15 +2,16 @@
 #include <fmt/format.h>
 
 #include <recordkit/fru/FRUData.h>
-#include <recordkit/host/FileFRURWif.h>
 #include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/fru/FruEdit.h>
+#include <recordkit/inspect/fru/ImageDevice.h>
 #include <recordkit/inspect/fru/FruImage.h>
 #include <recordkit/platform/PException.h>
 
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
+#include "../OutputFile.h"
 #include "../cli/Arguments.h"
 #include "../print/Output.h"
 
@@ -18,30 +19,16 @@ namespace recordkit::tool {
 
 namespace {
 
-/// Writes the bytes that differ in place, one run after another.
-void patch(const std::string& file, const std::string& before, const std::string& after)
-{
-    TAVLib::host::FileFRURWif device(file, true);
-    for (std::size_t at = 0; at < after.size();) {
-        std::size_t end = at;
-        while (end < after.size() && before[end] != after[end]) {
-            ++end;
-        }
-        if (end != at) {
-            const std::vector<unsigned char> run(after.begin() + static_cast<long>(at),
-                                                 after.begin() + static_cast<long>(end));
-            device.write(static_cast<unsigned int>(at), static_cast<unsigned int>(run.size()),
-                         run.data());
-        }
-        at = end + 1;
-    }
-}
-
-/// Reads the file again, through the library and as a whole, and compares.
+/// Reads the file again, as a whole and through the library, and compares.
 void checkWritten(const std::string& file, const FruEditResult& result)
 {
     const FruImage expected = parseFruImage(result.bytes);
-    TAVLib::host::FileFRURWif device(file);
+    const std::string written = readInput(file, FRU_LIMIT);
+    if (written != result.bytes) {
+        throw fileError(inputName(file) +
+                        ": verification failed: the file does not read back as written");
+    }
+    ImageDevice device(written);
     FRUData fru(device);
     for (const FruAreaImage& area : expected.areas) {
         for (const FruChange& change : result.changes) {
@@ -49,9 +36,6 @@ void checkWritten(const std::string& file, const FruEditResult& result)
                 static_cast<void>(fru.getAreaObject(area.id, FRUArea::CSUM_CHECK));
             }
         }
-    }
-    if (readInput(file, FRU_LIMIT) != result.bytes) {
-        throw fileError(file + ": verification failed: the file does not read back as written");
     }
 }
 
@@ -78,11 +62,11 @@ void run(const Arguments& arguments)
     const std::string bytes = readInput(file, FRU_LIMIT);
     const FruEditResult result = edit(arguments, bytes);
     if (!isDryRun) {
-        if (arguments.has("--in-place") || isDeviceNode(file)) {
-            checkLink(file);
-            patch(file, bytes, result.bytes);
+        OutputFile output(file);
+        if (arguments.has("--in-place") || output.isDevice()) {
+            output.patch(bytes, result.bytes);
         } else {
-            writeOutput(file, result.bytes);
+            output.replace(result.bytes, &bytes);
         }
         checkWritten(file, result);
     }

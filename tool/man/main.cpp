@@ -13,6 +13,7 @@
 #include "../Errors.h"
 #include "../ExitCases.h"
 #include "../Files.h"
+#include "../OutputFile.h"
 #include "../cli/Globals.h"
 #include "Roff.h"
 

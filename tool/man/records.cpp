@@ -13,6 +13,7 @@
 
 #include "../Errors.h"
 #include "../Files.h"
+#include "../OutputFile.h"
 #include "Roff.h"
 
 namespace {

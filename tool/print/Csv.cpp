@@ -2,6 +2,7 @@
 #include "Csv.h"
 
 #include "Json.h"
+#include "Output.h"
 
 namespace recordkit::tool {
 
@@ -19,18 +20,25 @@ std::string quoted(const std::string& text)
     return result + "\"";
 }
 
-std::string toText(const Value& value)
+/// Whether a spreadsheet would calculate a cell instead of showing it.
+bool isFormula(const std::string& cell)
+{
+    return !cell.empty() && std::string("=+-@").find(cell[0]) != std::string::npos;
+}
+
+std::string toText(const Value& value, bool isSafe)
 {
     if (value.isNull()) {
         return "";
     }
     if (const auto* const text = value.as<std::string>()) {
-        return *text;
+        const std::string cell = terminalText(*text);
+        return isSafe && isFormula(cell) ? "'" + cell : cell;
     }
     if (const auto* const list = value.as<List>()) {
         std::string joined;
         for (const Value& each : *list) {
-            joined += (joined.empty() ? "" : " ") + toText(each);
+            joined += (joined.empty() ? "" : " ") + toText(each, isSafe);
         }
         return joined;
     }
@@ -48,12 +56,12 @@ std::string csvLine(const std::vector<std::string>& fields)
     return line + "\r\n";
 }
 
-std::string csvLine(const Object& object)
+std::string csvLine(const Object& object, bool isSafe)
 {
     std::vector<std::string> fields;
     fields.reserve(object.size());
     for (const Member& member : object) {
-        fields.push_back(toText(member.value));
+        fields.push_back(toText(member.value, isSafe));
     }
     return csvLine(fields);
 }

@@ -13,8 +13,9 @@ namespace recordkit::tool {
 std::string csvLine(const std::vector<std::string>& fields);
 
 /// The values of an object as a CSV line: null is empty, the elements of a list are joined by
-/// blanks, an object in the list is JSON.
-std::string csvLine(const Object& object);
+/// blanks, an object in the list is JSON. Control characters are escaped as in tables. `isSafe`: a
+/// text that a spreadsheet would calculate begins with an apostrophe.
+std::string csvLine(const Object& object, bool isSafe = false);
 
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <limits>
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 namespace recordkit::tool {
@@ -33,6 +34,31 @@ struct ToJson {
     template <typename Scalar> Json operator()(const Scalar& scalar) const { return scalar; }
 };
 
+/// JSON may contain C1 control characters and DEL as they are; a terminal must not get them.
+std::string withoutControls(const std::string& json)
+{
+    std::string text;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(json[i]);
+        const auto next = i + 1 < json.size() ? static_cast<unsigned char>(json[i + 1]) : 0;
+        if (byte == 0x7F) {
+            text += "\\u007f";
+        } else if (byte == 0xC2 && next < 0xA0) {
+            text += fmt::format("\\u{:04x}", next);
+            ++i;
+        } else {
+            text += json[i];
+        }
+    }
+    return text;
+}
+
+/// Bytes that are not UTF-8 become U+FFFD.
+std::string quoted(const std::string& content)
+{
+    return withoutControls(Json(content).dump(-1, ' ', false, Json::error_handler_t::replace));
+}
+
 /// Appends JSON on one line, without a tree of the library: listings have many rows.
 struct Writer {
     std::string& text;
@@ -46,7 +72,7 @@ struct Writer {
         const bool isPlain = std::all_of(content.begin(), content.end(), [](char character) {
             return character >= ' ' && character <= '~' && character != '"' && character != '\\';
         });
-        text += isPlain ? '"' + content + '"' : Json(content).dump();
+        text += isPlain ? '"' + content + '"' : quoted(content);
     }
     void operator()(const List& list) const
     {
@@ -113,7 +139,28 @@ std::string jsonText(const Value& value)
 
 std::string indentedJson(const Value& value)
 {
-    return std::visit(ToJson(), value.get()).dump(2) + "\n";
+    const Json json = std::visit(ToJson(), value.get());
+    return withoutControls(json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
+}
+
+bool isTooDeep(const std::string& json)
+{
+    std::size_t depth = 0;
+    bool isInText = false;
+    for (std::size_t i = 0; i < json.size() && depth <= MAX_JSON_DEPTH; ++i) {
+        const char character = json[i];
+        if (isInText) {
+            i += character == '\\' ? 1 : 0;
+            isInText = character != '"';
+        } else if (character == '[' || character == '{') {
+            ++depth;
+        } else if ((character == ']' || character == '}') && depth != 0) {
+            --depth;
+        } else {
+            isInText = character == '"';
+        }
+    }
+    return depth > MAX_JSON_DEPTH;
 }
 
 bool isUtf8(const std::string& text)
@@ -128,6 +175,9 @@ bool isUtf8(const std::string& text)
 
 std::optional<Value> parseJson(const std::string& text)
 {
+    if (isTooDeep(text)) {
+        return std::nullopt;
+    }
     const Json json = Json::parse(text, nullptr, false);
     if (json.is_discarded()) {
         return std::nullopt;

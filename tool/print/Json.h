@@ -18,7 +18,17 @@ std::string indentedJson(const Value& value);
 /// Whether a text can be in JSON as it is.
 bool isUtf8(const std::string& text);
 
-/// The value of a JSON text; nothing for any other text, and for numbers that are not whole.
+/// How deep arrays and objects of an input may be nested.
+constexpr std::size_t MAX_JSON_DEPTH = 64;
+
+/// What is wrong with a text that parseJson does not read.
+constexpr const char* NOT_JSON = "not JSON of up to 64 levels";
+
+/// Whether arrays and objects are nested deeper than that, in any text.
+bool isTooDeep(const std::string& json);
+
+/// The value of a JSON text; nothing for any other text, for one that is too deep, and for numbers
+/// that are not whole.
 std::optional<Value> parseJson(const std::string& text);
 
 }

@@ -18,6 +18,7 @@ struct Layout {
     std::string fields = {};  ///< of JSON, NDJSON and CSV: names with commas; "+" adds to the usual
     std::string columns = {}; ///< of a table: names with commas
     bool isWide = false;      ///< every usual column, however narrow the terminal
+    bool isSafeCsv = false;   ///< texts that a spreadsheet would calculate are quoted
 
     Layout() = default;
     Layout(Format wanted) : format(wanted) {}

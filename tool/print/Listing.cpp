@@ -10,7 +10,7 @@ namespace recordkit::tool {
 
 ListingWriter::ListingWriter(const std::vector<ColumnHead>& columns, const Layout& layout,
                              const std::vector<Wish>& wishes, Sink listingSink)
-    : format(layout.format), sink(listingSink),
+    : format(layout.format), isSafeCsv(layout.isSafeCsv), sink(listingSink),
       shown(shownColumns(columns, layout, wishes, terminalWidth()))
 {
     std::vector<std::string> keys;
@@ -50,7 +50,7 @@ void ListingWriter::addObject(Object object)
         text += jsonText(std::move(object)) + "\n";
         break;
     default:
-        text += csvLine(object);
+        text += csvLine(object, isSafeCsv);
         break;
     }
     isFirst = false;

@@ -45,6 +45,7 @@ private:
     void writeIfLarge();
 
     Format format;
+    bool isSafeCsv;
     Sink sink;
     std::vector<ShownColumn> shown;
     Table table;

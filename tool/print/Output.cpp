@@ -8,6 +8,12 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <fmt/format.h>
+
+#include <recordkit/inspect/bytes/Text.h>
+
+#include "Json.h"
+
 namespace recordkit::tool {
 
 namespace {
@@ -46,10 +52,23 @@ void printBytes(const std::string& bytes)
     std::fwrite(bytes.data(), 1, bytes.size(), stdout);
 }
 
+std::string terminalText(const std::string& text)
+{
+    if (isUtf8(text)) {
+        return inspect::printable(text);
+    }
+    std::string escaped;
+    for (const char byte : text) {
+        const auto value = static_cast<unsigned char>(byte);
+        escaped += value < 0x80 ? std::string(1, byte) : fmt::format("\\x{:02X}", value);
+    }
+    return inspect::printable(escaped);
+}
+
 void complain(const std::string& text)
 {
     std::fflush(stdout);
-    std::fprintf(stderr, "recordkit: %s\n", asShown(text).c_str());
+    std::fprintf(stderr, "recordkit: %s\n", terminalText(asShown(text)).c_str());
 }
 
 void setColour(Colour colour)

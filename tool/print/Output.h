@@ -19,7 +19,11 @@ void print(const std::string& text);
 /// The same for bytes that are no text of ours.
 void printBytes(const std::string& bytes);
 
-/// Writes "recordkit: TEXT" to standard error, after everything that was printed.
+/// A text for a terminal: UTF-8, where a backslash, x and two hex digits stand for each control
+/// character and, in a text that is not UTF-8, for each byte that is not ASCII.
+std::string terminalText(const std::string& text);
+
+/// Writes "recordkit: TEXT" to standard error, after everything that was printed, as terminalText.
 void complain(const std::string& text);
 
 /// When the output is in colour, in the order of --color: AUTO where standard output is a terminal

@@ -82,7 +82,7 @@ std::string imagesOfArray(const std::string& name, const std::string& json)
     const std::optional<Value> array = parseJson(json);
     const List* const list = array ? array->as<List>() : nullptr;
     if (list == nullptr) {
-        throw dataError(name + ": not JSON");
+        throw dataError(name + ": " + NOT_JSON);
     }
     std::string hex;
     unsigned int number = 0;

@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/bytes/Time.h>
 #include <recordkit/inspect/log/LogRepair.h>
 #include <recordkit/selfile/SELStoreCheck.h>
@@ -81,7 +82,8 @@ std::string describe(const Checked& checked)
         text += file.isMissing ? "" : fileText(file);
     }
     for (const SELStoreCheck::Finding& finding : checked.check.getFindings()) {
-        text += fmt::format("  {}: {}\n", finding.isDamage ? "wrong" : "note", finding.text);
+        text +=
+            fmt::format("  {}: {}\n", finding.isDamage ? "wrong" : "note", printable(finding.text));
     }
     return text;
 }

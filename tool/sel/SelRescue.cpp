@@ -10,6 +10,7 @@
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Files.h"
+#include "../OutputFile.h"
 #include "../Zone.h"
 #include "../cli/Arguments.h"
 #include "../print/Output.h"

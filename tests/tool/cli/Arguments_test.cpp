@@ -108,7 +108,7 @@ TEST(Arguments, FormatsExcludeEachOther)
 {
     const auto format = [](const std::vector<std::string>& given) {
         Arguments arguments;
-        for (const char* const name : {"--json", "--ndjson", "--csv"}) {
+        for (const char* const name : {"--json", "--ndjson", "--csv", "--csv-safe"}) {
             const bool isGiven = std::find(given.begin(), given.end(), name) != given.end();
             arguments.add(flag(name, ""),
                           isGiven ? std::vector<std::string>{"yes"} : std::vector<std::string>());
@@ -116,6 +116,8 @@ TEST(Arguments, FormatsExcludeEachOther)
         return arguments.format();
     };
     EXPECT_EQ(format({}), Format::TABLE);
+    EXPECT_EQ(format({"--csv-safe"}), Format::CSV);
+    EXPECT_EQ(format({"--csv", "--csv-safe"}), Format::CSV);
     EXPECT_EQ(format({"--json"}), Format::JSON);
     EXPECT_EQ(format({"--ndjson"}), Format::NDJSON);
     EXPECT_EQ(format({"--csv"}), Format::CSV);

@@ -102,7 +102,13 @@ TEST_F(EepromCommand, MakesAnIndexAndInitialisesFromIt)
 
 TEST_F(EepromCommand, IndexesThatCannotBeAreRefused)
 {
-    EXPECT_EQ(indexRefusal("nonsense"), "not JSON");
+    EXPECT_EQ(indexRefusal("nonsense"), "not JSON of up to 64 levels");
+    EXPECT_EQ(indexRefusal(std::string(100000, '[') + std::string(100000, ']')),
+              "not JSON of up to 64 levels");
+    EXPECT_EQ(indexRefusal("[" + std::string(63, '[') + std::string(63, ']') + "]"),
+              "expected an object, not " + std::string(63, '[') + std::string(17, ']'));
+    EXPECT_EQ(indexRefusal("[" + std::string(64, '[') + std::string(64, ']') + "]"),
+              "not JSON of up to 64 levels");
     EXPECT_EQ(indexRefusal("{}"), "expected an array of entries");
     EXPECT_EQ(indexRefusal("[1]"), "expected an object, not 1");
     EXPECT_EQ(

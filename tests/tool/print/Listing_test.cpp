@@ -109,7 +109,7 @@ TEST(Csv, QuotesWhatNeedsQuotes)
     const Object object = {
         {"a", "x,y"},      {"b", "say \"hi\""}, {"c", Value()},      {"d", 5},
         {"e", List{1, 2}}, {"f", true},         {"g", "two\nlines"}, {"h", Object{{"k", 1}}}};
-    EXPECT_EQ(csvLine(object), "\"x,y\",\"say \"\"hi\"\"\",,5,1 2,true,\"two\nlines\","
+    EXPECT_EQ(csvLine(object), "\"x,y\",\"say \"\"hi\"\"\",,5,1 2,true,two\\x0Alines,"
                                "\"{\"\"k\"\":1}\"\r\n");
 }
 
@@ -132,4 +132,52 @@ TEST(Json, WhatAValueCannotExpressIsRefused)
         EXPECT_FALSE(parseJson(text).has_value()) << text;
     }
     EXPECT_TRUE(parseJson("9223372036854775807").has_value());
+}
+
+TEST(Csv, EscapesControlCharactersAndWhatIsNotUtf8)
+{
+    EXPECT_EQ(csvLine(Object{{"a", "\033]0;x\a"}, {"b", "\xC2\x9B"}, {"c", "\xFF"}}),
+              "\\x1B]0;x\\x07,\\x9B,\\xFF\r\n");
+}
+
+TEST(Csv, IsSafeForSpreadsheetsOnRequest)
+{
+    const Object object = {{"a", "=1+1"}, {"b", "+x"},  {"c", "-x"}, {"d", "@x"},
+                           {"e", -5},     {"f", "a=1"}, {"g", ""}};
+    EXPECT_EQ(csvLine(object, true), "'=1+1,'+x,'-x,'@x,-5,a=1,\r\n");
+    EXPECT_EQ(csvLine(object), "=1+1,+x,-x,@x,-5,a=1,\r\n");
+    Layout layout(Format::CSV);
+    layout.isSafeCsv = true;
+    testing::internal::CaptureStdout();
+    printListing<Row>({{1, "=cmd"}}, COLUMNS, layout);
+    std::fflush(stdout);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "number,half,name\r\n1,,'=cmd\r\n");
+}
+
+TEST(Json, IsUtf8WithoutControlCharacters)
+{
+    EXPECT_EQ(jsonText("\033[31m\xC2\x9B\x7F\xC3\xA4"), "\"\\u001b[31m\\u009b\\u007f\xC3\xA4\"");
+    EXPECT_EQ(jsonText("a\xFFz"), "\"a\xEF\xBF\xBDz\"");
+    EXPECT_EQ(indentedJson(Object{{"k\xFF", "\xC2\x80"}}),
+              "{\n  \"k\xEF\xBF\xBD\": \"\\u0080\"\n}\n");
+}
+
+TEST(Json, WhatIsNestedDeeperThan64LevelsIsRefused)
+{
+    const auto nested = [](std::size_t depth) {
+        return std::string(depth, '[') + std::string(depth, ']');
+    };
+    EXPECT_TRUE(parseJson(nested(64)).has_value());
+    EXPECT_FALSE(parseJson(nested(65)).has_value());
+    EXPECT_FALSE(parseJson(nested(1000000)).has_value());
+    EXPECT_FALSE(isTooDeep(nested(64)));
+    EXPECT_TRUE(isTooDeep(nested(65)));
+    // Brackets in texts do not count, nor do those that were closed.
+    EXPECT_FALSE(isTooDeep("[\"" + std::string(100, '[') + "\\\"" + std::string(100, '{') + "\"]"));
+    std::string row = "[";
+    for (int i = 0; i < 100; ++i) {
+        row += "[{}],";
+    }
+    EXPECT_FALSE(isTooDeep(row + "1]"));
+    EXPECT_TRUE(isTooDeep(std::string(33, '[') + "{" + std::string(31, '{')));
 }
