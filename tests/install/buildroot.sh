@@ -21,6 +21,13 @@ fail() {
 
 grep -qx 'name: RECORDKIT' "$BR2_EXTERNAL_RECORDKIT_PATH/external.desc" || fail "external.desc"
 
+version=$(sed -n 's/^project(recordkit VERSION \([0-9.]*\) .*/\1/p' "$source/CMakeLists.txt")
+recipe=$(sed -n 's/^RECORDKIT_VERSION = //p' "$BR2_EXTERNAL_RECORDKIT_PATH/package/recordkit/recordkit.mk")
+case "$version." in
+"$recipe".*) ;;
+*) fail "the recipe has version $recipe, the project $version" ;;
+esac
+
 # The menu, below what it depends on and selects.
 {
     for symbol in INSTALL_LIBSTDCPP TOOLCHAIN_GCC_AT_LEAST_8 TOOLCHAIN_HAS_THREADS USE_WCHAR USE_MMU \

@@ -26,6 +26,10 @@ done
     echo "external: the variable platform" >&2
     exit 1
 }
+grep -qx 'set(recordkit_PLATFORM external)' "$(find "$scratch/prefix" -name recordkit-config.cmake)" || {
+    echo "external: recordkit_PLATFORM of the CMake package" >&2
+    exit 1
+}
 
 # What the C and C++ libraries define has a version; what is weak need not be there.
 nm -D --undefined-only --with-symbol-versions "$scratch/librecordkit.so" |
