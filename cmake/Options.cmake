@@ -8,12 +8,32 @@ if(NOT RECORDKIT_PLATFORM MATCHES "^(host|external)$")
     message(FATAL_ERROR "RECORDKIT_PLATFORM is \"${RECORDKIT_PLATFORM}\", expected host or external")
 endif()
 
+# As part of another project, its own choice of libraries and build type stays what it is.
+if(PROJECT_IS_TOP_LEVEL)
+    option(BUILD_SHARED_LIBS "build shared libraries; OFF: static ones" ON)
+elseif(NOT DEFINED BUILD_SHARED_LIBS)
+    set(BUILD_SHARED_LIBS ON)
+endif()
+option(RECORDKIT_WARNINGS_AS_ERRORS "a warning of the compiler ends the build" OFF)
+option(RECORDKIT_HARDENING "add protections that the builder's own flags do not mention" ON)
+option(RECORDKIT_RELOCATABLE_PC "pkg-config files name folders relative to themselves" ON)
+option(RECORDKIT_MANUALS "install manual pages, and the completion of the command" ON)
+option(RECORDKIT_COMMAND "build the command; only with RECORDKIT_PLATFORM=host" ON)
 set(RECORDKIT_SANITIZE "" CACHE STRING "sanitizers to compile in, as for -fsanitize")
 set(RECORDKIT_PUBLIC_DATA ${PROJECT_SOURCE_DIR}/../shared/data/public CACHE PATH
     "public sample data that some tests compare with; those are skipped where it is not")
+
+# Programs of a cross build run only in an emulator that the builder names.
+if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
+    set(RECORDKIT_PROGRAMS_RUN OFF)
+else()
+    set(RECORDKIT_PROGRAMS_RUN ON)
+endif()
+
 # Tests are built where this is the project that was asked for, unless BUILD_TESTING says otherwise.
 option(BUILD_TESTING "build the tests of projects that are asked for" ON)
-if(BUILD_TESTING AND PROJECT_IS_TOP_LEVEL)
+if(BUILD_TESTING AND PROJECT_IS_TOP_LEVEL AND RECORDKIT_COMMAND AND RECORDKIT_MANUALS
+        AND RECORDKIT_PROGRAMS_RUN)
     set(RECORDKIT_TESTS_BY_DEFAULT ON)
 else()
     set(RECORDKIT_TESTS_BY_DEFAULT OFF)
@@ -22,8 +42,20 @@ option(RECORDKIT_BUILD_TESTS "build the tests" ${RECORDKIT_TESTS_BY_DEFAULT})
 option(RECORDKIT_BUILD_BENCH "build the benchmarks" OFF)
 option(RECORDKIT_COVERAGE "count which lines and branches run" OFF)
 option(RECORDKIT_BUILD_FUZZ "build the fuzz targets; needs clang" OFF)
+if(RECORDKIT_PLATFORM STREQUAL "host")
+    if(RECORDKIT_BUILD_TESTS AND NOT (RECORDKIT_COMMAND AND RECORDKIT_MANUALS AND RECORDKIT_PROGRAMS_RUN))
+        message(FATAL_ERROR "RECORDKIT_BUILD_TESTS needs RECORDKIT_COMMAND and RECORDKIT_MANUALS, and "
+            "CMAKE_CROSSCOMPILING_EMULATOR in a cross build")
+    endif()
+    if(RECORDKIT_BUILD_BENCH AND NOT RECORDKIT_COMMAND)
+        message(FATAL_ERROR "RECORDKIT_BUILD_BENCH needs RECORDKIT_COMMAND")
+    endif()
+endif()
 
-if(NOT CMAKE_BUILD_TYPE)
+# Somebody who gives flags, or a toolchain of his own, has chosen how to optimise.
+get_property(multiple_types GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT multiple_types AND NOT CMAKE_CXX_FLAGS
+        AND NOT CMAKE_CROSSCOMPILING)
     set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "build type" FORCE)
 endif()
 
@@ -31,7 +63,10 @@ add_library(recordkit_options INTERFACE)
 target_compile_features(recordkit_options INTERFACE cxx_std_17)
 target_include_directories(recordkit_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(recordkit_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Woverloaded-virtual -Werror)
+    -Wall -Wextra -Wpedantic -Wshadow -Woverloaded-virtual)
+if(RECORDKIT_WARNINGS_AS_ERRORS)
+    target_compile_options(recordkit_options INTERFACE -Werror)
+endif()
 # Builds of one commit produce the same bytes wherever they are made.
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 if(RECORDKIT_COVERAGE)
@@ -41,17 +76,13 @@ else()
     target_compile_options(recordkit_options INTERFACE
         -ffile-prefix-map=${CMAKE_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
 endif()
-# Hardening; tests/install/hardening.sh verifies it in the built binaries.
-target_compile_options(recordkit_options INTERFACE -fstack-protector-strong)
-target_link_options(recordkit_options INTERFACE LINKER:-z,relro,-z,now)
 if(RECORDKIT_SANITIZE)
     target_compile_options(recordkit_options INTERFACE
         -fsanitize=${RECORDKIT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(recordkit_options INTERFACE -fsanitize=${RECORDKIT_SANITIZE})
 endif()
-if(NOT RECORDKIT_SANITIZE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
-    # Undefine first: some compilers predefine it.
-    target_compile_options(recordkit_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+if(RECORDKIT_HARDENING)
+    include(cmake/Hardening.cmake)
 endif()
 if(RECORDKIT_BUILD_FUZZ)
     target_compile_options(recordkit_options INTERFACE -fsanitize=fuzzer-no-link)
@@ -60,8 +91,9 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-if(CMAKE_SYSTEM_PROCESSOR STREQUAL "powerpc")
-    # Overrides -fPIC: 16-bit offsets into the offset table are enough for these libraries.
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "powerpc" AND BUILD_SHARED_LIBS)
+    # Overrides -fPIC: 16-bit offsets into the offset table are enough for these libraries. What a
+    # static library becomes a part of may need more.
     target_compile_options(recordkit_options INTERFACE -fpic)
 endif()
 include(CheckPIESupported)

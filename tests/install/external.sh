@@ -56,6 +56,14 @@ step "the library is not configured" cmake -S "$source" -B "$scratch/library" "$
 step "the library is not built" cmake --build "$scratch/library"
 [ ! -e "$scratch/library/librecordkit-host.so" ] || fail "a host library was built"
 step "the library is not installed" cmake --install "$scratch/library" --prefix "$scratch/prefix"
+for file in lib*/pkgconfig/recordkit.pc share/man/man3/recordkit.3 share/doc/recordkit/LICENSE; do
+    # shellcheck disable=SC2086
+    ls "$scratch/prefix"/$file >/dev/null || fail "$file is not installed"
+done
+[ "$(PKG_CONFIG_LIBDIR=$(dirname "$(find "$scratch/prefix" -name recordkit.pc)") \
+    pkg-config --variable=platform recordkit)" = external ] || fail "the variable platform"
+grep -qx 'set(recordkit_PLATFORM external)' "$(find "$scratch/prefix" -name recordkit-config.cmake)" ||
+    fail "recordkit_PLATFORM of the CMake package"
 
 # What the C and C++ libraries define has a version; what is weak need not be there.
 "$nm" -D --undefined-only --with-symbol-versions "$scratch/library/librecordkit.so" |

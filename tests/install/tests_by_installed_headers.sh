@@ -25,7 +25,7 @@ grep -lE '"(support/)?(Answers|Process)[.]h"' -r "$scratch/tests" | xargs rm -f
 rm -f "$scratch"/tests/support/Process.* "$scratch"/tests/*/rotation_victim.cpp \
     "$scratch"/tests/hardware/Allocation* "$scratch"/tests/inspect/fields/NewClass_test.cpp
 cat >"$scratch/CMakeLists.txt" <<'TEXT'
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 project(tests_by_installed_headers LANGUAGES CXX)
 find_package(recordkit CONFIG REQUIRED COMPONENTS inspect)
 find_package(GTest REQUIRED)
