@@ -19,10 +19,13 @@ class RECORDKIT_API LockedFile {
 public:
     /// Opens for reading and writing, creates the file if it does not exist, waits for the lock.
     ///
-    /// A symbolic link in the last component is a failure: **the working folder belongs to
-    /// everybody**, and a link must not make the firmware write elsewhere. A file that cannot be
-    /// written is a failure, too, and a folder that does not exist. A new file has the permissions
-    /// 0644, less the process's umask. Programs that the process starts do not inherit the file.
+    /// A symbolic link in the last component is a failure, a file that cannot be written, and a
+    /// folder that does not exist. In a folder that others may write to, **as the working folder
+    /// is**, so is anything but a regular file with one name that this user or root owns: others
+    /// must not make the firmware write elsewhere, nor wait.
+    ///
+    /// A new file has the permissions 0644, less the process's umask. Programs that the process
+    /// starts do not inherit the file.
     explicit LockedFile(const std::string& path);
 
     /// Unlocks and closes; never throws.

@@ -145,6 +145,19 @@ TEST(LockedFile, DoesNotFollowALink)
     EXPECT_FALSE(fileExists(scratch.at("new")));
 }
 
+TEST(LockedFile, OpensOnlyOwnFilesInAFolderOfEverybody)
+{
+    const ScratchFolder scratch;
+    ASSERT_EQ(::chmod(scratch.path().c_str(), 01777), 0);
+    ASSERT_EQ(::mkfifo(scratch.at("fifo").c_str(), 0600), 0);
+    EXPECT_TRUE(throwsPException([&] { LockedFile(scratch.at("fifo")); }));
+    writeFile(scratch.at("victim"), "unchanged");
+    ASSERT_EQ(::link(scratch.at("victim").c_str(), scratch.at("name").c_str()), 0);
+    EXPECT_TRUE(throwsPException([&] { LockedFile(scratch.at("name")); }));
+    EXPECT_FALSE(throwsPException([&] { LockedFile(scratch.at("new")); }));
+    EXPECT_FALSE(throwsPException([&] { LockedFile(scratch.at("new")); }));
+}
+
 TEST(LockedFile, FollowsALinkToItsFolder)
 {
     const ScratchFolder scratch;

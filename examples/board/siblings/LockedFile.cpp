@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <recordkit/platform/PException.h>
@@ -27,6 +28,15 @@ constexpr unsigned char ACTION = 2;
                      reinterpret_cast<long>(path.c_str()), error, 0, 0, 0, 0, 0);
 }
 
+/// Whether an open file is what this firmware made: no pipe or device that others put there, and no
+/// file of theirs, or of ours by another name.
+bool isOwnFile(int fd)
+{
+    struct stat status = {};
+    return ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 &&
+           (status.st_uid == ::geteuid() || status.st_uid == 0);
+}
+
 /// Makes a system call again until no signal interrupts it.
 template <typename Call> auto withoutInterruption(Call call)
 {
@@ -44,7 +54,8 @@ public:
     explicit State(const std::string& name)
         : path(name), fd(withoutInterruption([&] {
               // Not through a link: others may make one in the working folder.
-              return ::open(name.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644);
+              return ::open(name.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
+                            0644);
           }))
     {
     }
@@ -65,9 +76,19 @@ LockedFile::LockedFile(const std::string& path) : state(new State(path))
 {
     // flock locks belong to the open file, so they exclude other threads, too; those of fcntl
     // belong to the process and do not.
-    const char* const operation = state->fd == -1 ? "open" : "lock";
-    if (state->fd == -1 || withoutInterruption([&] { return ::flock(state->fd, LOCK_EX); }) == -1) {
-        const int error = errno;
+    const char* operation = nullptr;
+    int error = 0;
+    if (state->fd == -1) {
+        operation = "open";
+        error = errno;
+    } else if (!isOwnFile(state->fd)) {
+        operation = "open";
+        error = EPERM;
+    } else if (withoutInterruption([&] { return ::flock(state->fd, LOCK_EX); }) == -1) {
+        operation = "lock";
+        error = errno;
+    }
+    if (operation != nullptr) {
         delete state; // a constructor that throws has no destructor call
         fail(operation, path, error);
     }
