@@ -119,6 +119,18 @@ bool succeeds(void (*operation)(unsigned char), unsigned char sb)
 
 }
 
+/// Nothing is kept between two operations.
+class BMCMessageFile::State {};
+
+BMCMessageFile::BMCMessageFile() : state(nullptr)
+{
+}
+
+BMCMessageFile::~BMCMessageFile()
+{
+    delete state;
+}
+
 bool BMCMessageFile::clearMessageFile(unsigned char sb)
 {
     return succeeds(clear, sb);

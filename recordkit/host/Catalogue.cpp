@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Catalogue.h"
 
+#include <LibraryMessages.h>
 #include <algorithm>
 #include <cstdarg>
-#include <iterator>
+#include <sstream>
 
 #include <recordkit/platform/MessageCatalogue.h>
 
@@ -11,70 +12,44 @@ namespace TAVLib::host {
 
 namespace {
 
-constexpr CatalogueMessage MESSAGES[] = {
-    {20003, "s", "{}"},
-    {20004, "s", "{}"},
-    {20008, "snn", "{}: {} where {} is needed"},
-    {20010, "ss", "{}: {}"},
-    {20011, "sn", "{} failed: errno {}"},
-    {20019, "s", "refused: {}"},
-    {20020, "s", "not valid: {}"},
-    {20027, "sn", "{}: bad value {}"},
-    {20030, "ssn", "{}: not given by {} {}"},
-    {20031, "s", "failed: {}"},
-    {20032, "s", "mismatch: {}"},
-    {20034, "sn", "{}: {} is beyond the table"},
-    {MESSAGE_FILE_OPERATION, "sssn", "{} {}: {} (errno {})"},
-};
-static_assert(std::size(MESSAGES) == 13, "the library's twelve messages and the host's own");
-
-constexpr CatalogueMessage UNKNOWN = {0, "", "unknown message"};
-
 constexpr std::size_t LONGEST_MESSAGE = 119;
 
+std::vector<CatalogueEntry> readMessages()
+{
+    std::istringstream file(RECORDKIT_LIBRARY_MESSAGES);
+    std::vector<CatalogueEntry> entries = readCatalogue(file);
+    entries.push_back({MESSAGE_FILE_OPERATION, "sssn", "{} {}: {} (errno {})"});
+    return entries;
 }
 
-const CatalogueMessage& findMessage(int number)
-{
-    const auto* const found =
-        std::find_if(std::begin(MESSAGES), std::end(MESSAGES),
-                     [number](const CatalogueMessage& row) { return row.number == number; });
-    return found == std::end(MESSAGES) ? UNKNOWN : *found;
 }
 
-std::string fillMessage(const CatalogueMessage& message, const std::vector<std::string>& parameters)
+const std::vector<CatalogueEntry>& catalogue()
 {
-    const std::string text = message.text;
-    std::string filled;
-    std::size_t at = 0;
-    for (const std::string& parameter : parameters) {
-        const std::size_t hole = text.find("{}", at);
-        if (hole == std::string::npos) {
-            break;
-        }
-        filled.append(text, at, hole - at).append(parameter);
-        at = hole + 2;
-    }
-    return filled.append(text, at, std::string::npos);
+    static const std::vector<CatalogueEntry> entries = readMessages();
+    return entries;
 }
 
-const CatalogueMessage* catalogue(std::size_t& count)
+const CatalogueEntry& findMessage(int number)
 {
-    count = std::size(MESSAGES);
-    return MESSAGES;
+    static const CatalogueEntry unknown = {0, "", "unknown message"};
+    const std::vector<CatalogueEntry>& entries = catalogue();
+    const auto found =
+        std::find_if(entries.begin(), entries.end(),
+                     [number](const CatalogueEntry& entry) { return entry.number == number; });
+    return found == entries.end() ? unknown : *found;
 }
 
 }
 
 int lmsg_getmsg(int messageNumber, char* buffer, ...)
 {
-    using namespace TAVLib::host;
-    const CatalogueMessage& message = findMessage(messageNumber);
+    const TAVLib::CatalogueEntry& message = TAVLib::host::findMessage(messageNumber);
     std::vector<std::string> parameters;
     va_list arguments;
     va_start(arguments, buffer);
-    for (const char* kind = message.kinds; *kind != '\0'; ++kind) {
-        if (*kind == 's') {
+    for (const char kind : message.kinds) {
+        if (kind == 's') {
             const char* const text = va_arg(arguments, const char*);
             parameters.emplace_back(text == nullptr ? "" : text);
         } else {
@@ -83,8 +58,8 @@ int lmsg_getmsg(int messageNumber, char* buffer, ...)
     }
     va_end(arguments);
 
-    const std::string text = fillMessage(message, parameters);
-    const std::size_t length = std::min(text.size(), LONGEST_MESSAGE);
+    const std::string text = TAVLib::fillCatalogueText(message.text, parameters);
+    const std::size_t length = std::min(text.size(), TAVLib::host::LONGEST_MESSAGE);
     text.copy(buffer, length);
     buffer[length] = '\0';
     return static_cast<int>(length);

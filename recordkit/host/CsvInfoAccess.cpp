@@ -30,20 +30,36 @@ bool hasKey(const std::string& line, int column, const std::string& key)
 
 }
 
+class CsvInfoAccess::State {
+public:
+    State(const std::string& directory, const std::string& fileName)
+        : path(directory + (directory.empty() || directory.back() == '/' ? "" : "/") + fileName),
+          fault(!std::ifstream(path).good())
+    {
+    }
+
+    const std::string path;
+    const bool fault;
+};
+
 CsvInfoAccess::CsvInfoAccess(const std::string& directory, const std::string& fileName)
-    : path(directory + (directory.empty() || directory.back() == '/' ? "" : "/") + fileName),
-      fault(!std::ifstream(path).good())
+    : state(new State(directory, fileName))
 {
+}
+
+CsvInfoAccess::~CsvInfoAccess()
+{
+    delete state;
 }
 
 bool CsvInfoAccess::isFault() const
 {
-    return fault;
+    return state->fault;
 }
 
 bool CsvInfoAccess::searchRecord(int column, const std::string& key, std::string& record)
 {
-    std::ifstream table(path, std::ios::binary);
+    std::ifstream table(state->path, std::ios::binary);
     for (std::string line; std::getline(table, line);) {
         while (!line.empty() && line.back() == '\r') {
             line.pop_back();

@@ -9,7 +9,8 @@
 namespace TAVLib::host {
 
 DeviceFile::DeviceFile(HostLocation who, const std::string& name, bool writable)
-    : location(who), path(name), isWritable(writable), file(name, writable ? O_RDWR : O_RDONLY)
+    : location(who), path(name), isWritable(writable),
+      file(posix::openAny(name, writable ? O_RDWR : O_RDONLY))
 {
     if (!file.isOpen()) {
         throw fileError(location, "open", path, errno);

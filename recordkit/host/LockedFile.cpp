@@ -21,9 +21,15 @@ namespace {
 
 }
 
+class LockedFile::State {
+public:
+    const std::string path;
+    const int fd;
+};
+
 // flock(2) locks belong to the open file description, and each object opens its own, so they
 // exclude the threads of one process as well as other processes.
-LockedFile::LockedFile(const std::string& name) : path(name), fd(-1)
+LockedFile::LockedFile(const std::string& path) : state(nullptr)
 {
     posix::File file(path, O_RDWR | O_CREAT | O_NOFOLLOW);
     if (!file.isOpen()) {
@@ -32,45 +38,47 @@ LockedFile::LockedFile(const std::string& name) : path(name), fd(-1)
     if (TEMP_FAILURE_RETRY(::flock(file.get(), LOCK_EX)) == -1) {
         fail("lock", path, errno);
     }
-    fd = file.release();
+    state = new State{path, file.get()};
+    file.release();
 }
 
 LockedFile::~LockedFile()
 {
     // Closing the only descriptor of the description releases the lock.
-    ::close(fd);
+    ::close(state->fd);
+    delete state;
 }
 
 long LockedFile::lseek(long offset, int whence)
 {
-    const off_t at = ::lseek(fd, offset, whence);
+    const off_t at = ::lseek(state->fd, offset, whence);
     if (at == -1) {
-        fail("seek", path, errno);
+        fail("seek", state->path, errno);
     }
     return static_cast<long>(at);
 }
 
 int LockedFile::read(void* buffer, unsigned int length)
 {
-    const ssize_t count = TEMP_FAILURE_RETRY(::read(fd, buffer, length));
+    const ssize_t count = TEMP_FAILURE_RETRY(::read(state->fd, buffer, length));
     if (count == -1) {
-        fail("read", path, errno);
+        fail("read", state->path, errno);
     }
     return static_cast<int>(count);
 }
 
 int LockedFile::write(const void* buffer, unsigned int length)
 {
-    if (!posix::writeAll(fd, buffer, length)) {
-        fail("write", path, errno);
+    if (!posix::writeAll(state->fd, buffer, length)) {
+        fail("write", state->path, errno);
     }
     return static_cast<int>(length);
 }
 
 void LockedFile::truncFile(long length)
 {
-    if (TEMP_FAILURE_RETRY(::ftruncate(fd, length)) == -1) {
-        fail("truncate", path, errno);
+    if (TEMP_FAILURE_RETRY(::ftruncate(state->fd, length)) == -1) {
+        fail("truncate", state->path, errno);
     }
 }
 

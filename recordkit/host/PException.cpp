@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/platform/PException.h>
 
+#include <array>
+#include <utility>
 #include <vector>
 
 #include "Catalogue.h"
@@ -21,26 +23,98 @@ std::string toText(char kind, long parameter)
 
 }
 
-PException::PException(unsigned char producerClass, unsigned char moduleCode,
-                       unsigned short locationCode, unsigned char actionCode,
-                       unsigned short detailCode, int number, long p1, long p2, long p3, long p4,
-                       long p5, long p6, long p7, long p8)
-    : producer(producerClass), module(moduleCode), location(locationCode), action(actionCode),
-      detail(detailCode), messageNumber(number)
-{
-    const host::CatalogueMessage& entry = host::findMessage(number);
-    const std::string kinds = entry.kinds;
-    const long given[PARAMETERS] = {p1, p2, p3, p4, p5, p6, p7, p8};
-    for (unsigned int i = 0; i < PARAMETERS; ++i) {
-        parameters[i] = toText(i < kinds.size() ? kinds[i] : 'n', given[i]);
+class PException::State {
+public:
+    using Given = std::array<long, PARAMETERS>;
+
+    State(unsigned char producerClass, unsigned char moduleCode, unsigned short locationCode,
+          unsigned char actionCode, unsigned short detailCode, int number, const Given& given)
+        : producer(producerClass), module(moduleCode), location(locationCode), action(actionCode),
+          detail(detailCode), messageNumber(number)
+    {
+        const CatalogueEntry& entry = host::findMessage(number);
+        const std::string& kinds = entry.kinds;
+        for (unsigned int i = 0; i < PARAMETERS; ++i) {
+            parameters[i] = toText(i < kinds.size() ? kinds[i] : 'n', given[i]);
+        }
+        message = fillCatalogueText(
+            entry.text,
+            std::vector<std::string>(parameters.begin(),
+                                     parameters.begin() + static_cast<long>(kinds.size())));
     }
-    message = host::fillMessage(
-        entry, std::vector<std::string>(parameters.begin(), parameters.begin() + kinds.size()));
+
+    unsigned char producer;
+    unsigned char module;
+    unsigned short location;
+    unsigned char action;
+    unsigned short detail;
+    int messageNumber;
+    std::array<std::string, PARAMETERS> parameters;
+    std::string message;
+};
+
+PException::PException(unsigned char producer, unsigned char module, unsigned short location,
+                       unsigned char action, unsigned short detail, int messageNumber, long p1,
+                       long p2, long p3, long p4, long p5, long p6, long p7, long p8)
+    : state(new State(producer, module, location, action, detail, messageNumber,
+                      {p1, p2, p3, p4, p5, p6, p7, p8}))
+{
+}
+
+PException::PException(const PException& other) : state(new State(*other.state))
+{
+}
+
+PException& PException::operator=(const PException& other)
+{
+    PException copy(other);
+    std::swap(state, copy.state);
+    return *this;
+}
+
+PException::~PException()
+{
+    delete state;
+}
+
+unsigned char PException::getActionCode() const
+{
+    return state->action;
+}
+
+unsigned short PException::getExceptionDetail() const
+{
+    return state->detail;
+}
+
+unsigned char PException::getProducer() const
+{
+    return state->producer;
+}
+
+unsigned char PException::getModuleCode() const
+{
+    return state->module;
+}
+
+unsigned short PException::getLocationCode() const
+{
+    return state->location;
+}
+
+int PException::getMessageNumber() const
+{
+    return state->messageNumber;
 }
 
 std::string PException::getParameter(unsigned int index) const
 {
-    return index < PARAMETERS ? parameters[index] : std::string();
+    return index < PARAMETERS ? state->parameters[index] : std::string();
+}
+
+const std::string& PException::getMessage() const
+{
+    return state->message;
 }
 
 }

@@ -30,13 +30,22 @@ host::TraceSink host::setTraceSink(TraceSink sink)
 
 namespace trace {
 
-TavTrace::TavTrace(unsigned char producerClass, unsigned char moduleCode,
-                   unsigned short locationCode)
-    : producer(producerClass), module(moduleCode), location(locationCode)
+class TavTrace::State {
+public:
+    unsigned char producer;
+    unsigned char module;
+    unsigned short location;
+};
+
+TavTrace::TavTrace(unsigned char producer, unsigned char module, unsigned short location)
+    : state(new State{producer, module, location})
 {
 }
 
-TavTrace::~TavTrace() = default;
+TavTrace::~TavTrace()
+{
+    delete state;
+}
 
 void TavTrace::putLog(unsigned char level, const char* text)
 {
@@ -45,7 +54,7 @@ void TavTrace::putLog(unsigned char level, const char* text)
         const std::lock_guard<std::mutex> lock(sinkMutex);
         sink = currentSink;
     }
-    const host::TraceLine line{producer, module, location, level, text};
+    const host::TraceLine line{state->producer, state->module, state->location, level, text};
     // The sink runs outside the lock, so that it may trace or replace itself.
     if (sink) {
         sink(line);

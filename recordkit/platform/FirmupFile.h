@@ -9,7 +9,7 @@ namespace TAVLib {
 /// Files of the firmware update.
 class RECORDKIT_API FirmupFile {
 public:
-    /// Value of one BCD byte.
+    /// Value of one BCD byte: ten times its upper four bits plus its lower four, whatever they are.
     static unsigned char BCDtoBin(char bcd);
 };
 

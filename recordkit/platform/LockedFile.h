@@ -10,14 +10,22 @@ namespace TAVLib {
 
 /// A file held under an exclusive lock for the lifetime of the object.
 ///
-/// The lock excludes other processes and other threads alike. Every failure of a system call is
-/// thrown as a PException.
+/// The lock excludes all other objects for the same file, those of other processes and those of
+/// other threads. Every failure of a system call is thrown as a PException; a call that a signal
+/// interrupts is made again and is not a failure.
+///
+/// The layout is one pointer; an implementation's own header must not differ (see Export.h).
 class RECORDKIT_API LockedFile {
 public:
     /// Opens for reading and writing, creates the file if it does not exist, waits for the lock.
+    ///
+    /// A symbolic link in the last component is a failure: **the working folder belongs to
+    /// everybody**, and a link must not make the firmware write elsewhere. A file that cannot be
+    /// written is a failure, too, and a folder that does not exist. A new file has the permissions
+    /// 0644, less the process's umask. Programs that the process starts do not inherit the file.
     explicit LockedFile(const std::string& path);
 
-    /// Unlocks and closes.
+    /// Unlocks and closes; never throws.
     ~LockedFile();
 
     LockedFile(const LockedFile&) = delete;
@@ -26,18 +34,18 @@ public:
     /// Positions as lseek(2) does; returns the offset from the start of the file.
     long lseek(long offset, int whence);
 
-    /// Bytes read, 0 at the end of the file.
+    /// Bytes read: fewer than `length` only where the file ends, 0 at its end.
     int read(void* buffer, unsigned int length);
 
-    /// Bytes written.
+    /// Bytes written: all of them. A medium that takes only some is a failure.
     int write(const void* buffer, unsigned int length);
 
     /// Cuts or extends the file to `length` bytes; the position stays.
     void truncFile(long length);
 
 private:
-    std::string path;
-    int fd;
+    class State;
+    State* state;
 };
 
 }

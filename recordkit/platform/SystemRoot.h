@@ -9,7 +9,8 @@
 namespace TAVLib {
 
 /// Prefix of every compiled-in path; "" on the management board. **The library's copy commands give
-/// it to a shell**: only letters, digits and . _ / + - are safe in it.
+/// it to a shell**, and are refused for a name with other characters than letters, digits and
+/// . _ / + -.
 RECORDKIT_API std::string systemRoot();
 
 }

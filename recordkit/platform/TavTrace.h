@@ -7,19 +7,29 @@
 namespace TAVLib::trace {
 
 /// The firmware's trace sink. Its parameters identify the writer: producer class, module code,
-/// location code.
+/// location code. Several threads may trace at once, each with an object of its own.
+///
+/// The layout is one pointer after that of the virtual functions; an implementation's own header
+/// must not differ (see Export.h).
 class RECORDKIT_API TavTrace {
 public:
     TavTrace(unsigned char producer, unsigned char module, unsigned short location);
     virtual ~TavTrace();
 
-    /// Writes one line; the text is copied before the call returns.
+    TavTrace(const TavTrace&) = delete;
+    TavTrace& operator=(const TavTrace&) = delete;
+
+    /// Writes one line; the text is copied before the call returns. It has any length and any
+    /// characters but zero, and is not a format. Nothing is thrown because a line cannot be
+    /// written.
+    ///
+    /// Levels of the library: 0 for an error, 100 for a device that cannot be read, 200 for a
+    /// parameter outside its range.
     void putLog(unsigned char level, const char* text);
 
 private:
-    unsigned char producer;
-    unsigned char module;
-    unsigned short location;
+    class State;
+    State* state;
 };
 
 }

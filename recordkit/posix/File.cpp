@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/random.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -12,6 +14,34 @@ namespace TAVLib::posix {
 namespace {
 
 constexpr mode_t NEW_FILE_MODE = 0644;
+
+/// Whether others may make and rename files beside this one.
+bool isInFolderOfEverybody(const std::string& path)
+{
+    const std::string folder = path.substr(0, path.find_last_of('/') + 1);
+    struct stat status = {};
+    return ::stat(folder.empty() ? "." : folder.c_str(), &status) == 0 &&
+           (status.st_mode & S_IWOTH) != 0;
+}
+
+/// Why an open file is refused, as errno; 0 if it is not.
+int refusalOf(int fd)
+{
+    struct stat status = {};
+    if (::fstat(fd, &status) == -1) {
+        return errno;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP;
+    }
+    if (status.st_uid != 0 && status.st_uid != ::geteuid()) {
+        return EPERM;
+    }
+    if (status.st_nlink > 1) {
+        return EMLINK;
+    }
+    return (status.st_mode & S_IWOTH) != 0 ? EACCES : 0;
+}
 
 /// Whether a write got on; one that succeeds without writing counts as a full file.
 bool hasWritten(ssize_t count)
@@ -26,7 +56,35 @@ bool hasWritten(ssize_t count)
 
 int openFile(const std::string& path, int flags)
 {
+    if (!isInFolderOfEverybody(path)) {
+        return openAny(path, flags);
+    }
+    File file(openAny(path, (flags & ~O_TRUNC) | O_NOFOLLOW | O_NONBLOCK));
+    if (!file.isOpen()) {
+        return -1;
+    }
+    const int refusal = refusalOf(file.get());
+    if (refusal != 0 || ((flags & O_TRUNC) != 0 && ::ftruncate(file.get(), 0) == -1)) {
+        const int error = refusal != 0 ? refusal : errno;
+        ::close(file.release());
+        errno = error;
+        return -1;
+    }
+    return file.release();
+}
+
+int openAny(const std::string& path, int flags)
+{
     return TEMP_FAILURE_RETRY(::open(path.c_str(), flags | O_CLOEXEC, NEW_FILE_MODE));
+}
+
+int refusalOf(const std::string& path)
+{
+    if (!isInFolderOfEverybody(path)) {
+        return 0;
+    }
+    const File file(path, O_RDONLY);
+    return file.isOpen() || errno == ENOENT ? 0 : errno;
 }
 
 File::~File()
@@ -106,12 +164,35 @@ Failure readFile(const std::string& path, std::vector<unsigned char>& bytes)
     }
 }
 
+namespace {
+
+/// Makes a file beside another; `name` gets its name, which nobody can foresee.
+int openTemporary(const std::string& path, std::string& name)
+{
+    for (;;) {
+        unsigned char random[6] = {};
+        if (TEMP_FAILURE_RETRY(::getrandom(random, sizeof random, 0)) != sizeof random) {
+            return -1;
+        }
+        name = path + ".";
+        for (const unsigned char byte : random) {
+            name += "abcdefghijklmnopqrstuvwxyz234567"[byte % 32];
+        }
+        const int fd = openAny(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
+        if (fd != -1 || errno != EEXIST) {
+            return fd;
+        }
+    }
+}
+
+}
+
 Failure replaceFile(const std::string& path, const std::vector<unsigned char>& bytes)
 {
-    const std::string temporary = path + ".new";
-    const File file(temporary, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW);
+    std::string temporary;
+    const File file(openTemporary(path, temporary));
     if (!file.isOpen()) {
-        return {"open", temporary, errno};
+        return {"open", path, errno};
     }
     const char* failed = nullptr;
     if (!writeAll(file.get(), bytes.data(), bytes.size())) {
@@ -126,7 +207,7 @@ Failure replaceFile(const std::string& path, const std::vector<unsigned char>& b
     }
     const int error = errno;
     ::unlink(temporary.c_str());
-    return {failed, temporary, error};
+    return {failed, path, error};
 }
 
 }

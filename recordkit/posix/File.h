@@ -12,12 +12,34 @@ namespace TAVLib::posix {
 // caller's to report, by the result and errno of the C library.
 
 /// Opens a file that no other program inherits; a new one gets the permissions 0644.
+///
+/// In a folder of everybody, one that others may write to such as /tmp, who made a file there, or
+/// can reach it by another name, decides what it contains. There a link is not followed, no other
+/// program is waited for, a file is emptied (O_TRUNC) only after these checks, and refused are:
+///
+/// | errno     | what                                     |
+/// |-----------|------------------------------------------|
+/// | `ELOOP`   | a link                                   |
+/// | `EISDIR`  | a folder                                 |
+/// | `ENOTSUP` | anything else that is not a regular file |
+/// | `EPERM`   | a file of another user but root          |
+/// | `EMLINK`  | a file with a second name                |
+/// | `EACCES`  | a file that others may write             |
 int openFile(const std::string& path, int flags);
+
+/// Opens a file or device that the caller chose, whatever it is.
+int openAny(const std::string& path, int flags);
+
+/// Why openFile would refuse a file in a folder of everybody, as errno; 0 for none, and for a
+/// missing file.
+int refusalOf(const std::string& path);
 
 /// An open file, closed at the end of the scope.
 class File {
 public:
     File(const std::string& path, int flags) : fd(openFile(path, flags)) {}
+    /// Takes over an open file, or -1.
+    explicit File(int opened) : fd(opened) {}
     ~File();
     File(const File&) = delete;
     File& operator=(const File&) = delete;
@@ -53,8 +75,8 @@ struct Failure {
 /// Reads a whole file. A link in the last component is not followed.
 Failure readFile(const std::string& path, std::vector<unsigned char>& bytes);
 
-/// Replaces a file by renaming a temporary file in its folder, so that it is complete at every
-/// moment. A link in the last component is not followed.
+/// Replaces a file by renaming a temporary file in its folder, whose name nobody can foresee, so
+/// that it is complete at every moment. A link in the last component is replaced, not followed.
 Failure replaceFile(const std::string& path, const std::vector<unsigned char>& bytes);
 
 }

@@ -3,6 +3,7 @@
 #include <recordkit/selfile/BMCSELDataFile.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -45,9 +46,58 @@ bool isLink(const std::string& name)
     return ::lstat(name.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
+/// Keeps the default for the end of child processes, without which the C library cannot learn how a
+/// command ended.
+class ChildrenAreWaitedFor {
+public:
+    ChildrenAreWaitedFor()
+    {
+        ::sigaction(SIGCHLD, nullptr, &before);
+        isIgnored = before.sa_handler == SIG_IGN || (before.sa_flags & SA_NOCLDWAIT) != 0;
+        if (isIgnored) {
+            struct sigaction usual = {};
+            usual.sa_handler = SIG_DFL;
+            ::sigaction(SIGCHLD, &usual, nullptr);
+        }
+    }
+    ~ChildrenAreWaitedFor()
+    {
+        if (isIgnored) {
+            ::sigaction(SIGCHLD, &before, nullptr);
+        }
+    }
+    ChildrenAreWaitedFor(const ChildrenAreWaitedFor&) = delete;
+    ChildrenAreWaitedFor& operator=(const ChildrenAreWaitedFor&) = delete;
+
+private:
+    struct sigaction before = {};
+    bool isIgnored = false;
+};
+
+/// Why a copy is not made, as errno: a root whose name a shell would not take as it is, or a file
+/// at either end that the library would not open. 0 for none; that a file is missing is cp's to
+/// say.
+int copyRefusal(const std::string& from, const std::string& to)
+{
+    constexpr const char* HARMLESS =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._/+-";
+    if ((from + to).find_first_not_of(HARMLESS) != std::string::npos) {
+        return EINVAL;
+    }
+    const int source = TAVLib::posix::refusalOf(from);
+    return source != 0 ? source : TAVLib::posix::refusalOf(to);
+}
+
+/// The status of the command; -1, with errno, for one that is not run.
 int runCopy(const std::string& from, const std::string& to, const char* redirection)
 {
+    const int refusal = copyRefusal(from, to);
+    if (refusal != 0) {
+        errno = refusal;
+        return -1;
+    }
     const std::string command = "/bin/cp " + from + " " + to + redirection;
+    const ChildrenAreWaitedFor waited;
     return std::system(command.c_str());
 }
 
@@ -67,9 +117,8 @@ int takeShiftRequest(BMCSELDataFile& store)
     return BMCSELDataFile::REWRITE_FAILED;
 }
 
-/// Writes the shift's result to the request file: 16 bytes, zero-padded. The directory is
-/// world-writable, so symlinks are not followed. A failure is not reported: the requester finds no
-/// answer.
+/// Writes the shift's result to the request file: 16 bytes, zero-padded. A failure is not reported:
+/// the requester finds no answer.
 void answerShiftRequest(int result)
 {
     char answer[SHIFT_ANSWER_SIZE] = {};
@@ -225,7 +274,7 @@ int BMCSELDataFile::restoreTmpSel(unsigned char sb)
     const std::string working = getFileName(sb, 0, TEMPORARY);
     int copied = -1;
     if (isLink(working)) {
-        // The folder is world-writable and cp would follow a symlink, so refuse one.
+        // cp would follow a symlink, so refuse one in any folder.
         errno = ELOOP;
     } else {
         copied = runCopy(backup, working, SILENTLY);

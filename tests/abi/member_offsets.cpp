@@ -22,6 +22,11 @@
 #include <recordkit/hardware/SASUBoardInfo.h>
 #include <recordkit/hardware/SBBoardInfo.h>
 #include <recordkit/hardware/UserAccess.h>
+#include <recordkit/platform/BMCMessageFile.h>
+#include <recordkit/platform/CsvInfoAccess.h>
+#include <recordkit/platform/LockedFile.h>
+#include <recordkit/platform/PException.h>
+#include <recordkit/platform/TavTrace.h>
 #include <recordkit/sel/BMCLog.h>
 #include <recordkit/sel/BMCMemoryImage.h>
 #include <recordkit/sel/BMCSELEntryMessage.h>
@@ -112,3 +117,13 @@ static_assert(offsetof(FRUArea, dirty) == 32 && sizeof(FRUArea) == 36, "");
 // Not polymorphic: the areas come first.
 static_assert(offsetof(FRUData, areas) == 0 && sizeof(FRUData::areas) == 24, "");
 static_assert(offsetof(FRUData, cpu) == 28 && sizeof(FRUData) == 32, "");
+
+// The siblings' classes are one pointer each.
+static_assert(offsetof(TAVLib::BMCMessageFile, state) == 0, "");
+static_assert(sizeof(TAVLib::BMCMessageFile) == 4, "");
+static_assert(offsetof(TAVLib::CsvInfoAccess, state) == 0, "");
+static_assert(sizeof(TAVLib::CsvInfoAccess) == 4, "");
+static_assert(offsetof(TAVLib::LockedFile, state) == 0 && sizeof(TAVLib::LockedFile) == 4, "");
+static_assert(offsetof(TAVLib::PException, state) == 0 && sizeof(TAVLib::PException) == 4, "");
+static_assert(offsetof(TAVLib::trace::TavTrace, state) == 4, "");
+static_assert(sizeof(TAVLib::trace::TavTrace) == 8, "");

@@ -302,7 +302,7 @@ TEST(StoreFaultsOf, FileThatCannotBeMeasuredIsDamaged)
     EXPECT_EQ(runWithFault(world, {FAULT_VICTIM, world.path(), "walk"}, "stat:0:5")
                   .outcome.out.substr(0, 12),
               "result 1605\n");
-    const FaultRun faulty = runWithFault(world, {FAULT_VICTIM, world.path(), "walk"}, "stat:1:5");
+    const FaultRun faulty = runWithFault(world, {FAULT_VICTIM, world.path(), "walk"}, "stat:2:5");
     EXPECT_TRUE(faulty.wasHit);
     EXPECT_EQ(faulty.outcome.out.substr(0, 10), "result -1\n");
     EXPECT_EQ(faulty.outcome.err, "cannot be read: Input/output error\n");

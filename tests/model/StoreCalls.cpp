@@ -118,6 +118,12 @@ bool answer(testing_support::MessageFileOperation operation, const char* name, u
 
 }
 
+BMCMessageFile::BMCMessageFile() : state(nullptr)
+{
+}
+
+BMCMessageFile::~BMCMessageFile() = default;
+
 bool BMCMessageFile::clearMessageFile(unsigned char sb)
 {
     return answer(testing_support::CLEAR_MESSAGES, "clear messages", sb);

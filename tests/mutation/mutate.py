@@ -30,7 +30,7 @@ WORKERS = 2
 PROGRAMS = {
     "serial": ["serial_tests", "hardware_tests", "sel_tests", "sensor_tests", "fru_tests",
                "eeprom_tests", "field_tests", "selfile_tests", "sibling_tests", "fault_tests"],
-    "posix": ["platform_tests", "selfile_tests", "sensor_tests", "fault_tests"],
+    "posix": ["host_tests", "platform_tests", "selfile_tests", "sensor_tests", "fault_tests"],
     "hardware": ["hardware_tests", "field_tests", "allocation_tests"],
     "version": ["hardware_tests", "field_tests", "allocation_tests"],
     "sel": ["sel_tests", "field_tests", "selfile_tests"],

@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "support/ScratchRoot.h"
+#include "Files.h"
 
 using TAVLib::CsvInfoAccess;
-using namespace testing_support;
+using namespace platform_tests;
 
 namespace {
 
@@ -14,8 +14,8 @@ class CsvInfoAccessTest : public testing::Test {
 protected:
     std::string found(const std::string& content, int column, const std::string& key)
     {
-        writeFile(root.at("/tmp/table.csv"), content);
-        CsvInfoAccess table(root.at("/tmp/"), "table.csv");
+        writeFile(scratch.at("table.csv"), content);
+        CsvInfoAccess table(scratch.path() + "/", "table.csv");
         EXPECT_FALSE(table.isFault());
         std::string record = "untouched";
         const bool isFound = table.searchRecord(column, key, record);
@@ -23,17 +23,46 @@ protected:
         return record;
     }
 
-    ScratchRoot root;
+    ScratchFolder scratch;
 };
 
 }
 
 TEST_F(CsvInfoAccessTest, TableThatIsNotThereIsAFault)
 {
-    CsvInfoAccess table(root.at("/tmp/"), "none.csv");
+    CsvInfoAccess table(scratch.path() + "/", "none.csv");
     EXPECT_TRUE(table.isFault());
     std::string record;
     EXPECT_FALSE(table.searchRecord(0, "a", record));
+}
+
+TEST_F(CsvInfoAccessTest, FolderMayEndWithASlashOrNot)
+{
+    writeFile(scratch.at("table.csv"), "a,1\n");
+    for (const char* end : {"", "/"}) {
+        CsvInfoAccess table(scratch.path() + end, "table.csv");
+        EXPECT_FALSE(table.isFault());
+        std::string record;
+        EXPECT_TRUE(table.searchRecord(0, "a", record));
+        EXPECT_EQ(record, "a,1");
+    }
+}
+
+TEST_F(CsvInfoAccessTest, EverySearchBeginsAtTheFirstRecord)
+{
+    writeFile(scratch.at("table.csv"), "a,1\nb,2\n");
+    CsvInfoAccess table(scratch.path(), "table.csv");
+    std::string record;
+    EXPECT_TRUE(table.searchRecord(0, "b", record));
+    EXPECT_FALSE(table.searchRecord(0, "c", record));
+    EXPECT_EQ(record, "b,2");
+    EXPECT_TRUE(table.searchRecord(0, "a", record));
+    EXPECT_EQ(record, "a,1");
+}
+
+TEST_F(CsvInfoAccessTest, EmptyLinesAreNotRecords)
+{
+    EXPECT_EQ(found("\n\r\n,1\n", 0, ""), ",1");
 }
 
 TEST_F(CsvInfoAccessTest, GivesTheFirstRecordWithTheKeyAsItStands)
@@ -61,6 +90,8 @@ TEST_F(CsvInfoAccessTest, EscapesBelongToTheTableAndNotToTheKey)
     EXPECT_EQ(found("\"a\\\"b\",1\n", 0, "a\"b"), "\"a\\\"b\",1");
     EXPECT_EQ(found("a\\\\b,1\n", 0, "a\\b"), "a\\\\b,1");
     EXPECT_EQ(found("\"x,y\",b\n", 1, "b"), "\"x,y\",b");
+    EXPECT_EQ(found("a\\nb,1\n", 0, "a\nb"), "a\\nb,1");
+    EXPECT_EQ(found("a\"b,c\"d,1\n", 0, "ab,cd"), "a\"b,c\"d,1");
 }
 
 TEST_F(CsvInfoAccessTest, WrongEscapeHidesTheColumnsFromItOnAndNoOtherLine)

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/wait.h>
@@ -13,11 +14,11 @@
 
 #include <recordkit/platform/PException.h>
 
-#include "support/ScratchRoot.h"
+#include "Files.h"
 
 using TAVLib::LockedFile;
 using TAVLib::PException;
-using namespace testing_support;
+using namespace platform_tests;
 
 namespace {
 
@@ -36,8 +37,8 @@ void countUp(const std::string& path)
 
 unsigned int countIn(const std::string& path)
 {
-    const Bytes bytes = readFile(path);
-    return bytes.at(0) + 256U * bytes.at(1);
+    const std::string bytes = readFile(path);
+    return static_cast<unsigned char>(bytes.at(0)) + 256U * static_cast<unsigned char>(bytes.at(1));
 }
 
 constexpr int COUNTERS = 4;
@@ -78,25 +79,25 @@ template <typename Action> bool throwsPException(Action action)
 
 TEST(LockedFile, CreatesAFileThatDoesNotExist)
 {
-    const ScratchRoot root;
-    const LockedFile file(root.at("/tmp/new"));
-    EXPECT_EQ(readFile(root.at("/tmp/new")), Bytes());
+    const ScratchFolder scratch;
+    const LockedFile file(scratch.at("new"));
+    EXPECT_EQ(readFile(scratch.at("new")), "");
 }
 
 TEST(LockedFile, KeepsWhatAFileHolds)
 {
-    const ScratchRoot root;
-    writeFile(root.at("/tmp/file"), Bytes({1, 2, 3}));
+    const ScratchFolder scratch;
+    writeFile(scratch.at("file"), "contents");
     {
-        const LockedFile file(root.at("/tmp/file"));
+        const LockedFile file(scratch.at("file"));
     }
-    EXPECT_EQ(readFile(root.at("/tmp/file")), Bytes({1, 2, 3}));
+    EXPECT_EQ(readFile(scratch.at("file")), "contents");
 }
 
 TEST(LockedFile, ReadsWritesAndPositions)
 {
-    const ScratchRoot root;
-    LockedFile file(root.at("/tmp/file"));
+    const ScratchFolder scratch;
+    LockedFile file(scratch.at("file"));
     EXPECT_EQ(file.write("abcdef", 6), 6);
     EXPECT_EQ(file.lseek(-4, SEEK_CUR), 2);
     char text[8] = {};
@@ -111,31 +112,113 @@ TEST(LockedFile, ReadsWritesAndPositions)
 
 TEST(LockedFile, CutsAndExtends)
 {
-    const ScratchRoot root;
-    LockedFile file(root.at("/tmp/file"));
+    const ScratchFolder scratch;
+    LockedFile file(scratch.at("file"));
     file.write("abcdef", 6);
     file.truncFile(2);
-    EXPECT_EQ(readFile(root.at("/tmp/file")), textBytes("ab"));
+    EXPECT_EQ(readFile(scratch.at("file")), "ab");
     file.truncFile(4);
-    EXPECT_EQ(readFile(root.at("/tmp/file")), textBytes("ab") + Bytes(2, 0));
+    EXPECT_EQ(readFile(scratch.at("file")), std::string("ab\0\0", 4));
     file.truncFile(0);
-    EXPECT_EQ(readFile(root.at("/tmp/file")), Bytes());
+    EXPECT_EQ(readFile(scratch.at("file")), "");
 }
 
 TEST(LockedFile, FailuresAreThrown)
 {
-    const ScratchRoot root;
-    EXPECT_TRUE(throwsPException([&] { LockedFile(root.at("/none/file")); }));
-    EXPECT_TRUE(throwsPException([&] { LockedFile(root.at("/tmp")); }));
-    LockedFile file(root.at("/tmp/file"));
+    const ScratchFolder scratch;
+    EXPECT_TRUE(throwsPException([&] { LockedFile(scratch.at("none/file")); }));
+    EXPECT_TRUE(throwsPException([&] { LockedFile(scratch.path()); }));
+    LockedFile file(scratch.at("file"));
     EXPECT_TRUE(throwsPException([&] { file.lseek(-1, SEEK_SET); }));
     EXPECT_TRUE(throwsPException([&] { file.truncFile(-1); }));
 }
 
+TEST(LockedFile, DoesNotFollowALink)
+{
+    const ScratchFolder scratch;
+    writeFile(scratch.at("victim"), "unchanged");
+    ASSERT_EQ(::symlink(scratch.at("victim").c_str(), scratch.at("link").c_str()), 0);
+    EXPECT_TRUE(throwsPException([&] { LockedFile(scratch.at("link")); }));
+    // Nor does it create what a link names.
+    ASSERT_EQ(::symlink(scratch.at("new").c_str(), scratch.at("other").c_str()), 0);
+    EXPECT_TRUE(throwsPException([&] { LockedFile(scratch.at("other")); }));
+    EXPECT_FALSE(fileExists(scratch.at("new")));
+}
+
+TEST(LockedFile, FollowsALinkToItsFolder)
+{
+    const ScratchFolder scratch;
+    std::filesystem::create_directory(scratch.at("folder"));
+    ASSERT_EQ(::symlink(scratch.at("folder").c_str(), scratch.at("link").c_str()), 0);
+    {
+        const LockedFile file(scratch.at("link/file"));
+    }
+    EXPECT_TRUE(fileExists(scratch.at("folder/file")));
+}
+
+TEST(LockedFile, NewFileIsWrittenByItsOwnerOnly)
+{
+    const ScratchFolder scratch;
+    for (const mode_t mask : {0000U, 0022U, 0077U}) {
+        const mode_t before = ::umask(mask);
+        const std::string path = scratch.at("file" + std::to_string(mask));
+        {
+            const LockedFile file(path);
+        }
+        ::umask(before);
+        struct stat status = {};
+        ASSERT_EQ(::stat(path.c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777U, 0644U & ~mask);
+    }
+}
+
+TEST(LockedFile, KeepsTheModeOfAFile)
+{
+    const ScratchFolder scratch;
+    writeFile(scratch.at("file"), "");
+    ASSERT_EQ(::chmod(scratch.at("file").c_str(), 0600), 0);
+    {
+        const LockedFile file(scratch.at("file"));
+    }
+    struct stat status = {};
+    ASSERT_EQ(::stat(scratch.at("file").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0600U);
+}
+
+TEST(LockedFile, FileThatCannotBeWrittenIsAFailure)
+{
+    if (::geteuid() == 0) {
+        GTEST_SKIP() << "root may write any file";
+    }
+    const ScratchFolder scratch;
+    writeFile(scratch.at("file"), "contents");
+    ASSERT_EQ(::chmod(scratch.at("file").c_str(), 0444), 0);
+    EXPECT_TRUE(throwsPException([&] { LockedFile(scratch.at("file")); }));
+}
+
+TEST(LockedFile, WriteThatTheMediumTakesInPartIsAFailure)
+{
+    const ScratchFolder scratch;
+    const std::string block(6000, 'x');
+    struct rlimit before = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto defaultAction = std::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit small = before;
+    small.rlim_cur = 10000;
+    LockedFile file(scratch.at("file"));
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const int first = file.write(block.data(), 6000);
+    const bool isThrown = throwsPException([&] { file.write(block.data(), 6000); });
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, defaultAction);
+    EXPECT_EQ(first, 6000);
+    EXPECT_TRUE(isThrown);
+}
+
 TEST(LockedFile, ExcludesOtherThreads)
 {
-    const ScratchRoot root;
-    const std::string path = root.at("/tmp/count");
+    const ScratchFolder scratch;
+    const std::string path = scratch.at("count");
     std::vector<std::thread> threads;
     for (int i = 0; i < COUNTERS; ++i) {
         threads.emplace_back([&path] {
@@ -152,8 +235,8 @@ TEST(LockedFile, ExcludesOtherThreads)
 
 TEST(LockedFile, ExcludesOtherProcesses)
 {
-    const ScratchRoot root;
-    const std::string path = root.at("/tmp/count");
+    const ScratchFolder scratch;
+    const std::string path = scratch.at("count");
     std::vector<pid_t> children;
     for (int i = 0; i < COUNTERS; ++i) {
         const pid_t child = ::fork();
@@ -176,8 +259,8 @@ TEST(LockedFile, WaitsForTheLockThroughSignals)
 #ifdef __SANITIZE_THREAD__
     GTEST_SKIP() << "ThreadSanitizer holds signals back from a waiting flock";
 #endif
-    const ScratchRoot root;
-    const std::string path = root.at("/tmp/file");
+    const ScratchFolder scratch;
+    const std::string path = scratch.at("file");
     int heldPipe[2];
     ASSERT_EQ(::pipe(heldPipe), 0);
     ASSERT_EQ(::pipe(releasePipe), 0);
@@ -207,25 +290,25 @@ TEST(LockedFile, WaitsForTheLockThroughSignals)
 
 TEST(LockedFile, GivesTheLockBackWhenItsLifeEnds)
 {
-    const ScratchRoot root;
+    const ScratchFolder scratch;
     const std::size_t before = openDescriptors();
     {
-        const LockedFile file(root.at("/tmp/file"));
+        const LockedFile file(scratch.at("file"));
     }
-    const LockedFile again(root.at("/tmp/file"));
+    const LockedFile again(scratch.at("file"));
     EXPECT_EQ(openDescriptors(), before + 1);
 }
 
 TEST(LockedFile, IsClosedByExec)
 {
-    const ScratchRoot root;
+    const ScratchFolder scratch;
     const std::size_t first = openDescriptors();
-    const LockedFile file(root.at("/tmp/file"));
+    const LockedFile file(scratch.at("file"));
     bool found = false;
     for (int fd = 0; fd < static_cast<int>(first) + 8; ++fd) {
         struct stat held = {};
         struct stat wanted = {};
-        if (::fstat(fd, &held) == 0 && ::stat(root.at("/tmp/file").c_str(), &wanted) == 0 &&
+        if (::fstat(fd, &held) == 0 && ::stat(scratch.at("file").c_str(), &wanted) == 0 &&
             held.st_ino == wanted.st_ino && held.st_dev == wanted.st_dev) {
             found = true;
             EXPECT_NE(::fcntl(fd, F_GETFD) & FD_CLOEXEC, 0);

@@ -188,9 +188,9 @@ TEST_F(PosixFile, NamesTheOperationThatFailed)
     EXPECT_EQ(describe(posix::readFile(path(), bytes)), "open " + path() + " 2");
     fs::create_directory(path());
     EXPECT_EQ(describe(posix::readFile(path(), bytes)), "read " + path() + " 21");
-    EXPECT_EQ(describe(posix::replaceFile(path(), sequence(3))), "rename " + path() + ".new 21");
+    EXPECT_EQ(describe(posix::replaceFile(path(), sequence(3))), "rename " + path() + " 21");
     const std::string elsewhere = root.at("/nowhere/file");
-    EXPECT_EQ(describe(posix::replaceFile(elsewhere, sequence(3))), "open " + elsewhere + ".new 2");
+    EXPECT_EQ(describe(posix::replaceFile(elsewhere, sequence(3))), "open " + elsewhere + " 2");
     EXPECT_EQ(names(), Lines({"file"}));
 }
 
@@ -217,8 +217,8 @@ TEST_F(PosixFile, FailedReplacementLeavesTheFileAndNothingElse)
     syncFails = true;
     const posix::Failure unsynced = posix::replaceFile(path(), sequence(5));
     syncFails = false;
-    EXPECT_EQ(describe(unwritten), "write " + path() + ".new 28");
-    EXPECT_EQ(describe(unsynced), "sync " + path() + ".new 5");
+    EXPECT_EQ(describe(unwritten), "write " + path() + " 28");
+    EXPECT_EQ(describe(unsynced), "sync " + path() + " 5");
     EXPECT_EQ(readFile(path()), textBytes("old"));
     EXPECT_EQ(names(), Lines({"file"}));
 }
@@ -230,7 +230,85 @@ TEST_F(PosixFile, LinksAreNotFollowed)
     fs::create_symlink(target, path());
     Bytes bytes;
     EXPECT_EQ(describe(posix::readFile(path(), bytes)), "open " + path() + " 40");
-    fs::create_symlink(target, path() + ".new");
-    EXPECT_EQ(describe(posix::replaceFile(path(), sequence(3))), "open " + path() + ".new 40");
+    EXPECT_EQ(describe(posix::replaceFile(path(), sequence(3))), "none");
+    EXPECT_EQ(readFile(path()), sequence(3));
+    EXPECT_FALSE(fs::is_symlink(path()));
     EXPECT_EQ(readFile(target), textBytes("kept"));
+}
+
+namespace {
+
+constexpr uid_t NOBODY = 65534;
+
+class FolderOfEverybody : public PosixFile {
+protected:
+    void SetUp() override
+    {
+        writeFile(path(), "content");
+        fs::permissions(root.at("/tmp"), fs::perms(01777));
+    }
+    /// errno of opening for reading and for writing; what refusalOf says is the same.
+    int openError() const
+    {
+        const posix::File reading(path(), O_RDONLY);
+        const int error = reading.isOpen() ? 0 : errno;
+        const posix::File writing(path(), O_RDWR | O_CREAT | O_TRUNC);
+        EXPECT_EQ(writing.isOpen() ? 0 : errno, error);
+        EXPECT_EQ(posix::refusalOf(path()), error);
+        return error;
+    }
+};
+
+}
+
+TEST_F(FolderOfEverybody, OwnFilesAreOpened)
+{
+    EXPECT_EQ(openError(), 0);
+    fs::remove(path());
+    EXPECT_EQ(posix::File(path(), O_RDONLY).get(), -1);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(posix::refusalOf(path()), 0);
+    EXPECT_TRUE(posix::File(path(), O_RDWR | O_CREAT).isOpen());
+    EXPECT_EQ(fs::file_size(path()), 0U);
+}
+
+TEST_F(FolderOfEverybody, FilesThatOthersHaveInHandAreRefusedAsTheyAre)
+{
+    fs::permissions(path(), fs::perms(0646));
+    EXPECT_EQ(openError(), EACCES);
+    fs::permissions(path(), fs::perms(0644));
+    fs::create_hard_link(path(), root.at("/second"));
+    EXPECT_EQ(openError(), EMLINK);
+    fs::remove(root.at("/second"));
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(path().c_str(), NOBODY, NOBODY), 0);
+        EXPECT_EQ(openError(), EPERM);
+        ASSERT_EQ(::chown(path().c_str(), 0, 0), 0);
+    }
+    EXPECT_EQ(readFile(path()), textBytes("content"));
+}
+
+TEST_F(FolderOfEverybody, OnlyRegularFilesAreOpened)
+{
+    fs::rename(path(), root.at("/target"));
+    fs::create_symlink(root.at("/target"), path());
+    EXPECT_EQ(openError(), ELOOP);
+    fs::remove(path());
+    fs::create_directory(path());
+    EXPECT_EQ(posix::refusalOf(path()), EISDIR);
+    fs::remove(path());
+    // Neither end of a pipe is waited for.
+    ASSERT_EQ(::mkfifo(path().c_str(), 0600), 0);
+    EXPECT_EQ(openError(), ENOTSUP);
+    EXPECT_EQ(readFile(root.at("/target")), textBytes("content"));
+}
+
+TEST_F(FolderOfEverybody, ElsewhereFilesAreOpenedAsTheyAre)
+{
+    fs::permissions(root.at("/tmp"), fs::perms(0775));
+    fs::permissions(path(), fs::perms(0646));
+    fs::create_hard_link(path(), root.at("/second"));
+    EXPECT_TRUE(posix::File(path(), O_RDONLY).isOpen());
+    EXPECT_EQ(posix::refusalOf(path()), 0);
+    EXPECT_TRUE(posix::File(posix::openAny("/dev/null", O_RDONLY)).isOpen());
 }

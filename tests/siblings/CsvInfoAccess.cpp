@@ -14,15 +14,17 @@ CsvAnswers csvAnswers;
 namespace TAVLib {
 
 CsvInfoAccess::CsvInfoAccess(const std::string& directory, const std::string& fileName)
-    : path(fileName), fault(testing_support::csvAnswers.isFault)
+    : state(nullptr)
 {
     testing_support::asked.push_back("open " + directory + " " + fileName);
 }
 
+CsvInfoAccess::~CsvInfoAccess() = default;
+
 bool CsvInfoAccess::isFault() const
 {
     testing_support::asked.push_back("isFault");
-    return fault;
+    return testing_support::csvAnswers.isFault;
 }
 
 bool CsvInfoAccess::searchRecord(int column, const std::string& key, std::string& record)

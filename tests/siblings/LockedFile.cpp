@@ -39,34 +39,42 @@ int openFile(const std::string& name)
 
 }
 
-LockedFile::LockedFile(const std::string& name) : path(name), fd(openFile(name))
+class LockedFile::State {
+public:
+    int fd;
+};
+
+LockedFile::LockedFile(const std::string& path) : state(new State{openFile(path)})
 {
 }
 
 LockedFile::~LockedFile()
 {
-    ::close(fd);
+    ::close(state->fd);
+    delete state;
 }
 
 long LockedFile::lseek(long offset, int whence)
 {
-    return orThrow(::lseek(fd, offset, whence)) + lockedFileAnswers.placesOff;
+    return orThrow(::lseek(state->fd, offset, whence)) + lockedFileAnswers.placesOff;
 }
 
 int LockedFile::read(void* buffer, unsigned int length)
 {
-    return static_cast<int>(orThrow(::read(fd, buffer, length - lockedFileAnswers.bytesLess)));
+    return static_cast<int>(
+        orThrow(::read(state->fd, buffer, length - lockedFileAnswers.bytesLess)));
 }
 
 int LockedFile::write(const void* buffer, unsigned int length)
 {
-    return static_cast<int>(orThrow(::write(fd, buffer, length - lockedFileAnswers.bytesLess)));
+    return static_cast<int>(
+        orThrow(::write(state->fd, buffer, length - lockedFileAnswers.bytesLess)));
 }
 
 void LockedFile::truncFile(long length)
 {
     lockedFileAnswers.truncations.push_back(length);
-    orThrow(::ftruncate(fd, length));
+    orThrow(::ftruncate(state->fd, length));
 }
 
 }
