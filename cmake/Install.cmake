@@ -47,12 +47,6 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/recordkit-config.cmake
     ${CMAKE_CURRENT_BINARY_DIR}/recordkit-config-version.cmake DESTINATION ${RECORDKIT_CMAKE_DIR}
     COMPONENT library)
 
-# For those who write siblings of their own.
-install(FILES recordkit/platform/messages.tsv recordkit/platform/LibraryMessages.h.in
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/recordkit COMPONENT library)
-install(DIRECTORY tests/platform/ DESTINATION ${CMAKE_INSTALL_DATADIR}/recordkit/platform-tests
-    COMPONENT library)
-
 # The folders of a pkg-config file are known only when it is installed: cmake --install --prefix
 # changes them.
 foreach(name ${RECORDKIT_INSTALLED})
@@ -66,3 +60,9 @@ foreach(name ${RECORDKIT_INSTALLED})
         set(PC_VERSION ${PROJECT_VERSION})
         include(\"${PROJECT_SOURCE_DIR}/cmake/InstallPkgConfig.cmake\")" COMPONENT library)
 endforeach()
+
+# For those who write siblings of their own.
+install(FILES recordkit/platform/messages.tsv recordkit/platform/LibraryMessages.h.in
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/recordkit COMPONENT library)
+install(DIRECTORY tests/platform/ DESTINATION ${CMAKE_INSTALL_DATADIR}/recordkit/platform-tests
+    COMPONENT library)

@@ -9,7 +9,7 @@ source=$1
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 cross=powerpc-linux-gnu
-expected="010002000000005f" # what the program prints begins so
+expected="severity 3" # what the program prints ends so
 
 fail() {
     echo "meson: $*" >&2
@@ -24,22 +24,23 @@ run() {
 }
 
 mkdir "$scratch/project"
-cp -r "$source/packaging/meson/subprojects" "$source/tests/install/consumer/main.cpp" "$scratch/project"
+cp -r "$source/packaging/meson/subprojects" "$source/examples/classify_event.cpp" "$scratch/project"
 mkdir "$scratch/recordkit"
 cp -r "$source/CMakeLists.txt" "$source/cmake" "$source/recordkit" "$source/LICENSE" "$scratch/recordkit"
 tar -C "$scratch" -cf "$scratch/project/subprojects/packagefiles/recordkit.tar" recordkit
-# As siblings, the sources of the host's.
-cp -r "$source/recordkit/host" "$source/recordkit/posix" "$scratch/project"
+cp -r "$source/examples/board/siblings" "$scratch/project"
+printf 'constexpr const char* RECORDKIT_LIBRARY_MESSAGES = R"catalogue(%s)catalogue";\n' \
+    "$(cat "$source/recordkit/platform/messages.tsv")" >"$scratch/project/siblings/LibraryMessages.h"
 cat >"$scratch/project/meson.build" <<'TEXT'
 project('consumer', 'cpp', default_options: ['cpp_std=c++17'])
 recordkit = dependency('recordkit')
 assert(recordkit.version() == get_option('expected'), recordkit.version())
 siblings = []
 if recordkit.get_variable('platform') == 'external'
-    find = run_command('sh', '-c', 'ls host/*.cpp posix/*.cpp', check: true)
-    siblings = find.stdout().split()
+    siblings = run_command('sh', '-c', 'ls siblings/*.cpp', check: true).stdout().split()
 endif
-executable('consumer', 'main.cpp', siblings, dependencies: recordkit, install: true)
+executable('consumer', 'classify_event.cpp', siblings, dependencies: recordkit,
+    include_directories: 'siblings', install: true)
 TEXT
 echo "option('expected', type: 'string')" >"$scratch/project/meson_options.txt"
 cat >"$scratch/cross.ini" <<TEXT
@@ -68,7 +69,7 @@ build() {
 
 build native -Drecordkit:platform=host
 [ -e "$scratch/native-root/usr/lib/librecordkit.so.1" ] || fail "the library is not installed"
-LD_LIBRARY_PATH=$scratch/native-root/usr/lib "$scratch/native-root/usr/bin/consumer" | grep -q "^$expected" ||
+LD_LIBRARY_PATH=$scratch/native-root/usr/lib "$scratch/native-root/usr/bin/consumer" | grep -q "$expected\$" ||
     fail "what the native program prints"
 for name in recordkit recordkit-host; do
     readelf -d "$scratch/native-root/usr/lib/lib$name.so.1" | grep -q "SONAME.*\[lib$name.so.1\]" ||
@@ -89,11 +90,11 @@ build target --cross-file "$scratch/cross.ini"
 $cross-readelf -h "$scratch/target-root/usr/lib/librecordkit.so.1" | grep -q 'Machine: *PowerPC' ||
     fail "not for the target"
 qemu-ppc-static -L /usr/$cross -E LD_LIBRARY_PATH="$scratch/target-root/usr/lib:/usr/$cross/lib" \
-    "$scratch/target-root/usr/bin/consumer" | grep -q "^$expected" || fail "what the target's program prints"
+    "$scratch/target-root/usr/bin/consumer" | grep -q "$expected\$" || fail "what the target's program prints"
 
 build static --cross-file "$scratch/cross.ini" -Ddefault_library=static
 ! $cross-readelf -d "$scratch/static-root/usr/bin/consumer" | grep -q 'NEEDED.*recordkit' ||
     fail "the static program needs a shared library"
-qemu-ppc-static -L /usr/$cross "$scratch/static-root/usr/bin/consumer" | grep -q "^$expected" ||
+qemu-ppc-static -L /usr/$cross "$scratch/static-root/usr/bin/consumer" | grep -q "$expected\$" ||
     fail "what the static program prints"
 echo "meson: native, cross and static programs run"

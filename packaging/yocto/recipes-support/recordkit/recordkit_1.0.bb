@@ -32,3 +32,4 @@ do_install:append() {
 }
 
 FILES:${PN} += "${nonarch_libdir}/tmpfiles.d ${nonarch_libdir}/sysctl.d ${systemd_system_unitdir} ${datadir}/bash-completion"
+FILES:${PN}-dev += "${datadir}/recordkit"
