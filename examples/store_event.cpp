@@ -5,6 +5,28 @@
 #include <recordkit/host/HostRoot.h>
 #include <recordkit/selfile/BMCSELDataFile.h>
 
+namespace {
+
+/// Makes room for a record; says why there is none.
+bool hasRoom(BMCSELDataFile& store)
+{
+    const unsigned int state = store.fullEntryCheck(0);
+    if (state == BMCSELDataFile::FILE_FULL) {
+        const int result = store.shiftSelFile(0, true);
+        if (result != 0) {
+            std::fprintf(stderr, "the full file could not be rotated: code %d\n", result);
+        }
+        return result == 0;
+    }
+    if (state != BMCSELDataFile::SUCCESS) {
+        // A damaged tail stays until somebody repairs the log; a rotation would only move it.
+        std::fprintf(stderr, "the log takes no event: code %u; see recordkit sel check\n", state);
+    }
+    return state == BMCSELDataFile::SUCCESS;
+}
+
+}
+
 int main(int argc, char** argv)
 {
     TAVLib::host::setSystemRoot(argc > 1 ? argv[1] : "");
@@ -15,8 +37,7 @@ int main(int argc, char** argv)
     TAVLib::RecordKit::BMCSELEntryMessage message;
     message.convert(received);
     BMCSELDataFile store;
-    if (store.fullEntryCheck(0) == BMCSELDataFile::FILE_FULL) {
-        store.shiftSelFile(0, true);
-    }
-    std::puts(store.writeRecord(0, message) == 1 ? "stored" : "not stored");
+    const bool isStored = hasRoom(store) && store.writeRecord(0, message) == 1;
+    std::puts(isStored ? "stored" : "not stored");
+    return isStored ? 0 : 1;
 }

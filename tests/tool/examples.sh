@@ -18,9 +18,31 @@ diff "$root/listing" - <<LISTING
 2 ${record}07606f01ffff
 1 ${record}07606f01ffff
 LISTING
+# A restart of a daemon keeps what was stored after the backup; an empty folder is filled from it.
+mkdir -p "$root/boot/tmp" "$root/boot/var/tmp" "$root/boot/var/tav/fmem/ipmi"
+ready="board 0: ready
+board 1: ready
+board 2: ready
+board 3: ready"
+[ "$("$@" "$examples/start_board" "$root/boot")" = "$ready" ]
+[ "$("$@" "$examples/store_event" "$root/boot")" = stored ]
+cp "$root/boot/tmp/sb0_bmc_sel0" "$root/boot/var/tav/fmem/ipmi/sb0_bmc_sel0"
+[ "$("$@" "$examples/store_event" "$root/boot")" = stored ]
+[ "$("$@" "$examples/start_board" "$root/boot")" = "$ready" ]
+[ "$("$@" "$examples/list_events" "$root/boot" | wc -l)" = 2 ]
+rm "$root"/boot/tmp/*
+[ "$("$@" "$examples/start_board" "$root/boot")" = "$ready" ]
+[ "$("$@" "$examples/list_events" "$root/boot" | wc -l)" = 1 ]
+# A record with id FFFFh: nothing is stored after it.
+printf '\377\377\377\377\002' | dd of="$root/boot/tmp/sb0_bmc_sel0" bs=138 seek=1 conv=notrunc 2>/dev/null
+[ "$("$@" "$examples/store_event" "$root/boot" 2>"$root/why")" = "not stored" ]
+grep -qx "the log takes no event: code 3; see recordkit sel check" "$root/why"
 cp "$(dirname "$0")/../../examples/data/fru/ascii-all.bin" "$root/fru.bin"
 [ "$("$@" "$examples/read_fru" "$root/fru.bin")" = SBS00998877 ]
 [ "$("$@" "$examples/read_fru" "$root/fru.bin" SN-4711)" = SN-4711 ]
+[ "$("$@" "$examples/read_fru" "$root/fru.bin")" = SN-4711 ]
+! "$@" "$examples/read_fru" "$root/fru.bin" X 2>/dev/null
+! "$@" "$examples/read_fru" "$root/fru.bin" "$(printf '%064d' 0)" 2>/dev/null
 [ "$("$@" "$examples/read_fru" "$root/fru.bin")" = SN-4711 ]
 [ "$("$@" "$examples/edit_fru" "$root/fru.bin" board.serial=SN-4712)" = "SN-4711 -> SN-4712" ]
 [ "$("$@" "$examples/read_fru" "$root/fru.bin")" = SN-4712 ]
