@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 #include <utility>
@@ -90,7 +89,7 @@ TemporaryFile::TemporaryFile(int inFolder, const std::string& like, const std::s
     }
     name = made.substr(made.find_last_of('/') + 1);
     temporaryFolder = folder;
-    std::strcpy(temporaryName, name.c_str());
+    temporaryName[name.copy(temporaryName, NAME_MAX)] = '\0';
     hasTemporary = 1;
 }
 
