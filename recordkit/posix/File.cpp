@@ -24,7 +24,7 @@ bool isInFolderOfEverybody(const std::string& path)
            (status.st_mode & S_IWOTH) != 0;
 }
 
-/// Why an open file is refused, as errno; 0 if it is not.
+/// Why an open file is refused in a folder of everybody, as errno; 0 if it is not.
 int refusalOf(int fd)
 {
     struct stat status = {};
@@ -56,21 +56,20 @@ bool hasWritten(ssize_t count)
 
 int openFile(const std::string& path, int flags)
 {
-    if (!isInFolderOfEverybody(path)) {
+    // One call more than an open without checks: what the folder is matters only for an odd file.
+    File file(openAny(path, (flags & ~O_TRUNC) | O_NOFOLLOW | O_NONBLOCK));
+    const bool isOdd = file.isOpen() || errno == ELOOP || errno == ENXIO;
+    const int refusal = file.isOpen() ? refusalOf(file.get()) : errno;
+    if (refusal == 0 &&
+        ((flags & O_TRUNC) == 0 || TEMP_FAILURE_RETRY(::ftruncate(file.get(), 0)) == 0)) {
+        return file.release();
+    }
+    const int error = refusal != 0 ? refusal : errno;
+    if (refusal != 0 && isOdd && !isInFolderOfEverybody(path)) {
         return openAny(path, flags);
     }
-    File file(openAny(path, (flags & ~O_TRUNC) | O_NOFOLLOW | O_NONBLOCK));
-    if (!file.isOpen()) {
-        return -1;
-    }
-    const int refusal = refusalOf(file.get());
-    if (refusal != 0 || ((flags & O_TRUNC) != 0 && ::ftruncate(file.get(), 0) == -1)) {
-        const int error = refusal != 0 ? refusal : errno;
-        ::close(file.release());
-        errno = error;
-        return -1;
-    }
-    return file.release();
+    errno = error;
+    return -1;
 }
 
 int openAny(const std::string& path, int flags)
