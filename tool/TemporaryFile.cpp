@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "TemporaryFile.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <fcntl.h>
+#include <sys/random.h>
 #include <unistd.h>
 #include <utility>
 
@@ -44,6 +44,23 @@ void handleSignals()
     }
 }
 
+constexpr std::size_t SUFFIX_SIZE = 7;
+
+/// A dot and six characters that nobody can foresee.
+std::string randomSuffix()
+{
+    constexpr const char* CHARACTERS = "abcdefghijklmnopqrstuvwxyz234567";
+    unsigned char random[SUFFIX_SIZE - 1] = {};
+    if (TEMP_FAILURE_RETRY(::getrandom(random, sizeof random, 0)) != sizeof random) {
+        throw fileError("the system gives no random bytes");
+    }
+    std::string suffix = ".";
+    for (const unsigned char byte : random) {
+        suffix += CHARACTERS[byte % 32];
+    }
+    return suffix;
+}
+
 sigset_t endingSignals()
 {
     sigset_t signals;
@@ -71,23 +88,21 @@ SignalsBlocked::~SignalsBlocked()
 TemporaryFile::TemporaryFile(int inFolder, const std::string& like, const std::string& replaced)
     : folder(inFolder), path(replaced)
 {
-    const std::string suffix = ".XXXXXX";
-    const std::string base = like.substr(0, std::min(like.size(), NAME_MAX - suffix.size()));
-    const std::string pattern = "/proc/self/fd/" + std::to_string(folder) + "/" + base + suffix;
     handleSignals();
     const SignalsBlocked blocked;
     std::string made;
     do {
-        made = pattern;
-        fd = ::mkostemp(made.data(), O_CLOEXEC);
-    } while (fd == -1 && errno == EINTR);
+        made = like.substr(0, NAME_MAX - SUFFIX_SIZE) + randomSuffix();
+        fd = ::openat(folder, made.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                      S_IRUSR | S_IWUSR);
+    } while (fd == -1 && (errno == EINTR || errno == EEXIST));
     if (fd == -1) {
         const int error = errno;
         const std::string place = path.substr(0, path.find_last_of('/') + 1);
         throw systemError("a temporary file in " + (place.empty() ? "./" : place), "created",
                           error);
     }
-    name = made.substr(made.find_last_of('/') + 1);
+    name = made;
     temporaryFolder = folder;
     temporaryName[name.copy(temporaryName, NAME_MAX)] = '\0';
     hasTemporary = 1;

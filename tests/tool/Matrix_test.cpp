@@ -313,6 +313,19 @@ TEST_P(Matrix, AFolderThatCannotBeWrittenStopsOnlyWriters)
     EXPECT_EQ(hasReason, GetParam().writes) << outcome.err;
 }
 
+TEST_P(Matrix, WorksWhereProcIsNotMounted)
+{
+    const Arguments own = wordsFor(readsInput() ? good() : "");
+    Arguments words = {
+        "unshare", "-rm", "sh", "-c", "mount -t tmpfs none /proc || exit 77\nexec \"$@\"", "sh"};
+    words.insert(words.end(), own.begin(), own.end());
+    const Outcome outcome = run(words);
+    if (outcome.status == 77 || outcome.err.find("unshare") != std::string::npos) {
+        GTEST_SKIP() << "nothing can be mounted here";
+    }
+    EXPECT_EQ(outcome.status, statusOf("done")) << outcome.err;
+}
+
 TEST(ExitCases, EachHasItsStatus)
 {
     const ScratchRoot root;
