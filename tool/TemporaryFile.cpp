@@ -46,7 +46,7 @@ void handleSignals()
 
 constexpr std::size_t SUFFIX_SIZE = 7;
 
-/// A dot and six characters that nobody can foresee.
+/// A dot and six random characters.
 std::string randomSuffix()
 {
     constexpr const char* CHARACTERS = "abcdefghijklmnopqrstuvwxyz234567";

@@ -8,7 +8,7 @@
 
 namespace recordkit::tool {
 
-/// A temporary file in an open folder, with a name that nobody can foresee. It is removed when the
+/// A temporary file in an open folder, with an unpredictable name. It is removed when the
 /// object's life ends, and when SIGHUP, SIGINT or SIGTERM ends the command; one at a time.
 class TemporaryFile {
 public:
@@ -26,7 +26,7 @@ public:
     void setMode(mode_t mode) const;
     /// Makes the content durable, and closes the file.
     void finish();
-    /// There is no file of this name any more.
+    /// The name is not the temporary file's any longer: nothing is removed.
     void release();
 
 private:

@@ -165,7 +165,7 @@ Failure readFile(const std::string& path, std::vector<unsigned char>& bytes)
 
 namespace {
 
-/// Makes a file beside another; `name` gets its name, which nobody can foresee.
+/// Makes a file beside another; `name` gets its name, which is unpredictable.
 int openTemporary(const std::string& path, std::string& name)
 {
     for (;;) {

@@ -75,8 +75,8 @@ struct Failure {
 /// Reads a whole file. A link in the last component is not followed.
 Failure readFile(const std::string& path, std::vector<unsigned char>& bytes);
 
-/// Replaces a file by renaming a temporary file in its folder, whose name nobody can foresee, so
-/// that it is complete at every moment. A link in the last component is replaced, not followed.
+/// Replaces a file by renaming a temporary file with an unpredictable name in its folder, so that
+/// it is complete at every moment. A link in the last component is replaced, not followed.
 Failure replaceFile(const std::string& path, const std::vector<unsigned char>& bytes);
 
 }

@@ -93,10 +93,10 @@ public:
     // Records. `out` is loaded only when an operation succeeds.
 
     /// Appends a complete record (138 bytes) to the working file: 1 written, 0 not. Never rotates
-    /// the file: call fullEntryCheck, then shiftSelFile. A missing file is not created. **A record with
-    /// id FFFFh is written like any other, and ends the file: it marks an empty slot, so the tail
-    /// counts as damaged (DAMAGED_TAIL) and nothing is stored after it.** Refuse such a record;
-    /// `sel check --recover` repairs the log.
+    /// the file: call fullEntryCheck, then shiftSelFile. A missing file is not created. **A record
+    /// with id FFFFh is written like any other, and ends the file: it marks an empty slot, so the
+    /// tail counts as damaged (DAMAGED_TAIL) and nothing is stored after it.** Refuse such a
+    /// record; `sel check --recover` repairs the log.
     int writeRecord(unsigned char sb, BMCSELEntryMessage& rec);
     /// Reads by record id, checking the first and last id of each file, starting with the working
     /// file. NO_RECORD when the working file is empty, OPEN_FAILED when the search reaches a
@@ -130,22 +130,23 @@ public:
     /// REWRITE_FAILED, MOVE_FAILED, POSITION_FAILED, STAT_FAILED or NOT_REQUESTED. The first
     /// failure stops the shift; files already moved stay where they are.
     ///
-    /// **The answer is written also if nobody asked (NOT_REQUESTED), and the next call takes it for a
-    /// request.** Who makes the request waits for the answer and removes it; do not call this with
-    /// `noSync` false by a timer, or full and empty files are rotated away. Whoever may write to the
-    /// folder can make a request.
+    /// **The answer is written also if nobody asked (NOT_REQUESTED), and the next call takes it for
+    /// a request.** Who makes the request waits for the answer and removes it; do not call this
+    /// with `noSync` false by a timer, or full and empty files are rotated away. Whoever may write
+    /// to the folder can make a request.
     int shiftSelFile(unsigned char sb, bool noSync);
-    // Copies are made by /bin/cp through /bin/sh; while they run, an ignored SIGCHLD has its default.
-    // In a folder that others may write to, both ends must be files that the library would open.
+    // Copies are made by /bin/cp through /bin/sh; while they run, an ignored SIGCHLD has its
+    // default. In a folder that others may write to, both ends must be files that the library would
+    // open.
 
     /// Copies the working file to its backup: 1 or 0.
     int backupTmpSel(unsigned char sb);
     /// Copies the backup back to the working file: 1 or 0.
     int restoreTmpSel(unsigned char sb);
     /// Restores the working file of every board, or creates an empty one where there is none.
-    /// Returns the number of boards, not a status. **A backup replaces also a working file with newer
-    /// events**: call this only after a start that emptied the folder of working files. For a daemon
-    /// that starts again, examples/start_board.cpp shows the order.
+    /// Returns the number of boards, not a status. **A backup replaces also a working file with
+    /// newer events**: call this only after a start that emptied the folder of working files. For a
+    /// daemon that starts again, examples/start_board.cpp shows the order.
     int initialTruncate();
 };
 

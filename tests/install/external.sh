@@ -74,13 +74,13 @@ echo "external: exactly the siblings' symbols are undefined"
 
 # From the installation, and the sources of the siblings: nothing else of this tree.
 cp -r "$source/examples/board/siblings" "$scratch/siblings"
-mkdir -p "$scratch/root/tmp" "$scratch/root/var/tav/fmem/ipmi"
+mkdir -p "$scratch/board/tmp" "$scratch/board/var/tav/fmem/ipmi"
 siblings=$(printf '%s;' "$scratch"/siblings/*.cpp)
 step "the platform tests are not configured" cmake \
     -S "$scratch/prefix/share/recordkit/platform-tests" -B "$scratch/tests" "$@" \
     -DCMAKE_BUILD_TYPE=Debug -DCMAKE_PREFIX_PATH="$scratch/prefix" \
     -DCMAKE_CXX_FLAGS="-Wall -Wextra -Wpedantic -Wshadow -Werror" \
-    -DRECORDKIT_SIBLINGS="$siblings" -DRECORDKIT_SIBLINGS_DEFINE="BOARD_ROOT=\"$scratch/root\"" \
+    -DRECORDKIT_SIBLINGS="$siblings" -DRECORDKIT_SIBLINGS_DEFINE="BOARD_ROOT=\"$scratch/board\"" \
     -DRECORDKIT_EMULATOR="$emulator" -DRECORDKIT_GTEST_SOURCE="$googletest"
 step "the platform tests are not built" cmake --build "$scratch/tests"
 step "the platform tests fail" ctest --test-dir "$scratch/tests" --output-on-failure --verbose

@@ -9,13 +9,13 @@ cxx=$2
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
-mkdir -p "$scratch/root/tmp" "$scratch/root/var/tav/fmem/ipmi"
+mkdir -p "$scratch/board/tmp" "$scratch/board/var/tav/fmem/ipmi"
 cat >"$scratch/root.cpp" <<TEXT
 #include <recordkit/host/HostRoot.h>
 
 namespace {
 
-[[maybe_unused]] const bool isSet = (TAVLib::host::setSystemRoot("$scratch/root"), true);
+[[maybe_unused]] const bool isSet = (TAVLib::host::setSystemRoot("$scratch/board"), true);
 
 }
 TEXT

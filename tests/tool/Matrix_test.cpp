@@ -167,7 +167,7 @@ protected:
         EXPECT_EQ(outcome.err, "");
         EXPECT_NE(outcome.out, "");
     }
-    /// With standard output redirected as the shell is told.
+    /// With a shell's redirection of standard output.
     void expectOutputCase(const std::string& name, const std::string& redirection) const
     {
         Arguments words = {"sh", "-c", "exec \"$@\" " + redirection, "sh"};

@@ -35,7 +35,7 @@ bool isSystemEvent(const Event& e)
     return e.kind == EventKind::SYSTEM_EVENT;
 }
 
-/// What went away is no alarm any more.
+/// A deassertion is not an alarm.
 Style eventStyle(const Event& e)
 {
     return e.isDeassertion ? Style::DIM : styleOf(e.severity);
