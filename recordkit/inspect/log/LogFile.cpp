@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <utility>
 
 #include <recordkit/posix/File.h>
 #include <recordkit/selfile/BMCSELDataFile.h>
@@ -55,15 +56,11 @@ std::vector<LogFile> readOnce(unsigned char board)
     return files;
 }
 
-/// Whether the path still leads to the file that was read.
-bool isUnchanged(const LogFile& file)
+/// Whether both readings found the same file with the same content.
+bool isSame(const LogFile& one, const LogFile& other)
 {
-    struct stat status = {};
-    if (::stat(file.path.c_str(), &status) != 0) {
-        return file.error == errno;
-    }
-    return file.error != 0 || (file.identity == static_cast<unsigned long>(status.st_ino) &&
-                               file.size == static_cast<unsigned long>(status.st_size));
+    return one.error == other.error && one.identity == other.identity && one.size == other.size &&
+           one.bytes == other.bytes;
 }
 
 }
@@ -120,11 +117,17 @@ bool LogFile::isSound() const
 
 std::vector<LogFile> readLogFiles(unsigned char board)
 {
-    // A rotation may rename files while they are read: what was read must be one state of the log.
-    constexpr int TRIALS = 5;
+    // A rotation may rename, empty and fill files while they are read. What two readings after each
+    // other found was there at the moment between them.
+    constexpr int TRIALS = 50;
     std::vector<LogFile> files = readOnce(board);
-    for (int i = 1; i < TRIALS && !std::all_of(files.begin(), files.end(), isUnchanged); ++i) {
-        files = readOnce(board);
+    for (int i = 1; i < TRIALS; ++i) {
+        std::vector<LogFile> again = readOnce(board);
+        const bool isState = std::equal(files.begin(), files.end(), again.begin(), isSame);
+        files = std::move(again);
+        if (isState) {
+            break;
+        }
     }
     return files;
 }

@@ -24,7 +24,7 @@ public:
 private:
     unsigned char board;
     bool isStrict;
-    std::unordered_map<std::string, std::size_t> seen;
+    std::unordered_map<std::string, std::size_t> returned;
 };
 
 }

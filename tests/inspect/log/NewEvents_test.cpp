@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/inspect/log/NewEvents.h>
 
+#include <atomic>
 #include <filesystem>
+#include <thread>
 
 #include "selfile/StoreFixture.h"
 
@@ -61,6 +63,56 @@ TEST_F(NewEventsTest, AreGivenOnceDuringARotation)
     EXPECT_EQ(taken(), Ids());
     std::filesystem::rename(kept(0), kept(1));
     EXPECT_EQ(taken(), Ids());
+}
+
+TEST_F(NewEventsTest, OfTheStoreAreGivenOnceAlthoughARotationHidesThem)
+{
+    events = NewEvents(SB, true);
+    writeFile(kept(1), fileOf(2, 10));
+    writeFile(working(), fileOf(1, 20));
+    EXPECT_EQ(taken(), Ids({10, 11, 20}));
+    ASSERT_EQ(store.makeCopySELFile(SB), 0U);
+    EXPECT_EQ(taken(), Ids());
+    std::filesystem::rename(kept(1), kept(2));
+    EXPECT_EQ(taken(), Ids());
+    std::filesystem::rename(kept(0), kept(1));
+    EXPECT_EQ(taken(), Ids());
+}
+
+TEST_F(NewEventsTest, AreGivenOnceAndAllWhileTheLogRotates)
+{
+    constexpr unsigned int ROUNDS = 20;
+    constexpr unsigned int ROTATIONS = 6; // The chain of seven files keeps every event of a round.
+    unsigned int next = 1;
+    writeFile(working(), fileOf(0));
+    for (unsigned int round = 0; round < ROUNDS; ++round) {
+        const unsigned int first = next;
+        next += 2 * ROTATIONS;
+        std::atomic<bool> isDone = false;
+        std::thread writer([&] {
+            for (unsigned int id = first; id < next; id += 2) {
+                for (const unsigned int each : {id, id + 1}) {
+                    auto event = fromBytes<Message>(slotOf(each));
+                    store.writeRecord(SB, event);
+                }
+                store.shiftSelFile(SB, true);
+            }
+            isDone = true;
+        });
+        Ids ids;
+        bool isLast = false;
+        while (!isLast) {
+            isLast = isDone;
+            const Ids some = taken();
+            ids.insert(ids.end(), some.begin(), some.end());
+        }
+        writer.join();
+        Ids all;
+        for (unsigned int id = first; id < next; ++id) {
+            all.push_back(id);
+        }
+        EXPECT_EQ(ids, all);
+    }
 }
 
 TEST_F(NewEventsTest, AreAllOfThemWhenTheLogWasCleared)
