@@ -2,9 +2,12 @@
 #ifndef RECORDKIT_TOOL_DESCRIPTOR_H
 #define RECORDKIT_TOOL_DESCRIPTOR_H
 
+#include <string>
 #include <utility>
 
 #include <unistd.h>
+
+#include <recordkit/posix/File.h>
 
 namespace recordkit::tool {
 
@@ -30,6 +33,24 @@ public:
 private:
     int fd;
 };
+
+/// Whether an open file begins with these bytes.
+inline bool beginsWith(int fd, const std::string& expected)
+{
+    std::string content(expected.size(), '\0');
+    std::size_t done = 0;
+    return TAVLib::posix::readAt(fd, 0, content.data(), content.size(), done) &&
+           content == expected;
+}
+
+/// Whether it contains nothing else.
+inline bool hasContent(int fd, const std::string& expected)
+{
+    char next = '\0';
+    std::size_t more = 0;
+    return beginsWith(fd, expected) && TAVLib::posix::readAt(fd, expected.size(), &next, 1, more) &&
+           more == 0;
+}
 
 }
 

@@ -9,6 +9,9 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
+#include <recordkit/host/LockTimeout.h>
+#include <recordkit/posix/File.h>
+
 #include "Errors.h"
 #include "Files.h"
 #include "TemporaryFile.h"
@@ -44,21 +47,6 @@ std::string targetOf(int link, const std::string& path)
         throw systemError(path, "written", errno);
     }
     return {target.data(), static_cast<std::size_t>(length)};
-}
-
-/// Whether an open file has this content; reads one byte more at most.
-bool hasContent(int fd, const std::string& expected)
-{
-    std::string content(expected.size() + 1, '\0');
-    std::size_t done = 0;
-    ssize_t count = 0;
-    while (done < content.size() &&
-           (count = TEMP_FAILURE_RETRY(::pread(fd, content.data() + done, content.size() - done,
-                                               static_cast<off_t>(done)))) > 0) {
-        done += static_cast<std::size_t>(count);
-    }
-    return count != -1 && done == expected.size() &&
-           content.compare(0, done, expected, 0, done) == 0;
 }
 
 /// The permissions of a new file.
@@ -140,6 +128,12 @@ void OutputFile::replace(const std::string& content, const std::string* expected
         throw systemError(path, "written", S_ISDIR(status->st_mode) ? EISDIR : EINVAL);
     }
     requireOwn();
+    const Descriptor old(
+        status ? openIn(folder.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK) : -1);
+    lock(old);
+    if (status && !isUnchanged(name.c_str(), expected)) {
+        throw refusal(path, CHANGED);
+    }
     TemporaryFile temporary(folder.get(), name, path);
     if (status) {
         temporary.copyOwner(*status);
@@ -147,8 +141,19 @@ void OutputFile::replace(const std::string& content, const std::string* expected
         temporary.setMode(newMode(readers));
     }
     temporary.write(content);
-    temporary.finish();
+    temporary.finish(content);
     put(temporary, expected);
+}
+
+/// Makes other runs of the command wait that write the same file: who waited then finds that the
+/// name leads to another file, or the file to other content.
+void OutputFile::lock(const Descriptor& file) const
+{
+    // A file that cannot be opened for reading, or has no locks, is compared without.
+    if (file.isOpen() && !TAVLib::posix::lockFile(file.get(), TAVLib::host::lockTimeout()) &&
+        errno == EWOULDBLOCK) {
+        throw refusal(path, "another program keeps it locked");
+    }
 }
 
 /// Whether the file of this name is the one that was found, with the content that was read.
@@ -201,6 +206,7 @@ void OutputFile::patch(const std::string& before, const std::string& after)
     if (file.get() == -1) {
         throw systemError(path, "written", errno);
     }
+    lock(file);
     const struct stat now = statusOf(file.get(), path);
     if (!status || now.st_dev != status->st_dev || now.st_ino != status->st_ino ||
         (S_ISREG(now.st_mode) && !hasContent(file.get(), before))) {
@@ -224,6 +230,9 @@ void OutputFile::patch(const std::string& before, const std::string& after)
     // A device that cannot be synchronised needs no waiting.
     if (TEMP_FAILURE_RETRY(::fdatasync(file.get())) == -1 && errno != EINVAL && errno != EROFS) {
         throw systemError(path, "synchronised", errno);
+    }
+    if (!beginsWith(file.get(), after)) {
+        throw fileError(inputName(path) + " does not read back as written");
     }
 }
 

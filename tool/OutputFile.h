@@ -19,6 +19,9 @@ enum class Readers { ALL, OWNER };
 /// everybody may write to, links and files that others have in hand are refused: they must belong
 /// to the caller or root, have one name, and not be writable by others.
 ///
+/// The file is locked (flock(2)) while it is compared and written, so that of two runs of the
+/// command that edit it one is refused.
+///
 /// Every operation throws CommandError (file), which names the path and the reason.
 class OutputFile {
 public:
@@ -42,6 +45,7 @@ public:
 private:
     void find();
     void requireOwn() const;
+    void lock(const Descriptor& file) const;
     void put(class TemporaryFile& temporary, const std::string* expected);
     bool isUnchanged(const char* name, const std::string* expected) const;
 

@@ -9,7 +9,9 @@
 #include <unistd.h>
 #include <utility>
 
+#include "Descriptor.h"
 #include "Errors.h"
+#include "Files.h"
 
 namespace recordkit::tool {
 
@@ -148,10 +150,13 @@ void TemporaryFile::setMode(mode_t mode) const
     }
 }
 
-void TemporaryFile::finish()
+void TemporaryFile::finish(const std::string& content)
 {
     if (TEMP_FAILURE_RETRY(::fsync(fd)) == -1) {
         fail("synchronised", errno);
+    }
+    if (!hasContent(fd, content)) {
+        throw fileError(inputName(path) + ": its temporary file does not read back as written");
     }
     if (::close(std::exchange(fd, -1)) == -1) {
         fail("closed", errno);

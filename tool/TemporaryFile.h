@@ -24,8 +24,8 @@ public:
     void write(const std::string& content) const;
     void copyOwner(const struct stat& of) const;
     void setMode(mode_t mode) const;
-    /// Makes the content durable, and closes the file.
-    void finish();
+    /// Makes the content durable, compares it with what was to be written, and closes the file.
+    void finish(const std::string& content);
     /// The name is not the temporary file's any longer: nothing is removed.
     void release();
 

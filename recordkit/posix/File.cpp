@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/posix/File.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -108,12 +109,14 @@ bool lockFile(int fd, int milliseconds)
         return TEMP_FAILURE_RETRY(::flock(fd, LOCK_EX)) == 0;
     }
     const Clock::time_point end = Clock::now() + std::chrono::milliseconds(milliseconds);
-    // flock has no time limit of its own.
+    // flock has no time limit of its own. Most locks are held for a moment.
+    std::chrono::microseconds pause(50);
     while (TEMP_FAILURE_RETRY(::flock(fd, LOCK_EX | LOCK_NB)) != 0) {
         if (errno != EWOULDBLOCK || Clock::now() >= end) {
             return false;
         }
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        std::this_thread::sleep_for(pause);
+        pause = std::min(2 * pause, std::chrono::microseconds(10000));
     }
     return true;
 }

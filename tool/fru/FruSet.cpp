@@ -19,16 +19,11 @@ namespace recordkit::tool {
 
 namespace {
 
-/// Reads the file again, as a whole and through the library, and compares.
-void checkWritten(const std::string& file, const FruEditResult& result)
+/// The library must be able to read every area with a change.
+void checkEdited(const FruEditResult& result)
 {
     const FruImage expected = parseFruImage(result.bytes);
-    const std::string written = readInput(file, FRU_LIMIT);
-    if (written != result.bytes) {
-        throw fileError(inputName(file) +
-                        ": verification failed: the file does not read back as written");
-    }
-    ImageDevice device(written);
+    ImageDevice device(result.bytes);
     FRUData fru(device);
     for (const FruAreaImage& area : expected.areas) {
         for (const FruChange& change : result.changes) {
@@ -61,6 +56,7 @@ void run(const Arguments& arguments)
     const bool isDryRun = arguments.has("--dry-run");
     const std::string bytes = readInput(file, FRU_LIMIT);
     const FruEditResult result = edit(arguments, bytes);
+    checkEdited(result);
     if (!isDryRun) {
         OutputFile output(file);
         if (arguments.has("--in-place") || output.isDevice()) {
@@ -68,7 +64,6 @@ void run(const Arguments& arguments)
         } else {
             output.replace(result.bytes, &bytes);
         }
-        checkWritten(file, result);
     }
     for (const FruChange& change : result.changes) {
         print(fmt::format("{}: \"{}\" -> \"{}\"\n", change.field, printable(change.before),
