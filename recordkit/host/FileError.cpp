@@ -7,11 +7,12 @@
 
 namespace TAVLib::host {
 
-PException fileError(HostLocation where, const char* operation, const std::string& path, int error)
+PException fileError(HostLocation where, const char* operation, const std::string& path, int error,
+                     const std::string& reason)
 {
     constexpr unsigned char PRODUCER = 1;
     constexpr unsigned char FILE_ERROR_ACTION = 2;
-    const std::string reason = std::generic_category().message(error);
+    const std::string text = reason.empty() ? std::generic_category().message(error) : reason;
     return {PRODUCER,
             HOST_MODULE,
             where,
@@ -20,7 +21,7 @@ PException fileError(HostLocation where, const char* operation, const std::strin
             MESSAGE_FILE_OPERATION,
             reinterpret_cast<long>(operation),
             reinterpret_cast<long>(path.c_str()),
-            reinterpret_cast<long>(reason.c_str()),
+            reinterpret_cast<long>(text.c_str()),
             error,
             0,
             0,

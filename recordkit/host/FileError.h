@@ -20,8 +20,10 @@ enum HostLocation : unsigned short {
 };
 
 /// The exception for a failed operation on a file: action 2, errno as detail, and the
-/// operation, the path and the reason in the message.
-PException fileError(HostLocation where, const char* operation, const std::string& path, int error);
+/// operation, the path and the reason in the message. The reason is the system's text for errno if
+/// none is given.
+PException fileError(HostLocation where, const char* operation, const std::string& path, int error,
+                     const std::string& reason = "");
 
 }
 

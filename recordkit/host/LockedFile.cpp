@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/platform/LockedFile.h>
 
+#include <atomic>
 #include <cerrno>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
 
+#include <recordkit/host/LockTimeout.h>
 #include <recordkit/posix/File.h>
 
 #include "FileError.h"
@@ -14,11 +15,23 @@ namespace TAVLib {
 
 namespace {
 
+std::atomic<int> timeout = host::FOREVER;
+
 [[noreturn]] void fail(const char* operation, const std::string& path, int error)
 {
     throw host::fileError(host::LOCKED_FILE_LOCATION, operation, path, error);
 }
 
+}
+
+void host::setLockTimeout(int milliseconds)
+{
+    timeout = milliseconds;
+}
+
+int host::lockTimeout()
+{
+    return timeout;
 }
 
 class LockedFile::State {
@@ -35,7 +48,11 @@ LockedFile::LockedFile(const std::string& path) : state(nullptr)
     if (!file.isOpen()) {
         fail("open", path, errno);
     }
-    if (TEMP_FAILURE_RETRY(::flock(file.get(), LOCK_EX)) == -1) {
+    if (!posix::lockFile(file.get(), host::lockTimeout())) {
+        if (errno == EWOULDBLOCK) {
+            throw host::fileError(host::LOCKED_FILE_LOCATION, "lock", path, EWOULDBLOCK,
+                                  "another program keeps it locked");
+        }
         fail("lock", path, errno);
     }
     state = new State{path, file.get()};

@@ -2,18 +2,19 @@
 #include <recordkit/posix/File.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <thread>
 #include <unistd.h>
 
 namespace TAVLib::posix {
 
 namespace {
-
-constexpr mode_t NEW_FILE_MODE = 0644;
 
 /// Whether others may make and rename files beside this one.
 bool isInFolderOfEverybody(const std::string& path)
@@ -54,10 +55,10 @@ bool hasWritten(ssize_t count)
 
 }
 
-int openFile(const std::string& path, int flags)
+int openFile(const std::string& path, int flags, unsigned int mode)
 {
     // One call more than an open without checks: what the folder is matters only for an odd file.
-    File file(openAny(path, (flags & ~O_TRUNC) | O_NOFOLLOW | O_NONBLOCK));
+    File file(openAny(path, (flags & ~O_TRUNC) | O_NOFOLLOW | O_NONBLOCK, mode));
     const bool isOdd = file.isOpen() || errno == ELOOP || errno == ENXIO;
     const int refusal = file.isOpen() ? refusalOf(file.get()) : errno;
     if (refusal == 0 &&
@@ -66,15 +67,15 @@ int openFile(const std::string& path, int flags)
     }
     const int error = refusal != 0 ? refusal : errno;
     if (refusal != 0 && isOdd && !isInFolderOfEverybody(path)) {
-        return openAny(path, flags);
+        return openAny(path, flags, mode);
     }
     errno = error;
     return -1;
 }
 
-int openAny(const std::string& path, int flags)
+int openAny(const std::string& path, int flags, unsigned int mode)
 {
-    return TEMP_FAILURE_RETRY(::open(path.c_str(), flags | O_CLOEXEC, NEW_FILE_MODE));
+    return TEMP_FAILURE_RETRY(::open(path.c_str(), flags | O_CLOEXEC, mode));
 }
 
 int refusalOf(const std::string& path)
@@ -98,6 +99,23 @@ int File::release()
     const int released = fd;
     fd = -1;
     return released;
+}
+
+bool lockFile(int fd, int milliseconds)
+{
+    using Clock = std::chrono::steady_clock;
+    if (milliseconds == FOREVER) {
+        return TEMP_FAILURE_RETRY(::flock(fd, LOCK_EX)) == 0;
+    }
+    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(milliseconds);
+    // flock has no time limit of its own.
+    while (TEMP_FAILURE_RETRY(::flock(fd, LOCK_EX | LOCK_NB)) != 0) {
+        if (errno != EWOULDBLOCK || Clock::now() >= end) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
 }
 
 bool readAt(int fd, unsigned long offset, void* buffer, std::size_t size, std::size_t& done)

@@ -11,7 +11,10 @@ namespace TAVLib::posix {
 // Files by system calls. A call that a signal interrupts is made again; any other failure is the
 // caller's to report, by the result and errno of the C library.
 
-/// Opens a file that no other program inherits; a new one gets the permissions 0644.
+/// The permissions of a new file, less the process's umask.
+constexpr unsigned int NEW_FILE_MODE = 0644;
+
+/// Opens a file that no other program inherits; `mode` is for a new one.
 ///
 /// In a folder of everybody, one that others may write to such as /tmp, who made a file there, or
 /// can reach it by another name, decides what it contains. There a link is not followed, no other
@@ -25,10 +28,10 @@ namespace TAVLib::posix {
 /// | `EPERM`   | a file of another user but root          |
 /// | `EMLINK`  | a file with a second name                |
 /// | `EACCES`  | a file that others may write             |
-int openFile(const std::string& path, int flags);
+int openFile(const std::string& path, int flags, unsigned int mode = NEW_FILE_MODE);
 
 /// Opens a file or device that the caller chose, whatever it is.
-int openAny(const std::string& path, int flags);
+int openAny(const std::string& path, int flags, unsigned int mode = NEW_FILE_MODE);
 
 /// Why openFile would refuse a file in a folder of everybody, as errno; 0 for none, and for a
 /// missing file.
@@ -53,6 +56,13 @@ public:
 private:
     int fd;
 };
+
+/// Waiting without end.
+constexpr int FOREVER = -1;
+
+/// Takes the exclusive flock(2) lock of an open file; waits for it at most so many milliseconds, or
+/// FOREVER. EWOULDBLOCK if another open file has it then.
+bool lockFile(int fd, int milliseconds);
 
 /// Reads from an offset on until the buffer is full or the file ends; `done` is the number of bytes
 /// read, also when it fails.

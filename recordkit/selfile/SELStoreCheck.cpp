@@ -95,6 +95,28 @@ bool SELStoreCheck::isSound() const
 
 bool SELStoreCheck::recover(std::vector<std::string>& actions) const
 {
+    return hasNothingToRecover() || recover(SELStoreLock(board, 0), actions);
+}
+
+bool SELStoreCheck::recover(const SELStoreLock& lock, std::vector<std::string>& actions) const
+{
+    if (!lock.isHeld()) {
+        actions.push_back("nothing was repaired: " + lock.getProblem());
+        return false;
+    }
+    return SELStoreCheck(board).moveFiles(actions);
+}
+
+bool SELStoreCheck::hasNothingToRecover() const
+{
+    const std::vector<int> present = presentIndexes();
+    // Of a chain without a gap the last index is the number of files.
+    return !isCutOff && (present.empty() || *std::max_element(present.begin(), present.end()) ==
+                                                static_cast<int>(present.size()));
+}
+
+bool SELStoreCheck::moveFiles(std::vector<std::string>& actions) const
+{
     std::vector<int> present = presentIndexes();
     const auto isPresent = [&present](int index) {
         return std::find(present.begin(), present.end(), index) != present.end();

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <recordkit/platform/Export.h>
+#include <recordkit/selfile/SELStoreLock.h>
 
 namespace TAVLib::RecordKit {
 
@@ -64,14 +65,21 @@ public:
     /// A backup with events that the working file does not contain moves into the chain: the files
     /// up to the first gap move up by one. The oldest file is dropped only if there is no gap, as
     /// the rotation would have done. Any other gap is closed by moving the older files down.
+    /// If there is anything to do, it takes the board's lock, without waiting, and examines the
+    /// files again: a rotation may have gone on since the object was constructed.
+    ///
     /// `actions` gets a line for each action that was done or was not possible; returns false when
-    /// a rename failed.
+    /// a rename failed or another process holds the lock.
     ///
     /// The object describes the files as they were before; construct a new one to examine the
     /// result.
     bool recover(std::vector<std::string>& actions) const;
+    /// The same for a caller that holds the board's lock.
+    bool recover(const SELStoreLock& lock, std::vector<std::string>& actions) const;
 
 private:
+    bool hasNothingToRecover() const;
+    bool moveFiles(std::vector<std::string>& actions) const;
     void addFile(int index, int kind);
     void findMissingWorkingFile();
     void findDamage();

@@ -67,7 +67,11 @@ int walk()
 int recover()
 {
     std::vector<std::string> actions;
-    return SELStoreCheck(SB).recover(actions) ? 1 : 0;
+    const bool isDone = SELStoreCheck(SB).recover(actions);
+    for (const std::string& action : actions) {
+        std::fprintf(stderr, "%s\n", action.c_str());
+    }
+    return isDone ? 1 : 0;
 }
 
 int withSettings(const std::function<int(SettingEEPROMData&)>& action)

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/platform/LockedFile.h>
 
+#include <future>
 #include <gtest/gtest.h>
 #include <unistd.h>
+
+#include <recordkit/host/LockTimeout.h>
 
 #include "support/Failures.h"
 #include "support/ScratchRoot.h"
@@ -78,4 +81,49 @@ TEST(LockedFileErrors, WritesToAFullDeviceAreThrown)
     LockedFile file("/dev/full");
     EXPECT_EQ(thrownBy([&] { file.write("x", 1); }),
               fileError("write", "/dev/full", "No space left on device", ENOSPC));
+}
+
+namespace {
+
+/// Restores waiting without end.
+class LockTimeout : public testing::Test {
+protected:
+    ~LockTimeout() override { TAVLib::host::setLockTimeout(TAVLib::host::FOREVER); }
+    const ScratchRoot root;
+    const std::string path = root.at("/tmp/file");
+};
+
+}
+
+TEST_F(LockTimeout, IsNoneUnlessItIsSet)
+{
+    EXPECT_EQ(TAVLib::host::lockTimeout(), TAVLib::host::FOREVER);
+}
+
+TEST_F(LockTimeout, EndsTheWaitingWithAClearError)
+{
+    const LockedFile held(path);
+    for (const int milliseconds : {0, 1, 20}) {
+        TAVLib::host::setLockTimeout(milliseconds);
+        const std::size_t before = openDescriptors();
+        EXPECT_EQ(thrownBy([&] { LockedFile file(path); }),
+                  fileError("lock", path, "another program keeps it locked", EWOULDBLOCK));
+        EXPECT_EQ(openDescriptors(), before);
+    }
+}
+
+TEST_F(LockTimeout, IsNotAwaitedWhenTheLockIsFree)
+{
+    TAVLib::host::setLockTimeout(0);
+    EXPECT_EQ(thrownBy([&] { LockedFile file(path); }), "nothing");
+}
+
+TEST_F(LockTimeout, LongerThanTheLockIsHeldLetsTheWaitingSucceed)
+{
+    TAVLib::host::setLockTimeout(60000);
+    auto held = std::make_unique<LockedFile>(path);
+    auto waiting = std::async(std::launch::async,
+                              [this] { return thrownBy([this] { LockedFile file(path); }); });
+    held.reset();
+    EXPECT_EQ(waiting.get(), "nothing");
 }

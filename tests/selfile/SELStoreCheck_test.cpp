@@ -8,6 +8,7 @@
 
 using namespace testing_support;
 using TAVLib::RecordKit::SELStoreCheck;
+using TAVLib::RecordKit::SELStoreLock;
 
 namespace {
 
@@ -282,31 +283,53 @@ TEST_F(StoreCheckTest, BackupOfAnotherSizeStaysOutOfTheChain)
     EXPECT_TRUE(fileExists(kept(0)));
 }
 
-TEST_F(StoreCheckTest, FailedRenameIsSaid)
+TEST_F(StoreCheckTest, RecoverLooksAgainUnderTheLock)
 {
+    // What looked cut off was a rotation in progress, which ended meanwhile.
     writeFile(working(), fileOf(0));
     writeFile(kept(0), fileOf(800));
-    writeFile(kept(1), fileOf(800));
+    writeFile(kept(2), fileOf(800, 900));
     const SELStoreCheck check(SB);
-    std::filesystem::create_directories(kept(2) + "/x");
+    std::filesystem::rename(kept(0), kept(1));
     Lines actions;
-    EXPECT_FALSE(check.recover(actions));
-    EXPECT_EQ(actions,
-              Lines({kept(1) + " could not be renamed to " + kept(2) + ": Is a directory"}));
-    EXPECT_TRUE(fileExists(kept(0)));
+    EXPECT_TRUE(check.recover(actions));
+    EXPECT_EQ(actions, Lines());
+    EXPECT_EQ(readFile(kept(1)), fileOf(800));
+    EXPECT_EQ(readFile(kept(2)), fileOf(800, 900));
 }
 
-TEST_F(StoreCheckTest, FailedRenameOfALaterGapIsSaidToo)
+TEST_F(StoreCheckTest, RecoverLeavesTheFilesToWhoHoldsTheLock)
 {
     writeFile(working(), fileOf(0));
-    writeFile(kept(3), fileOf(800));
+    writeFile(kept(2), fileOf(800));
     const SELStoreCheck check(SB);
-    std::filesystem::create_directories(kept(1) + "/x");
     Lines actions;
-    EXPECT_FALSE(check.recover(actions));
-    EXPECT_EQ(actions,
-              Lines({kept(3) + " could not be renamed to " + kept(1) + ": Is a directory"}));
-    EXPECT_TRUE(fileExists(kept(3)));
+    {
+        const SELStoreLock rotation(SB);
+        ASSERT_TRUE(rotation.isHeld());
+        EXPECT_FALSE(check.recover(actions));
+        EXPECT_EQ(actions,
+                  Lines({"nothing was repaired: " + lockFile() + " is locked by another program"}));
+        EXPECT_EQ(keptNames(), Lines({"sb1_bmc_sel2"}));
+        actions.clear();
+        // Its holder may repair.
+        EXPECT_TRUE(check.recover(rotation, actions));
+        EXPECT_EQ(actions, Lines({"sel2 renamed to sel1"}));
+    }
+    actions.clear();
+    EXPECT_TRUE(check.recover(actions));
+    EXPECT_EQ(actions, Lines());
+    EXPECT_EQ(keptNames(), Lines({"sb1_bmc_sel1"}));
+}
+
+TEST_F(StoreCheckTest, RecoverNeedsNoLockWhenThereIsNothingToDo)
+{
+    writeFile(working(), fileOf(1));
+    writeFile(kept(1), fileOf(800));
+    writeFile(kept(2), fileOf(800));
+    Lines actions;
+    EXPECT_TRUE(SELStoreCheck(SB).recover(actions));
+    EXPECT_FALSE(fileExists(lockFile()));
 }
 
 TEST_F(StoreCheckTest, ShiftRequestIsANoteOnly)

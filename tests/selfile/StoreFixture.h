@@ -2,6 +2,7 @@
 #ifndef RECORDKIT_TESTS_SELFILE_STOREFIXTURE_H
 #define RECORDKIT_TESTS_SELFILE_STOREFIXTURE_H
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include <recordkit/selfile/BMCSELDataFile.h>
@@ -49,7 +50,14 @@ protected:
         return root.at("/var/tav/fmem/ipmi/sb1_bmc_sel" + std::to_string(index));
     }
     std::string shiftRequest() const { return root.at("/var/tmp/shift_sel_sync"); }
-    Lines keptNames() const { return listFolder(root.at("/var/tav/fmem/ipmi")); }
+    std::string lockFile() const { return root.at("/var/tav/fmem/ipmi/sb1_bmc_sel.lock"); }
+    /// Without the lock's file, which stays once it was made.
+    Lines keptNames() const
+    {
+        Lines names = listFolder(root.at("/var/tav/fmem/ipmi"));
+        names.erase(std::remove(names.begin(), names.end(), "sb1_bmc_sel.lock"), names.end());
+        return names;
+    }
 
     /// A trace line of the store itself.
     static std::string line(const std::string& text) { return "1:83:0x1000 level 0: " + text; }

@@ -228,6 +228,8 @@ TEST_F(OutputFileTest, TemporariesAreGoneAfterASignal)
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         const pid_t child = ::fork();
         if (child == 0) {
+            // A shell starts programs in the background with SIGINT ignored.
+            std::signal(signal, SIG_DFL);
             const int folder = ::open(root.at("/tmp").c_str(), O_PATH | O_DIRECTORY);
             const TemporaryFile temporary(folder, "file", file);
             temporary.write("half");

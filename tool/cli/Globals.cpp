@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include <recordkit/host/HostRoot.h>
+#include <recordkit/host/LockTimeout.h>
 #include <recordkit/host/Machine.h>
 #include <recordkit/host/TraceLog.h>
 #include <recordkit/platform/SystemRoot.h>
@@ -22,6 +23,7 @@ namespace {
 constexpr int MAX_BOARDS = 256;
 /// The partition bitmask of an event has 16 bits.
 constexpr int MAX_PARTITIONS = 16;
+constexpr int MAX_LOCK_TIMEOUT = 3600; // in seconds
 
 /// Messages have the root's name as it was given, not the one by which the library knows it.
 void useRoot(const std::string& root)
@@ -42,6 +44,9 @@ std::vector<Option> globalOptions()
         root,
         number("--boards", "N", 1, MAX_BOARDS, "Number of system boards").by("4"),
         number("--partition-count", "N", 1, MAX_PARTITIONS, "Number of partitions").by("4"),
+        number("--lock-timeout", "SECONDS", 0, MAX_LOCK_TIMEOUT,
+               "How long to wait for a file or log that another program has locked")
+            .by("10"),
         number("--max-size", "N", 1, 0xFFFFFFFF,
                "Bytes that an input may have; each kind of input has a smaller limit of its own"),
         choice("--color", "WHEN", {"auto", "always", "never"},
@@ -68,6 +73,9 @@ void applyGlobals(const Arguments& arguments)
     } else if (arguments.has("--tz")) {
         chooseZone(arguments.text("--tz"));
     }
+    constexpr int MILLISECONDS = 1000;
+    TAVLib::host::setLockTimeout(static_cast<int>(arguments.number("--lock-timeout")) *
+                                 MILLISECONDS);
     setLargestInput(arguments.find("--max-size").value_or(0));
     TAVLib::host::Machine machine;
     machine.systemBoards = static_cast<int>(arguments.number("--boards"));

@@ -148,6 +148,7 @@ public:
         BMCSELDataFile files;
         if (files.writeRecord(board, event.message) != 1) {
             makeRoom();
+            const NoWaiting now; // The first trial has waited.
             if (files.writeRecord(board, event.message) != 1) {
                 throw storeError(BMCSELDataFile::REWRITE_FAILED, workingFile(board));
             }
@@ -222,7 +223,7 @@ void storeAll(const Arguments& arguments, std::vector<ImportedEvent>& events, Im
                                fmt::format("{}: {}, the rest begins at {} of {}{}", e.what(),
                                            import.progress(events.size()), events[i].place,
                                            inputName(arguments.text("FILE")),
-                                           arguments.has("--rotate")
+                                           e.getStatus() != EXIT_DATA || arguments.has("--rotate")
                                                ? ""
                                                : "; rotate the board, or add them with --rotate"));
         }
@@ -232,6 +233,7 @@ void storeAll(const Arguments& arguments, std::vector<ImportedEvent>& events, Im
 void run(const Arguments& arguments)
 {
     std::vector<ImportedEvent> events = readInputEvents(arguments);
+    const LogLock lock(arguments.board());
     prepareWorkingFile(arguments.board());
     Import import(arguments.board(), arguments.has("--rotate"));
     storeAll(arguments, events, import);

@@ -14,6 +14,7 @@ void run(const Arguments& arguments)
 {
     const unsigned char sb = arguments.board();
     requireFile(workingFile(sb), "back up");
+    const LogLock lock(sb);
     refuseWhileCutOff(sb);
     if (BMCSELDataFile().backupTmpSel(sb) != 1) {
         throw storeError(BMCSELDataFile::MOVE_FAILED, workingFile(sb));

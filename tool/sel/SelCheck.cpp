@@ -139,7 +139,9 @@ Command selCheckCommand()
         "shift request that was left. --recover writes damaged files again with the whole events "
         "that "
         "they contain, and restores a missing working file; what else a file contained stays in "
-        "NAME.damaged-N, which sel rescue reads. No event may be stored meanwhile."};
+        "NAME.damaged-N, which sel rescue reads. It changes nothing "
+        "while another program holds the log's lock; a firmware that does not take the lock must "
+        "store no event meanwhile."};
 }
 
 }

@@ -20,6 +20,7 @@ void run(const Arguments& arguments)
         throw usageError(
             fmt::format("this deletes all events of board {}; pass --yes to confirm", sb));
     }
+    const LogLock lock(sb);
     const std::size_t events = BoardLog(sb).getTotal();
     if (BMCSELDataFile().clearAllRecord(sb) != BMCSELDataFile::SUCCESS) {
         throw storeError(BMCSELDataFile::REWRITE_FAILED, workingFile(sb));

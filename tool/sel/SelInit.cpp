@@ -19,7 +19,13 @@ namespace {
 const char* initialise(unsigned char board)
 {
     const std::string path = workingFile(board);
+    // Who made a working file before the first start could read, forge and empty the log.
+    requireTrusted(path);
     if (isFile(path)) {
+        return "kept";
+    }
+    const LogLock lock(board);
+    if (isFile(path)) { // made while another program held the lock
         return "kept";
     }
     if (BMCSELDataFile().restoreTmpSel(board) == 1) {
@@ -57,7 +63,8 @@ Command selInitCommand()
             Answer::TEXT,
             run,
             "A working file is copied from its backup if there is one. An existing working file is "
-            "kept."};
+            "kept; in a folder that everybody may write to it is refused if it is a link or not a "
+            "regular file, belongs to another user, has a second name, or others may write it."};
 }
 
 }

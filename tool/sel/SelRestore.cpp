@@ -52,6 +52,7 @@ void run(const Arguments& arguments)
     const std::string path = backupFile(sb);
     requireFile(path, "restore");
     checkSize(path);
+    const LogLock lock(sb);
     if (!arguments.has("--yes") && isFile(workingFile(sb)) && !isWorkingFileInBackup(sb)) {
         throw usageError(workingFile(sb) + " contains events that are not in the backup; pass "
                                            "--yes to discard them");

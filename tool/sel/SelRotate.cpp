@@ -16,6 +16,7 @@ void run(const Arguments& arguments)
 {
     const unsigned char sb = arguments.board();
     requireFile(workingFile(sb), "rotate");
+    const LogLock lock(sb);
     unsigned long tail = 0;
     if (BMCSELDataFile().getTailAddr(sb, tail) == BMCSELDataFile::SUCCESS && tail == 0) {
         // It would become a file of the chain anyway, and could push the oldest one out.

@@ -9,10 +9,12 @@
 
 #include <fmt/format.h>
 
+#include <recordkit/host/LockTimeout.h>
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/log/LogFile.h>
 #include <recordkit/platform/LockedFile.h>
 #include <recordkit/platform/PException.h>
+#include <recordkit/posix/File.h>
 #include <recordkit/selfile/SELFileLayout.h>
 #include <recordkit/selfile/SELStoreCheck.h>
 
@@ -23,9 +25,11 @@ using namespace TAVLib::RecordKit::SELFileLayout;
 
 namespace {
 
-/// Why a file cannot be opened for writing, as the system's text; empty if it can.
+/// Why a file cannot be opened for writing, as the system's text; empty if it can. The operation
+/// that failed has waited for the lock.
 std::string writeProblem(const std::string& path)
 {
+    const NoWaiting now;
     try {
         const TAVLib::LockedFile file(path);
         return "";
@@ -83,6 +87,29 @@ void requireLogs()
     const std::string folder = folderOf(workingFile(0));
     if (!isFile(folder) && !isFile(folderOf(backupFile(0)))) {
         throw fileError(folder + " is missing; recordkit sel init creates it, and the logs");
+    }
+}
+
+void requireTrusted(const std::string& path)
+{
+    const int error = TAVLib::posix::refusalOf(path);
+    const auto text = [error] {
+        switch (error) {
+        case ELOOP:
+            return "it is a link";
+        case EPERM:
+            return "it belongs to another user";
+        case EMLINK:
+            return "it has a second name";
+        case EACCES:
+            return "others may write it";
+        default:
+            return "it is not a regular file";
+        }
+    };
+    if (error != 0) {
+        throw fileError(fmt::format("{} is not used: {}, in a folder that everybody may write to",
+                                    path, text()));
     }
 }
 
@@ -152,6 +179,23 @@ void refuseWhileCutOff(unsigned char board)
             throw dataError(finding.text + ": run \"recordkit sel check --recover\" first");
         }
     }
+}
+
+LogLock::LogLock(unsigned char board) : lock(board, TAVLib::host::lockTimeout())
+{
+    if (!lock.isHeld()) {
+        throw fileError(lock.getProblem());
+    }
+}
+
+NoWaiting::NoWaiting() : before(TAVLib::host::lockTimeout())
+{
+    TAVLib::host::setLockTimeout(0);
+}
+
+NoWaiting::~NoWaiting()
+{
+    TAVLib::host::setLockTimeout(before);
 }
 
 std::size_t rotate(unsigned char board)

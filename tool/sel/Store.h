@@ -5,6 +5,7 @@
 #include <string>
 
 #include <recordkit/selfile/BMCSELDataFile.h>
+#include <recordkit/selfile/SELStoreLock.h>
 
 #include "../Errors.h"
 
@@ -19,6 +20,10 @@ bool isFile(const std::string& path);
 /// Throws CommandError (file) if the system root has no folder for event logs.
 void requireLogs();
 
+/// Throws CommandError (file) for a file that the library would refuse: one that others could have
+/// made, in a folder that everybody may write to.
+void requireTrusted(const std::string& path);
+
 /// Throws CommandError (data) if the file is missing; `action` is what was to be done.
 void requireFile(const std::string& path, const char* action);
 
@@ -27,6 +32,28 @@ void createFolderOf(const std::string& path);
 
 /// The error for a code of the event file store on the file at `path`.
 CommandError storeError(unsigned int code, const std::string& path);
+
+/// Holds the lock of a board's log while its files change.
+class LogLock {
+public:
+    /// Waits as long as for any lock; throws CommandError (file) if another process keeps it.
+    explicit LogLock(unsigned char board);
+
+private:
+    TAVLib::RecordKit::SELStoreLock lock;
+};
+
+/// While it lives, a file that another program has locked is an error at once.
+class NoWaiting {
+public:
+    NoWaiting();
+    ~NoWaiting();
+    NoWaiting(const NoWaiting&) = delete;
+    NoWaiting& operator=(const NoWaiting&) = delete;
+
+private:
+    int before;
+};
 
 /// Makes sure that a board has a sound working file, creating or rewriting it as the store does.
 /// The code is SUCCESS or FILE_FULL; throws CommandError for any other, and for a file of another

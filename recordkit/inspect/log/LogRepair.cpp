@@ -19,6 +19,7 @@ namespace recordkit::inspect {
 
 using namespace SELFileLayout;
 using TAVLib::RecordKit::SELStoreCheck;
+using TAVLib::RecordKit::SELStoreLock;
 
 namespace {
 
@@ -219,13 +220,24 @@ private:
 
 bool repairLog(unsigned char board, std::vector<std::string>& actions)
 {
+    const BoardLog log(board);
+    if (log.isUninitialised() || (log.getProblems().empty() && SELStoreCheck(board).isSound())) {
+        return true;
+    }
+    // A rotation in progress looks like one that was cut off: each round looks again, under the
+    // lock.
+    const SELStoreLock lock(board, 0);
+    if (!lock.isHeld()) {
+        actions.push_back("nothing was repaired: " + lock.getProblem());
+        return false;
+    }
     // A file that was repaired or set aside can be what the store's own recovery waits for.
     constexpr int ROUNDS = 4;
     bool isDone = true;
     std::size_t before = actions.size() + 1;
     for (int i = 0; i < ROUNDS && isDone && actions.size() != before; ++i) {
         before = actions.size();
-        isDone = Round(board, actions).prepare() && SELStoreCheck(board).recover(actions) &&
+        isDone = Round(board, actions).prepare() && SELStoreCheck(board).recover(lock, actions) &&
                  Round(board, actions).repairFiles();
     }
     return isDone;

@@ -14,10 +14,13 @@ namespace recordkit::inspect {
 ///
 /// Nothing is deleted. What a file contains besides whole events is copied to NAME.damaged-N in
 /// persistent memory first; a file that cannot be read, and one that has no place in the chain of
-/// seven files, is renamed to such a name. No event may be stored meanwhile.
+/// seven files, is renamed to such a name.
+///
+/// The board's lock (SELStoreLock) is held meanwhile, and not waited for; a firmware that does not
+/// take it must not store events nor rotate.
 ///
 /// `actions` gets a line for each action that was done or was not possible; returns false when one
-/// was not possible.
+/// was not possible, or when another process holds the lock.
 bool repairLog(unsigned char board, std::vector<std::string>& actions);
 
 }

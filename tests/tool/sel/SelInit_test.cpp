@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <sys/stat.h>
+
+#include <recordkit/selfile/SELStoreLock.h>
+
 #include "tool/sel/SelTest.h"
 
 using namespace testing_support;
@@ -53,4 +57,41 @@ TEST_F(SelInit, DoesNotOverwriteEventsThatWereNotBackedUp)
     ASSERT_EQ(sel({"add", "-", "--board", "1"}, eventAt(4, TIME_1, THERMAL_TRIP)).status, 0);
     ASSERT_EQ(sel({"init"}).status, 0);
     EXPECT_EQ(listedIds({"--board", "1"}), Ids({1, 2, 3, 4}));
+}
+
+TEST_F(SelInit, RefusesAWorkingFileThatOthersCouldHaveMade)
+{
+    const auto refused = [this](const std::string& reason) {
+        expectRefused(3, {"init"},
+                      "recordkit: " + working(0) + " is not used: " + reason +
+                          ", in a folder that everybody may write to\n");
+        std::filesystem::remove(working(0));
+    };
+    std::filesystem::permissions(root.at("/tmp"), std::filesystem::perms(01777));
+    writeFile(working(0), Bytes(FULL_FILE, 0xFF));
+    std::filesystem::create_hard_link(working(0), root.at("/tmp/second"));
+    refused("it has a second name");
+    writeFile(working(0), Bytes(FULL_FILE, 0xFF));
+    std::filesystem::permissions(working(0), std::filesystem::perms(0666));
+    refused("others may write it");
+    ASSERT_EQ(::mkfifo(working(0).c_str(), 0644), 0);
+    std::error_code error;
+    const Outcome outcome = sel({"init"});
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_NE(outcome.err.find("is not used: it is not a regular file, in"), std::string::npos)
+        << outcome.err;
+    std::filesystem::remove(working(0), error);
+    std::filesystem::create_symlink(root.at("/nowhere"), working(0));
+    EXPECT_NE(sel({"init"}).err.find("is not used: it is a link, in"), std::string::npos);
+    EXPECT_FALSE(fileExists(root.at("/nowhere")));
+    std::filesystem::remove(working(0), error);
+    EXPECT_EQ(sel({"init"}).status, 0);
+    EXPECT_EQ(sel({"init"}).status, 0);
+}
+
+TEST_F(SelInit, NeedsNoLockForWhatIsThere)
+{
+    initialise();
+    const TAVLib::RecordKit::SELStoreLock held(1);
+    EXPECT_EQ(sel({"--lock-timeout", "0", "init"}).status, 0);
 }

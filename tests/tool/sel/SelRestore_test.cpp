@@ -43,5 +43,5 @@ TEST_F(SelRestore, BackupAndRestoreRefuseWhatIsNotThere)
     expectRefused(1, {"restore"}, "5 bytes long, expected 110400");
     initialise();
     std::filesystem::remove_all(root.at("/var/tav"));
-    expectRefused(3, {"backup"}, "cannot be copied");
+    expectRefused(3, {"backup"}, "sb0_bmc_sel.lock cannot be opened: No such file or directory\n");
 }
