@@ -5,9 +5,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 #include <vector>
 
 #include <recordkit/platform/LockedFile.h>
@@ -53,6 +51,10 @@ constexpr EEPROMFailure FAILURES[] = {
 };
 constexpr EEPROMFailure OTHER_FAILURE = {2, 0, MESSAGE_TEXT};
 
+/// How long another program may keep the index file locked, in milliseconds. Every user who may
+/// read the file can lock it.
+constexpr int PATIENCE = 2000;
+
 /// Reads from an offset on; returns 0, or an errno. The file need not be writable, and is not
 /// created; while a LockedFile has it open, the call waits.
 int readUnderLock(const std::string& path, unsigned long offset, void* buffer, std::size_t size,
@@ -60,7 +62,8 @@ int readUnderLock(const std::string& path, unsigned long offset, void* buffer, s
 {
     // A pipe is not waited for: it cannot be read at an offset anyway.
     const posix::File file(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
-    const bool isRead = file.isOpen() && TEMP_FAILURE_RETRY(::flock(file.get(), LOCK_SH)) == 0 &&
+    const bool isRead = file.isOpen() &&
+                        posix::lockFile(file.get(), PATIENCE, posix::Lock::SHARED) &&
                         posix::readAt(file.get(), offset, buffer, size, done);
     return isRead ? 0 : errno;
 }

@@ -381,6 +381,18 @@ TEST_F(Settings, ReadersOfTheIndexFileDoNotWaitForEachOther)
     ::close(fd);
 }
 
+TEST_F(Settings, IndexFileThatStaysLockedIsNamed)
+{
+    writeIndexFile(27);
+    const TAVLib::LockedFile file(indexFile);
+    EXPECT_EQ(thrownBy([&] { settings.initializeIndexData(1); }),
+              eepromError(2, 3, 20031,
+                          "rfIndexData: file read error.(ActCode=0x02 DetCode=0x000b "
+                          "area=0x1 path=" +
+                              indexFile + ")"));
+    EXPECT_EQ(eeproms.takeAccesses(), Lines());
+}
+
 TEST_F(Settings, IndexFileIsNotReadWhileItIsWritten)
 {
     constexpr int ROUNDS = 100;
