@@ -148,21 +148,13 @@ int EFIBackupEEPROMData::writeIndexData(int p, int b)
 
 int EFIBackupEEPROMData::resetClearFlag(unsigned int p, unsigned int b, unsigned int address)
 {
-    const Guard guard(idxlock);
-    try {
-        readRecord();
-    } catch (const PException& e) {
-        setThrow(READ_FAILURE,
-                 "EFIBackup resetClearFlag: read error.(ActCode=0x%02x DetCode=0x%04x "
-                 "select=0x%x)",
-                 e.getActionCode(), e.getExceptionDetail(), Index::INDEX_EEPROM);
-    }
-    index->expandClrFlags();
-    const unsigned int n = index->getClrBlockNumber(address);
-    index->setClrFlag(p, b, n, false);
-    index->setChecksum();
-    writeIndexData(static_cast<int>(p), static_cast<int>(b), static_cast<int>(n));
-    return 0;
+    return changeFlag(p, b, address, false);
+}
+
+int EFIBackupEEPROMData::markBlock(unsigned int p, unsigned int b, unsigned int address)
+{
+    const Guard guard(clrlock[groupOfBlock(p, b, index->getClrBlockNumber(address))]);
+    return changeFlag(p, b, address, true);
 }
 
 int EFIBackupEEPROMData::clearExecute(unsigned int p, unsigned int b)
@@ -217,6 +209,35 @@ void EFIBackupEEPROMData::throwWriteError(unsigned char action, unsigned short d
 void EFIBackupEEPROMData::readRecord()
 {
     rw.read(Index::INDEX_EEPROM, 0, index->getIndexData(), Index::INDEX_SIZE);
+}
+
+int EFIBackupEEPROMData::changeFlag(unsigned int p, unsigned int b, unsigned int address, bool set)
+{
+    const Guard guard(idxlock);
+    try {
+        readRecord();
+    } catch (const PException& e) {
+        setThrow(READ_FAILURE,
+                 "EFIBackup %s: read error.(ActCode=0x%02x DetCode=0x%04x select=0x%x)",
+                 set ? "markBlock" : "resetClearFlag", e.getActionCode(), e.getExceptionDetail(),
+                 Index::INDEX_EEPROM);
+    }
+    index->expandClrFlags();
+    const unsigned int n = index->getClrBlockNumber(address);
+    const bool wasSet = index->getClrBlockState(p, b, n);
+    index->setClrFlag(p, b, n, set);
+    index->setChecksum();
+    try {
+        writeIndexData(static_cast<int>(p), static_cast<int>(b), static_cast<int>(n));
+    } catch (...) {
+        // A block that could not be marked must not be erased.
+        if (!wasSet) {
+            index->setClrFlag(p, b, n, false);
+            index->setChecksum();
+        }
+        throw;
+    }
+    return 0;
 }
 
 int EFIBackupEEPROMData::writeFlags(int first, unsigned int count)

@@ -20,7 +20,7 @@ namespace TAVLib::RecordKit {
 ///
 /// Several threads may each use an object of their own at the same time: changes of the index
 /// record are serialised in the whole process, and so are erases of one EEPROM; different EEPROMs
-/// are erased concurrently.
+/// are erased concurrently. Only one process at a time may change the record.
 class RECORDKIT_API EFIBackupEEPROMData {
 public:
     /// The device must outlive the object, and be usable from several threads if there are any.
@@ -55,8 +55,22 @@ public:
 
     /// Clears the flag of the block that contains an address; returns 0.
     int resetClearFlag(unsigned int p, unsigned int b, unsigned int address);
+    /// Sets that flag, so that clearExecute erases the block; returns 0. It is an addition of this
+    /// library to what callers on the board use.
+    ///
+    /// Like resetClearFlag it reads the record on the device, whose other flags it keeps and
+    /// adopts, and for a block whose flag byte would be outside the record writes nothing. It waits
+    /// for the erase of a block of that EEPROM that is under way, and so for its flag to be
+    /// cleared: a mark in between would be lost. If it fails, clearExecute does not erase the block
+    /// unless the record on the device, when it is read again, has the flag.
+    int markBlock(unsigned int p, unsigned int b, unsigned int address);
     /// Erases every block of an EEPROM whose flag is set, and clears the flag after each erase;
     /// returns 0.
+    ///
+    /// The flags are those of the shared copy, which is read again for each block: a mark by any
+    /// object of this process counts at once, also one that comes while earlier blocks are erased.
+    /// A mark by another process counts after an object of this one has adopted the record's flags
+    /// (checkIndexData, resetClearFlag, markBlock).
     int clearExecute(unsigned int p, unsigned int b);
 
     /// Throws; the kind is not used.
@@ -65,10 +79,11 @@ public:
 private:
     [[noreturn]] void throwWriteError(unsigned char action, unsigned short detail);
     void readRecord();
+    int changeFlag(unsigned int p, unsigned int b, unsigned int address, bool set);
     int writeFlags(int first, unsigned int count);
 
     static pthread_mutex_t idxlock;     ///< of the index record; taken inside clrlock
-    static pthread_mutex_t clrlock[16]; ///< of each backup EEPROM
+    static pthread_mutex_t clrlock[16]; ///< of each backup EEPROM: an erase and its flag, or a mark
 
     EEPROMRWif& rw;
     std::unique_ptr<EFIBackupEEPROMIndex> index;

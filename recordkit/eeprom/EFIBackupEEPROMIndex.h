@@ -67,7 +67,8 @@ public:
     bool isChecksum() const;
 
     /// Sets or clears the flag of a block in the record and in the shared copy; the byte's other
-    /// flag is that of the copy.
+    /// flag is that of the copy. It takes no lock: markBlock and resetClearFlag of
+    /// EFIBackupEEPROMData change the flags of a store.
     void setClrFlag(unsigned int p, unsigned int b, unsigned int n, bool set);
     /// Whether a block has yet to be erased, by the shared copy.
     bool getClrBlockState(unsigned int p, unsigned int b, unsigned int n) const;

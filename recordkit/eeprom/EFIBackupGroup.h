@@ -12,6 +12,14 @@ inline unsigned int groupOf(unsigned int p, unsigned int b)
     return (p & 3) * EFIBackupEEPROMIndex::BANKS + (b & 3);
 }
 
+/// Group that a block's flag is in: a later one for a block above 15, any for a block without a
+/// flag.
+inline unsigned int groupOfBlock(unsigned int p, unsigned int b, unsigned int n)
+{
+    constexpr unsigned int GROUPS = EFIBackupEEPROMIndex::PARTITIONS * EFIBackupEEPROMIndex::BANKS;
+    return (groupOf(p, b) + n / EFIBackupEEPROMIndex::BLOCKS) % GROUPS;
+}
+
 }
 
 #endif

@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/eeprom/SettingEEPROMData.h>
 
+#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <vector>
 
 #include <recordkit/platform/LockedFile.h>
 #include <recordkit/platform/PException.h>
 #include <recordkit/platform/SystemRoot.h>
+#include <recordkit/posix/File.h>
 #include <recordkit/serial/Failure.h>
 
 #include "EEPROMText.h"
@@ -47,6 +50,23 @@ constexpr EEPROMFailure FAILURES[] = {
     {2, 3, MESSAGE_OPERATION_FAILED}, // 11
 };
 constexpr EEPROMFailure OTHER_FAILURE = {2, 0, MESSAGE_TEXT};
+
+/// How long another program may keep the index file locked, in milliseconds. Every user who may
+/// read the file can lock it.
+constexpr int PATIENCE = 2000;
+
+/// Reads from an offset on; returns 0, or an errno. The file need not be writable, and is not
+/// created; while a LockedFile has it open, the call waits.
+int readUnderLock(const std::string& path, unsigned long offset, void* buffer, std::size_t size,
+                  std::size_t& done)
+{
+    // A pipe is not waited for: it cannot be read at an offset anyway.
+    const posix::File file(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    const bool isRead = file.isOpen() &&
+                        posix::lockFile(file.get(), PATIENCE, posix::Lock::SHARED) &&
+                        posix::readAt(file.get(), offset, buffer, size, done);
+    return isRead ? 0 : errno;
+}
 
 }
 
@@ -145,34 +165,22 @@ void SettingEEPROMData::initializeIndexData(int n)
 
 void SettingEEPROMData::readIndexDataFile(int n)
 {
+    constexpr int FILE_ERROR_ACTION = 2;
     const std::string path = systemRoot() + index->getIndexDataFileName();
-    const auto size = static_cast<int>(index->getIndexSize());
-    const long offset = static_cast<long>(size) * n;
-    long place = 0;
-    int count = 0;
-    try {
-        LockedFile file(path);
-        place = file.lseek(offset, SEEK_SET);
-        if (place == offset) {
-            count = file.read(index->getIndexData(), index->getIndexSize());
-        }
-    } catch (const PException& e) {
+    const unsigned int size = index->getIndexSize();
+    std::size_t count = 0;
+    const int error = readUnderLock(path, size * static_cast<unsigned long>(n),
+                                    index->getIndexData(), size, count);
+    if (error != 0) {
         setThrow(FILE_READ,
                  "rfIndexData: file read error.(ActCode=0x%02x DetCode=0x%04x area=0x%x path=%s)",
-                 e.getActionCode(), e.getExceptionDetail(), n, path.c_str());
-    }
-    if (place != offset) {
-        setThrow(OTHER_PLACE,
-                 "rfIndexData: seek offset mismatch.(area=0x%x path=%s offset=0x%x "
-                 "setOffset=0x%x)",
-                 n, path.c_str(), static_cast<unsigned int>(offset),
-                 static_cast<unsigned int>(place));
+                 FILE_ERROR_ACTION, error, n, path.c_str());
     }
     if (count != size) {
         setThrow(SHORT_FILE_READ,
                  "rfIndexData: file read size mismatch.(area=0x%x path=%s count=0x%x "
                  "scount=0x%x)",
-                 n, path.c_str(), size, count);
+                 n, path.c_str(), size, static_cast<unsigned int>(count));
     }
 }
 

@@ -52,6 +52,9 @@ public:
     void setAllInvalid();
     /// Copies entry n from the index file, or every entry for -1; stops at the first failure.
     void initializeIndexData(int n);
+    /// Loads entry n of the index file. Permission to read the file is enough, and a missing one
+    /// (kind 6) is not created. While a LockedFile has the file open, the call waits for a shared
+    /// lock of flock(2), 2 seconds at most. The codes of a failure are action 2 and errno.
     void readIndexDataFile(int n);
 
     /// The whole area of the loaded entry.

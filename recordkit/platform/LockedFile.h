@@ -11,8 +11,9 @@ namespace TAVLib {
 /// A file held under an exclusive lock for the lifetime of the object.
 ///
 /// The lock excludes all other objects for the same file, those of other processes and those of
-/// other threads. Every failure of a system call is thrown as a PException; a call that a signal
-/// interrupts is made again and is not a failure.
+/// other threads. If it is one of flock(2), it also excludes readers of the setting index, which
+/// take a shared one (SettingEEPROMData). Every failure of a system call is thrown as a PException;
+/// a call that a signal interrupts is made again and is not a failure.
 ///
 /// The layout is one pointer; an implementation's own header must not differ (see Export.h).
 class RECORDKIT_API LockedFile {

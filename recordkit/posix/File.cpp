@@ -102,16 +102,17 @@ int File::release()
     return released;
 }
 
-bool lockFile(int fd, int milliseconds)
+bool lockFile(int fd, int milliseconds, Lock kind)
 {
     using Clock = std::chrono::steady_clock;
+    const int operation = kind == Lock::SHARED ? LOCK_SH : LOCK_EX;
     if (milliseconds == FOREVER) {
-        return TEMP_FAILURE_RETRY(::flock(fd, LOCK_EX)) == 0;
+        return TEMP_FAILURE_RETRY(::flock(fd, operation)) == 0;
     }
     const Clock::time_point end = Clock::now() + std::chrono::milliseconds(milliseconds);
     // flock has no time limit of its own. Most locks are held for a moment.
     std::chrono::microseconds pause(50);
-    while (TEMP_FAILURE_RETRY(::flock(fd, LOCK_EX | LOCK_NB)) != 0) {
+    while (TEMP_FAILURE_RETRY(::flock(fd, operation | LOCK_NB)) != 0) {
         if (errno != EWOULDBLOCK || Clock::now() >= end) {
             return false;
         }

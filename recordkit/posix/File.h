@@ -60,9 +60,11 @@ private:
 /// Waiting without end.
 constexpr int FOREVER = -1;
 
-/// Takes the exclusive flock(2) lock of an open file; waits for it at most so many milliseconds, or
-/// FOREVER. EWOULDBLOCK if another open file has it then.
-bool lockFile(int fd, int milliseconds);
+enum class Lock { EXCLUSIVE, SHARED };
+
+/// Takes the flock(2) lock of an open file; waits for it at most so many milliseconds, or FOREVER.
+/// EWOULDBLOCK if another open file has it then.
+bool lockFile(int fd, int milliseconds, Lock kind = Lock::EXCLUSIVE);
 
 /// Reads from an offset on until the buffer is full or the file ends; `done` is the number of bytes
 /// read, also when it fails.

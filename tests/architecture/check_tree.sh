@@ -12,8 +12,8 @@ allowed() {
     platform) echo "platform" ;;
     posix) echo "posix" ;;
     serial) echo "serial platform" ;;
-    hardware | version | sel | fru | eeprom) echo "$1 serial platform" ;;
-    sensor) echo "sensor serial platform posix" ;;
+    hardware | version | sel | fru) echo "$1 serial platform" ;;
+    sensor | eeprom) echo "$1 serial platform posix" ;;
     selfile) echo "selfile sel serial platform posix" ;;
     util) echo "util fru serial platform" ;;
     host) echo "host platform posix" ;;

@@ -148,6 +148,105 @@ TEST_F(EFIBackup, FlagOfABlockIsCleared)
     EXPECT_EQ(recordNow(), record({{16, 0x11}}));
 }
 
+TEST_F(EFIBackup, BlockIsMarked)
+{
+    prepare({{16, 0x11}});
+    eeproms.put(10, 144, Bytes(112, 0x5A));
+    Bytes expected = eeproms.at(10);
+    EXPECT_EQ(backup.markBlock(1, 2, 4095), 0);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines({"r10@0+144", "w10@0+1", "w10@64+1"}));
+    expected[0] -= 0x10;
+    expected[64] = 0x10;
+    EXPECT_EQ(eeproms.at(10), expected);
+    EXPECT_EQ(backup.markBlock(1, 2, 61440), 0);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines({"r10@0+144", "w10@0+1", "w10@71+1"}));
+    expected[0] -= 0x01;
+    expected[71] = 0x01;
+    EXPECT_EQ(eeproms.at(10), expected);
+    // Once more changes nothing.
+    EXPECT_EQ(backup.markBlock(1, 2, 65535), 0);
+    EXPECT_EQ(eeproms.at(10), expected);
+    EXPECT_TRUE(backup.checkIndexData(SERIAL));
+}
+
+TEST_F(EFIBackup, ChecksumOfAMarkIsThatOfTheWholeRecord)
+{
+    prepare({});
+    EXPECT_EQ(backup.markBlock(3, 3, 0xF000), 0);
+    // 0x53 + 0x45 + 0x52 + 0x49 + 0x41 + 0x4C + 0x2D + 0x30 + 0x31 + 0x32 + 0x33 + 0x34, and 0x01.
+    EXPECT_EQ(eeproms.get(10, 0, 1), Bytes({0x18}));
+    EXPECT_EQ(eeproms.get(10, 143, 1), Bytes({0x01}));
+}
+
+TEST_F(EFIBackup, MarkKeepsAndAdoptsTheFlagsOnTheDevice)
+{
+    prepare({{24, 0x10}});
+    // What somebody else wrote since.
+    eeproms.put(10, 0, record({{16, 0x01}, {64, 0x10}}));
+    EXPECT_EQ(backup.markBlock(1, 2, 4096), 0);
+    EXPECT_EQ(recordNow(), record({{16, 0x01}, {64, 0x11}}));
+    eeproms.takeAccesses();
+    EXPECT_EQ(backup.clearExecute(0, 1), 0);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines());
+    EXPECT_EQ(backup.clearExecute(0, 0), 0);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines({"w11@4096+4096", "r10@0+144", "w10@0+1", "w10@16+1"}));
+    EXPECT_EQ(recordNow(), record({{64, 0x11}}));
+}
+
+TEST_F(EFIBackup, MarksOfAnyObjectOfTheProcessAreErased)
+{
+    prepare({});
+    EFIBackupEEPROMData other(eeproms);
+    EXPECT_EQ(other.markBlock(1, 2, 0), 0);
+    EXPECT_EQ(other.markBlock(1, 2, 0xF000), 0);
+    eeproms.takeAccesses();
+    EXPECT_EQ(backup.clearExecute(1, 2), 0);
+    EXPECT_EQ(eeproms.takeAccesses(),
+              Lines({"w17@0+4096", "r10@0+144", "w10@0+1", "w10@64+1", "w17@61440+4096",
+                     "r10@0+144", "w10@0+1", "w10@71+1"}));
+    EXPECT_EQ(recordNow(), record({}));
+}
+
+TEST_F(EFIBackup, MarksOfAnotherProcessAreErasedAfterTheRecordIsRead)
+{
+    prepare({});
+    eeproms.put(10, 0, record({{64, 0x10}}));
+    EXPECT_EQ(backup.clearExecute(1, 2), 0);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines());
+    EXPECT_TRUE(backup.checkIndexData(SERIAL));
+    EXPECT_EQ(backup.clearExecute(1, 2), 0);
+    EXPECT_EQ(eeproms.takeAccesses(),
+              Lines({"r10@0+144", "w17@0+4096", "r10@0+144", "w10@0+1", "w10@64+1"}));
+}
+
+TEST_F(EFIBackup, BlockThatCouldNotBeMarkedIsNotErased)
+{
+    for (const std::size_t access : {1, 2, 3}) {
+        prepare({{16, 0x10}});
+        eeproms.failAt(access);
+        EXPECT_NE(thrownBy([&] { backup.markBlock(1, 2, 0); }), "nothing");
+        eeproms.failNoMore();
+        eeproms.takeAccesses();
+        EXPECT_EQ(backup.clearExecute(1, 2), 0);
+        EXPECT_EQ(eeproms.takeAccesses(), Lines()) << access;
+        // Nor does the object's own record have the flag, or a checksum for it.
+        backup.writeIndexData();
+        EXPECT_EQ(recordNow(), record({{16, 0x10}}));
+    }
+    // One that was pending before stays so.
+    for (const std::size_t access : {2, 3}) {
+        prepare({});
+        eeproms.put(10, 0, record({{64, 0x10}}));
+        eeproms.failAt(access);
+        EXPECT_NE(thrownBy([&] { backup.markBlock(1, 2, 0); }), "nothing");
+        eeproms.failNoMore();
+        EXPECT_EQ(backup.clearExecute(1, 2), 0);
+        EXPECT_EQ(eeproms.get(17, 0, 1), Bytes({0xFF})) << access;
+        EXPECT_EQ(recordNow(), record({}));
+        eeproms.put(17, 0, Bytes({0}));
+    }
+}
+
 TEST_F(EFIBackup, AddressBeyondTheLastBlockChangesNoFlag)
 {
     std::map<std::size_t, unsigned char> all;
@@ -206,7 +305,12 @@ TEST_F(EFIBackup, EveryDeviceFailureCarriesItsCodes)
     }
     EXPECT_EQ(failing(1, [&] { backup.resetClearFlag(1, 2, 0); }),
               error("EFIBackup resetClearFlag: read error." + CODES + "select=0xa)"));
-    EXPECT_EQ(failing(2, [&] { backup.resetClearFlag(1, 2, 0); }), indexWrite);
+    EXPECT_EQ(failing(1, [&] { backup.markBlock(1, 2, 0); }),
+              error("EFIBackup markBlock: read error." + CODES + "select=0xa)"));
+    for (const std::size_t access : {2, 3}) {
+        EXPECT_EQ(failing(access, [&] { backup.resetClearFlag(1, 2, 0); }), indexWrite);
+        EXPECT_EQ(failing(access, [&] { backup.markBlock(1, 2, 0); }), indexWrite);
+    }
 }
 
 TEST_F(EFIBackup, ClearingStopsAtTheFirstFailureAndHoldsNoLock)
@@ -241,9 +345,9 @@ TEST_F(EFIBackup, OtherExceptionsPassThroughAndHoldNoLock)
         [&] { backup.write(1, 2, 0, 4, data); }, [&] { backup.read(1, 2, 0, 4, data); },
         [&] { backup.checkIndexData(SERIAL); },  [&] { backup.setIndexData(true, SERIAL); },
         [&] { backup.writeIndexData(0, 0); },    [&] { backup.resetClearFlag(0, 0, 0); },
-        [&] { backup.clearExecute(1, 2); },
+        [&] { backup.markBlock(0, 0, 0); },      [&] { backup.clearExecute(1, 2); },
     };
-    const std::size_t accesses[] = {1, 1, 1, 2, 2, 3, 8};
+    const std::size_t accesses[] = {1, 1, 1, 2, 2, 3, 3, 8};
     for (std::size_t i = 0; i < std::size(operations); ++i) {
         for (std::size_t n = 1; n <= accesses[i]; ++n) {
             SCOPED_TRACE("operation " + std::to_string(i) + ", access " + std::to_string(n));
@@ -300,6 +404,9 @@ TEST_F(EFIBackup, BlocksAboveFifteenAreThoseOfALaterGroup)
     EXPECT_EQ(backup.resetClearFlag(0, 0, 65536), 0);
     EXPECT_EQ(eeproms.takeAccesses(), Lines({"r10@0+144", "w10@0+1", "w10@24+1"}));
     EXPECT_EQ(recordNow(), record({{24, 0x01}, {16, 0x11}}));
+    EXPECT_EQ(backup.markBlock(0, 0, 65536), 0);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines({"r10@0+144", "w10@0+1", "w10@24+1"}));
+    EXPECT_EQ(recordNow(), record({{24, 0x11}, {16, 0x11}}));
 }
 
 TEST_F(EFIBackup, DamagedRecordIsNotMadeSoundByABlockWithoutAFlag)
@@ -308,7 +415,9 @@ TEST_F(EFIBackup, DamagedRecordIsNotMadeSoundByABlockWithoutAFlag)
     eeproms.at(10)[99] ^= 1;
     const Bytes damaged = recordNow();
     EXPECT_EQ(backup.resetClearFlag(3, 3, 65536), 0);
-    EXPECT_EQ(eeproms.takeAccesses(), Lines({"r10@0+144"}));
+    EXPECT_EQ(backup.markBlock(3, 3, 65536), 0);
+    EXPECT_EQ(backup.markBlock(0, 0, 0xFFFFFFFF), 0);
+    EXPECT_EQ(eeproms.takeAccesses(), Lines({"r10@0+144", "r10@0+144", "r10@0+144"}));
     EXPECT_EQ(recordNow(), damaged);
     EXPECT_FALSE(backup.checkIndexData(SERIAL));
 }
@@ -334,4 +443,6 @@ TEST_F(EFIBackup, PartitionsAndBanksAboveThreeHaveNoEEPROM)
     EXPECT_EQ(recordNow(), record({{16, 0x10}}));
     EXPECT_EQ(backup.resetClearFlag(4, 4, 0), 0);
     EXPECT_EQ(recordNow(), record({}));
+    EXPECT_EQ(backup.markBlock(7, 5, 4096), 0);
+    EXPECT_EQ(recordNow(), record({{120, 0x01}}));
 }

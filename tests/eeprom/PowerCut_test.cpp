@@ -256,6 +256,28 @@ TEST_F(EFIPowerCut, ClearingAFlag)
         [this] { checkFlags(); }, 2);
 }
 
+TEST_F(EFIPowerCut, MarkingABlock)
+{
+    atEveryWrite([this] { prepare(); },
+                 [](TAVLib::EEPROMRWif& device) {
+                     EFIBackupEEPROMData backup(device);
+                     open(backup);
+                     backup.markBlock(1, 2, 4096);
+                 },
+                 [this] {
+                     const Bytes now = recordNow();
+                     Bytes marked = record();
+                     marked[64] = 0x11;
+                     marked = withSum(marked, 0);
+                     // Between checksum and flag: its checksum shows it.
+                     Bytes between = record();
+                     between[0] = marked[0];
+                     EXPECT_TRUE(now == record() || now == between || now == marked);
+                     EXPECT_EQ(readFile(image(17)), Bytes(65536, 'o'));
+                 },
+                 2);
+}
+
 TEST_F(EFIPowerCut, ErasingBlocks)
 {
     atEveryWrite([this] { prepare(); },

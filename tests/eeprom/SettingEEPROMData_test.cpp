@@ -1,5 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <future>
+#include <grp.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
+
+#include <recordkit/platform/LockedFile.h>
 
 #include "SettingFixture.h"
 
@@ -249,13 +260,161 @@ TEST_F(Settings, DamagedIndexFileIsNotTaken)
     EXPECT_EQ(eeproms.takeAccesses().size(), 3U);
 }
 
-TEST_F(Settings, IndexFileThatCannotBeOpenedIsNamed)
+TEST_F(Settings, IndexFileThatCannotBeReadIsNamed)
 {
-    const std::string thrown = thrownBy([&] { settings.initializeIndexData(0); });
-    EXPECT_EQ(thrown, eepromError(2, 3, 20031,
-                                  "rfIndexData: file read error.(ActCode=0x02 DetCode=0x0002 "
-                                  "area=0x0 path=" +
-                                      indexFile + ")"));
+    const auto failure = [this](int error) {
+        return eepromError(2, 3, 20031,
+                           fmt::format("rfIndexData: file read error.(ActCode=0x02 "
+                                       "DetCode=0x{:04x} area=0x0 path={})",
+                                       error, indexFile));
+    };
+    const auto thrown = [this] { return thrownBy([&] { settings.initializeIndexData(0); }); };
+    EXPECT_EQ(thrown(), failure(ENOENT));
+    writeIndexFile(0);
+    ::unlink(indexFile.c_str());
+    EXPECT_EQ(thrown(), failure(ENOENT));
+    EXPECT_FALSE(fileExists(indexFile));
+    ::mkdir(indexFile.c_str(), 0755);
+    EXPECT_EQ(thrown(), failure(EISDIR));
+    ::rmdir(indexFile.c_str());
+    writeFile(root.at("/target"), entry(0, true));
+    ASSERT_EQ(::symlink(root.at("/target").c_str(), indexFile.c_str()), 0);
+    EXPECT_EQ(thrown(), failure(ELOOP));
+    ::unlink(indexFile.c_str());
+    // Nobody writes to the pipe.
+    ASSERT_EQ(::mkfifo(indexFile.c_str(), 0644), 0);
+    EXPECT_EQ(thrown(), failure(ESPIPE));
+    EXPECT_EQ(eeproms.takeAccesses(), Lines());
+}
+
+TEST_F(Settings, EntriesBeforeTheFirstAreNotInTheIndexFile)
+{
+    writeIndexFile(27);
+    EXPECT_EQ(thrownBy([&] { settings.initializeIndexData(-2); }),
+              eepromError(2, 3, 20031,
+                          "rfIndexData: file read error.(ActCode=0x02 DetCode=0x0016 "
+                          "area=0xfffffffe path=" +
+                              indexFile + ")"));
+}
+
+namespace {
+
+constexpr int DONE = 0;
+constexpr int CANNOT_CHANGE_USER = 1;
+constexpr int CAN_WRITE = 2;
+constexpr int HAS_FAILED = 3;
+
+/// Runs the action in a process whose user may not write to the file; how that ended.
+int asUserWhoMayNotWrite(const std::string& file, const std::function<void()>& action)
+{
+    constexpr unsigned int NOBODY = 65534;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::geteuid() == 0 &&
+            (::setgroups(0, nullptr) != 0 || ::setgid(NOBODY) != 0 || ::setuid(NOBODY) != 0)) {
+            ::_exit(CANNOT_CHANGE_USER);
+        }
+        if (::access(file.c_str(), W_OK) == 0) {
+            ::_exit(CAN_WRITE);
+        }
+        try {
+            action();
+        } catch (const TAVLib::PException& e) {
+            std::fprintf(stderr, "%s\n", describe(e).c_str());
+            ::_exit(HAS_FAILED);
+        }
+        ::_exit(testing::Test::HasFailure() ? HAS_FAILED : DONE);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+}
+
+TEST_F(Settings, IndexFileIsReadByAUserWhoMayNotWriteIt)
+{
+    writeIndexFile(27);
+    const std::string folder = root.at("/etc/default/config");
+    ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(indexFile.c_str(), 0444), 0);
+    ASSERT_EQ(::chmod(folder.c_str(), 0555), 0);
+    const int ended = asUserWhoMayNotWrite(indexFile, [&] {
+        settings.initializeIndexData(-1);
+        for (unsigned int n = 0; n <= 26; ++n) {
+            EXPECT_EQ(entryOf(n), entry(n, n % 5 == 0));
+        }
+    });
+    ::chmod(folder.c_str(), 0755);
+    if (ended == CANNOT_CHANGE_USER) {
+        GTEST_SKIP() << "root may write any file, and this process cannot become another user";
+    }
+    EXPECT_EQ(ended, DONE);
+}
+
+TEST_F(Settings, IndexFileWithoutPermissionToReadIsNamed)
+{
+    writeIndexFile(27);
+    ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(indexFile.c_str(), 0), 0);
+    const int ended = asUserWhoMayNotWrite(indexFile, [&] {
+        EXPECT_EQ(thrownBy([&] { settings.initializeIndexData(1); }),
+                  eepromError(2, 3, 20031,
+                              "rfIndexData: file read error.(ActCode=0x02 DetCode=0x000d "
+                              "area=0x1 path=" +
+                                  indexFile + ")"));
+    });
+    if (ended == CANNOT_CHANGE_USER) {
+        GTEST_SKIP() << "root may read any file, and this process cannot become another user";
+    }
+    EXPECT_EQ(ended, DONE);
+}
+
+TEST_F(Settings, ReadersOfTheIndexFileDoNotWaitForEachOther)
+{
+    writeIndexFile(27);
+    const int fd = ::open(indexFile.c_str(), O_RDONLY);
+    ASSERT_NE(fd, -1);
+    ASSERT_EQ(::flock(fd, LOCK_SH), 0);
+    settings.initializeIndexData(-1);
+    EXPECT_EQ(entryOf(26), entry(26, false));
+    ::close(fd);
+}
+
+TEST_F(Settings, IndexFileThatStaysLockedIsNamed)
+{
+    writeIndexFile(27);
+    const TAVLib::LockedFile file(indexFile);
+    EXPECT_EQ(thrownBy([&] { settings.initializeIndexData(1); }),
+              eepromError(2, 3, 20031,
+                          "rfIndexData: file read error.(ActCode=0x02 DetCode=0x000b "
+                          "area=0x1 path=" +
+                              indexFile + ")"));
+    EXPECT_EQ(eeproms.takeAccesses(), Lines());
+}
+
+TEST_F(Settings, IndexFileIsNotReadWhileItIsWritten)
+{
+    constexpr int ROUNDS = 100;
+    writeIndexFile(27);
+    const Bytes whole = readFile(indexFile);
+    for (int round = 0; round < ROUNDS; ++round) {
+        std::thread reading;
+        {
+            TAVLib::LockedFile file(indexFile);
+            file.truncFile(0);
+            std::promise<void> begun;
+            reading = std::thread([&] {
+                begun.set_value();
+                EXPECT_EQ(thrownBy([&] { settings.readIndexDataFile(26); }), "nothing");
+            });
+            begun.get_future().wait();
+            std::this_thread::yield();
+            file.write(whole.data(), static_cast<unsigned int>(whole.size()));
+        }
+        reading.join();
+        ASSERT_FALSE(HasFailure()) << "round " << round;
+    }
 }
 
 TEST_F(Settings, AreaIsReadIntoAFile)

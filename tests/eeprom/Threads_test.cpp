@@ -5,6 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <future>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <random>
@@ -35,8 +36,13 @@ public:
     int read(int select, unsigned long offset, unsigned char* buffer, unsigned int length) override
     {
         fail();
-        const std::lock_guard<std::mutex> lock(mutex);
-        std::copy_n(bytes[select - 10].begin() + static_cast<long>(offset), length, buffer);
+        {
+            const std::lock_guard<std::mutex> lock(mutex);
+            std::copy_n(bytes[select - 10].begin() + static_cast<long>(offset), length, buffer);
+        }
+        if (afterRead) {
+            afterRead();
+        }
         return static_cast<int>(length);
     }
     int write(int select, unsigned long offset, const unsigned char* buffer,
@@ -44,7 +50,7 @@ public:
     {
         const bool isErase = length == 4096;
         if (isErase) {
-            begin(select);
+            begin(select, offset);
         }
         try {
             fail();
@@ -70,9 +76,30 @@ public:
     int mostAtOnce() const { return most; }
     bool hasOverlap() const { return overlap; }
 
-private:
-    void begin(int select)
+    /// How many erases of a block have begun.
+    unsigned int erasesOf(int select, unsigned int block) const
     {
+        return erases[select - 11][block];
+    }
+    /// The flag of a block in the record.
+    bool isMarked(int select, unsigned int block)
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        const unsigned char flags =
+            at(10)[16 + 8 * static_cast<std::size_t>(select - 11) + block / 2];
+        return (flags & (block % 2 == 0 ? 0xF0 : 0x0F)) != 0;
+    }
+    /// What happens after each read, and in each erase before the block is written.
+    void afterEachRead(std::function<void()> action) { afterRead = std::move(action); }
+    void duringEachErase(std::function<void()> action) { duringErase = std::move(action); }
+
+private:
+    void begin(int select, unsigned long offset)
+    {
+        ++erases[select - 11][offset / 4096];
+        if (duringErase) {
+            duringErase();
+        }
         overlap = overlap || ++erasing[select - 11] != 1;
         std::unique_lock<std::mutex> lock(mutex);
         most = std::max<int>(most, ++atOnce);
@@ -100,6 +127,9 @@ private:
     std::mutex mutex;
     std::condition_variable gathered;
     std::vector<Bytes> bytes = std::vector<Bytes>(EEPROMS + 1, Bytes(65536, 0x77));
+    std::function<void()> afterRead;
+    std::function<void()> duringErase;
+    std::atomic<unsigned int> erases[EEPROMS][16] = {};
     std::atomic<int> erasing[EEPROMS] = {};
     std::atomic<bool> overlap = false;
     std::atomic<int> atOnce = 0;
@@ -109,14 +139,14 @@ private:
     std::mt19937 random;
 };
 
-/// Every block of every EEPROM is pending.
-void prepare(WatchingDevice& device)
+/// Every block of every EEPROM is pending, or none.
+void prepare(WatchingDevice& device, unsigned char flags = 0x11)
 {
     MemoryEEPROMs plain;
     EFIBackupEEPROMData backup(plain);
     backup.setIndexData(true, SERIAL);
     Bytes record = plain.get(10, 0, 144);
-    std::fill(record.begin() + 16, record.end(), static_cast<unsigned char>(0x11));
+    std::fill(record.begin() + 16, record.end(), flags);
     record = withSum(record, 0);
     plain.put(10, 0, record);
     ASSERT_TRUE(backup.checkIndexData(SERIAL));
@@ -237,4 +267,147 @@ TEST(EFIBackupThreads, FailuresLeaveExactFlagsAndNoLock)
         clearWhatIsLeft(device);
         expectAllClear(device, EEPROMS);
     }
+}
+
+namespace {
+
+/// The marks of one block, which only one thread makes.
+class MarkedBlock {
+public:
+    MarkedBlock(WatchingDevice& marked, unsigned int eeprom, unsigned int number)
+        : device(&marked), i(eeprom), block(number)
+    {
+    }
+
+    void mark(EFIBackupEEPROMData& backup)
+    {
+        ++marks;
+        erasesBefore = device->erasesOf(select(), block);
+        backup.markBlock(i / 4, i % 4, block * 4096);
+    }
+    /// Whether an erase began after the last mark.
+    bool isErased() const { return marks == 0 || device->erasesOf(select(), block) > erasesBefore; }
+    /// Whether the last mark is still there or was followed by an erase.
+    bool isKept() const { return device->isMarked(select(), block) || isErased(); }
+    /// Whether each erase had a mark of its own.
+    bool isErasedOnlyWhereMarked() const { return device->erasesOf(select(), block) <= marks; }
+
+private:
+    int select() const { return 11 + static_cast<int>(i); }
+
+    WatchingDevice* device;
+    unsigned int i;
+    unsigned int block;
+    unsigned int marks = 0;
+    unsigned int erasesBefore = 0;
+};
+
+}
+
+TEST(EFIBackupThreads, SixteenThreadsThatMarkAndEraseLoseNoMark)
+{
+    constexpr unsigned int THREADS = 16;
+    constexpr unsigned int ROUNDS = 100000 / THREADS;
+    constexpr unsigned int USED = 3; // few EEPROMs, so that threads meet
+    WatchingDevice device(1);
+    prepare(device, 0);
+    // Others get their turn where a change or an erase is half done.
+    device.afterEachRead([] { std::this_thread::yield(); });
+    device.duringEachErase([] { std::this_thread::yield(); });
+    std::vector<std::vector<MarkedBlock>> blocks(THREADS);
+    std::vector<std::function<void()>> actions;
+    for (unsigned int thread = 0; thread < THREADS; ++thread) {
+        // One block of each EEPROM: two threads share each byte of flags.
+        for (unsigned int i = 0; i < USED; ++i) {
+            blocks[thread].emplace_back(device, i, thread);
+        }
+        actions.emplace_back([&device, &own = blocks[thread], thread] {
+            EFIBackupEEPROMData backup(device);
+            std::mt19937 random(thread);
+            for (unsigned int round = 0; round < ROUNDS; ++round) {
+                MarkedBlock& block = own[round % USED];
+                ASSERT_TRUE(block.isKept()) << "thread " << thread << ", round " << round;
+                block.mark(backup);
+                if (random() % 4 == 0) {
+                    backup.clearExecute(0, random() % USED);
+                }
+                if (random() % 16 == 0) {
+                    // Read under the lock, no change is half done.
+                    ASSERT_TRUE(backup.checkIndexData(SERIAL));
+                }
+            }
+        });
+    }
+    runAll(actions);
+    Bytes record = part(device.at(10), 0, 144);
+    EXPECT_EQ(record, withSum(record, 0));
+    for (const auto& own : blocks) {
+        for (const MarkedBlock& block : own) {
+            EXPECT_TRUE(block.isKept());
+            EXPECT_TRUE(block.isErasedOnlyWhereMarked());
+        }
+    }
+    clearWhatIsLeft(device);
+    record = part(device.at(10), 0, 144);
+    EXPECT_EQ(record, withSum(record, 0));
+    EXPECT_EQ(part(record, 16, 128), Bytes(128, 0));
+    for (const auto& own : blocks) {
+        for (const MarkedBlock& block : own) {
+            EXPECT_TRUE(block.isErased());
+            EXPECT_TRUE(block.isErasedOnlyWhereMarked());
+        }
+    }
+    EXPECT_FALSE(device.hasOverlap());
+}
+
+TEST(EFIBackupThreads, MarkThatComesDuringTheEraseOfItsBlockIsKept)
+{
+    constexpr unsigned int ROUNDS = 200;
+    WatchingDevice device(1);
+    prepare(device, 0);
+    EFIBackupEEPROMData backup(device);
+    for (unsigned int round = 0; round < ROUNDS; ++round) {
+        const unsigned int block = round % 16;
+        // Also under the number that the block has after those of the EEPROM before it.
+        const bool isBySecondName = round % 2 != 0;
+        std::thread marking;
+        device.duringEachErase([&] {
+            std::promise<void> begun;
+            marking = std::thread([&] {
+                EFIBackupEEPROMData other(device);
+                begun.set_value();
+                if (isBySecondName) {
+                    other.markBlock(1, 1, 65536 + block * 4096);
+                } else {
+                    other.markBlock(1, 2, block * 4096);
+                }
+            });
+            begun.get_future().wait();
+            std::this_thread::yield();
+        });
+        backup.markBlock(1, 2, block * 4096);
+        backup.clearExecute(1, 2);
+        marking.join();
+        device.duringEachErase({});
+        ASSERT_TRUE(device.isMarked(17, block)) << "round " << round;
+        EXPECT_EQ(device.erasesOf(17, block), 2 * (round / 16) + 1);
+        backup.clearExecute(1, 2);
+        ASSERT_FALSE(device.isMarked(17, block));
+    }
+    const Bytes record = part(device.at(10), 0, 144);
+    EXPECT_EQ(record, withSum(record, 0));
+}
+
+TEST(EFIBackupThreads, AnotherEEPROMIsMarkedDuringAnErase)
+{
+    WatchingDevice device(1);
+    prepare(device, 0);
+    EFIBackupEEPROMData backup(device);
+    EFIBackupEEPROMData other(device);
+    // If it waited, it would wait for its own thread.
+    device.duringEachErase([&other] { other.markBlock(1, 3, 0); });
+    backup.markBlock(1, 2, 0);
+    backup.clearExecute(1, 2);
+    EXPECT_FALSE(device.isMarked(17, 0));
+    EXPECT_TRUE(device.isMarked(18, 0));
 }

@@ -58,6 +58,7 @@ const Operation OPERATIONS[] = {
     {"settingInvalidate",    {1},                       true,  {},   NOTHING},
     {"efiInit",              {1},                       true,  {},   NOTHING},
     {"efiWrite",             {16},                      true,  {},   NOTHING},
+    {"efiMark",              {0},                       true,  {},   NOTHING},
     {"editFru",              {1},                       true,  {},   NOTHING},
 };
 // clang-format on

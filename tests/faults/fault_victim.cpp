@@ -191,6 +191,11 @@ const Operation OPERATIONS[] = {
              return static_cast<int>(backup.write(0, 0, 0, sizeof data, data));
          });
      }},
+    {"efiMark",
+     [] {
+         return withBackup(
+             [](EFIBackupEEPROMData& backup) { return backup.markBlock(0, 0, 0x3000); });
+     }},
     {"editFru", editFru},
 };
 

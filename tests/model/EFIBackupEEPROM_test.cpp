@@ -45,6 +45,7 @@ enum Operation {
     WRITE_BLOCK_FLAG,
     WRITE_GROUP_FLAGS,
     RESET_CLEAR_FLAG,
+    MARK_BLOCK,
     CLEAR_EXECUTE,
     SET_THROW,
     OPERATIONS
@@ -188,6 +189,8 @@ private:
             return {fmt::format("{}", store->writeIndexData(integer(0), integer(1)))};
         case RESET_CLEAR_FLAG:
             return {fmt::format("{}", store->resetClearFlag(number(0), number(1), number(2)))};
+        case MARK_BLOCK:
+            return {fmt::format("{}", store->markBlock(number(0), number(1), number(2)))};
         case CLEAR_EXECUTE:
             return {fmt::format("{}", store->clearExecute(number(0), number(1)))};
         default:
@@ -284,6 +287,12 @@ private:
         record[static_cast<std::size_t>(place)] = shared;
     }
 
+    void changeFlag(long long p, long long b, long long n, bool set)
+    {
+        setFlag(stored, p, b, n, set);
+        correctChecksum(stored);
+    }
+
     bool isFlagSet(long long p, long long b, long long n) const
     {
         const long long place = placeOf(p, b, n);
@@ -367,10 +376,23 @@ private:
     {
         readRecord("resetClearFlag");
         share(stored);
+        changeFlag(p, b, address >> 12, false);
+        writeFlags(p, b, address >> 12, 1);
+    }
+
+    void markBlock(long long p, long long b, long long address)
+    {
+        readRecord("markBlock");
+        share(stored);
         const long long n = address >> 12;
-        setFlag(stored, p, b, n, false);
-        correctChecksum(stored);
-        writeFlags(p, b, n, 1);
+        const bool isMarked = isFlagSet(p, b, n);
+        changeFlag(p, b, n, true);
+        try {
+            writeFlags(p, b, n, 1);
+        } catch (...) {
+            changeFlag(p, b, n, isMarked);
+            throw;
+        }
     }
 
     void clearExecute(long long p, long long b)
@@ -536,6 +558,9 @@ private:
         case RESET_CLEAR_FLAG:
             resetClearFlag(n(0), n(1), n(2));
             return {"0"};
+        case MARK_BLOCK:
+            markBlock(n(0), n(1), n(2));
+            return {"0"};
         case CLEAR_EXECUTE:
             clearExecute(n(0), n(1));
             return {"0"};
@@ -691,6 +716,7 @@ Steps generate(Random& random)
                             random.below(40)};
             break;
         case RESET_CLEAR_FLAG:
+        case MARK_BLOCK:
             step.numbers = {anyPart(random), anyPart(random), anyAddress(random)};
             break;
         case SET_THROW:
@@ -742,6 +768,7 @@ std::string print(const Step& step)
                                  "store.writeIndexData(p, b, n) ",
                                  "store.writeIndexData(p, b) ",
                                  "store.resetClearFlag",
+                                 "store.markBlock",
                                  "store.clearExecute",
                                  "store.setThrow"};
     return callOf(names[step.operation], step);

@@ -332,6 +332,23 @@ private:
     static std::string path(long long which) { return files().path(which); }
     std::optional<File>& fileAt(long long which) { return content[which & 3]; }
 
+    /// The index file from an entry on; it is only read.
+    Bytes indexFileFrom(int n)
+    {
+        const std::optional<File>& file = fileAt(INDEX_FILE);
+        if (!file) {
+            throw FileFailure{ENOENT};
+        }
+        if (n < 0) {
+            throw FileFailure{EINVAL};
+        }
+        if (file->isFolder) {
+            throw FileFailure{EISDIR};
+        }
+        const std::size_t from = std::min(16 * static_cast<std::size_t>(n), file->bytes.size());
+        return part(file->bytes, from, file->bytes.size() - from);
+    }
+
     /// The bytes of a file that is opened with its lock, which creates it.
     Bytes& opened(long long which)
     {
@@ -435,15 +452,9 @@ private:
     {
         const auto area = static_cast<unsigned int>(n);
         try {
-            const Bytes& bytes = opened(INDEX_FILE);
-            if (n < 0) {
-                throw FileFailure{EINVAL};
-            }
-            const std::size_t from = std::min<std::size_t>(16 * area, bytes.size());
-            const std::size_t count = std::min<std::size_t>(16, bytes.size() - from);
-            for (std::size_t i = 0; i < count; ++i) {
-                loaded.bytes[i] = bytes[from + i];
-            }
+            const Bytes bytes = indexFileFrom(n);
+            const std::size_t count = std::min<std::size_t>(16, bytes.size());
+            std::copy_n(bytes.begin(), count, loaded.bytes.begin());
             if (count < 16) {
                 throw failed(7, fmt::format("rfIndexData: file read size mismatch.(area=0x{:x} "
                                             "path={} count=0x10 scount=0x{:x})",

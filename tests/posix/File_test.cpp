@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -221,6 +222,24 @@ TEST_F(PosixFile, FailedReplacementLeavesTheFileAndNothingElse)
     EXPECT_EQ(describe(unsynced), "sync " + path() + " 5");
     EXPECT_EQ(readFile(path()), textBytes("old"));
     EXPECT_EQ(names(), Lines({"file"}));
+}
+
+TEST_F(PosixFile, SharedLocksExcludeOnlyExclusiveOnes)
+{
+    writeFile(path(), "content");
+    const posix::File first(path(), O_RDONLY);
+    const posix::File writer(path(), O_RDWR);
+    for (const int patience : {0, posix::FOREVER}) {
+        const posix::File second(path(), O_RDONLY);
+        EXPECT_TRUE(posix::lockFile(first.get(), patience, posix::Lock::SHARED));
+        EXPECT_TRUE(posix::lockFile(second.get(), patience, posix::Lock::SHARED));
+        EXPECT_FALSE(posix::lockFile(writer.get(), 0));
+        EXPECT_EQ(errno, EWOULDBLOCK);
+    }
+    ASSERT_EQ(::flock(first.get(), LOCK_UN), 0);
+    EXPECT_TRUE(posix::lockFile(writer.get(), 0));
+    EXPECT_FALSE(posix::lockFile(first.get(), 0, posix::Lock::SHARED));
+    EXPECT_EQ(errno, EWOULDBLOCK);
 }
 
 TEST_F(PosixFile, LinksAreNotFollowed)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/format.h>
 
+#include <recordkit/eeprom/EFIBackupEEPROMData.h>
+
 #include "../Commands.h"
 #include "../print/Output.h"
 #include "EfiStore.h"
@@ -13,16 +15,11 @@ void run(const Arguments& arguments)
 {
     const EfiPlace place = efiPlaceOf(arguments);
     const auto block = static_cast<unsigned int>(arguments.number("BLOCK"));
-    EfiIndex index = openEfiStore(arguments);
-    index.setClrFlag(place.partition, place.bank, block, true);
-    index.setChecksum();
+    openEfiStore(arguments);
     auto device = openImages(arguments);
-    const int point = index.getIndexPoint(static_cast<int>(place.partition),
-                                          static_cast<int>(place.bank), static_cast<int>(block));
     attempt([&] {
-        device.write(EfiIndex::INDEX_EEPROM, 0, index.getIndexData(), 1);
-        device.write(EfiIndex::INDEX_EEPROM, static_cast<unsigned long>(point),
-                     index.getIndexData() + point, 1);
+        TAVLib::RecordKit::EFIBackupEEPROMData(device).markBlock(place.partition, place.bank,
+                                                                 block * EfiIndex::BLOCK_SIZE);
     });
     print(fmt::format("EEPROM {}: block {} is marked for erasure\n", place.eeprom(), block));
 }

@@ -179,6 +179,7 @@ TEST_F(EepromCommand, ListNamesDamageAndDifferences)
     std::filesystem::remove(root.at("/etc/default/config/panelindex.dat"));
     EXPECT_EQ(list(0)[3]["index_file"], "no file");
     EXPECT_EQ(eeprom({"setting", "init"}).status, 3);
+    EXPECT_FALSE(fileExists(root.at("/etc/default/config/panelindex.dat")));
     EXPECT_EQ(eeprom({"setting", "list"}).out.substr(0, 17), "AREA  VALID  EEPR");
 }
 
