@@ -145,6 +145,11 @@ std::unique_ptr<TAVLib::SerializableObject> load(const RecordClass& recordClass,
         throw DataError(fmt::format("not an image of {}: size {}, expected {}", recordClass.name,
                                     image.size(), recordClass.sizes.text()));
     }
+    // Some classes take what an image promises for zeroes.
+    if (object->getSerializedSize() > image.size()) {
+        throw DataError(fmt::format("not a whole image of {}: size {}, expected {} by its counts",
+                                    recordClass.name, image.size(), object->getSerializedSize()));
+    }
     return object;
 }
 

@@ -86,3 +86,20 @@ TEST(DecodeCommand, RefusesWhatItCannotShow)
     const auto list = nlohmann::json::parse(status({"--list", "--json"}).out);
     EXPECT_EQ(list.size(), decodableClasses().size()); // FRU images and processor ROMs
 }
+
+TEST(DecodeCommand, RefusesAnImageThatPromisesMoreThanItHas)
+{
+    // Three nodes, of which two or none are there.
+    for (const auto& [hex, size] :
+         {std::pair("1003", "2"), std::pair("1003AA", "3"), std::pair("1003AABB", "4")}) {
+        const Outcome outcome = run(ourCommand({"decode", "PartitionInfo", "--hex", hex}));
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_NE(outcome.err.find(std::string("not a whole image of PartitionInfo: size ") + size +
+                                   ", expected 5 by its counts\n"),
+                  std::string::npos)
+            << outcome.err;
+    }
+    EXPECT_EQ(run(ourCommand({"decode", "PartitionInfo", "--hex", "1003AABBCC"})).status, 0);
+    EXPECT_EQ(run(ourCommand({"decode", "PartitionInfo", "--hex", "1000"})).status, 0);
+}

@@ -51,3 +51,24 @@ TEST_F(SelCheck, InJsonHasFilesFindingsAndActions)
               Json({working(1) + " written again with 2 events, as it was in " + kept(1, 0) +
                     ".damaged-1"}));
 }
+
+TEST_F(SelCheck, MovesARecordWithTheIdOfAnEmptySlotAside)
+{
+    // The library stores such a record, which then ends the log.
+    initialise();
+    fill(3);
+    patchFile(working(1), 1 * SLOT + 2, {0xFF, 0xFF});
+    const Bytes before = readFile(working(1));
+    EXPECT_EQ(sel({"add", "-", "--board", "1"}, eventAt(9, TIME_1, THERMAL_TRIP)).status, 1);
+    const Outcome outcome = sel({"check", "--board", "1", "--recover"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_NE(outcome.out.find("board 1: " + working(1) +
+                               " written again with 2 events, as it was "
+                               "in " +
+                               kept(1, 0) + ".damaged-1\n"),
+              std::string::npos)
+        << outcome.out;
+    EXPECT_EQ(readFile(kept(1, 0) + ".damaged-1"), before);
+    EXPECT_EQ(sel({"add", "-", "--board", "1"}, eventAt(9, TIME_1, THERMAL_TRIP)).status, 0);
+    EXPECT_EQ(listedIds({"--board", "1"}), Ids({1, 3, 9}));
+}
