@@ -119,7 +119,7 @@ constexpr Field OEM_EXTENSION[] = {
     Field{"oem_event_data_{}", bytesAt(0), number, asHex}.in(OEM_EVENT_DATA),
     {"partition_bitmask", bytesAt(ofExtended(O::EXTENDED_PARTITION_BITMASK), 2), ask<&O::getPartitionBitmask>, asHex},
     {"part_number", bytesAt(ofExtended(O::EXTENDED_PART_NUMBER_TYPE_LENGTH), 1 + O::PART_NUMBER_SIZE), ask<&O::getPartNo>},
-    {"serial_number", bytesAt(ofExtended(O::EXTENDED_SERIAL_NUMBER_TYPE_LENGTH), 1 + O::SERIAL_NUMBER_SIZE), ask<&O::getSerialNo>},
+    Field{"serial_number", bytesAt(ofExtended(O::EXTENDED_SERIAL_NUMBER_TYPE_LENGTH), 1 + O::SERIAL_NUMBER_SIZE), ask<&O::getSerialNo>}.cut(),
 };
 
 constexpr Place BITMASK = bytesAt(ofBlock(B::BLOCK_PARTITION_BITMASK), 2);
@@ -132,7 +132,7 @@ constexpr Field BMC_BLOCK[] = {
     OEM_DATA,
     {"partition_bitmask", BITMASK, ask<&B::getPartitionBitmask>, asHex},
     PART_NUMBER,
-    {"serial_number", SERIAL_NUMBER, serialNumber},
+    Field{"serial_number", SERIAL_NUMBER, serialNumber}.cut(),
 };
 
 constexpr Place KIND = bytesAt(ofTrailer(M::TRAILER_KIND));
@@ -142,7 +142,7 @@ constexpr Field MESSAGE[] = {
     OEM_DATA,
     Field{"partition_bitmask", BITMASK, ask<&M::getPartitionBitmask>, asHex}.with(KIND).with(OWN_BITMASK),
     PART_NUMBER,
-    Field{"serial_number", SERIAL_NUMBER, ask<&M::getSerialNo>}.with(KIND),
+    Field{"serial_number", SERIAL_NUMBER, ask<&M::getSerialNo>}.with(KIND).cut(),
     Field{"trailer_kind", KIND, number}.says("trailer kind; 1: the trailer has its own partition bitmask"),
     {"trailer_partition_bitmask", OWN_BITMASK, number, asHex},
 };

@@ -103,3 +103,20 @@ TEST(DecodeCommand, RefusesAnImageThatPromisesMoreThanItHas)
     EXPECT_EQ(run(ourCommand({"decode", "PartitionInfo", "--hex", "1003AABBCC"})).status, 0);
     EXPECT_EQ(run(ourCommand({"decode", "PartitionInfo", "--hex", "1000"})).status, 0);
 }
+
+TEST(DecodeCommand, FieldsEndWithTheImage)
+{
+    const auto serial = [](std::size_t size) {
+        std::string hex;
+        for (std::size_t i = 0; i < size; ++i) {
+            hex += "DD";
+        }
+        const auto fields = nlohmann::json::parse(
+            run(ourCommand({"decode", "OEMSELEntry", "--hex", hex, "--json"})).out);
+        return fields.back();
+    };
+    EXPECT_EQ(serial(65)["width"], 13);
+    EXPECT_EQ(serial(63)["offset"], 52);
+    EXPECT_EQ(serial(63)["width"], 11);
+    EXPECT_TRUE(serial(62)["value"].is_null());
+}
