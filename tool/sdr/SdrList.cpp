@@ -24,33 +24,61 @@ Cell cellOf(const Sensor& sensor, const std::string& text)
     return {sensor.isSensor && !text.empty() ? text : "-"};
 }
 
-std::string maskText(unsigned short mask)
-{
-    return fmt::format("{:04X}h", mask);
-}
-
 std::string entityOf(const Sensor& sensor)
 {
     return fmt::format("{}.{}", sensor.entityId, sensor.entityInstance);
 }
 
+std::optional<double> difference(const Sensor& sensor, unsigned char counts)
+{
+    return sensor.conversion ? sensor.conversion->differenceOf(counts) : std::nullopt;
+}
+
 /// A difference of counts in the sensor's units; null for a sensor without a linear conversion.
 Value inUnits(const Sensor& sensor, unsigned char counts)
 {
-    return sensor.unitsPerCount ? Value(*sensor.unitsPerCount * counts) : Value();
+    const std::optional<double> units = difference(sensor, counts);
+    return valueIf(units.has_value(), units.value_or(0));
+}
+
+/// A reading in the sensor's units, or in counts where these cannot be converted; null for none.
+Value reading(const Sensor& sensor, std::optional<unsigned char> raw)
+{
+    if (!raw || !sensor.conversion) {
+        return raw ? Value(*raw) : Value();
+    }
+    const std::optional<double> value = sensor.conversion->valueOf(*raw);
+    return valueIf(value.has_value(), value.value_or(0));
+}
+
+template <Threshold WHICH> Value threshold(const Sensor& sensor)
+{
+    return reading(sensor, sensor.thresholds[static_cast<std::size_t>(WHICH)]);
+}
+
+/// "- 600 840": three thresholds, outermost or innermost first as they rise.
+Cell thresholdsCell(const Sensor& sensor, Threshold first)
+{
+    std::string text;
+    bool isAny = false;
+    for (std::size_t i = 0; i < THRESHOLDS / 2; ++i) {
+        const auto raw = sensor.thresholds[static_cast<std::size_t>(first) + i];
+        isAny = isAny || raw;
+        text += (i == 0 ? "" : " ") + (raw ? readingText(sensor, *raw) : "-");
+    }
+    return {isAny ? text : "-"};
 }
 
 /// "+2 -1" in the sensor's units where they are known, otherwise in counts.
 Cell hysteresisCell(const Sensor& sensor)
 {
-    if (!sensor.unitsPerCount) {
+    if (!difference(sensor, 1)) {
         return cellOf(sensor,
                       fmt::format("+{} -{}{}", sensor.positiveHysteresis, sensor.negativeHysteresis,
                                   sensor.units.empty() ? "" : " counts"));
     }
-    return cellOf(sensor,
-                  fmt::format("+{:g} -{:g}", *sensor.unitsPerCount * sensor.positiveHysteresis,
-                              *sensor.unitsPerCount * sensor.negativeHysteresis));
+    return cellOf(sensor, fmt::format("+{:g} -{:g}", *difference(sensor, sensor.positiveHysteresis),
+                                      *difference(sensor, sensor.negativeHysteresis)));
 }
 
 constexpr Column<Sensor> COLUMNS[] = {
@@ -77,13 +105,10 @@ constexpr Column<Sensor> COLUMNS[] = {
      }},
     {"units", "UNITS", 10, [](const Sensor& s) { return ofSensor(s, s.units); },
      [](const Sensor& s) { return cellOf(s, s.units); }},
-    {"assertion_mask", "ASSERT", 6, [](const Sensor& s) { return ofSensor(s, s.assertionMask); },
-     [](const Sensor& s) { return cellOf(s, maskText(s.assertionMask)); }},
-    {"deassertion_mask", "DEASSERT", 8,
-     [](const Sensor& s) { return ofSensor(s, s.deassertionMask); },
-     [](const Sensor& s) { return cellOf(s, maskText(s.deassertionMask)); }},
-    {"reading_mask", "READING", 7, [](const Sensor& s) { return ofSensor(s, s.readingMask); },
-     [](const Sensor& s) { return cellOf(s, maskText(s.readingMask)); }},
+    {"assertion_mask", nullptr, 0, [](const Sensor& s) { return ofSensor(s, s.assertionMask); }},
+    {"deassertion_mask", nullptr, 0,
+     [](const Sensor& s) { return ofSensor(s, s.deassertionMask); }},
+    {"reading_mask", nullptr, 0, [](const Sensor& s) { return ofSensor(s, s.readingMask); }},
     {"positive_hysteresis", nullptr, 0,
      [](const Sensor& s) { return ofSensor(s, s.positiveHysteresis); }},
     {"negative_hysteresis", nullptr, 0,
@@ -92,7 +117,20 @@ constexpr Column<Sensor> COLUMNS[] = {
      [](const Sensor& s) { return inUnits(s, s.positiveHysteresis); }},
     {"negative_hysteresis_units", nullptr, 0,
      [](const Sensor& s) { return inUnits(s, s.negativeHysteresis); }},
-    {nullptr, "HYSTERESIS", 0, nullptr, hysteresisCell},
+    {nullptr, "HYSTERESIS", 12, nullptr, hysteresisCell},
+    {"lower_non_recoverable", nullptr, 0, threshold<Threshold::LOWER_NON_RECOVERABLE>},
+    {"lower_critical", nullptr, 0, threshold<Threshold::LOWER_CRITICAL>},
+    {"lower_non_critical", nullptr, 0, threshold<Threshold::LOWER_NON_CRITICAL>},
+    {"upper_non_critical", nullptr, 0, threshold<Threshold::UPPER_NON_CRITICAL>},
+    {"upper_critical", nullptr, 0, threshold<Threshold::UPPER_CRITICAL>},
+    {"upper_non_recoverable", nullptr, 0, threshold<Threshold::UPPER_NON_RECOVERABLE>},
+    {nullptr, "LOWER NR CR NC", 16, nullptr,
+     [](const Sensor& s) { return thresholdsCell(s, Threshold::LOWER_NON_RECOVERABLE); }},
+    {nullptr, "UPPER NC CR NR", 0, nullptr,
+     [](const Sensor& s) { return thresholdsCell(s, Threshold::UPPER_NON_CRITICAL); }},
+    {"nominal", nullptr, 0, [](const Sensor& s) { return reading(s, s.nominal); }},
+    {"normal_minimum", nullptr, 0, [](const Sensor& s) { return reading(s, s.normalMinimum); }},
+    {"normal_maximum", nullptr, 0, [](const Sensor& s) { return reading(s, s.normalMaximum); }},
 };
 
 /// What a narrow terminal shows first.
@@ -104,12 +142,11 @@ std::vector<Wish> wishes()
             {"record_type_name", 7},
             {"entity", 7},
             {"units", 9},
-            {"event_type_name", 8},
-            {"id", 5},
+            {"lower_nr_cr_nc", 14},
+            {"upper_nc_cr_nr", 14},
             {"hysteresis", 10},
-            {"assertion_mask", 6},
-            {"deassertion_mask", 8},
-            {"reading_mask", 7}};
+            {"event_type_name", 8},
+            {"id", 5}};
 }
 
 void run(const Arguments& arguments)
@@ -117,7 +154,7 @@ void run(const Arguments& arguments)
     Repository repository = readRepository(arguments);
     if (arguments.has("--raw")) {
         for (Sensor& sensor : repository.sensors) {
-            sensor.unitsPerCount.reset();
+            sensor.conversion.reset();
         }
     }
     printListing(repository.sensors, COLUMNS, arguments.layout(), wishes());
@@ -128,13 +165,14 @@ void run(const Arguments& arguments)
 
 Command sdrListCommand()
 {
-    return {"sdr list",
-            "List the sensors of a repository, and what else is in it",
-            "recordkit sdr list repository.sdr",
-            repositoryOptions({flag("--raw", "Show hysteresis in counts, not in units")}),
-            Answer::TABLE,
-            run,
-            "Damaged records are reported with their offsets; the exit status is then 1."};
+    return {
+        "sdr list",
+        "List the sensors of a repository, and what else is in it",
+        "recordkit sdr list repository.sdr",
+        repositoryOptions({flag("--raw", "Show readings and hysteresis in counts, not in units")}),
+        Answer::TABLE,
+        run,
+        "Damaged records are reported with their offsets; the exit status is then 1."};
 }
 
 }

@@ -2,7 +2,6 @@
 #include <recordkit/inspect/sensor/Sensor.h>
 
 #include <algorithm>
-#include <cmath>
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Error.h>
@@ -41,20 +40,48 @@ void readCommon(const RecordSensorCommon& record, Sensor& sensor)
     sensor.negativeHysteresis = record.getNegativeGoingThresholdHyst();
 }
 
-/// The slope of a full record's conversion: M times ten to the power of its exponent.
-std::optional<double> slopeOf(ByteView record)
+/// What a full record says of readings (IPMI v2.0, section 43.1, bytes 31 to 36).
+void readReadings(ByteView record, Sensor& sensor)
 {
-    enum Offset { LINEARIZATION = 23, M = 24, M_HIGH = 25, EXPONENTS = 29 };
-    constexpr unsigned char THRESHOLD = 0x01;
-    constexpr unsigned int EVENT_TYPE = 13;
-    if (record.size() <= EXPONENTS || record[EVENT_TYPE] != THRESHOLD ||
-        (record[LINEARIZATION] & 0x7F) != 0) {
-        return std::nullopt;
+    enum Offset : unsigned int { FLAGS = 30, NOMINAL, NORMAL_MAX, NORMAL_MIN, MAX, MIN };
+    if (record.size() <= MIN || sensor.eventType != THRESHOLD_EVENT) {
+        return;
     }
-    // Both numbers are two's complement, of ten and of four bits.
-    const int m = record[M] | (record[M_HIGH] >> 6) << 8;
-    const int exponent = record[EXPONENTS] >> 4;
-    return (m < 512 ? m : m - 1024) * std::pow(10.0, exponent < 8 ? exponent : exponent - 16);
+    sensor.conversion = Conversion::of(record);
+    const auto specified = [&record](unsigned int bit, unsigned int offset) {
+        return (record[FLAGS] >> bit & 1) != 0 ? std::optional(record[offset]) : std::nullopt;
+    };
+    sensor.nominal = specified(0, NOMINAL);
+    sensor.normalMaximum = specified(1, NORMAL_MAX);
+    sensor.normalMinimum = specified(2, NORMAL_MIN);
+    sensor.maximum = record[MAX];
+    sensor.minimum = record[MIN];
+}
+
+/// The thresholds of a full record: those that its mask names as readable, if it has any at all
+/// (IPMI v2.0, section 43.1, bytes 12, 19 and 37 to 42).
+void readThresholds(ByteView record, Sensor& sensor)
+{
+    enum Offset : unsigned int { CAPABILITIES = 11, READABLE = 18, END = 42 };
+    if (record.size() < END || sensor.eventType != THRESHOLD_EVENT ||
+        (record[CAPABILITIES] >> 2 & 3) == 0) {
+        return;
+    }
+    struct Row {
+        Threshold threshold;
+        unsigned int offset;
+        unsigned int bit;
+    };
+    constexpr Row ROWS[] = {
+        {Threshold::UPPER_NON_RECOVERABLE, 36, 5}, {Threshold::UPPER_CRITICAL, 37, 4},
+        {Threshold::UPPER_NON_CRITICAL, 38, 3},    {Threshold::LOWER_NON_RECOVERABLE, 39, 2},
+        {Threshold::LOWER_CRITICAL, 40, 1},        {Threshold::LOWER_NON_CRITICAL, 41, 0},
+    };
+    for (const Row& row : ROWS) {
+        if ((record[READABLE] >> row.bit & 1) != 0) {
+            sensor.thresholds[static_cast<std::size_t>(row.threshold)] = record[row.offset];
+        }
+    }
 }
 
 template <typename Record> void readAs(const SdrRecord& record, Sensor& sensor)
@@ -91,7 +118,8 @@ Sensor readSensor(const SdrRecord& record)
     sensor.recordType = record.type();
     if (record.type() == SDR_FULL) {
         readAs<FullSensorRecord>(record, sensor);
-        sensor.unitsPerCount = slopeOf(record.bytes);
+        readReadings(record.bytes, sensor);
+        readThresholds(record.bytes, sensor);
     } else if (record.type() == SDR_COMPACT) {
         readAs<CompactSensorRecord>(record, sensor);
     }
@@ -103,6 +131,12 @@ Sensor readSensor(const SdrRecord& record)
             idStringText(typeLength, ByteView(record.bytes).part(at + 1, typeLength & LENGTH_BITS));
     }
     return sensor;
+}
+
+std::string readingText(const Sensor& sensor, unsigned char raw)
+{
+    return sensor.conversion ? sensor.conversion->textOf(raw).value_or("none")
+                             : std::to_string(raw);
 }
 
 std::vector<unsigned int> eventOffsets(const Sensor& sensor)

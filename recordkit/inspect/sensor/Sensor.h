@@ -2,12 +2,25 @@
 #ifndef RECORDKIT_INSPECT_SENSOR_SENSOR_H
 #define RECORDKIT_INSPECT_SENSOR_SENSOR_H
 
+#include <array>
 #include <optional>
 #include <string>
 
+#include <recordkit/inspect/sensor/Conversion.h>
 #include <recordkit/inspect/sensor/SdrFile.h>
 
 namespace recordkit::inspect {
+
+/// The thresholds of a sensor, from the lowest to the highest.
+enum class Threshold : unsigned char {
+    LOWER_NON_RECOVERABLE,
+    LOWER_CRITICAL,
+    LOWER_NON_CRITICAL,
+    UPPER_NON_CRITICAL,
+    UPPER_CRITICAL,
+    UPPER_NON_RECOVERABLE,
+};
+constexpr std::size_t THRESHOLDS = 6;
 
 /// The contents of a record of a repository, as a listing shows them.
 struct Sensor {
@@ -27,13 +40,24 @@ struct Sensor {
     unsigned short readingMask = 0;
     unsigned char positiveHysteresis = 0;
     unsigned char negativeHysteresis = 0;
-    /// How many units a count of a difference such as a hysteresis is; nothing for a sensor without
-    /// a linear conversion (IPMI v2.0, section 36.3).
-    std::optional<double> unitsPerCount;
+    /// How readings become units; only of a full record.
+    std::optional<Conversion> conversion;
+    /// The readings from here on are raw. What the record does not specify is none, and so are
+    /// thresholds that the sensor does not have.
+    std::optional<unsigned char> nominal;
+    std::optional<unsigned char> normalMaximum;
+    std::optional<unsigned char> normalMinimum;
+    unsigned char maximum = 0; ///< that the sensor can report
+    unsigned char minimum = 0;
+    std::array<std::optional<unsigned char>, THRESHOLDS> thresholds;
 };
 
 /// Reads a record. Throws DataError for a full or compact one that the library refuses.
 Sensor readSensor(const SdrRecord& record);
+
+/// A reading in the sensor's units, without their name; in counts if it has no conversion, "none"
+/// if the conversion has no value for it.
+std::string readingText(const Sensor& sensor, unsigned char raw);
 
 /// The offsets that a discrete sensor can report: those of its assertion mask. Threshold sensors
 /// have the twelve crossings of IPMI v2.0, table 42-2.

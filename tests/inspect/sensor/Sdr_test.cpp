@@ -176,11 +176,12 @@ Sensor fullSensor(unsigned char linearization, unsigned char m, unsigned char mH
 
 TEST(Sensor, CountsOfADifferenceAreConverted)
 {
-    EXPECT_DOUBLE_EQ(fullSensor(0, 120, 0, 0x00).unitsPerCount.value(), 120);
-    EXPECT_DOUBLE_EQ(fullSensor(0, 0x2C, 0x40, 0x00).unitsPerCount.value(), 300);
-    EXPECT_DOUBLE_EQ(fullSensor(0, 0xFF, 0xC0, 0x00).unitsPerCount.value(), -1);
-    EXPECT_DOUBLE_EQ(fullSensor(0, 5, 0, 0xE0).unitsPerCount.value(), 0.05);
-    EXPECT_DOUBLE_EQ(fullSensor(0, 5, 0, 0x7F).unitsPerCount.value(), 5e7);
-    EXPECT_FALSE(fullSensor(1, 120, 0, 0x00).unitsPerCount) << "a logarithm has no fixed slope";
-    EXPECT_FALSE(readSensor(parse(compactSdr(1, "PS1")).records.at(0)).unitsPerCount);
+    EXPECT_DOUBLE_EQ(fullSensor(0, 120, 0, 0x00).conversion->differenceOf(1).value(), 120);
+    EXPECT_DOUBLE_EQ(fullSensor(0, 0x2C, 0x40, 0x00).conversion->differenceOf(1).value(), 300);
+    EXPECT_DOUBLE_EQ(fullSensor(0, 0xFF, 0xC0, 0x00).conversion->differenceOf(1).value(), -1);
+    EXPECT_DOUBLE_EQ(fullSensor(0, 5, 0, 0xE0).conversion->differenceOf(1).value(), 0.05);
+    EXPECT_DOUBLE_EQ(fullSensor(0, 5, 0, 0x7F).conversion->differenceOf(1).value(), 5e7);
+    EXPECT_FALSE(fullSensor(1, 120, 0, 0x00).conversion->differenceOf(1))
+        << "a logarithm has no fixed slope";
+    EXPECT_FALSE(readSensor(parse(compactSdr(1, "PS1")).records.at(0)).conversion);
 }

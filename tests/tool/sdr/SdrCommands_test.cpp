@@ -39,7 +39,8 @@ TEST(SdrCommand, ListsARepository)
     EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 38);
     for (const char* const line :
          {"0001h  full          01h     Ambient           Temperature               7.1      01h "
-          "threshold         degrees C   7A95h   7A95h     3F3Fh    +2 -2\n",
+          "threshold         degrees C   +2 -2         246 0 5           85 90 95\n",
+          "threshold         Volts       +0.034 -0.034  2.18 2.45 2.58    3.54 3.67 3.81\n",
           "000Dh  full          23h     12-34.5 ", "001Eh  compact       64h     FAN REDUNDANT ",
           "0021h  event-only    -       POST              -",
           "0022h  FRU locator   -       Main FRU0 ", "0023h  MC locator    -       BMC board ",
@@ -51,6 +52,17 @@ TEST(SdrCommand, ListsARepository)
     EXPECT_EQ(json[11]["name"], "5V AUX");
     EXPECT_EQ(json[30]["positive_hysteresis"], 3);
     EXPECT_EQ(json[30]["negative_hysteresis"], 4);
+    EXPECT_EQ(json[0]["assertion_mask"], 0x7A95);
+    EXPECT_EQ(json[3]["name"], "FAN1");
+    EXPECT_EQ(json[3]["lower_non_recoverable"], 0);
+    EXPECT_EQ(json[3]["lower_critical"], 480);
+    EXPECT_EQ(json[3]["lower_non_critical"], 720);
+    EXPECT_EQ(json[3]["upper_non_critical"], 15300);
+    EXPECT_EQ(json[12]["upper_non_critical"], 0);
+    EXPECT_TRUE(json[12]["upper_non_recoverable"].is_null()) << "its mask does not have it";
+    EXPECT_TRUE(json[20]["lower_critical"].is_null()) << "a compact record";
+    const auto raw = nlohmann::json::parse(sdr({"list", OWN, "--json", "--raw"}).out);
+    EXPECT_EQ(raw[3]["lower_critical"], 8);
 }
 
 TEST(SdrCommand, ShowsOneRecordFieldByField)
@@ -233,5 +245,6 @@ TEST(SdrCommand, ShowsTheMostWantedColumnsOnANarrowTerminal)
               std::string::npos)
         << shown;
     ASSERT_TRUE(runOnTerminal(words, {}, shown, 300));
-    EXPECT_NE(shown.find("READING  HYSTERESIS\r\n"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("HYSTERESIS    LOWER NR CR NC    UPPER NC CR NR\r\n"), std::string::npos)
+        << shown;
 }
