@@ -104,6 +104,7 @@ class Tree:
         self.processes = processes
         self.limits = {}
         self.changed = None
+        self.configured = set()
         folder.mkdir(parents=True, exist_ok=True)
         self.synchronise()
 
@@ -125,13 +126,14 @@ class Tree:
 
     def configure(self, configuration):
         build = self.builds / configuration
-        if (build / "build.ninja").exists():
+        if configuration in self.configured:
             return build
         public = self.source.parent / "shared" / "data" / "public"
         command = ["cmake", "-S", self.sources, "-B", build, f"-DRECORDKIT_PUBLIC_DATA={public}",
                    *COMMON_CONFIGURATION, *CONFIGURATIONS[configuration]]
         if self.processes.run(command, self.output, BUILD_LIMIT) != 0:
             raise RuntimeError(self.output.read_text(errors="replace"))
+        self.configured.add(configuration)
         return build
 
     def mutate(self, mutant):

@@ -32,7 +32,8 @@ CLI::Option* addTo(CLI::App& app, const Option& option)
     CLI::Option* const added = app.add_option(option.name, option.help);
     added->required(option.isRequired)->default_str(option.standard)->envname(option.environment);
     added->type_size(1)->expected(1, option.isMany ? CLI::detail::expected_max_vector_size : 1);
-    added->allow_extra_args(option.isMany);
+    // An option takes one value each time: what follows it may be an argument.
+    added->allow_extra_args(option.isMany && option.isArgument());
     return option.isArgument() ? added : added->type_name(option.valueName);
 }
 

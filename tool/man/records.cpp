@@ -171,7 +171,9 @@ std::string manualSection()
     std::string text = ".SS Events\nIn JSON and CSV; null (JSON) or empty (CSV) where the record "
                        "type has no such field.\n";
     for (const EventField& field : EventFields()) {
-        text += fmt::format(".TP\n.B {}\n{}.\n", roff(field.name), roff(field.text));
+        text +=
+            fmt::format(".TP\n.B {}\n{}{}.\n", roff(field.name), roff(field.text),
+                        field.isOfRepository ? "; only with sensor data records (\\-\\-sdr)" : "");
     }
     text += ".SS Records\nOf an image that\n.B decode\nshows: each field with its first byte, and "
             "its bits or its width. Widths such as n x 2 are lists, N and M their numbers.\n";

@@ -18,6 +18,13 @@ void Problems::add(const std::string& input, const std::string& text, ExitStatus
     worst = std::max(worst, status);
 }
 
+void Problems::add(const Problems& reported)
+{
+    inputs += reported.inputs;
+    bad += reported.bad;
+    worst = std::max(worst, reported.worst);
+}
+
 void Problems::run(const std::string& input, const std::function<std::vector<std::string>()>& work)
 {
     ++inputs;

@@ -20,6 +20,9 @@ public:
     /// Runs the work for one input, and reports the problems that it returns or throws.
     void run(const std::string& input, const std::function<std::vector<std::string>()>& work);
 
+    /// Counts problems that were reported elsewhere.
+    void add(const Problems& reported);
+
     /// Throws Reported if there was a problem.
     void finish() const;
 

@@ -7,10 +7,15 @@ namespace recordkit::tool {
 
 Repository readRepository(const Arguments& arguments)
 {
+    return readRepository(arguments.text("FILE"),
+                          static_cast<SdrFormat>(arguments.number("--format")));
+}
+
+Repository readRepository(const std::string& path, SdrFormat format)
+{
     Repository repository;
-    repository.name = inputName(arguments.text("FILE"));
-    repository.file = parseSdrFile(readInput(arguments.text("FILE"), LARGE_LIMIT),
-                                   static_cast<SdrFormat>(arguments.number("--format")));
+    repository.name = inputName(path);
+    repository.file = parseSdrFile(readInput(path, LARGE_LIMIT), format);
     repository.problems.run(repository.name, [&] {
         std::vector<std::string> problems = repository.file.problems;
         if (repository.file.records.empty()) {

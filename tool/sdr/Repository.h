@@ -12,7 +12,7 @@
 
 namespace recordkit::tool {
 
-/// The records of the input FILE, and the sensors that could be read.
+/// The records of a file, and the sensors that could be read.
 struct Repository {
     std::string name;
     inspect::SdrFile file;
@@ -20,7 +20,9 @@ struct Repository {
     Problems problems; ///< reported already
 };
 
+/// That of the input FILE.
 Repository readRepository(const Arguments& arguments);
+Repository readRepository(const std::string& path, inspect::SdrFormat format);
 
 /// The options of every sub-command on a repository, and its own ones.
 std::vector<Option> repositoryOptions(const std::vector<Option>& own = {});

@@ -64,7 +64,7 @@ Cell thresholdsCell(const Sensor& sensor, Threshold first)
     for (std::size_t i = 0; i < THRESHOLDS / 2; ++i) {
         const auto raw = sensor.thresholds[static_cast<std::size_t>(first) + i];
         isAny = isAny || raw;
-        text += (i == 0 ? "" : " ") + (raw ? readingText(sensor, *raw) : "-");
+        text += (i == 0 ? "" : " ") + (raw ? readingText(sensor.conversion, *raw) : "-");
     }
     return {isAny ? text : "-"};
 }

@@ -8,6 +8,7 @@
 
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/event/EventFields.h>
 #include <recordkit/inspect/words/SensorTypes.h>
 
@@ -28,6 +29,9 @@ namespace {
 /// In every record, so that a program asks for it by name.
 constexpr const char* IMAGE_FIELD = "image";
 constexpr const char* TIME_FIELD = "time";
+constexpr const char* SENSOR_FIELD = "sensor";
+/// An id string has up to 16 characters; of a shared record a number follows.
+constexpr std::size_t NAME_WIDTH = 16;
 constexpr std::size_t TIME_WIDTH = 19;
 
 bool isSystemEvent(const Event& e)
@@ -53,7 +57,12 @@ Cell sensorTypeCell(const Event& e)
 
 Cell sensorCell(const Event& e)
 {
-    return {isSystemEvent(e) ? fmt::format("{:02X}h", e.sensorNumber) : "-"};
+    if (!isSystemEvent(e)) {
+        return {"-"};
+    }
+    return {e.sensor != nullptr && !e.sensor->name.empty()
+                ? printable(e.sensor->name)
+                : fmt::format("{:02X}h", e.sensorNumber)};
 }
 
 Cell directionCell(const Event& e)
@@ -76,7 +85,7 @@ constexpr EventColumn COLUMNS[] = {
      [](const Event& e) { return Cell{e.hasTime ? e.time.toText(chosenZone()) : "-"}; }},
     {"severity", "SEVERITY", 15, severityCell},
     {"sensor_type_name", "SENSOR TYPE", 24, sensorTypeCell},
-    {"sensor", "SENSOR", 6, sensorCell},
+    {SENSOR_FIELD, "SENSOR", 6, sensorCell},
     {"direction", "DIRECTION", 10, directionCell},
     {"event_data", "DATA", 6, dataCell},
     {"partitions", "PARTITIONS", 10,
@@ -122,22 +131,27 @@ Value valueOf(const EventField& field, const Event& event)
                : Value(field.get(event));
 }
 
-std::vector<ColumnHead> heads()
+std::vector<ColumnHead> heads(bool hasRepositories)
 {
     std::vector<ColumnHead> result;
     for (const EventField& field : EventFields()) {
         const EventColumn* const column = columnOf(field);
-        const bool isExtra = std::string(field.name) == IMAGE_FIELD;
+        const bool isExtra =
+            std::string(field.name) == IMAGE_FIELD || (field.isOfRepository && !hasRepositories);
+        const bool isName = hasRepositories && std::string(field.name) == SENSOR_FIELD;
         result.push_back({field.name, column == nullptr ? nullptr : column->title,
-                          column == nullptr ? 0 : column->width, isExtra});
+                          isName              ? NAME_WIDTH
+                          : column == nullptr ? 0
+                                              : column->width,
+                          isExtra});
     }
     return result;
 }
 
 }
 
-EventListing::EventListing(const Layout& layout, Sink sink)
-    : writer(heads(), layout, wishes(), sink)
+EventListing::EventListing(const Layout& layout, bool hasRepositories, Sink sink)
+    : writer(heads(hasRepositories), layout, wishes(), sink)
 {
     for (const ShownColumn& each : writer.getShown()) {
         fields.push_back(EventFields().begin() + each.index);

@@ -13,10 +13,10 @@ namespace recordkit::tool {
 struct EventColumn;
 
 /// A listing of events: the fields of EventFields in JSON and CSV, the most wanted ones in the
-/// table.
+/// table. Without repositories the fields that only these fill are left out.
 class EventListing {
 public:
-    explicit EventListing(const Layout& layout, Sink sink = print);
+    EventListing(const Layout& layout, bool hasRepositories, Sink sink = print);
 
     void add(const Event& event);
     void flush() { writer.flush(); }

@@ -105,6 +105,10 @@ void describeSystemEvent(std::string& text, const Event& event)
     line(text, "sensor type",
          fmt::format("{:02X}h {}", event.sensorType, sensorTypeName(event.sensorType)));
     line(text, "sensor number", fmt::format("{:02X}h", event.sensorNumber));
+    if (event.sensor != nullptr) {
+        line(text, "sensor name", printable(event.sensor->name));
+        line(text, "entity", event.sensor->entity);
+    }
     line(text, "event type",
          fmt::format("{:02X}h {}", event.eventType, eventTypeName(event.eventType)));
     line(text, "event offset", std::to_string(event.offset));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -13,6 +14,7 @@
 #include "../print/Problems.h"
 #include "EventColumns.h"
 #include "EventFilter.h"
+#include "EventSensors.h"
 #include "LogProblems.h"
 #include "SavedEvents.h"
 #include "WriteWatch.h"
@@ -25,7 +27,8 @@ namespace {
 /// Events of all boards that are new since the last call, merged by time.
 class NewBoardEvents {
 public:
-    explicit NewBoardEvents(const Arguments& arguments) : boards(arguments.boards())
+    NewBoardEvents(const Arguments& arguments, const EventSensors& names)
+        : boards(arguments.boards()), sensors(names)
     {
         for (const unsigned char board : boards) {
             sources.emplace_back(board, arguments.has("--strict"));
@@ -39,6 +42,7 @@ public:
         for (std::size_t i = 0; i < sources.size(); ++i) {
             std::vector<LogProblem> found;
             logs.push_back(sources[i].take(found));
+            sensors.name(logs.back());
             problems.add(boards[i], found);
         }
         return mergeByTime(std::move(logs));
@@ -46,6 +50,7 @@ public:
 
 private:
     std::vector<unsigned char> boards;
+    const EventSensors& sensors;
     std::vector<NewEvents> sources;
 };
 
@@ -75,24 +80,26 @@ void addLast(const Arguments& arguments, const std::vector<Event>& events, Event
     add(events, last < events.size() ? events.size() - last : 0, listing);
 }
 
-void listSaved(const Arguments& arguments, EventListing& listing)
+void listSaved(const Arguments& arguments, const EventSensors& sensors, EventListing& listing)
 {
     EventFilter filter(arguments);
     Problems problems;
-    addLast(arguments, filter.choose(readSavedEvents(arguments.texts("FILE"), problems)), listing);
+    std::vector<Event> events = readSavedEvents(arguments.texts("FILE"), problems);
+    sensors.name(events);
+    addLast(arguments, filter.choose(std::move(events)), listing);
     listing.finish();
     reportUndated(filter);
     problems.finish();
 }
 
-void listBoards(const Arguments& arguments, EventListing& listing)
+void listBoards(const Arguments& arguments, const EventSensors& sensors, EventListing& listing)
 {
     // Start watching before the first read, so that no event is missed in between.
     const std::unique_ptr<WriteWatch> watch =
         arguments.has("--follow") ? std::make_unique<WriteWatch>(arguments.boards()) : nullptr;
     const auto shown = arguments.has("--strict") ? LogProblems::HIDDEN : LogProblems::SHOWN;
     EventFilter filter(arguments);
-    NewBoardEvents source(arguments);
+    NewBoardEvents source(arguments, sensors);
     LogProblems problems;
     addLast(arguments, filter.choose(source.take(problems)), listing);
     while (watch != nullptr) {
@@ -120,12 +127,15 @@ void run(const Arguments& arguments)
     if (!isSaved) {
         requireLogs();
     }
-    EventListing listing(arguments.layout());
+    const EventSensors sensors(arguments,
+                               isSaved ? EventSensors::SAVED_FILES : EventSensors::BOARDS);
+    EventListing listing(arguments.layout(), sensors.areKnown());
     if (isSaved) {
-        listSaved(arguments, listing);
+        listSaved(arguments, sensors, listing);
     } else {
-        listBoards(arguments, listing);
+        listBoards(arguments, sensors, listing);
     }
+    sensors.finish();
 }
 
 std::vector<Option> options()
@@ -138,6 +148,7 @@ std::vector<Option> options()
                                 .many());
     constexpr unsigned long MANY = 0xFFFFFFFF;
     all.push_back(number("--last", "N", 1, MANY, "Only the newest N of the selected events"));
+    all.push_back(sdrOption());
     all.push_back(strictFlag());
     all.push_back(flag("--follow", "Keep running and print new events as they arrive"));
     return all;
@@ -160,7 +171,10 @@ Command selListCommand()
         "without "
         "a date stays after the one before it in its log. Every event in the files is listed once, "
         "also after a gap in the chain, in damaged files and in the backup that a rotation left; "
-        "a line on standard error says what is wrong, and the status is 1. The fields of JSON and "
+        "a line on standard error says what is wrong, and the status is 1. With --sdr, sensors "
+        "have names, and events of thresholds the reading and the threshold in units. The fields "
+        "of "
+        "JSON and "
         "CSV are those of "
         "recordkit(1), FIELDS."};
 }

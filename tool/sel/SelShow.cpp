@@ -12,6 +12,7 @@
 #include "../print/Output.h"
 #include "../print/Problems.h"
 #include "EventColumns.h"
+#include "EventSensors.h"
 #include "EventText.h"
 #include "LogProblems.h"
 #include "SavedEvents.h"
@@ -90,14 +91,16 @@ Event findInFiles(const Wanted& wanted, Problems& problems)
     return *found;
 }
 
-void show(const Arguments& arguments, const Event& event)
+void show(const Arguments& arguments, const EventSensors& sensors, const Event& found)
 {
+    std::vector<Event> events = {found};
+    sensors.name(events);
     if (arguments.format() == Format::TABLE) {
-        print(describeEvent(event));
+        print(describeEvent(events[0]));
         return;
     }
-    EventListing listing(arguments.layout());
-    listing.add(event);
+    EventListing listing(arguments.layout(), sensors.areKnown());
+    listing.add(events[0]);
     listing.finish();
 }
 
@@ -105,15 +108,19 @@ void run(const Arguments& arguments)
 {
     const Wanted wanted(arguments);
     if (!wanted.getFiles().empty()) {
+        const EventSensors sensors(arguments, EventSensors::SAVED_FILES);
         Problems problems;
-        show(arguments, findInFiles(wanted, problems));
+        show(arguments, sensors, findInFiles(wanted, problems));
         problems.finish();
+        sensors.finish();
         return;
     }
     requireLogs();
+    const EventSensors sensors(arguments, EventSensors::BOARDS);
     LogProblems problems;
-    show(arguments, findInLog(arguments, wanted, problems));
+    show(arguments, sensors, findInLog(arguments, wanted, problems));
     problems.finish(arguments.has("--strict") ? LogProblems::HIDDEN : LogProblems::SHOWN);
+    sensors.finish();
 }
 
 }
@@ -130,7 +137,7 @@ Command selShowCommand()
              .optional()
              .many(),
          number("--log", "N", 0, 0xFFFF, "Log number, from 1 for the oldest event"), board(),
-         strictFlag()},
+         sdrOption(), strictFlag()},
         Answer::LISTING,
         run};
 }

@@ -55,7 +55,45 @@ const char* extensionWords(const Event& event)
                : nullptr;
 }
 
-std::string systemEventText(const Event& event)
+/// What a byte of a threshold sensor's event data is: 1 means a reading or a threshold.
+bool hasTrigger(const Event& event, unsigned int bit)
+{
+    return event.kind == EventKind::SYSTEM_EVENT && event.eventType == THRESHOLD_EVENT &&
+           (event.data[0] >> bit & 3) == 1;
+}
+
+/// ", reading 480 < threshold 600 RPM"; empty for an event without a reading or a known sensor.
+std::string triggerText(const Event& event)
+{
+    const auto reading = triggerReading(event);
+    if (event.sensor == nullptr || !reading) {
+        return "";
+    }
+    const NamedSensor& sensor = *event.sensor;
+    const std::string units = sensor.units.empty() ? "" : " " + sensor.units;
+    const std::string text = ", reading " + readingText(sensor.conversion, *reading);
+    const auto threshold = triggerThreshold(event);
+    if (!threshold) {
+        return text + units;
+    }
+    const auto valueOf = [&sensor](unsigned char raw) {
+        return sensor.conversion ? sensor.conversion->valueOf(raw) : std::optional<double>(raw);
+    };
+    const std::optional<double> one = valueOf(*reading);
+    const std::optional<double> other = valueOf(*threshold);
+    if (!one || !other) {
+        return fmt::format("{}, threshold {}{}", text, readingText(sensor.conversion, *threshold),
+                           units);
+    }
+    const double difference = *one - *other;
+    return fmt::format("{} {} threshold {}{}", text,
+                       difference < 0   ? "<"
+                       : difference > 0 ? ">"
+                                        : "=",
+                       readingText(sensor.conversion, *threshold), units);
+}
+
+std::string systemEventWords(const Event& event)
 {
     const char* const words = eventWords(event.eventType, event.sensorType, event.offset);
     if (words == nullptr) {
@@ -64,6 +102,11 @@ std::string systemEventText(const Event& event)
     }
     const char* const extension = extensionWords(event);
     return extension == nullptr ? words : fmt::format("{}: {}", words, extension);
+}
+
+std::string systemEventText(const Event& event)
+{
+    return systemEventWords(event) + triggerText(event);
 }
 
 void decodeOemData(const SELEntry& entry, int from, Event& event)
@@ -119,6 +162,25 @@ Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::R
     event.fileIndex = record.fileIndex;
     event.slot = record.slot;
     return event;
+}
+
+void nameSensors(std::vector<Event>& events, const SensorNames& names)
+{
+    for (Event& event : events) {
+        if (event.kind == EventKind::SYSTEM_EVENT) {
+            event.sensor = names.find(event.generatorId, event.sensorNumber);
+        }
+    }
+}
+
+std::optional<unsigned char> triggerReading(const Event& event)
+{
+    return hasTrigger(event, 6) ? std::optional(event.data[1]) : std::nullopt;
+}
+
+std::optional<unsigned char> triggerThreshold(const Event& event)
+{
+    return hasTrigger(event, 4) ? std::optional(event.data[2]) : std::nullopt;
 }
 
 const char* stateName(EventState state)

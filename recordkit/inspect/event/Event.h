@@ -3,12 +3,14 @@
 #define RECORDKIT_INSPECT_EVENT_EVENT_H
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Time.h>
 #include <recordkit/inspect/words/EventKinds.h>
+#include <recordkit/inspect/words/SensorNames.h>
 #include <recordkit/inspect/words/Severities.h>
 #include <recordkit/sel/BMCSELEntryMessage.h>
 #include <recordkit/selfile/SELChainReader.h>
@@ -53,6 +55,8 @@ struct Event {
     unsigned char offset = 0;
     bool isDeassertion = false;
     unsigned char data[3] = {};
+    /// The sensor, where a repository names it; valid as long as the names.
+    const NamedSensor* sensor = nullptr;
 
     // OEM records: the manufacturer (timestamped ones only), and the OEM's own bytes.
     unsigned int manufacturer = 0;
@@ -71,7 +75,16 @@ Event decodeEvent(const TAVLib::RecordKit::BMCSELEntryMessage& message);
 /// Decodes the record of a slot.
 Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::Record& record);
 
-/// The event as text; for an offset without a text, and for OEM records, what they are.
+/// Finds the sensors of events in repositories.
+void nameSensors(std::vector<Event>& events, const SensorNames& names);
+
+/// The reading that triggered the event of a threshold sensor, and the threshold, as raw values
+/// (IPMI v2.0, table 29-6); none where the event does not contain them.
+std::optional<unsigned char> triggerReading(const Event& event);
+std::optional<unsigned char> triggerThreshold(const Event& event);
+
+/// The event as text; for an offset without a text, and for OEM records, what they are. With its
+/// sensor, the reading and the threshold in the sensor's units.
 std::string eventText(const Event& event);
 
 }

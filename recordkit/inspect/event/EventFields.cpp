@@ -54,6 +54,16 @@ ByteView extendedOf(const Event& event)
     return ByteView(event.image).part(SELEntry::IMAGE_SIZE, end - SELEntry::IMAGE_SIZE);
 }
 
+/// In the units of the sensor; without a conversion there are none.
+Value readingOf(const Event& event, std::optional<unsigned char> raw)
+{
+    if (event.sensor == nullptr || !event.sensor->conversion || !raw) {
+        return {};
+    }
+    const std::optional<double> value = event.sensor->conversion->valueOf(*raw);
+    return value ? Value(*value) : Value();
+}
+
 Value partitions(const Event& event)
 {
     const auto numbers = bitsOf(event.partitions);
@@ -118,6 +128,16 @@ constexpr EventField FIELDS[] = {
      "Serial number of the unit involved"},
     {"event", [](const Event& e) { return Value(eventText(e)); },
      "The event as text"},
+    {"sensor_name", [](const Event& e) { return textOrNone(e.sensor == nullptr ? "" : e.sensor->name); },
+     "Name of the sensor", true},
+    {"entity", [](const Event& e) { return textOrNone(e.sensor == nullptr ? "" : e.sensor->entity); },
+     "Entity of the sensor: id, instance and name", true},
+    {"reading", [](const Event& e) { return readingOf(e, triggerReading(e)); },
+     "Reading that triggered the event of a threshold sensor", true},
+    {"threshold", [](const Event& e) { return readingOf(e, triggerThreshold(e)); },
+     "Threshold that it crossed", true},
+    {"units", [](const Event& e) { return textOrNone(e.sensor == nullptr ? "" : e.sensor->units); },
+     "Units of the reading and the threshold", true},
     {"next_id", [](const Event& e) { return numberOrNone(true, ByteView(e.image).le16(0)); },
      "Id of the next record as recorded"},
     {"record", [](const Event& e) { return Value(toLowerHex(recordOf(e))); },

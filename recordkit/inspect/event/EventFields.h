@@ -13,6 +13,7 @@ struct EventField {
     const char* name;
     Value (*get)(const Event& event);
     const char* text;
+    bool isOfRepository = false; ///< filled only where a repository names the sensor
 };
 
 /// All of them, in the order in which they are written.

@@ -8,8 +8,10 @@
 
 namespace recordkit::inspect {
 
-/// The value of a field: none, yes or no, a number, a text in UTF-8, or a list of numbers.
-using Value = std::variant<std::monostate, bool, long long, std::string, std::vector<long long>>;
+/// The value of a field: none, yes or no, a number, a text in UTF-8, a list of numbers, or a number
+/// with a fraction.
+using Value =
+    std::variant<std::monostate, bool, long long, std::string, std::vector<long long>, double>;
 
 inline bool isNone(const Value& value)
 {

@@ -94,6 +94,51 @@ template <typename Record> void readAs(const SdrRecord& record, Sensor& sensor)
     readCommon(image, sensor);
 }
 
+/// The owner, which is at the same place in every record of a sensor.
+void readOwner(ByteView record, Sensor& sensor)
+{
+    enum Offset : unsigned int { OWNER_ID = 5, OWNER_LUN };
+    if (record.size() > OWNER_LUN) {
+        sensor.ownerId = record[OWNER_ID];
+        sensor.ownerLun = record[OWNER_LUN];
+    }
+}
+
+void readShared(ByteView record, std::size_t offset, Sensor& sensor)
+{
+    if (record.size() < offset + 2) {
+        return;
+    }
+    constexpr unsigned char ALPHABETIC = 1;
+    sensor.shared.count = std::max(1, record[offset] & 0x0F);
+    sensor.shared.isAlphabetic = (record[offset] >> 4 & 3) == ALPHABETIC;
+    sensor.shared.first = record[offset + 1] & 0x7FU;
+    sensor.shared.hasEntityEach = (record[offset + 1] & 0x80) != 0;
+}
+
+/// An event-only record (IPMI v2.0, section 43.3).
+void readEventOnly(ByteView record, Sensor& sensor)
+{
+    enum Offset : unsigned int { NUMBER = 7, ENTITY, INSTANCE, TYPE, EVENT_TYPE, SHARING };
+    if (record.size() <= EVENT_TYPE) {
+        return;
+    }
+    sensor.number = record[NUMBER];
+    sensor.entityId = record[ENTITY];
+    sensor.entityInstance = record[INSTANCE];
+    sensor.sensorType = record[TYPE];
+    sensor.eventType = record[EVENT_TYPE];
+    readShared(record, SHARING, sensor);
+}
+
+/// A number in letters: A to Z, then AA.
+std::string lettersOf(unsigned int number)
+{
+    constexpr unsigned int LETTERS = 26;
+    const std::string last(1, static_cast<char>('A' + number % LETTERS));
+    return number < LETTERS ? last : lettersOf(number / LETTERS - 1) + last;
+}
+
 /// Offset of the name's type/length byte in records of other kinds; 0 for those without one.
 std::size_t nameOffset(unsigned char type)
 {
@@ -116,12 +161,17 @@ Sensor readSensor(const SdrRecord& record)
     sensor.id = record.id();
     sensor.offset = record.offset;
     sensor.recordType = record.type();
+    readOwner(record.bytes, sensor);
     if (record.type() == SDR_FULL) {
         readAs<FullSensorRecord>(record, sensor);
         readReadings(record.bytes, sensor);
         readThresholds(record.bytes, sensor);
     } else if (record.type() == SDR_COMPACT) {
+        constexpr std::size_t SHARING = 23;
         readAs<CompactSensorRecord>(record, sensor);
+        readShared(record.bytes, SHARING, sensor);
+    } else if (record.type() == SDR_EVENT_ONLY) {
+        readEventOnly(record.bytes, sensor);
     }
     const std::size_t at = nameOffset(record.type());
     if (at != 0 && at < record.bytes.size()) {
@@ -133,10 +183,27 @@ Sensor readSensor(const SdrRecord& record)
     return sensor;
 }
 
-std::string readingText(const Sensor& sensor, unsigned char raw)
+void addNames(const std::vector<Sensor>& sensors, SensorNames& names)
 {
-    return sensor.conversion ? sensor.conversion->textOf(raw).value_or("none")
-                             : std::to_string(raw);
+    for (const Sensor& sensor : sensors) {
+        if (!sensor.isSensor && sensor.recordType != SDR_EVENT_ONLY) {
+            continue;
+        }
+        const SharedRecord& shared = sensor.shared;
+        for (unsigned int i = 0; i < shared.count; ++i) {
+            const unsigned int ending = shared.first + i;
+            const unsigned int instance = sensor.entityInstance + (shared.hasEntityEach ? i : 0);
+            NamedSensor named = {sensor.name,
+                                 fmt::format("{}.{} {}", sensor.entityId, instance & 0xFF,
+                                             entityName(sensor.entityId)),
+                                 sensor.units, sensor.conversion};
+            if (shared.count > 1) {
+                named.name += shared.isAlphabetic ? lettersOf(ending) : std::to_string(ending);
+            }
+            names.add(sensor.ownerId, sensor.ownerLun,
+                      static_cast<unsigned char>(sensor.number + i), named);
+        }
+    }
 }
 
 std::vector<unsigned int> eventOffsets(const Sensor& sensor)

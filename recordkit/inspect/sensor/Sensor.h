@@ -5,9 +5,10 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include <recordkit/inspect/sensor/Conversion.h>
 #include <recordkit/inspect/sensor/SdrFile.h>
+#include <recordkit/inspect/words/SensorNames.h>
 
 namespace recordkit::inspect {
 
@@ -22,18 +23,32 @@ enum class Threshold : unsigned char {
 };
 constexpr std::size_t THRESHOLDS = 6;
 
+/// How many sensors a compact or event-only record describes (IPMI v2.0, section 43.2, bytes 24 and
+/// 25): their numbers follow each other.
+struct SharedRecord {
+    unsigned int count = 1;
+    bool isAlphabetic = false;  ///< names end in letters, not in numbers
+    unsigned int first = 0;     ///< what the first name ends in
+    bool hasEntityEach = false; ///< entity instances follow each other, too
+};
+
 /// The contents of a record of a repository, as a listing shows them.
 struct Sensor {
     unsigned int id = 0;
     std::size_t offset = 0;
     unsigned char recordType = 0;
-    bool isSensor = false; ///< a full or compact record; only these have the fields below
+    bool isSensor = false; ///< a full or compact record; only these have all fields below
+    std::string name;      ///< also of event-only records and locators
+    // Event-only records have these, too.
+    unsigned char ownerId = 0;  ///< as byte 1 of an event's generator id
+    unsigned char ownerLun = 0; ///< as byte 2: channel and LUN
     unsigned char number = 0;
-    std::string name; ///< also of event-only records and locators
     unsigned char sensorType = 0;
     unsigned char entityId = 0;
     unsigned char entityInstance = 0;
     unsigned char eventType = 0;
+    SharedRecord shared;
+
     std::string units;
     unsigned short assertionMask = 0;
     unsigned short deassertionMask = 0;
@@ -55,9 +70,8 @@ struct Sensor {
 /// Reads a record. Throws DataError for a full or compact one that the library refuses.
 Sensor readSensor(const SdrRecord& record);
 
-/// A reading in the sensor's units, without their name; in counts if it has no conversion, "none"
-/// if the conversion has no value for it.
-std::string readingText(const Sensor& sensor, unsigned char raw);
+/// Adds the sensors of a repository, each of those that share a record.
+void addNames(const std::vector<Sensor>& sensors, SensorNames& names);
 
 /// The offsets that a discrete sensor can report: those of its assertion mask. Threshold sensors
 /// have the twelve crossings of IPMI v2.0, table 42-2.

@@ -185,3 +185,64 @@ TEST(Sensor, CountsOfADifferenceAreConverted)
         << "a logarithm has no fixed slope";
     EXPECT_FALSE(readSensor(parse(compactSdr(1, "PS1")).records.at(0)).conversion);
 }
+
+namespace {
+
+/// A compact record of sensors from 10h on that share it, with these bytes 24 and 25.
+Bytes sharedSdr(unsigned char sharing, unsigned char modifier)
+{
+    Bytes record = compactSdr(0x10, "Slot ");
+    record[5] = 0x20;
+    record[6] = 0x02;
+    record[8] = 7;    // entity
+    record[9] = 0x60; // instance
+    record[23] = sharing;
+    record[24] = modifier;
+    return record;
+}
+
+std::string sharedName(const Bytes& record, unsigned char number)
+{
+    SensorNames names;
+    addNames({readSensor(parse(record).records.at(0))}, names);
+    const NamedSensor* const found = names.find({0x20, 0x02}, number);
+    return found == nullptr ? "none" : found->name + "/" + found->entity;
+}
+
+}
+
+TEST(Sensor, NamesOfASharedRecordFollowEachOther)
+{
+    const Bytes numeric = sharedSdr(0x03, 0x09);
+    EXPECT_EQ(sharedName(numeric, 0x0F), "none");
+    EXPECT_EQ(sharedName(numeric, 0x10), "Slot 9/7.96 system board");
+    EXPECT_EQ(sharedName(numeric, 0x12), "Slot 11/7.96 system board");
+    EXPECT_EQ(sharedName(numeric, 0x13), "none");
+    const Bytes letters = sharedSdr(0x13, 0x80 | 24);
+    EXPECT_EQ(sharedName(letters, 0x10), "Slot Y/7.96 system board");
+    EXPECT_EQ(sharedName(letters, 0x11), "Slot Z/7.97 system board");
+    EXPECT_EQ(sharedName(letters, 0x12), "Slot AA/7.98 system board");
+    for (const unsigned char alone : {0x00, 0x01}) {
+        EXPECT_EQ(sharedName(sharedSdr(alone, 0x09), 0x10), "Slot /7.96 system board");
+        EXPECT_EQ(sharedName(sharedSdr(alone, 0x09), 0x11), "none");
+    }
+}
+
+TEST(Sensor, EventOnlyRecordsNameSensorsLocatorsDoNot)
+{
+    Bytes body(12, 0);
+    body[0] = 0x20;
+    body[2] = 0x30; // number
+    body[3] = 7;
+    body[6] = 0x6F;
+    body[11] = 0xC4;
+    const Bytes record = sdrRecord(1, SDR_EVENT_ONLY, body + textBytes("POST"));
+    SensorNames names;
+    addNames({readSensor(parse(record).records.at(0))}, names);
+    ASSERT_NE(names.find({0x20, 0x00}, 0x30), nullptr);
+    EXPECT_EQ(names.find({0x20, 0x00}, 0x30)->name, "POST");
+    const Bytes locator = sdrRecord(2, SDR_FRU_LOCATOR, Bytes(11, 0));
+    SensorNames none;
+    addNames({readSensor(parse(locator).records.at(0))}, none);
+    EXPECT_EQ(none.find({0, 0}, 0), nullptr);
+}

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <recordkit/inspect/sensor/Conversion.h>
+#include <recordkit/inspect/words/Conversion.h>
 
 #include <cmath>
 #include <filesystem>

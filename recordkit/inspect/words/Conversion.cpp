@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <recordkit/inspect/sensor/Conversion.h>
+#include <recordkit/inspect/words/Conversion.h>
 
 #include <algorithm>
 #include <cmath>
@@ -99,6 +99,11 @@ std::optional<std::string> Conversion::textOf(unsigned char raw) const
     const std::string text = fmt::format("{:.{}f}", *value, std::clamp(places, 0, MOST_PLACES));
     const bool isZero = text.find_first_not_of("-0.") == std::string::npos;
     return isZero && text[0] == '-' ? text.substr(1) : text;
+}
+
+std::string readingText(const std::optional<Conversion>& conversion, unsigned char raw)
+{
+    return conversion ? conversion->textOf(raw).value_or("none") : std::to_string(raw);
 }
 
 int Conversion::countOf(unsigned char raw) const

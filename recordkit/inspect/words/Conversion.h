@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#ifndef RECORDKIT_INSPECT_SENSOR_CONVERSION_H
-#define RECORDKIT_INSPECT_SENSOR_CONVERSION_H
+#ifndef RECORDKIT_INSPECT_WORDS_CONVERSION_H
+#define RECORDKIT_INSPECT_WORDS_CONVERSION_H
 
 #include <optional>
 #include <string>
@@ -36,6 +36,10 @@ private:
     double slope = 0;  ///< M 10^K2
     double offset = 0; ///< B 10^(K1 + K2)
 };
+
+/// A reading in units where it has a conversion, otherwise in counts; "none" where the conversion
+/// has no value.
+std::string readingText(const std::optional<Conversion>& conversion, unsigned char raw);
 
 }
 
