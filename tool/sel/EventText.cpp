@@ -107,7 +107,7 @@ void describeSystemEvent(std::string& text, const Event& event)
     line(text, "sensor number", fmt::format("{:02X}h", event.sensorNumber));
     if (event.sensor != nullptr) {
         line(text, "sensor name", printable(event.sensor->name));
-        line(text, "entity", event.sensor->entity);
+        line(text, "entity", event.sensor->entity + " " + event.sensor->entityName);
     }
     line(text, "event type",
          fmt::format("{:02X}h {}", event.eventType, eventTypeName(event.eventType)));

@@ -194,9 +194,8 @@ void addNames(const std::vector<Sensor>& sensors, SensorNames& names)
             const unsigned int ending = shared.first + i;
             const unsigned int instance = sensor.entityInstance + (shared.hasEntityEach ? i : 0);
             NamedSensor named = {sensor.name,
-                                 fmt::format("{}.{} {}", sensor.entityId, instance & 0xFF,
-                                             entityName(sensor.entityId)),
-                                 sensor.units, sensor.conversion};
+                                 fmt::format("{}.{}", sensor.entityId, instance & 0xFF),
+                                 entityName(sensor.entityId), sensor.units, sensor.conversion};
             if (shared.count > 1) {
                 named.name += shared.isAlphabetic ? lettersOf(ending) : std::to_string(ending);
             }

@@ -13,8 +13,9 @@ namespace recordkit::inspect {
 /// A sensor as a repository describes it, for texts of its events.
 struct NamedSensor {
     std::string name;
-    std::string entity; ///< "29.1 fan / cooling device"
-    std::string units;  ///< empty for a discrete sensor
+    std::string entity;     ///< id and instance: "29.1"
+    std::string entityName; ///< "fan or cooling device"
+    std::string units;      ///< empty for a discrete sensor
     std::optional<Conversion> conversion;
 };
 

@@ -16,7 +16,7 @@ NamedSensor fan()
 {
     Bytes record(48, 0);
     record[24] = 120;
-    return {"Fan1", "29.1 fan", "RPM", Conversion::of(record)};
+    return {"Fan1", "29.1", "fan", "RPM", Conversion::of(record)};
 }
 
 /// An event of sensor 10h of the management controller, with event/reading type and event data.
@@ -64,7 +64,7 @@ TEST(EventSensor, HasOnlyWhatTheEventSaysThatItHas)
 
 TEST(EventSensor, WithoutAConversionHasCounts)
 {
-    const NamedSensor sensor = {"X", "", "", std::nullopt};
+    const NamedSensor sensor = {"X", "", "", "", std::nullopt};
     EXPECT_EQ(textOf(0x01, {0x52, 4, 5}, sensor),
               "Lower Critical - going low, reading 4 < threshold 5");
 }
@@ -85,10 +85,10 @@ TEST(EventSensor, WhoseFunctionHasNoValueThereIsNotCompared)
 TEST(EventSensor, IsThatOfTheOwnerAndTheNumber)
 {
     SensorNames names;
-    names.add(0x20, 0x00, 0x10, {"first", "", "", {}});
-    names.add(0x20, 0x00, 0x10, {"second", "", "", {}});
-    names.add(0x20, 0x01, 0x10, {"LUN 1", "", "", {}});
-    names.add(0x22, 0x00, 0x10, {"satellite", "", "", {}});
+    names.add(0x20, 0x00, 0x10, {"first", "", "", "", {}});
+    names.add(0x20, 0x00, 0x10, {"second", "", "", "", {}});
+    names.add(0x20, 0x01, 0x10, {"LUN 1", "", "", "", {}});
+    names.add(0x22, 0x00, 0x10, {"satellite", "", "", "", {}});
     const auto nameOf = [&names](unsigned char one, unsigned char two, unsigned char number) {
         const unsigned char generator[2] = {one, two};
         const NamedSensor* const found = names.find(generator, number);

@@ -206,7 +206,7 @@ std::string sharedName(const Bytes& record, unsigned char number)
     SensorNames names;
     addNames({readSensor(parse(record).records.at(0))}, names);
     const NamedSensor* const found = names.find({0x20, 0x02}, number);
-    return found == nullptr ? "none" : found->name + "/" + found->entity;
+    return found == nullptr ? "none" : found->name + "/" + found->entity + " " + found->entityName;
 }
 
 }

@@ -41,7 +41,8 @@ TEST_F(EventSensors, HaveNamesAndReadingsOnRequest)
     const Json event = listed({"--board", "1", "--sdr", REPOSITORY}).at(0);
     EXPECT_EQ(event["sensor"], 0x10);
     EXPECT_EQ(event["sensor_name"], "FAN1");
-    EXPECT_EQ(event["entity"], "29.1 fan or cooling device");
+    EXPECT_EQ(event["entity"], "29.1");
+    EXPECT_EQ(event["entity_name"], "fan or cooling device");
     EXPECT_EQ(event["reading"], 480);
     EXPECT_EQ(event["threshold"], 600);
     EXPECT_EQ(event["units"], "RPM");
