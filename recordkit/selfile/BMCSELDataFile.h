@@ -132,8 +132,8 @@ public:
     ///
     /// **The answer is written also if nobody asked (NOT_REQUESTED), and the next call takes it for
     /// a request.** Who makes the request waits for the answer and removes it; do not call this
-    /// with `noSync` false by a timer, or full and empty files are rotated away. Whoever may write
-    /// to the folder can make a request.
+    /// with `noSync` false by a timer, or full and empty files are rotated away; a timer does as
+    /// examples/rotate_on_request.cpp. Whoever may write to the folder can make a request.
     int shiftSelFile(unsigned char sb, bool noSync);
     // Copies are made by /bin/cp through /bin/sh; while they run, an ignored SIGCHLD has its
     // default. In a folder that others may write to, both ends must be files that the library would

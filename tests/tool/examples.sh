@@ -33,6 +33,20 @@ cp "$root/boot/tmp/sb0_bmc_sel0" "$root/boot/var/tav/fmem/ipmi/sb0_bmc_sel0"
 rm "$root"/boot/tmp/*
 [ "$("$@" "$examples/start_board" "$root/boot")" = "$ready" ]
 [ "$("$@" "$examples/list_events" "$root/boot" | wc -l)" = 1 ]
+# A timer that looks for requests rotates once for each; an answer that stays is no request.
+rotate() {
+    "$@" "$examples/rotate_on_request" "$root/boot" "$what" 2>/dev/null || true
+}
+for step in "poll=nobody asked" "take=no answer yet" "ask=" "take=no answer yet" "poll=rotated: 0" \
+    "poll=nobody asked" "ask=" "poll=nobody asked" "take=answer: 0" "take=no answer yet" \
+    "poll=nobody asked"; do
+    what=${step%%=*}
+    [ "$(rotate "$@")" = "${step#*=}" ] || { echo "examples: $step" >&2; exit 1; }
+done
+[ -e "$root/boot/var/tav/fmem/ipmi/sb0_bmc_sel1" ]
+[ ! -e "$root/boot/var/tav/fmem/ipmi/sb0_bmc_sel2" ]
+[ "$("$@" "$examples/list_events" "$root/boot" | wc -l)" = 1 ]
+[ "$("$@" "$examples/store_event" "$root/boot")" = stored ]
 # A record with id FFFFh: nothing is stored after it.
 printf '\377\377\377\377\002' | dd of="$root/boot/tmp/sb0_bmc_sel0" bs=138 seek=1 conv=notrunc 2>/dev/null
 [ "$("$@" "$examples/store_event" "$root/boot" 2>"$root/why")" = "not stored" ]
