@@ -37,6 +37,7 @@ Command decodeCommand();
 Command sdrListCommand();
 Command sdrShowCommand();
 Command sdrEventsCommand();
+Command sdrCheckCommand();
 Command spdShowCommand();
 Command eepromCreateCommand();
 Command settingListCommand();

@@ -10,6 +10,7 @@
 
 #include "support/Process.h"
 #include "support/ScratchRoot.h"
+#include "support/SdrRecords.h"
 #include "tool/Commands.h"
 #include "tool/ExitCases.h"
 
@@ -63,6 +64,7 @@ const std::vector<Row> ROWS = {
     {"sdr list", {"INPUT"}, SDR},
     {"sdr show", {"INPUT", "1"}, SDR},
     {"sdr events", {"INPUT"}, SDR},
+    {"sdr check", {"INPUT"}, "SENSOR RECORD"},
     {"spd show", {"INPUT"}, SPD},
     {"eeprom create", {"ROOT/more"}, "", true},
     {"eeprom setting list", {"--images", "ROOT/images"}},
@@ -102,6 +104,9 @@ protected:
         writeFile(at + "/index.json",
                   R"([{"number": 0, "eeprom": 4, "offset": 1024, "size": 256}])");
         writeFile(at + "/two-bytes", Bytes{1, 3});
+        Bytes record = compactSdr(1, "PS1");
+        record[8] = 10; // its entity
+        writeFile(at + "/one.sdr", record);
         for (const Arguments& words :
              {Arguments{"sel", "init"},
               {"sel", "add", SEL},
@@ -123,8 +128,10 @@ protected:
     /// A file with a good input, which may be changed.
     std::string good(const std::string& name = "/good") const
     {
-        const std::map<std::string, std::string> made = {
-            {"TWO BYTES", "/two-bytes"}, {"INDEX", "/index.json"}, {"EVENTS", "/tmp/sb0_bmc_sel0"}};
+        const std::map<std::string, std::string> made = {{"TWO BYTES", "/two-bytes"},
+                                                         {"INDEX", "/index.json"},
+                                                         {"EVENTS", "/tmp/sb0_bmc_sel0"},
+                                                         {"SENSOR RECORD", "/one.sdr"}};
         const auto found = made.find(GetParam().input);
         const std::string from = found == made.end() ? GetParam().input : root.at(found->second);
         writeFile(root.at(name), readFile(from));

@@ -3,6 +3,15 @@
 
 #include <algorithm>
 
+#include <fmt/format.h>
+
+#include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/words/Match.h>
+#include <recordkit/inspect/words/SensorTypes.h>
+
+#include "../Errors.h"
+
 #include "EventCodes.h"
 
 namespace recordkit::tool {
@@ -25,14 +34,40 @@ std::vector<Option> eventFilterOptions()
         sensorTypeOption("--sensor-type", "TYPE",
                          "Only events of this sensor type: a name, its beginning, or a number"),
         number("--partition", "N", 0, LAST_PARTITION, "Only events that concern this partition"),
+        text("--sensor", "SENSOR",
+             "Only events of this sensor: a number, or a name of the sensor data records or its "
+             "beginning"),
+        text("--entity", "ID[.N]",
+             "Only events of sensors of this entity, or of one instance, by the sensor data "
+             "records"),
+        flag("--asserted", "Only events that came up"),
+        flag("--deasserted", "Only events that went away"),
+        text("--event", "TEXT", "Only events whose text contains this, in any case"),
+        text(
+            "--grep", "TEXT",
+            "Only events with this in the event, the name of the sensor, its type, the part or the "
+            "serial number"),
     };
 }
 
 EventFilter::EventFilter(const Arguments& arguments)
     : severity(arguments.find("--severity")), sensorType(arguments.find("--sensor-type")),
       partition(arguments.find("--partition")), since(arguments.find("--since")),
-      until(arguments.find("--until"))
+      until(arguments.find("--until")), entity(arguments.text("--entity")),
+      eventWords(arguments.text("--event")), anyText(arguments.text("--grep"))
 {
+    constexpr unsigned long LAST_SENSOR = 0xFF;
+    if (arguments.has("--sensor")) {
+        const std::string sensor = arguments.text("--sensor");
+        sensorNumber = parseNumber(sensor, LAST_SENSOR);
+        sensorName = sensorNumber ? "" : sensor;
+    }
+    if (arguments.has("--asserted") || arguments.has("--deasserted")) {
+        isDeasserted = arguments.has("--deasserted");
+        if (arguments.has("--asserted") && *isDeasserted) {
+            throw usageError("--asserted and --deasserted exclude each other");
+        }
+    }
 }
 
 std::vector<Event> EventFilter::choose(std::vector<Event> events)
@@ -52,7 +87,43 @@ bool EventFilter::isChosen(const Event& event) const
     if (sensorType && (!isSystemEvent || event.sensorType != *sensorType)) {
         return false;
     }
-    return !partition || (event.partitions >> *partition & 1U) != 0;
+    if (isDeasserted && (!isSystemEvent || event.isDeassertion != *isDeasserted)) {
+        return false;
+    }
+    return (!partition || (event.partitions >> *partition & 1U) != 0) && isOfSensor(event) &&
+           hasTexts(event);
+}
+
+bool EventFilter::isOfSensor(const Event& event) const
+{
+    const bool isSystemEvent = event.kind == EventKind::SYSTEM_EVENT;
+    if (sensorNumber && (!isSystemEvent || event.sensorNumber != *sensorNumber)) {
+        return false;
+    }
+    if (!sensorName.empty() &&
+        (event.sensor == nullptr || matchWord(sensorName, {event.sensor->name}) == std::nullopt)) {
+        return false;
+    }
+    return entity.empty() ||
+           (event.sensor != nullptr &&
+            (event.sensor->entity == entity || event.sensor->entity.rfind(entity + ".", 0) == 0));
+}
+
+bool EventFilter::hasTexts(const Event& event) const
+{
+    if (!eventWords.empty() && !containsText(eventText(event), eventWords)) {
+        return false;
+    }
+    if (anyText.empty()) {
+        return true;
+    }
+    const std::string sensor = event.sensor == nullptr ? "" : event.sensor->name;
+    const std::string type =
+        event.kind == EventKind::SYSTEM_EVENT ? sensorTypeName(event.sensorType) : "";
+    // A line end is in none of them, so that no match reaches from one to the next.
+    return containsText(fmt::format("{}\n{}\n{}\n{}\n{}", eventText(event), sensor, type,
+                                    toUtf8(event.partNumber), toUtf8(event.serialNumber)),
+                        anyText);
 }
 
 /// Unrated events are neither harmless nor severe: they are asked for as such.

@@ -30,12 +30,20 @@ private:
     bool isSevere(const Event& event) const;
     bool accepts(const Event& event);
     bool isChosen(const Event& event) const;
+    bool isOfSensor(const Event& event) const;
+    bool hasTexts(const Event& event) const;
 
     std::optional<unsigned long> severity;
     std::optional<unsigned long> sensorType;
     std::optional<unsigned long> partition;
     std::optional<unsigned long> since;
     std::optional<unsigned long> until;
+    std::optional<unsigned long> sensorNumber;
+    std::string sensorName; ///< the next four: empty if not given
+    std::string entity;
+    std::string eventWords;
+    std::string anyText;
+    std::optional<bool> isDeasserted;
     std::size_t undated = 0;
 };
 

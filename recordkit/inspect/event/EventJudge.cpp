@@ -22,11 +22,11 @@ std::string oddityOfSystemEvent(const Event& event)
     if (revision != FIRST_REVISION && revision != LATER_REVISION) {
         return fmt::format("event message revision {:02X}h is unknown", revision);
     }
-    if (event.sensorType > LAST_SENSOR_TYPE && event.sensorType < FIRST_OEM_SENSOR_TYPE) {
+    if (isReservedSensorType(event.sensorType)) {
         return fmt::format("sensor type {:02X}h is reserved", event.sensorType);
     }
     const bool isGeneric = event.eventType <= LAST_GENERIC_EVENT;
-    if (!isGeneric && event.eventType < SENSOR_SPECIFIC_EVENT) {
+    if (isReservedEventType(event.eventType)) {
         return fmt::format("event type {:02X}h is reserved", event.eventType);
     }
     // Controllers send the unspecified type 00h, and sensor-specific offsets of later standards.

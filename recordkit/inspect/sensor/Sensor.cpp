@@ -139,7 +139,8 @@ std::string lettersOf(unsigned int number)
     return number < LETTERS ? last : lettersOf(number / LETTERS - 1) + last;
 }
 
-/// Offset of the name's type/length byte in records of other kinds; 0 for those without one.
+}
+
 std::size_t nameOffset(unsigned char type)
 {
     switch (type) {
@@ -151,8 +152,6 @@ std::size_t nameOffset(unsigned char type)
     default:
         return 0;
     }
-}
-
 }
 
 Sensor readSensor(const SdrRecord& record)

@@ -70,6 +70,9 @@ struct Sensor {
 /// Reads a record. Throws DataError for a full or compact one that the library refuses.
 Sensor readSensor(const SdrRecord& record);
 
+/// Offset of the name's type/length byte in a record that is not a sensor's; 0 for those without.
+std::size_t nameOffset(unsigned char recordType);
+
 /// Adds the sensors of a repository, each of those that share a record.
 void addNames(const std::vector<Sensor>& sensors, SensorNames& names);
 

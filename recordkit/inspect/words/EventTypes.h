@@ -14,6 +14,14 @@ constexpr unsigned char LAST_GENERIC_EVENT = 0x0C;
 constexpr unsigned char SENSOR_SPECIFIC_EVENT = 0x6F;
 constexpr unsigned char FIRST_OEM_EVENT = 0x70;
 
+/// Whether the standard has no meaning for an event/reading type, and leaves none to OEMs.
+constexpr bool isReservedEventType(unsigned char eventType)
+{
+    constexpr unsigned char LAST_OEM_EVENT = 0x7F;
+    return (eventType > LAST_GENERIC_EVENT && eventType < SENSOR_SPECIFIC_EVENT) ||
+           eventType > LAST_OEM_EVENT;
+}
+
 /// Name of an event/reading type: "threshold", "redundancy", "sensor-specific", "OEM", ...
 std::string eventTypeName(unsigned char eventType);
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/inspect/words/Match.h>
 
+#include <algorithm>
+#include <cctype>
 #include <strings.h>
 
 namespace recordkit::inspect {
@@ -19,6 +21,15 @@ std::optional<std::size_t> matchWord(const std::string& text, const std::vector<
         }
     }
     return count == 1 ? found : std::nullopt;
+}
+
+bool containsText(const std::string& text, const std::string& part)
+{
+    const auto isEqual = [](unsigned char one, unsigned char other) {
+        return std::tolower(one) == std::tolower(other);
+    };
+    return std::search(text.begin(), text.end(), part.begin(), part.end(), isEqual) != text.end() ||
+           part.empty();
 }
 
 }

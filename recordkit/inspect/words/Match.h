@@ -14,6 +14,9 @@ namespace recordkit::inspect {
 std::optional<std::size_t> matchWord(const std::string& text,
                                      const std::vector<std::string>& words);
 
+/// Whether a text contains another, in any case of the letters A to Z.
+bool containsText(const std::string& text, const std::string& part);
+
 }
 
 #endif

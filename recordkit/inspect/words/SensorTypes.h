@@ -12,6 +12,12 @@ namespace recordkit::inspect {
 constexpr unsigned char LAST_SENSOR_TYPE = 0x2C;
 constexpr unsigned char FIRST_OEM_SENSOR_TYPE = 0xC0;
 
+/// Whether the standard has no meaning for a sensor type, and leaves none to OEMs.
+constexpr bool isReservedSensorType(unsigned char sensorType)
+{
+    return sensorType > LAST_SENSOR_TYPE && sensorType < FIRST_OEM_SENSOR_TYPE;
+}
+
 /// Name of a sensor type (IPMI v2.0, table 42-3); "OEM C7h" for OEM types, "reserved 73h" for those
 /// without a name.
 std::string sensorTypeName(unsigned char sensorType);

@@ -40,3 +40,13 @@ TEST(Match, SensorAndEventTypesAreFoundByNameAndNumber)
     EXPECT_EQ(findEventType("6Fh"), 0x6F);
     EXPECT_EQ(findEventType("256"), std::nullopt);
 }
+
+TEST(Match, ContainsATextInAnyCase)
+{
+    EXPECT_TRUE(containsText("Lower Critical", "CRIT"));
+    EXPECT_TRUE(containsText("Lower Critical", "lower critical"));
+    EXPECT_TRUE(containsText("Lower", ""));
+    EXPECT_TRUE(containsText("", ""));
+    EXPECT_FALSE(containsText("Lower", "lower "));
+    EXPECT_FALSE(containsText("", "x"));
+}

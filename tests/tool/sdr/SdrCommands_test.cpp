@@ -98,6 +98,29 @@ TEST(SdrCommand, SaysHowSevereEventsAre)
     EXPECT_EQ(json[1]["severity"], "critical");
 }
 
+TEST(SdrCommand, ChecksWhatRecordsSayTogether)
+{
+    Bytes one = compactSdr(1, "PS1");
+    one[8] = 10;
+    Bytes other = one;
+    other[0] = 2;
+    const std::string twice =
+        std::string(one.begin(), one.end()) + std::string(other.begin(), other.end());
+    const Outcome outcome = sdr({"check", "-"}, twice);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out,
+              "ID     OFFSET  NAME              PROBLEM\n"
+              "0002h  35      PS1               the record at offset 0 describes sensor 01h too\n");
+    EXPECT_EQ(outcome.err, "recordkit: standard input: 1 problem in 2 records\n");
+    const auto json = nlohmann::json::parse(sdr({"check", "-", "--json"}, twice).out);
+    EXPECT_EQ(json[0]["id"], 2);
+    EXPECT_EQ(json[0]["offset"], 35);
+    EXPECT_EQ(json[0]["problem"], "the record at offset 0 describes sensor 01h too");
+    const Outcome sound = sdr({"check", "-"}, std::string(one.begin(), one.end()));
+    EXPECT_EQ(sound.status, 0);
+    EXPECT_EQ(sound.err, "");
+}
+
 TEST(SdrCommand, NamesDamage)
 {
     Bytes bytes = compactSdr(1, "PS1") + compactSdr(2, "PS2");
