@@ -318,7 +318,7 @@ int asUserWhoMayNotWrite(const std::string& file, const std::function<void()>& a
         if (::access(file.c_str(), W_OK) == 0) {
             ::_exit(CAN_WRITE);
         }
-        if (::access(file.c_str(), R_OK) != 0) {
+        if (::access(file.substr(0, file.rfind('/')).c_str(), X_OK) != 0) {
             ::_exit(CANNOT_REACH);
         }
         try {
@@ -332,6 +332,14 @@ int asUserWhoMayNotWrite(const std::string& file, const std::function<void()>& a
     int status = 0;
     ::waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/// Why the action could not be tried; nullptr if it was.
+const char* obstacleOf(int ended)
+{
+    return ended == CANNOT_CHANGE_USER ? "root may do anything, and cannot become another user here"
+           : ended == CANNOT_REACH     ? "TMPDIR is in a folder that other users cannot enter"
+                                       : nullptr;
 }
 
 }
@@ -350,11 +358,8 @@ TEST_F(Settings, IndexFileIsReadByAUserWhoMayNotWriteIt)
         }
     });
     ::chmod(folder.c_str(), 0755);
-    if (ended == CANNOT_CHANGE_USER) {
-        GTEST_SKIP() << "root may write any file, and this process cannot become another user";
-    }
-    if (ended == CANNOT_REACH) {
-        GTEST_SKIP() << "TMPDIR is in a folder that other users cannot enter";
+    if (const char* const obstacle = obstacleOf(ended)) {
+        GTEST_SKIP() << obstacle;
     }
     EXPECT_EQ(ended, DONE);
 }
@@ -371,8 +376,8 @@ TEST_F(Settings, IndexFileWithoutPermissionToReadIsNamed)
                               "area=0x1 path=" +
                                   indexFile + ")"));
     });
-    if (ended == CANNOT_CHANGE_USER) {
-        GTEST_SKIP() << "root may read any file, and this process cannot become another user";
+    if (const char* const obstacle = obstacleOf(ended)) {
+        GTEST_SKIP() << obstacle;
     }
     EXPECT_EQ(ended, DONE);
 }
