@@ -172,12 +172,12 @@ TEST_F(Races, NoEditOfAnImageIsLost)
 TEST_F(Races, NoEventIsLostWhenARepairMeetsRotations)
 {
     constexpr unsigned int FILES = 7;
-    constexpr unsigned int EVENTS = 800;
+    constexpr unsigned int PER_FILE = 800;
     ASSERT_EQ(command({"sel", "init"}).status, 0);
     for (unsigned int file = 0; file < FILES; ++file) {
         std::string lines;
-        for (unsigned int i = 1; i <= EVENTS; ++i) {
-            lines += eventAt(file * EVENTS + i, TIME_1, THERMAL_TRIP);
+        for (unsigned int i = 1; i <= PER_FILE; ++i) {
+            lines += eventAt(file * PER_FILE + i, TIME_1, THERMAL_TRIP);
         }
         writeFile(root.at("/events") + std::to_string(file), lines);
     }
@@ -201,5 +201,5 @@ TEST_F(Races, NoEventIsLostWhenARepairMeetsRotations)
     for (const int id : listedIds({"--board", "1"})) {
         EXPECT_TRUE(ids.insert(id).second) << id;
     }
-    EXPECT_EQ(ids.size(), FILES * EVENTS);
+    EXPECT_EQ(ids.size(), FILES * PER_FILE);
 }
