@@ -150,7 +150,7 @@ std::vector<ColumnHead> heads(bool hasRepositories)
 
 }
 
-EventListing::EventListing(const Layout& layout, bool hasRepositories, Sink sink)
+EventListing::EventListing(const Layout& layout, Sink sink, bool hasRepositories)
     : writer(heads(hasRepositories), layout, wishes(), sink)
 {
     for (const ShownColumn& each : writer.getShown()) {

@@ -16,7 +16,7 @@ struct EventColumn;
 /// table. Without repositories the fields that only these fill are left out.
 class EventListing {
 public:
-    EventListing(const Layout& layout, bool hasRepositories, Sink sink = print);
+    explicit EventListing(const Layout& layout, Sink sink = print, bool hasRepositories = false);
 
     void add(const Event& event);
     void flush() { writer.flush(); }

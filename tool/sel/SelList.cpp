@@ -129,7 +129,7 @@ void run(const Arguments& arguments)
     }
     const EventSensors sensors(arguments,
                                isSaved ? EventSensors::SAVED_FILES : EventSensors::BOARDS);
-    EventListing listing(arguments.layout(), sensors.areKnown());
+    EventListing listing(arguments.layout(), print, sensors.areKnown());
     if (isSaved) {
         listSaved(arguments, sensors, listing);
     } else {

@@ -99,7 +99,7 @@ void show(const Arguments& arguments, const EventSensors& sensors, const Event& 
         print(describeEvent(events[0]));
         return;
     }
-    EventListing listing(arguments.layout(), sensors.areKnown());
+    EventListing listing(arguments.layout(), print, sensors.areKnown());
     listing.add(events[0]);
     listing.finish();
 }
