@@ -33,7 +33,7 @@ cp "$root/boot/tmp/sb0_bmc_sel0" "$root/boot/var/tav/fmem/ipmi/sb0_bmc_sel0"
 rm "$root"/boot/tmp/*
 [ "$("$@" "$examples/start_board" "$root/boot")" = "$ready" ]
 [ "$("$@" "$examples/list_events" "$root/boot" | wc -l)" = 1 ]
-# A timer that looks for requests rotates once for each; an answer that stays is no request.
+# A timer that looks for requests rotates once for each; an answer left there is not a request.
 rotate() {
     "$@" "$examples/rotate_on_request" "$root/boot" "$what" 2>/dev/null || true
 }

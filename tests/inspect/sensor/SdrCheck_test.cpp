@@ -90,7 +90,7 @@ TEST(SdrCheck, FindsThresholdsThatDoNotRise)
         EXPECT_EQ(odditiesOf(withThresholds(raw)), Lines({"9@0 : its thresholds do not rise"}))
             << i;
     }
-    // Without the mask's bit it is no threshold.
+    // A threshold whose bit the mask lacks is not compared.
     Bytes two = withThresholds({10, 20, 30, 40, 5, 60});
     two[18] = 0x2F;
     EXPECT_EQ(odditiesOf(two), Lines());
