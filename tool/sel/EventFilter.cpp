@@ -61,6 +61,9 @@ EventFilter::EventFilter(const Arguments& arguments)
         const std::string sensor = arguments.text("--sensor");
         sensorNumber = parseNumber(sensor, LAST_SENSOR);
         sensorName = sensorNumber ? "" : sensor;
+        if (sensor.empty()) {
+            throw usageError("--sensor: expected a number or a name");
+        }
     }
     if (arguments.has("--asserted") || arguments.has("--deasserted")) {
         isDeasserted = arguments.has("--deasserted");

@@ -23,6 +23,9 @@ public:
     /// The accepted ones of a list.
     std::vector<Event> choose(std::vector<Event> events);
 
+    /// Whether it asks for what only sensor data records say.
+    bool needsSensors() const { return !sensorName.empty() || !entity.empty(); }
+
     /// Events left out until now only because they have no date.
     std::size_t getUndated() const { return undated; }
 

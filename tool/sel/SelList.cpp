@@ -129,6 +129,10 @@ void run(const Arguments& arguments)
     }
     const EventSensors sensors(arguments,
                                isSaved ? EventSensors::SAVED_FILES : EventSensors::BOARDS);
+    if (!sensors.areKnown() && EventFilter(arguments).needsSensors()) {
+        throw usageError("names of sensors and entities are in sensor data records; give them "
+                         "with --sdr");
+    }
     EventListing listing(arguments.layout(), print, sensors.areKnown());
     if (isSaved) {
         listSaved(arguments, sensors, listing);

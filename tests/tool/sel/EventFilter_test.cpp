@@ -40,6 +40,21 @@ TEST_F(EventFilter, ChoosesBySensor)
     EXPECT_EQ(chosen({"--sensor", "0"}), Ids()) << "not the OEM record either";
 }
 
+TEST_F(EventFilter, NeedsSensorDataRecordsForNames)
+{
+    for (const Arguments& words : {Arguments({"--sensor", "FAN1"}), {"--entity", "29"}}) {
+        Arguments all = {"list", root.at("/events")};
+        all.insert(all.end(), words.begin(), words.end());
+        const Outcome outcome = sel(all);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_EQ(outcome.err, "recordkit: names of sensors and entities are in sensor data "
+                               "records; give them with --sdr\n");
+    }
+    EXPECT_EQ(listedIds({root.at("/events"), "--sensor", "0x10"}), Ids({1}));
+    EXPECT_EQ(sel({"list", root.at("/events"), "--sensor", ""}).status, 2);
+}
+
 TEST_F(EventFilter, ChoosesByEntity)
 {
     EXPECT_EQ(chosen({"--entity", "29"}), Ids({1, 2}));
