@@ -20,6 +20,8 @@ Command selAddCommand();
 Command selListCommand();
 Command selShowCommand();
 Command selStatusCommand();
+Command selSummaryCommand();
+Command selDiffCommand();
 Command selCheckCommand();
 Command selRescueCommand();
 Command selRotateCommand();

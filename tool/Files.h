@@ -13,6 +13,7 @@ enum InputLimit : std::size_t {
     SPD_LIMIT = 4096,
     DUMP_LIMIT = 65536, ///< an SPD image as text
     ROM_LIMIT = 65536,
+    RULES_LIMIT = 1UL << 20,
     EEPROM_LIMIT = 65536,
     LARGE_LIMIT = 64UL << 20, ///< repositories, event records, documents
 };

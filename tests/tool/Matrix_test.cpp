@@ -34,6 +34,7 @@ struct Row {
     std::string input = {}; ///< a file with a good input; empty: the sub-command reads none
     bool writes = false;
     bool takesText = false; ///< any bytes are a good input
+    bool takesFolder = false;
 };
 
 void PrintTo(const Row& row, std::ostream* stream)
@@ -47,6 +48,8 @@ const std::vector<Row> ROWS = {
     {"sel list", {"INPUT"}, SEL},
     {"sel show", {"INPUT", "1"}, SEL},
     {"sel status", {}},
+    {"sel summary", {"INPUT"}, SEL},
+    {"sel diff", {"INPUT", "0"}, SEL, false, false, true},
     {"sel check", {}},
     {"sel rescue", {"INPUT", "-o", "ROOT/rescued"}, "EVENTS", true},
     {"sel rotate", {}, "", true},
@@ -233,7 +236,9 @@ TEST_P(Matrix, OddInputHasItsStatusAndMessage)
     } else {
         expectCase("text", text, "");
     }
-    expectCase("directory", root.at("/tmp"), "Is a directory");
+    if (!GetParam().takesFolder) {
+        expectCase("directory", root.at("/tmp"), "Is a directory");
+    }
     expectCase("missing", root.at("/nowhere"), "No such file or directory");
     // Opened, but reading fails, for whomever runs the test.
     expectCase("unreadable", "/proc/self/mem", "Input/output error");

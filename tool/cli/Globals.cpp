@@ -60,10 +60,14 @@ std::vector<Option> globalOptions()
     };
 }
 
+void chooseRoot(const std::string& folder)
+{
+    useRoot(folder.empty() ? "" : std::filesystem::absolute(folder).lexically_normal().string());
+}
+
 void applyGlobals(const Arguments& arguments)
 {
-    const std::string root = arguments.text("--root");
-    useRoot(root.empty() ? "" : std::filesystem::absolute(root).lexically_normal().string());
+    chooseRoot(arguments.text("--root"));
     setColour(static_cast<Colour>(arguments.number("--color")));
     if (arguments.has("--local") && arguments.has("--tz")) {
         throw usageError("--local and --tz exclude each other");

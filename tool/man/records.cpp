@@ -165,15 +165,27 @@ std::string manualFields(const RecordClass& recordClass)
                        roff(recordClass.sizes.text()), roff(text));
 }
 
+const char* conditionOf(FilledBy filledBy)
+{
+    switch (filledBy) {
+    case FilledBy::REPOSITORY:
+        return "; only with sensor data records (\\-\\-sdr)";
+    case FilledBy::COMPARISON:
+        return "; only of\n.B sel diff";
+    case FilledBy::EVERY_EVENT:
+        break;
+    }
+    return "";
+}
+
 /// The fields in a manual page: of events, and of the classes of records.
 std::string manualSection()
 {
     std::string text = ".SS Events\nIn JSON and CSV; null (JSON) or empty (CSV) where the record "
                        "type has no such field.\n";
     for (const EventField& field : EventFields()) {
-        text +=
-            fmt::format(".TP\n.B {}\n{}{}.\n", roff(field.name), roff(field.text),
-                        field.isOfRepository ? "; only with sensor data records (\\-\\-sdr)" : "");
+        text += fmt::format(".TP\n.B {}\n{}{}.\n", roff(field.name), roff(field.text),
+                            conditionOf(field.filledBy));
     }
     text += ".SS Records\nOf an image that\n.B decode\nshows: each field with its first byte, and "
             "its bits or its width. Widths such as n x 2 are lists, N and M their numbers.\n";

@@ -163,16 +163,6 @@ bool isTooDeep(const std::string& json)
     return depth > MAX_JSON_DEPTH;
 }
 
-bool isUtf8(const std::string& text)
-{
-    try {
-        static_cast<void>(Json(text).dump());
-        return true;
-    } catch (const Json::type_error&) {
-        return false;
-    }
-}
-
 std::optional<Value> parseJson(const std::string& text)
 {
     if (isTooDeep(text)) {

@@ -15,9 +15,6 @@ std::string jsonText(const Value& value);
 /// A value as indented JSON, with a newline.
 std::string indentedJson(const Value& value);
 
-/// Whether a text can be in JSON as it is.
-bool isUtf8(const std::string& text);
-
 /// How deep arrays and objects of an input may be nested.
 constexpr std::size_t MAX_JSON_DEPTH = 64;
 

@@ -108,6 +108,24 @@ private:
     ListingWriter writer;
 };
 
+/// A row as an object with every key, and rows as a list of them: for a part of a larger answer.
+template <typename Row, std::size_t Count>
+Object objectOf(const Row& row, const Column<Row> (&columns)[Count])
+{
+    Object object;
+    for (const Column<Row>& column : columns) {
+        if (column.key != nullptr) {
+            object.push_back({column.key, column.value(row)});
+        }
+    }
+    return object;
+}
+template <typename Row, std::size_t Count>
+List objectsOf(const std::vector<Row>& rows, const Column<Row> (&columns)[Count])
+{
+    return listOf(rows, [&columns](const Row& row) { return objectOf(row, columns); });
+}
+
 /// Prints a whole listing.
 template <typename Row, std::size_t Count>
 void printListing(const std::vector<Row>& rows, const Column<Row> (&columns)[Count],

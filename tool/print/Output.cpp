@@ -54,7 +54,7 @@ void printBytes(const std::string& bytes)
 
 std::string terminalText(const std::string& text)
 {
-    if (isUtf8(text)) {
+    if (inspect::isUtf8(text)) {
         return inspect::printable(text);
     }
     std::string escaped;

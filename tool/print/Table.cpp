@@ -48,19 +48,19 @@ std::size_t bytesOf(const std::string& text, std::size_t width)
     return at;
 }
 
-std::size_t widthOf(const std::string& text)
+/// The text in at most `width` characters, the last an ellipsis if some are missing.
+std::string shortened(const std::string& text, std::size_t width)
+{
+    return textWidth(text) <= width ? text : text.substr(0, bytesOf(text, width - 1)) + "\u2026";
+}
+
+}
+
+std::size_t textWidth(const std::string& text)
 {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
         return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
     }));
-}
-
-/// The text in at most `width` characters, the last an ellipsis if some are missing.
-std::string shortened(const std::string& text, std::size_t width)
-{
-    return widthOf(text) <= width ? text : text.substr(0, bytesOf(text, width - 1)) + "\u2026";
-}
-
 }
 
 Style styleOf(inspect::Severity severity)
@@ -137,7 +137,7 @@ void Table::append(const std::vector<Cell>& cells, std::string& text) const
         text += shown;
         text += isColoured ? RESET : "";
         if (i + 1 < cells.size()) {
-            const std::size_t used = widthOf(shown);
+            const std::size_t used = textWidth(shown);
             text.append(width > used ? width - used : 0, ' ');
             text += "  ";
         }

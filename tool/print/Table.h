@@ -15,6 +15,9 @@ namespace recordkit::tool {
 /// How a cell is highlighted on a terminal.
 enum class Style { PLAIN, DIM, GOOD, NOTICE, WARNING, ALARM, FATAL };
 
+/// How many characters a UTF-8 text has.
+std::size_t textWidth(const std::string& text);
+
 /// How a severity is highlighted.
 Style styleOf(inspect::Severity severity);
 

@@ -32,7 +32,6 @@ constexpr const char* TIME_FIELD = "time";
 constexpr const char* SENSOR_FIELD = "sensor";
 /// An id string has up to 16 characters; of a shared record a number follows.
 constexpr std::size_t NAME_WIDTH = 16;
-constexpr std::size_t TIME_WIDTH = 19;
 
 bool isSystemEvent(const Event& e)
 {
@@ -45,24 +44,9 @@ Style eventStyle(const Event& e)
     return e.isDeassertion ? Style::DIM : styleOf(e.severity);
 }
 
-Cell severityCell(const Event& e)
-{
-    return isSystemEvent(e) ? Cell{severityName(e.severity), eventStyle(e)} : Cell{"-"};
-}
-
 Cell sensorTypeCell(const Event& e)
 {
     return {isSystemEvent(e) ? sensorTypeName(e.sensorType) : kindName(e.kind)};
-}
-
-Cell sensorCell(const Event& e)
-{
-    if (!isSystemEvent(e)) {
-        return {"-"};
-    }
-    return {e.sensor != nullptr && !e.sensor->name.empty()
-                ? printable(e.sensor->name)
-                : fmt::format("{:02X}h", e.sensorNumber)};
 }
 
 Cell directionCell(const Event& e)
@@ -75,14 +59,38 @@ Cell dataCell(const Event& e)
     return {isSystemEvent(e) ? toLowerHex(e.data) : toLowerHex(e.oemData)};
 }
 
+}
+
+Cell timeCell(const Event& e)
+{
+    return {e.hasTime ? e.time.toText(chosenZone()) : "-"};
+}
+
+Cell severityCell(const Event& e)
+{
+    return isSystemEvent(e) ? Cell{severityName(e.severity), eventStyle(e)} : Cell{"-"};
+}
+
+Cell sensorCell(const Event& e)
+{
+    if (!isSystemEvent(e)) {
+        return {"-"};
+    }
+    return {e.sensor != nullptr && !e.sensor->name.empty()
+                ? printable(e.sensor->name)
+                : fmt::format("{:02X}h", e.sensorNumber)};
+}
+
+namespace {
+
 constexpr EventColumn COLUMNS[] = {
+    {"only_in", "ONLY IN", 16, [](const Event& e) { return Cell{printable(e.onlyIn)}; }},
     {"board", "BOARD", 5,
      [](const Event& e) { return Cell{e.source.empty() ? std::to_string(e.board) : "-"}; }},
     {"log", "LOG", 4,
      [](const Event& e) { return Cell{e.logNumber == 0 ? "-" : std::to_string(e.logNumber)}; }},
     {"id", "ID", 5, [](const Event& e) { return Cell{fmt::format("{:04X}h", e.recordId)}; }},
-    {TIME_FIELD, "TIME (UTC)", TIME_WIDTH,
-     [](const Event& e) { return Cell{e.hasTime ? e.time.toText(chosenZone()) : "-"}; }},
+    {TIME_FIELD, "TIME (UTC)", TIME_WIDTH, timeCell},
     {"severity", "SEVERITY", 15, severityCell},
     {"sensor_type_name", "SENSOR TYPE", 24, sensorTypeCell},
     {SENSOR_FIELD, "SENSOR", 6, sensorCell},
@@ -100,6 +108,7 @@ constexpr EventColumn COLUMNS[] = {
 std::vector<Wish> wishes()
 {
     return {
+        {"only_in", 8},
         {"event", 31},
         {"time", chosenZone() == nullptr ? TIME_WIDTH : TIME_WIDTH + OFFSET_WIDTH},
         {"severity", 8},
@@ -131,27 +140,51 @@ Value valueOf(const EventField& field, const Event& event)
                : Value(field.get(event));
 }
 
-std::vector<ColumnHead> heads(bool hasRepositories)
+/// Whether a field is only in answers that name it.
+bool isExtra(const EventField& field, EventListing::Known known)
+{
+    switch (field.filledBy) {
+    case FilledBy::REPOSITORY:
+        return !known.hasRepositories;
+    case FilledBy::COMPARISON:
+        return !known.isComparison;
+    case FilledBy::EVERY_EVENT:
+        break;
+    }
+    return std::string(field.name) == IMAGE_FIELD;
+}
+
+std::vector<ColumnHead> heads(EventListing::Known known)
 {
     std::vector<ColumnHead> result;
     for (const EventField& field : EventFields()) {
-        const EventColumn* const column = columnOf(field);
-        const bool isExtra =
-            std::string(field.name) == IMAGE_FIELD || (field.isOfRepository && !hasRepositories);
-        const bool isName = hasRepositories && std::string(field.name) == SENSOR_FIELD;
+        const EventColumn* column = columnOf(field);
+        if (field.filledBy == FilledBy::COMPARISON && !known.isComparison) {
+            column = nullptr;
+        }
+        const bool isName = known.hasRepositories && std::string(field.name) == SENSOR_FIELD;
         result.push_back({field.name, column == nullptr ? nullptr : column->title,
                           isName              ? NAME_WIDTH
                           : column == nullptr ? 0
                                               : column->width,
-                          isExtra});
+                          isExtra(field, known)});
     }
     return result;
 }
 
 }
 
-EventListing::EventListing(const Layout& layout, Sink sink, bool hasRepositories)
-    : writer(heads(hasRepositories), layout, wishes(), sink)
+Value eventField(const Event& event, const char* name)
+{
+    const EventFields fields;
+    return valueOf(
+        *std::find_if(fields.begin(), fields.end(),
+                      [name](const EventField& field) { return std::string(field.name) == name; }),
+        event);
+}
+
+EventListing::EventListing(const Layout& layout, Sink sink, Known known)
+    : writer(heads(known), layout, wishes(), sink)
 {
     for (const ShownColumn& each : writer.getShown()) {
         fields.push_back(EventFields().begin() + each.index);

@@ -12,11 +12,28 @@ namespace recordkit::tool {
 
 struct EventColumn;
 
+// What other answers about events contain, too.
+
+/// The field of EventFields with that name, times in the chosen zone.
+Value eventField(const Event& event, const char* name);
+
+constexpr std::size_t TIME_WIDTH = 19;
+Cell timeCell(const Event& event);
+Cell severityCell(const Event& event);
+/// The sensor's name if a repository has it, otherwise its number: "38h".
+Cell sensorCell(const Event& event);
+
 /// A listing of events: the fields of EventFields in JSON and CSV, the most wanted ones in the
-/// table. Without repositories the fields that only these fill are left out.
+/// table.
 class EventListing {
 public:
-    explicit EventListing(const Layout& layout, Sink sink = print, bool hasRepositories = false);
+    /// What there is besides the events; fields that nothing fills are left out.
+    struct Known {
+        bool hasRepositories = false;
+        bool isComparison = false;
+    };
+
+    explicit EventListing(const Layout& layout, Sink sink = print, Known known = {false, false});
 
     void add(const Event& event);
     void flush() { writer.flush(); }

@@ -11,7 +11,7 @@
 #include <recordkit/inspect/words/SensorTypes.h>
 
 #include "../Errors.h"
-
+#include "../print/Output.h"
 #include "EventCodes.h"
 
 namespace recordkit::tool {
@@ -42,6 +42,7 @@ std::vector<Option> eventFilterOptions()
              "records"),
         flag("--asserted", "Only events that came up"),
         flag("--deasserted", "Only events that went away"),
+        flag("--still-asserted", "Only events that came up and have not gone away since"),
         text("--event", "TEXT", "Only events whose text contains this, in any case"),
         text(
             "--grep", "TEXT",
@@ -50,11 +51,12 @@ std::vector<Option> eventFilterOptions()
     };
 }
 
-EventFilter::EventFilter(const Arguments& arguments)
+EventFilter::EventFilter(const Arguments& arguments, bool hasSensors)
     : severity(arguments.find("--severity")), sensorType(arguments.find("--sensor-type")),
       partition(arguments.find("--partition")), since(arguments.find("--since")),
       until(arguments.find("--until")), entity(arguments.text("--entity")),
-      eventWords(arguments.text("--event")), anyText(arguments.text("--grep"))
+      eventWords(arguments.text("--event")), anyText(arguments.text("--grep")),
+      isOnlyAsserted(arguments.has("--still-asserted"))
 {
     constexpr unsigned long LAST_SENSOR = 0xFF;
     if (arguments.has("--sensor")) {
@@ -70,6 +72,27 @@ EventFilter::EventFilter(const Arguments& arguments)
         if (arguments.has("--asserted") && *isDeasserted) {
             throw usageError("--asserted and --deasserted exclude each other");
         }
+    }
+    if (!hasSensors && (!sensorName.empty() || !entity.empty())) {
+        throw usageError("names of sensors and entities are in sensor data records; give them "
+                         "with --sdr");
+    }
+}
+
+EventFilter EventFilter::atAnyTime() const
+{
+    EventFilter other = *this;
+    other.since.reset();
+    other.until.reset();
+    return other;
+}
+
+void EventFilter::reportUndated() const
+{
+    if (undated != 0) {
+        complain(fmt::format("{} without a date {} not shown: --since and --until cannot place {}",
+                             counted(undated, "event"), undated == 1 ? "is" : "are",
+                             undated == 1 ? "it" : "them"));
     }
 }
 
@@ -88,6 +111,9 @@ bool EventFilter::isChosen(const Event& event) const
         return false;
     }
     if (sensorType && (!isSystemEvent || event.sensorType != *sensorType)) {
+        return false;
+    }
+    if (isOnlyAsserted && !event.isStillAsserted) {
         return false;
     }
     if (isDeasserted && (!isSystemEvent || event.isDeassertion != *isDeasserted)) {

@@ -12,22 +12,24 @@
 
 namespace recordkit::tool {
 
-/// The options of `sel list` that select events.
+/// The options that select events.
 std::vector<Option> eventFilterOptions();
 
 /// The events that they select.
 class EventFilter {
 public:
-    explicit EventFilter(const Arguments& arguments);
+    /// Throws CommandError (usage) where it asks for what only sensor data records say, and there
+    /// are none.
+    EventFilter(const Arguments& arguments, bool hasSensors);
 
     /// The accepted ones of a list.
     std::vector<Event> choose(std::vector<Event> events);
 
-    /// Whether it asks for what only sensor data records say.
-    bool needsSensors() const { return !sensorName.empty() || !entity.empty(); }
+    /// The same, at any time.
+    EventFilter atAnyTime() const;
 
-    /// Events left out until now only because they have no date.
-    std::size_t getUndated() const { return undated; }
+    /// Says how many events were left out until now only because they have no date.
+    void reportUndated() const;
 
 private:
     bool isSevere(const Event& event) const;
@@ -47,6 +49,7 @@ private:
     std::string eventWords;
     std::string anyText;
     std::optional<bool> isDeasserted;
+    bool isOnlyAsserted = false; ///< still
     std::size_t undated = 0;
 };
 

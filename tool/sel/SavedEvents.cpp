@@ -2,6 +2,9 @@
 #include "SavedEvents.h"
 
 #include <algorithm>
+#include <iterator>
+#include <map>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -57,25 +60,61 @@ std::vector<Event> eventsOfRecords(const std::string& name, const std::string& c
     return events;
 }
 
+/// The place of a file in its log.
+struct LogPart {
+    std::string log; ///< the path; of a file of the store without its index
+    int later = 0;   ///< than parts with a lower number
+};
+
+/// The store names its files sbN_bmc_sel0 to 7, from the newest to the oldest.
+LogPart partOf(const std::string& path)
+{
+    const std::string stem = "_bmc_sel";
+    const std::size_t at = path.rfind(stem);
+    if (at == std::string::npos || at + stem.size() + 1 != path.size() || path.back() < '0' ||
+        path.back() > '0' + SELFileLayout::OLDEST_FILE) {
+        return {path};
+    }
+    // With a character that no file name ends in, so that it is not taken for another file.
+    return {path.substr(0, path.size() - 1) + '/', '0' - path.back()};
+}
+
 }
 
 std::vector<Event> readSavedEvents(const std::vector<std::string>& paths, Problems& problems)
 {
-    std::vector<std::vector<Event>> logs;
+    // In the order in which they are given, which decides between equal times.
+    std::vector<std::pair<std::string, std::map<int, std::vector<Event>>>> logs;
     for (const std::string& path : paths) {
         const std::string name = inputName(path);
         problems.run(name, [&] {
             const std::string content = readInput(path, LARGE_LIMIT);
             const SlotView view{ByteView(content)};
             const bool isLog = isEventFile(content);
-            logs.push_back(isLog ? eventsOfSlots(view) : eventsOfRecords(name, content));
-            for (Event& event : logs.back()) {
+            std::vector<Event> events =
+                isLog ? eventsOfSlots(view) : eventsOfRecords(name, content);
+            const LogPart part = partOf(path);
+            auto log = std::find_if(logs.begin(), logs.end(),
+                                    [&part](const auto& each) { return each.first == part.log; });
+            if (log == logs.end()) {
+                log = logs.insert(logs.end(), {part.log, {}});
+            }
+            for (Event& event : events) {
                 event.source = name;
+                event.log = static_cast<unsigned int>(log - logs.begin());
+                log->second[part.later].push_back(std::move(event));
             }
             return isLog ? damageOf(view) : std::vector<std::string>();
         });
     }
-    return mergeByTime(std::move(logs));
+    std::vector<std::vector<Event>> wholeLogs;
+    for (auto& log : logs) {
+        std::vector<Event>& events = wholeLogs.emplace_back();
+        for (auto& part : log.second) {
+            std::move(part.second.begin(), part.second.end(), std::back_inserter(events));
+        }
+    }
+    return mergeByTime(std::move(wholeLogs));
 }
 
 }

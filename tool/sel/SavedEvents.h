@@ -14,7 +14,8 @@ namespace recordkit::tool {
 using namespace inspect;
 
 /// The events of saved files, which need no root: files of a board's log, whole or cut, and what
-/// `sel add` takes. Several files are merged by time. A file that contains none, and what is
+/// `sel add` takes. Several files are merged by time; files of the store whose names differ only in
+/// the index are one log, in its own order. A file that contains none, and what is
 /// damaged in one, is reported.
 std::vector<Event> readSavedEvents(const std::vector<std::string>& paths, Problems& problems);
 

@@ -12,7 +12,7 @@
 #include "../print/Output.h"
 #include "../print/Problems.h"
 #include "EventColumns.h"
-#include "EventSensors.h"
+#include "EventNames.h"
 #include "EventText.h"
 #include "LogProblems.h"
 #include "SavedEvents.h"
@@ -91,15 +91,15 @@ Event findInFiles(const Wanted& wanted, Problems& problems)
     return *found;
 }
 
-void show(const Arguments& arguments, const EventSensors& sensors, const Event& found)
+void show(const Arguments& arguments, const EventNames& names, const Event& found)
 {
     std::vector<Event> events = {found};
-    sensors.name(events);
+    names.name(events);
     if (arguments.format() == Format::TABLE) {
         print(describeEvent(events[0]));
         return;
     }
-    EventListing listing(arguments.layout(), print, sensors.areKnown());
+    EventListing listing(arguments.layout(), print, {names.hasSensors(), false});
     listing.add(events[0]);
     listing.finish();
 }
@@ -108,38 +108,45 @@ void run(const Arguments& arguments)
 {
     const Wanted wanted(arguments);
     if (!wanted.getFiles().empty()) {
-        const EventSensors sensors(arguments, EventSensors::SAVED_FILES);
+        const EventNames names(arguments, EventNames::SAVED_FILES);
         Problems problems;
-        show(arguments, sensors, findInFiles(wanted, problems));
+        show(arguments, names, findInFiles(wanted, problems));
         problems.finish();
-        sensors.finish();
+        names.finish();
         return;
     }
     requireLogs();
-    const EventSensors sensors(arguments, EventSensors::BOARDS);
+    const EventNames names(arguments, EventNames::BOARDS);
     LogProblems problems;
-    show(arguments, sensors, findInLog(arguments, wanted, problems));
+    show(arguments, names, findInLog(arguments, wanted, problems));
     problems.finish(arguments.has("--strict") ? LogProblems::HIDDEN : LogProblems::SHOWN);
-    sensors.finish();
+    names.finish();
+}
+
+std::vector<Option> options()
+{
+    std::vector<Option> all = {
+        argument("ID", "Record id; the newest event that has it. Files before it are saved events "
+                       "to search instead of a board's log")
+            .optional()
+            .many(),
+        number("--log", "N", 0, 0xFFFF, "Log number, from 1 for the oldest event"), board(),
+        strictFlag()};
+    const std::vector<Option> names = eventNameOptions();
+    all.insert(all.end(), names.begin(), names.end());
+    return all;
 }
 
 }
 
 Command selShowCommand()
 {
-    return {
-        "sel show",
-        "Show every field of one event, and its bytes",
-        "recordkit sel show 0x97 --board 1; recordkit sel show events.raw 0x97",
-        {argument("ID",
-                  "Record id; the newest event that has it. Files before it are saved events to "
-                  "search instead of a board's log")
-             .optional()
-             .many(),
-         number("--log", "N", 0, 0xFFFF, "Log number, from 1 for the oldest event"), board(),
-         sdrOption(), strictFlag()},
-        Answer::LISTING,
-        run};
+    return {"sel show",
+            "Show every field of one event, and its bytes",
+            "recordkit sel show 0x97 --board 1; recordkit sel show events.raw 0x97",
+            options(),
+            Answer::LISTING,
+            run};
 }
 
 }

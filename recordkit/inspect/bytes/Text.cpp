@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/inspect/bytes/Text.h>
 
+#include <algorithm>
 #include <fmt/format.h>
+#include <iterator>
 
 namespace recordkit::inspect {
 
@@ -103,6 +105,40 @@ std::string idStringText(unsigned char typeLength, ByteView bytes)
             {bytes.begin(),
              static_cast<std::size_t>(std::find(bytes.begin(), bytes.end(), 0) - bytes.begin())});
     }
+}
+
+bool isUtf8(ByteView bytes)
+{
+    // By the first byte: how many follow, and which the first of these can be (Unicode, table 3-7).
+    struct Row {
+        unsigned char first;
+        unsigned char last;
+        std::size_t following;
+        unsigned char least;
+        unsigned char most;
+    };
+    constexpr Row ROWS[] = {
+        {0x00, 0x7F, 0, 0, 0},       {0xC2, 0xDF, 1, 0x80, 0xBF}, {0xE0, 0xE0, 2, 0xA0, 0xBF},
+        {0xE1, 0xEC, 2, 0x80, 0xBF}, {0xED, 0xED, 2, 0x80, 0x9F}, {0xEE, 0xEF, 2, 0x80, 0xBF},
+        {0xF0, 0xF0, 3, 0x90, 0xBF}, {0xF1, 0xF3, 3, 0x80, 0xBF}, {0xF4, 0xF4, 3, 0x80, 0x8F},
+    };
+    for (std::size_t at = 0; at < bytes.size();) {
+        const auto* const row =
+            std::find_if(std::begin(ROWS), std::end(ROWS), [&bytes, at](const Row& each) {
+                return bytes[at] >= each.first && bytes[at] <= each.last;
+            });
+        if (row == std::end(ROWS) || bytes.size() - at <= row->following) {
+            return false;
+        }
+        for (std::size_t i = 1; i <= row->following; ++i) {
+            const unsigned char byte = bytes[at + i];
+            if (byte < (i == 1 ? row->least : 0x80) || byte > (i == 1 ? row->most : 0xBF)) {
+                return false;
+            }
+        }
+        at += row->following + 1;
+    }
+    return true;
 }
 
 std::optional<std::string> toLatin1(const std::string& text)

@@ -39,6 +39,9 @@ std::string toUtf8(ByteView latin1);
 /// characters (IPMI v2.0, section 43.15).
 std::string idStringText(unsigned char typeLength, ByteView bytes);
 
+/// Whether bytes are UTF-8: whole characters of Unicode, each in its shortest form.
+bool isUtf8(ByteView bytes);
+
 /// UTF-8 as Latin-1; nothing if a character is not in Latin-1 or the text is not UTF-8.
 std::optional<std::string> toLatin1(const std::string& text);
 

@@ -158,6 +158,7 @@ Event decodeEvent(unsigned int board, const TAVLib::RecordKit::SELChainReader::R
     entry.setSerialized(record.image, BMCSELEntryMessage::MESSAGE_IMAGE_SIZE);
     Event event = decodeEvent(entry);
     event.board = board;
+    event.log = board;
     event.logNumber = record.logNumber;
     event.fileIndex = record.fileIndex;
     event.slot = record.slot;
@@ -191,6 +192,9 @@ const char* stateName(EventState state)
 
 std::string eventText(const Event& event)
 {
+    if (!event.siteText.empty()) {
+        return event.siteText;
+    }
     switch (event.kind) {
     case EventKind::SYSTEM_EVENT:
         return systemEventText(event);

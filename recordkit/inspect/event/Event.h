@@ -38,7 +38,9 @@ struct Event {
     int fileIndex = 0;
     unsigned int slot = 0;
     EventState state = EventState::REGULAR;
-    std::string source; ///< the saved file, or the input, of an event that is in no board's log
+    std::string source;   ///< the saved file, or the input, of an event that is in no board's log
+    std::string onlyIn;   ///< which of two compared logs it is in, if it is not in both
+    unsigned int log = 0; ///< numbers the logs that were read together; of a board's log its board
 
     unsigned int recordId = 0;
     unsigned char recordType = 0;
@@ -55,12 +57,15 @@ struct Event {
     unsigned char offset = 0;
     bool isDeassertion = false;
     unsigned char data[3] = {};
+    bool isStillAsserted = false; ///< as markAsserted found
     /// The sensor, where a repository names it; valid as long as the names.
     const NamedSensor* sensor = nullptr;
 
     // OEM records: the manufacturer (timestamped ones only), and the OEM's own bytes.
     unsigned int manufacturer = 0;
     std::vector<unsigned char> oemData;
+
+    std::string siteText; ///< of a rule of the site (EventRules); empty if there is none
 
     unsigned int partitions = 0; ///< bit p: partition p is concerned
     std::string partNumber;
@@ -83,8 +88,9 @@ void nameSensors(std::vector<Event>& events, const SensorNames& names);
 std::optional<unsigned char> triggerReading(const Event& event);
 std::optional<unsigned char> triggerThreshold(const Event& event);
 
-/// The event as text; for an offset without a text, and for OEM records, what they are. With its
-/// sensor, the reading and the threshold in the sensor's units.
+/// The event as text: that of the site's rules, or that of the standard; for an offset without a
+/// text, and for OEM records, what they are. With its sensor, the reading and the threshold in the
+/// sensor's units.
 std::string eventText(const Event& event);
 
 }

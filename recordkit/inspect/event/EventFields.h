@@ -7,13 +7,20 @@
 
 namespace recordkit::inspect {
 
+/// What has to be known besides the event for a field to have a value.
+enum class FilledBy {
+    EVERY_EVENT,
+    REPOSITORY, ///< which names the sensor
+    COMPARISON, ///< of two logs
+};
+
 /// What a program sees of an event: a stable name, and the value, none where the kind of record has
 /// no such field.
 struct EventField {
     const char* name;
     Value (*get)(const Event& event);
     const char* text;
-    bool isOfRepository = false; ///< filled only where a repository names the sensor
+    FilledBy filledBy = FilledBy::EVERY_EVENT;
 };
 
 /// All of them, in the order in which they are written.

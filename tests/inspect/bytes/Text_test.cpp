@@ -33,6 +33,23 @@ TEST(Text, Latin1IsReadFromUtf8)
     }
 }
 
+TEST(Text, Utf8HasOnlyWholeCharactersInTheirShortestForm)
+{
+    for (const char* const text :
+         {"", "a\x7F", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xEC\xBF\xBF", "\xED\x9F\xBF",
+          "\xEE\x80\x80", "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF3\xBF\xBF\xBF",
+          "\xF4\x8F\xBF\xBF", "\xC3\xA9\xE2\x82\xAC"}) {
+        EXPECT_TRUE(isUtf8(std::string(text))) << text;
+    }
+    for (const char* const text :
+         {"\x80", "\xBF", "\xC0\x80", "\xC1\xBF", "\xC2", "\xC2\x7F", "\xC2\xC0", "\xE0\x9F\xBF",
+          "\xE1\x80", "\xE1\x80\x7F", "\xE1\x80\xC0", "\xED\xA0\x80", "\xF0\x8F\xBF\xBF",
+          "\xF1\x80\x80", "\xF1\x80\x80\xC0", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF",
+          "a\xC3"}) {
+        EXPECT_FALSE(isUtf8(std::string(text))) << text;
+    }
+}
+
 TEST(Text, ControlCharactersAreMadeVisible)
 {
     EXPECT_EQ(printable(std::string("a\0b\x1B[2J\x7F", 8)), "a\\x00b\\x1B[2J\\x7F");

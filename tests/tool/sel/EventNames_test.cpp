@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "support/Bytes.h"
 #include "support/SdrRecords.h"
 #include "tool/sel/SelTest.h"
 
@@ -11,7 +12,7 @@ const std::string REPOSITORY = RECORDKIT_EXAMPLE_DATA "/sdr/repository.sdr";
 /// Fan 10h of the example repository falls below its threshold.
 const std::string FAN_LOW = "04100152080a";
 
-class EventSensors : public SelTest {
+class EventNames : public SelTest {
 protected:
     void SetUp() override
     {
@@ -29,7 +30,7 @@ constexpr const char* TEXT = "Lower Critical - going low, reading 480 < threshol
 
 }
 
-TEST_F(EventSensors, HaveNamesAndReadingsOnRequest)
+TEST_F(EventNames, HaveNamesAndReadingsOnRequest)
 {
     const Arguments words = {"list", "--board", "1", "--sdr", REPOSITORY};
     const Outcome table = sel(words);
@@ -54,7 +55,7 @@ TEST_F(EventSensors, HaveNamesAndReadingsOnRequest)
         << shown.out;
 }
 
-TEST_F(EventSensors, AreNumbersWithoutARepository)
+TEST_F(EventNames, AreNumbersWithoutARepository)
 {
     const Json event = listed({"--board", "1"}).at(0);
     EXPECT_EQ(event.count("sensor_name"), 0U);
@@ -66,7 +67,7 @@ TEST_F(EventSensors, AreNumbersWithoutARepository)
     EXPECT_TRUE(listed({"--board", "1", "--fields", "sensor_name"}).at(0)["sensor_name"].is_null());
 }
 
-TEST_F(EventSensors, OfBoardsAreThoseOfTheRootsOwnRepository)
+TEST_F(EventNames, OfBoardsAreThoseOfTheRootsOwnRepository)
 {
     placeUsualRepository(REPOSITORY);
     EXPECT_EQ(listed({"--board", "1"}).at(0)["sensor_name"], "FAN1");
@@ -76,14 +77,14 @@ TEST_F(EventSensors, OfBoardsAreThoseOfTheRootsOwnRepository)
     EXPECT_EQ(listed({working(1), "--sdr", REPOSITORY}).at(0)["sensor_name"], "FAN1");
 }
 
-TEST_F(EventSensors, ComeFromTheEnvironmentToo)
+TEST_F(EventNames, ComeFromTheEnvironmentToo)
 {
     const Outcome outcome = run(ourCommand({"--root", root.path(), "sel", "list", "--board", "1"}),
                                 "", {"RECORDKIT_SDR=" + REPOSITORY});
     EXPECT_NE(outcome.out.find(TEXT), std::string::npos) << outcome.out << outcome.err;
 }
 
-TEST_F(EventSensors, OfSeveralRepositoriesAreFoundByTheirOwner)
+TEST_F(EventNames, OfSeveralRepositoriesAreFoundByTheirOwner)
 {
     Bytes other = compactSdr(0x10, "Satellite");
     other[5] = 0x22;
@@ -97,7 +98,7 @@ TEST_F(EventSensors, OfSeveralRepositoriesAreFoundByTheirOwner)
     EXPECT_EQ(events.at(1)["sensor_name"], "Satellite");
 }
 
-TEST_F(EventSensors, OfADamagedRepositoryAreSaidToBe)
+TEST_F(EventNames, OfADamagedRepositoryAreSaidToBe)
 {
     Bytes bytes = compactSdr(1, "PS1") + compactSdr(2, "PS2");
     bytes[37] = 0;
@@ -112,7 +113,7 @@ TEST_F(EventSensors, OfADamagedRepositoryAreSaidToBe)
     EXPECT_EQ(sel({"list", "--board", "1", "--sdr", root.at("/none")}).status, 3);
 }
 
-TEST_F(EventSensors, OptionTakesOneFileAtATime)
+TEST_F(EventNames, OptionTakesOneFileAtATime)
 {
     const Outcome outcome = sel({"list", "--sdr", REPOSITORY, working(1), "--ndjson"});
     EXPECT_EQ(outcome.status, 0) << outcome.err;
@@ -120,7 +121,7 @@ TEST_F(EventSensors, OptionTakesOneFileAtATime)
     EXPECT_EQ(sel({"list", "--sdr"}).status, 2);
 }
 
-TEST_F(EventSensors, NamesReachTheTerminalEscaped)
+TEST_F(EventNames, NamesReachTheTerminalEscaped)
 {
     Bytes record = compactSdr(0x10, "a\033[2Jb");
     record[5] = 0x20;
@@ -134,4 +135,57 @@ TEST_F(EventSensors, NamesReachTheTerminalEscaped)
         EXPECT_EQ(out.find('\033'), std::string::npos);
         EXPECT_NE(out.find("a\\x1B[2Jb"), std::string::npos) << out;
     }
+}
+
+TEST_F(EventNames, RulesGiveEventsTexts)
+{
+    const std::string rules = root.at("/own.rules");
+    writeFile(
+        rules,
+        textBytes("sensor-type=4 data2=8 severity=informational \"{sensor} is slow: {data2}\"\n"));
+    const Json event = listed({"--board", "1", "--rules", rules}).at(0);
+    EXPECT_EQ(event["event"], "10h is slow: 8");
+    EXPECT_EQ(event["severity"], "informational");
+    EXPECT_EQ(listed({"--board", "1", "--rules", rules, "--sdr", REPOSITORY}).at(0)["event"],
+              "FAN1 is slow: 8");
+    const Outcome shown = sel({"show", "1", "--board", "1", "--rules", rules});
+    EXPECT_NE(shown.out.find("event             10h is slow: 8\n"), std::string::npos) << shown.out;
+    EXPECT_EQ(listedIds({"--board", "1", "--rules", rules, "--event", "slow"}), Ids{1})
+        << "filters see the text";
+    EXPECT_EQ(listedIds({"--board", "1", "--rules", rules, "--severity", "critical"}), Ids{});
+}
+
+TEST_F(EventNames, RulesOfTheRootAreForItsBoards)
+{
+    std::filesystem::create_directories(root.at("/etc/default/config"));
+    writeFile(root.at("/etc/default/config/events.rules"), textBytes("sensor-type=4 \"ours\"\n"));
+    EXPECT_EQ(listed({"--board", "1"}).at(0)["event"], "ours");
+    EXPECT_NE(listed({working(1)}).at(0)["event"], "ours");
+    writeFile(root.at("/other.rules"), textBytes("sensor-type=4 \"other\"\n"));
+    EXPECT_EQ(listed({"--board", "1", "--rules", root.at("/other.rules")}).at(0)["event"], "other");
+}
+
+TEST_F(EventNames, DamagedRuleIsReportedWithItsLine)
+{
+    const std::string rules = root.at("/own.rules");
+    writeFile(rules, textBytes("sensor-type=4 \"ours\"\n\nsensor-type=4 offset=16 \"x\"\n"));
+    const Outcome outcome = sel({"list", "--board", "1", "--ndjson", "--rules", rules});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err,
+              "recordkit: " + rules + ": line 3: expected a number from 0 to 15, found \"16\"\n");
+    EXPECT_EQ(Json::parse(outcome.out)["event"], "ours");
+    EXPECT_EQ(sel({"list", "--board", "1", "--rules", root.at("/none")}).status, 3);
+    writeFile(rules, Bytes((1 << 20) + 1, '\n'));
+    EXPECT_EQ(sel({"list", "--board", "1", "--rules", rules}).status, 1) << "it is too long";
+}
+
+TEST_F(EventNames, ExampleOfRulesIsSound)
+{
+    const std::string rules = RECORDKIT_EXAMPLE_DATA "/../events.rules";
+    writeFile(root.at("/events"),
+              eventAt(1, TIME_1, "c7716f021312") + eventAt(2, TIME_1, "c7716f011213"));
+    const std::vector<Json> events = listed({root.at("/events"), "--rules", rules});
+    EXPECT_EQ(events.at(0)["event"], "fan tray 3 is missing (71h)");
+    EXPECT_EQ(events.at(0)["severity"], "critical");
+    EXPECT_EQ(events.at(1)["event"], "fan tray 2 runs on one fan");
 }

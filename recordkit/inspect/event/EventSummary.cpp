@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/inspect/event/EventSummary.h>
+
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+#include <recordkit/inspect/event/AssertedEvents.h>
+#include <recordkit/inspect/words/SeverityPairs.h>
+
+namespace recordkit::inspect {
+
+namespace {
+
+bool hasDate(const Event& event)
+{
+    return event.hasTime && event.time.isDate();
+}
+
+/// When the hour of a date begins.
+unsigned int hourOf(unsigned int seconds, Zone zone)
+{
+    constexpr long HOUR = 3600;
+    const long ahead = zone == nullptr ? 0 : zone(seconds);
+    const long intoHour = (static_cast<long>(seconds % HOUR) + ahead % HOUR + HOUR) % HOUR;
+    return seconds - static_cast<unsigned int>(intoHour);
+}
+
+void addTime(const Event& event, Zone zone, EventSummary& summary)
+{
+    if (!hasDate(event)) {
+        ++summary.undated;
+        return;
+    }
+    const auto isEarlier = [&event](const Timestamp& other) {
+        return event.time.raw() < other.raw();
+    };
+    if (!summary.first || isEarlier(*summary.first)) {
+        summary.first = event.time;
+    }
+    if (!summary.last || !isEarlier(*summary.last)) {
+        summary.last = event.time;
+    }
+    ++summary.hours[hourOf(event.time.raw(), zone)];
+}
+
+/// Whether one state has been asserted longer than another. The list is merged by time, so that its
+/// order decides; the clock may have been set meanwhile.
+bool isLonger(const AssertedState& left, const AssertedState& right)
+{
+    return left.since < right.since;
+}
+
+bool isWorse(const AssertedState& left, const AssertedState& right)
+{
+    const Severity one = left.since->severity;
+    const Severity other = right.since->severity;
+    return one == other ? isLonger(left, right) : isAtLeast(one, other);
+}
+
+/// Groups of events by a key, in the order of the keys.
+class Groups {
+public:
+    void add(std::uint64_t key, const Event& event)
+    {
+        EventGroup& group = groups[key];
+        group.newest = &event;
+        ++group.count.events;
+    }
+    void addState(std::uint64_t key) { ++groups[key].count.stillAsserted; }
+
+    std::vector<EventGroup> take() const
+    {
+        std::vector<EventGroup> result;
+        for (const auto& each : groups) {
+            result.push_back(each.second);
+        }
+        return result;
+    }
+
+private:
+    std::map<std::uint64_t, EventGroup> groups;
+};
+
+/// Of a sensor in a log, whatever it reports.
+std::uint64_t sensorKey(const Event& event)
+{
+    constexpr std::uint64_t EVENT_TYPES = 0x100;
+    return stateKey(event) / EVENT_OFFSETS / EVENT_TYPES;
+}
+
+class Summary {
+public:
+    explicit Summary(Zone hoursZone) : zone(hoursZone)
+    {
+        for (int each = SeverityMap::SEV_NONE; each <= SeverityMap::SEV_INFORMATIONAL; ++each) {
+            summary.severities.emplace_back(static_cast<Severity>(each), EventCount());
+        }
+        std::sort(summary.severities.begin(), summary.severities.end(),
+                  [](const auto& left, const auto& right) {
+                      return left.first != right.first && isAtLeast(left.first, right.first);
+                  });
+    }
+
+    void add(const Event& event)
+    {
+        ++summary.events;
+        summary.newest = &event;
+        addTime(event, zone, summary);
+        logs.add(event.log, event);
+        if (event.kind != EventKind::SYSTEM_EVENT) {
+            ++summary.otherRecords;
+            return;
+        }
+        ++countOf(event.severity).events;
+        sensors.add(sensorKey(event), event);
+        if (!event.isDeassertion) {
+            addAssertion(event);
+        }
+    }
+
+    EventSummary finish()
+    {
+        for (const auto& each : order) {
+            addState(*each);
+        }
+        std::sort(summary.asserted.begin(), summary.asserted.end(), isWorse);
+        summary.logs = logs.take();
+        summary.sensors = sensors.take();
+        std::stable_sort(summary.sensors.begin(), summary.sensors.end(),
+                         [](const EventGroup& left, const EventGroup& right) {
+                             return left.count.events > right.count.events;
+                         });
+        return std::move(summary);
+    }
+
+private:
+    EventCount& countOf(Severity severity)
+    {
+        return std::find_if(summary.severities.begin(), summary.severities.end(),
+                            [severity](const auto& each) { return each.first == severity; })
+            ->second;
+    }
+    void addAssertion(const Event& event)
+    {
+        const auto [found, isNew] = states.try_emplace(stateKey(event));
+        AssertedState& state = found->second;
+        if (isNew) {
+            order.push_back(&state);
+        }
+        state.newest = &event;
+        ++state.assertions;
+        if (event.isStillAsserted && state.since == nullptr) {
+            state.since = &event;
+        }
+    }
+    void addState(const AssertedState& state)
+    {
+        if (!summary.mostFrequent || state.assertions > summary.mostFrequent->assertions) {
+            summary.mostFrequent = state;
+        }
+        if (state.since == nullptr) {
+            return;
+        }
+        summary.asserted.push_back(state);
+        ++countOf(state.since->severity).stillAsserted;
+        logs.addState(state.since->log);
+        sensors.addState(sensorKey(*state.since));
+        if (!summary.longest || isLonger(state, *summary.longest)) {
+            summary.longest = state;
+        }
+    }
+
+    Zone zone;
+    EventSummary summary;
+    Groups logs;
+    Groups sensors;
+    std::unordered_map<std::uint64_t, AssertedState> states;
+    std::vector<const AssertedState*> order; ///< by their first assertion
+};
+
+}
+
+EventSummary summarise(const std::vector<Event>& events, Zone zone)
+{
+    Summary summary(zone);
+    for (const Event& event : events) {
+        summary.add(event);
+    }
+    return summary.finish();
+}
+
+}
