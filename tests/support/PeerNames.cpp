@@ -138,8 +138,15 @@ bool isSameEvent(const std::string& peerWords, unsigned char eventType, unsigned
     }
     constexpr unsigned char FIRMWARE_SENSOR = 0x0F;
     if (sensorType == FIRMWARE_SENSOR) {
-        // It shows event data 2 in place of the event; ours follows a colon.
-        return isSame(FIRMWARE_EVENTS, peerWords, ourWords.substr(0, ourWords.find(": ")));
+        // It shows event data 2 in place of the event.
+        return isSame(FIRMWARE_EVENTS, peerWords, ourWords);
     }
     return isSame(EVENTS, peerWords, ourWords);
+}
+
+std::string textWithoutCause(const recordkit::inspect::Event& event)
+{
+    const std::string text = eventText(event);
+    const std::string cause = eventCause(event);
+    return cause.empty() ? text : text.substr(0, text.size() - cause.size() - 2);
 }
