@@ -78,10 +78,6 @@ constexpr const char* FIRMWARE_PROGRESS[] = {
     "Pointing device test", // 18h
     "Primary processor initialization", // 19h
 };
-constexpr const char* PROCESSOR_NUMBERS[] = {
-    "", // 0b: an entity instance, as without event data 3
-    "vendor-specific number", // 1b
-};
 constexpr const char* LOG_ACTIONS[] = {
     "entry added", // 0h
     "entry added because the event has no standard one", // 1h
@@ -286,6 +282,12 @@ std::string unloggedOffset(const Part& part, unsigned int value, const Subject& 
                        (value & ASSERTION) != 0 ? "asserted" : "deasserted");
 }
 
+/// Whether the number in event data 2 is that of an entity instance, as without event data 3.
+std::string processorNumber(const Part&, unsigned int value, const Subject& event)
+{
+    return value == 1 && event.hasCode2() ? "vendor-specific number" : "";
+}
+
 std::string percentage(const Part& part, unsigned int value, const Subject& event)
 {
     constexpr unsigned int FULL = 100;
@@ -358,7 +360,7 @@ constexpr Part PARTS[] = {
     {0x10, only(1), 3, 0, 6, unloggedOffset, "offset"},
     {0x10, only(5), 3, 0, 8, percentage, "filling"},
     {0x10, only(6), 2, 0, 8, number, "processor"},
-    {0x10, only(6), 3, 7, 1, code, "", all(PROCESSOR_NUMBERS)},
+    {0x10, only(6), 3, 7, 1, processorNumber, ""},
     {0x12, only(3), 2, 4, 4, code, "action", all(LOG_ACTIONS)},
     {0x12, only(3), 2, 0, 4, code, "log type", all(LOG_TYPES)},
     {0x12, only(4), 2, 0, 1, code, "", all(ALERT)},

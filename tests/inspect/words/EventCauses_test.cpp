@@ -148,7 +148,6 @@ const Codes CODES[] = {
      ""},
     {0x0F, 1, 2, 0, 8, FIRMWARE_PROGRESS, "progress", 0, "", ""},
     {0x0F, 2, 2, 0, 8, FIRMWARE_PROGRESS, "progress", 0, "", ""},
-    {0x10, 6, 3, 7, 1, {"", "vendor-specific number"}, "", 0, "", ""},
     {0x12,
      3,
      2,
@@ -372,8 +371,8 @@ TEST(EventCauses, EveryCodeHasItsWordsAndAReservedOneItsNumber)
         }
     }
     const std::map<int, int> ofTheStandard = {
-        {0x08, 5},  {0x0F, 64}, {0x10, 2},  {0x12, 25}, {0x19, 27}, {0x1D, 12},
-        {0x21, 13}, {0x23, 9},  {0x28, 14}, {0x2A, 4},  {0x2B, 24}, {0x2C, 27},
+        {0x08, 5}, {0x0F, 64}, {0x12, 25}, {0x19, 27}, {0x1D, 12}, {0x21, 13},
+        {0x23, 9}, {0x28, 14}, {0x2A, 4},  {0x2B, 24}, {0x2C, 27},
     };
     EXPECT_EQ(count, ofTheStandard);
 }
@@ -452,7 +451,7 @@ TEST(EventCauses, ReservedBitsAreGivenAsTheyAre)
     EXPECT_EQ(data3Of(0x08, 0x36, 0x10), "Vendor mismatch, reserved bits 10h");
     EXPECT_EQ(data3Of(0x08, 0x36, 0xF4), "Voltage rating mismatch, reserved bits F0h");
     EXPECT_EQ(data3Of(0x10, 0x31, 0xF0), "all its events, reserved bits C0h");
-    EXPECT_EQ(data3Of(0x10, 0x36, 0x81), "vendor-specific number, reserved bits 01h");
+    EXPECT_EQ(data3Of(0x10, 0xF6, 0x81, 3), "vendor-specific number, reserved bits 01h");
     EXPECT_EQ(data3Of(0x10, 0x36, 0x01), "reserved bits 01h");
     EXPECT_EQ(data2Of(0x12, 0xC4, 0x40), "reserved bits 40h");
     EXPECT_EQ(data2Of(0x12, 0xC5, 0xF1), "second of a pair, SDR clock, reserved bits 70h");
@@ -480,6 +479,16 @@ TEST(EventCauses, LoggingIsDisabledForATypeAndAnOffset)
     // Without event data 2.
     EXPECT_EQ(data3Of(0x10, 0x31, 0x11, 0x0B), "offset 1 asserted");
     EXPECT_EQ(data3Of(0x10, 0xF1, 0x11, 0xFF), "offset 1 asserted");
+}
+
+TEST(EventCauses, ProcessorHasTheNumberOfAnInstanceOrOfTheVendor)
+{
+    EXPECT_EQ(data2Of(0x10, 0xF6, 0x03, 0x80), "processor 3");
+    EXPECT_EQ(data3Of(0x10, 0xF6, 0x80, 0x03), "vendor-specific number");
+    EXPECT_EQ(data3Of(0x10, 0xF6, 0x00, 0x03), "");
+    // Without a number.
+    EXPECT_EQ(data3Of(0x10, 0x36, 0x80, 0x03), "");
+    EXPECT_EQ(data3Of(0x10, 0xF6, 0x80, 0xFF), "");
 }
 
 TEST(EventCauses, LogIsAlmostFullByPercent)
