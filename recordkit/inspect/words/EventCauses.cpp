@@ -276,8 +276,8 @@ std::string unloggedOffset(const Part& part, unsigned int value, const Subject& 
     }
     const auto offset = static_cast<unsigned char>(value & 0x0F);
     const unsigned char type = event.hasCode2() ? event.data[1] : 0;
-    // It does not say for which type of sensors a sensor-specific event is not logged.
-    const char* const words = type == SENSOR_SPECIFIC_EVENT ? nullptr : eventWords(type, 0, offset);
+    // The event does not name the sensor type of sensor-specific events: they have no words here.
+    const char* const words = eventWords(type, 0, offset);
     return fmt::format("{} {}", words != nullptr ? words : fmt::format("{} {}", part.what, offset),
                        (value & ASSERTION) != 0 ? "asserted" : "deasserted");
 }
