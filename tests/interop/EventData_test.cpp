@@ -161,7 +161,7 @@ constexpr Phrase BEGINNINGS[] = {
     {"Channel number that session was activated/deactivated = ", "channel "},
     {"Entity Instance Number = #", "processor "},
     {"Instance ID #", "processor "},
-    {"Interrupt type = ", ""},
+    {"Interrupt type = ", "interrupt "},
     {"LUN for Master Write-Read command or FRU Command #", "LUN "},
     {"Log Type = OEM", "OEM log "},
     {"Log Type = ", ""},
@@ -176,7 +176,7 @@ constexpr Phrase BEGINNINGS[] = {
     {"Severity State = ", "severity "},
     {"Slot/Connector #", "slot "},
     {"Slot/Connector Type = ", ""},
-    {"Timer use at expiration = ", ""},
+    {"Timer use at expiration = ", "timer use "},
     {"User ID for user that activated session #", "user "},
     {"Version change type = ", ""},
 };
@@ -185,6 +185,7 @@ constexpr Phrase PHRASES[] = {
     {"No system memory is physically installed in the system", "No system memory is physically installed"},
     {"No usable system memory, all installed memory has experienced an unrecoverable failure", "No usable system memory"},
     {"Processor missing or unexpected/unsupported condition", "Processor missing"},
+    {"OEM", "OEM cause"},
     {"SDR Timestamp Clock updated", "SDR clock"},
     {"SEL Timestamp Clock updated (Also used when both SEL and SDR Timestamp clocks are linked together)", "SEL clock"},
     {"Starting operating system boot process, e.g. calling Unsigned Int 19h", "Starting operating system boot process"},
@@ -200,7 +201,6 @@ constexpr Phrase PHRASES[] = {
     {"event is first of pair", "first of a pair"},
     {"event is second of pair", "second of a pair"},
     {"management controller device ID (change in one or more fields from `Get Device ID')", "management controller device ID"},
-    {"none", "no interrupt"},
     {"power state at that time G1 sleeping (S1-S4 state cannot be determined)", "power state at that time G1 sleeping"},
     {"power state at that time Sleeping in an S1, S2, or S3 states (used when particular S1, S2, S3 state cannot be determined)", "power state at that time Sleeping in an S1, S2, or S3 state"},
     {"power-up via RTC (system real time clock) wakeup", "power-up via RTC"},
@@ -215,8 +215,8 @@ constexpr Phrase PHRASES[] = {
 /// or give the number.
 const std::string SAYS_NOTHING[] = {
     "", "LUN 0", "State Change, Cause Unknown", "Unspecified", "User ID for user that activated session = Unspecified",
-    "power state at that time unknown", "previous state ", "private bus 0", "reserved",
-    "Session deactivatation cause unspecified. This value is also used for Session Activated events", "unknown", "unspecified",
+    "interrupt unspecified", "power state at that time unknown", "previous state ", "private bus 0", "reserved",
+    "Session deactivatation cause unspecified. This value is also used for Session Activated events", "timer use unspecified", "unknown", "unspecified",
 };
 // clang-format on
 

@@ -111,7 +111,7 @@ constexpr const char* RESTART_CAUSES[] = {
     "reset via pushbutton", // 2h
     "power-up via power pushbutton", // 3h
     "Watchdog expiration", // 4h
-    "OEM", // 5h
+    "OEM cause", // 5h
     "automatic power-up, policy 'always restore'", // 6h
     "automatic power-up, policy 'restore previous power state'", // 7h
     "reset via PEF", // 8h
@@ -135,7 +135,7 @@ constexpr const char* SLOT_TYPES[] = {
     "USB", // 0Ch
 };
 constexpr const char* INTERRUPTS[] = {
-    "no interrupt", // 0h
+    "none", // 0h
     "SMI", // 1h
     "NMI", // 2h
     "Messaging Interrupt", // 3h
@@ -255,6 +255,14 @@ std::string code(const Part& part, unsigned int value, const Subject& event)
 {
     const char* const words = value < part.words.count ? part.words.words[value] : nullptr;
     return words != nullptr ? words : hexNumber(part, value, event);
+}
+
+/// With what they are, for words that do not say it.
+std::string namedCode(const Part& part, unsigned int value, const Subject& event)
+{
+    const bool hasWords = value < part.words.count && part.words.words[value] != nullptr;
+    const std::string text = code(part, value, event);
+    return hasWords && !text.empty() ? fmt::format("{} {}", part.what, text) : text;
 }
 
 std::string eventTypeOf(const Part& part, unsigned int value, const Subject& event)
@@ -377,8 +385,8 @@ constexpr Part PARTS[] = {
     {0x1D, only(7), 3, 0, 8, number, "channel"},
     {0x21, upTo(9), 2, 0, 7, code, "slot type", all(SLOT_TYPES)},
     {0x21, upTo(9), 3, 0, 8, number, "slot"},
-    {0x23, upTo(8), 2, 4, 4, code, "interrupt", all(INTERRUPTS)},
-    {0x23, upTo(8), 2, 0, 4, code, "timer use", all(TIMER_USES)},
+    {0x23, upTo(8), 2, 4, 4, namedCode, "interrupt", all(INTERRUPTS)},
+    {0x23, upTo(8), 2, 0, 4, namedCode, "timer use", all(TIMER_USES)},
     {0x28, only(0) | only(4), 2, 0, 8, hexNumber, "sensor"},
     {0x28, only(5), 2, 7, 1, code, "", all(FRU_KINDS)},
     {0x28, only(5), 2, 3, 2, numberFromOne, "LUN"},
