@@ -47,7 +47,7 @@ Simulator::Simulator(const std::string& folder, const std::string& devices)
                   "user 2 true \"admin\" \"test\" admin 10 none md2 md5 straight\n");
     writeFile(folder + "/bmc.emu", "mc_setbmc 0x20\n"
                                    "mc_add 0x20 0 no-device-sdrs 0x23 9 8 0x9f 0x1291 0xf02\n"
-                                   "sel_enable 0x20 1000 0x0a\n" +
+                                   "sel_enable 0x20 20000 0x0a\n" +
                                        devices + "mc_enable 0x20\n");
     child = ::fork();
     if (child == 0) {
@@ -68,6 +68,24 @@ Outcome Simulator::ipmitool(const Arguments& arguments) const
     Arguments words = {"ipmitool", "-I",    "lan", "-H",   "127.0.0.1", "-p", std::to_string(port),
                        "-U",       "admin", "-P",  "test", "-N",        "1",  "-R",
                        "30"};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return run(words);
+}
+
+Outcome Simulator::ipmiSel(const Arguments& arguments) const
+{
+    Arguments words = {"ipmi-sel",
+                       "-D",
+                       "LAN",
+                       "-h",
+                       "127.0.0.1:" + std::to_string(port),
+                       "-u",
+                       "admin",
+                       "-p",
+                       "test",
+                       "-l",
+                       "ADMIN",
+                       "--ignore-sdr-cache"};
     words.insert(words.end(), arguments.begin(), arguments.end());
     return run(words);
 }

@@ -24,6 +24,8 @@ public:
 
     /// ipmitool asks again until the simulator has come up.
     Outcome ipmitool(const Arguments& arguments) const;
+    /// freeipmi's listing of the event log; for a simulator that has come up.
+    Outcome ipmiSel(const Arguments& arguments) const;
 
 private:
     int port;

@@ -7,6 +7,7 @@
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/words/EventCauses.h>
 #include <recordkit/inspect/words/EventTypes.h>
 #include <recordkit/inspect/words/SensorTypes.h>
 
@@ -80,22 +81,21 @@ std::string generatorText(const Event& event)
                                           second & 3, second >> 4);
 }
 
-/// The contents of event data 2 and 3, by bits 7..6 and 5..4 of event data 1 (IPMI v2.0, table
-/// 29-6).
-std::string dataText(const Event& event)
+/// "sensor-specific 03h: memory module 3"
+std::string dataText(DataForm form, unsigned char data, const std::string& words)
 {
-    constexpr const char* THRESHOLD[] = {"unspecified", "reading", "OEM code", "sensor-specific"};
-    constexpr const char* THRESHOLD_3[] = {"unspecified", "threshold", "OEM code",
-                                           "sensor-specific"};
-    constexpr const char* DISCRETE[] = {"unspecified", "previous state and severity", "OEM code",
-                                        "sensor-specific"};
-    constexpr const char* DISCRETE_3[] = {"unspecified", "reserved", "OEM code", "sensor-specific"};
-    const bool isThreshold = event.eventType == THRESHOLD_EVENT;
-    const unsigned int second = event.data[0] >> 6;
-    const unsigned int third = event.data[0] >> 4 & 3;
-    return fmt::format("{:02X}h {:02X}h {:02X}h (2: {}, 3: {})", event.data[0], event.data[1],
-                       event.data[2], (isThreshold ? THRESHOLD : DISCRETE)[second],
-                       (isThreshold ? THRESHOLD_3 : DISCRETE_3)[third]);
+    return fmt::format("{} {:02X}h{}{}", formName(form), data, words.empty() ? "" : ": ", words);
+}
+
+/// Event data 1 gives the offset and what the other two contain.
+void describeData(std::string& text, const Event& event)
+{
+    const EventCauses causes = eventCauses(event.eventType, event.sensorType, event.data);
+    line(text, "event data 1", fmt::format("{:02X}h", event.data[0]));
+    line(text, "event data 2",
+         dataText(formOfData2(event.eventType, event.data[0]), event.data[1], causes.data2));
+    line(text, "event data 3",
+         dataText(formOfData3(event.eventType, event.data[0]), event.data[2], causes.data3));
 }
 
 void describeSystemEvent(std::string& text, const Event& event)
@@ -113,7 +113,7 @@ void describeSystemEvent(std::string& text, const Event& event)
          fmt::format("{:02X}h {}", event.eventType, eventTypeName(event.eventType)));
     line(text, "event offset", std::to_string(event.offset));
     line(text, "direction", event.isDeassertion ? "deasserted" : "asserted");
-    line(text, "event data", dataText(event));
+    describeData(text, event);
 }
 
 /// A text of a record, which is Latin-1 and may contain control characters.

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <fmt/format.h>
 
+#include <recordkit/inspect/words/EventCauses.h>
 #include <recordkit/inspect/words/EventTypes.h>
 #include <recordkit/inspect/words/EventWords.h>
-#include <recordkit/inspect/words/FirmwareWords.h>
 #include <recordkit/sel/BMCSELEntryMessage.h>
 #include <recordkit/serial/BitField.h>
 
@@ -43,25 +43,6 @@ void decodeSystemEvent(const SELEntry& entry, Event& event)
     event.severity = severityOfEvent(event.eventType, event.sensorType, event.offset);
 }
 
-/// What event data 2 adds to the text of an event; nullptr if it adds nothing.
-const char* extensionWords(const Event& event)
-{
-    constexpr unsigned char FIRMWARE_SENSOR = 0x0F;
-    constexpr unsigned char SENSOR_SPECIFIC_DATA = 3;
-    const bool isExtended = get_bit(event.data[0], 6, 2) == SENSOR_SPECIFIC_DATA;
-    return isExtended && event.eventType == SENSOR_SPECIFIC_EVENT &&
-                   event.sensorType == FIRMWARE_SENSOR
-               ? firmwareWords(event.offset, event.data[1])
-               : nullptr;
-}
-
-/// What a byte of a threshold sensor's event data is: 1 means a reading or a threshold.
-bool hasTrigger(const Event& event, unsigned int bit)
-{
-    return event.kind == EventKind::SYSTEM_EVENT && event.eventType == THRESHOLD_EVENT &&
-           (event.data[0] >> bit & 3) == 1;
-}
-
 /// ", reading 480 < threshold 600 RPM"; empty for an event without a reading or a known sensor.
 std::string triggerText(const Event& event)
 {
@@ -96,12 +77,12 @@ std::string triggerText(const Event& event)
 std::string systemEventWords(const Event& event)
 {
     const char* const words = eventWords(event.eventType, event.sensorType, event.offset);
-    if (words == nullptr) {
-        return fmt::format("{} event {:02X}h, offset {}", eventTypeName(event.eventType),
-                           event.eventType, event.offset);
-    }
-    const char* const extension = extensionWords(event);
-    return extension == nullptr ? words : fmt::format("{}: {}", words, extension);
+    const std::string cause = eventCause(event);
+    return (words != nullptr
+                ? words
+                : fmt::format("{} event {:02X}h, offset {}", eventTypeName(event.eventType),
+                              event.eventType, event.offset)) +
+           (cause.empty() ? "" : ": ") + cause;
 }
 
 std::string systemEventText(const Event& event)
@@ -176,12 +157,26 @@ void nameSensors(std::vector<Event>& events, const SensorNames& names)
 
 std::optional<unsigned char> triggerReading(const Event& event)
 {
-    return hasTrigger(event, 6) ? std::optional(event.data[1]) : std::nullopt;
+    const bool isThere = event.kind == EventKind::SYSTEM_EVENT &&
+                         formOfData2(event.eventType, event.data[0]) == DataForm::READING;
+    return isThere ? std::optional(event.data[1]) : std::nullopt;
 }
 
 std::optional<unsigned char> triggerThreshold(const Event& event)
 {
-    return hasTrigger(event, 4) ? std::optional(event.data[2]) : std::nullopt;
+    const bool isThere = event.kind == EventKind::SYSTEM_EVENT &&
+                         formOfData3(event.eventType, event.data[0]) == DataForm::THRESHOLD;
+    return isThere ? std::optional(event.data[2]) : std::nullopt;
+}
+
+std::string eventCause(const Event& event)
+{
+    if (event.kind != EventKind::SYSTEM_EVENT) {
+        return "";
+    }
+    const EventCauses causes = eventCauses(event.eventType, event.sensorType, event.data);
+    const bool isBoth = !causes.data2.empty() && !causes.data3.empty();
+    return causes.data2 + (isBoth ? ", " : "") + causes.data3;
 }
 
 const char* stateName(EventState state)

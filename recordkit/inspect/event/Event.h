@@ -88,9 +88,13 @@ void nameSensors(std::vector<Event>& events, const SensorNames& names);
 std::optional<unsigned char> triggerReading(const Event& event);
 std::optional<unsigned char> triggerThreshold(const Event& event);
 
-/// The event as text: that of the site's rules, or that of the standard; for an offset without a
-/// text, and for OEM records, what they are. With its sensor, the reading and the threshold in the
-/// sensor's units.
+/// What event data 2 and 3 add to a system event in words, such as "memory module 3"; empty where
+/// they add nothing. `eventCauses` has the words for each byte.
+std::string eventCause(const Event& event);
+
+/// The event as text: that of the site's rules, or that of the standard with its cause; for an
+/// offset without a text, and for OEM records, what they are. With its sensor, the reading and the
+/// threshold in the sensor's units.
 std::string eventText(const Event& event);
 
 }

@@ -130,6 +130,8 @@ constexpr EventField FIELDS[] = {
      "Serial number of the unit involved"},
     {"event", [](const Event& e) { return Value(eventText(e)); },
      "The event as text"},
+    {"cause", [](const Event& e) { return textOrNone(eventCause(e)); },
+     "What event data 2 and 3 add to it; none where they add nothing"},
     {"sensor_name", [](const Event& e) { return textOrNone(e.sensor == nullptr ? "" : e.sensor->name); },
      "Name of the sensor", FilledBy::REPOSITORY},
     {"entity", [](const Event& e) { return textOrNone(e.sensor == nullptr ? "" : e.sensor->entity); },

@@ -6,7 +6,6 @@
 
 #include <recordkit/inspect/words/EventTypes.h>
 #include <recordkit/inspect/words/EventWords.h>
-#include <recordkit/inspect/words/FirmwareWords.h>
 #include <recordkit/inspect/words/SensorTypes.h>
 
 using namespace recordkit::inspect;
@@ -217,18 +216,4 @@ TEST(SensorTypes, AreFoundByNameAndNumber)
     for (const char* text : {"0c h", "", "256", "toaster"}) {
         EXPECT_FALSE(findSensorType(text)) << text;
     }
-}
-
-TEST(FirmwareWords, ErrorsAndProgressHaveTheirOwnCodes)
-{
-    EXPECT_STREQ(firmwareWords(0, 0x01), "No system memory is physically installed");
-    EXPECT_STREQ(firmwareWords(0, 0x0D), "CPU speed matching failure");
-    EXPECT_EQ(firmwareWords(0, 0x0E), nullptr);
-    for (const unsigned char offset : {1, 2}) {
-        EXPECT_STREQ(firmwareWords(offset, 0x00), "Unspecified");
-        EXPECT_STREQ(firmwareWords(offset, 0x01), "Memory initialization");
-        EXPECT_STREQ(firmwareWords(offset, 0x19), "Primary processor initialization");
-        EXPECT_EQ(firmwareWords(offset, 0x1A), nullptr);
-    }
-    EXPECT_EQ(firmwareWords(3, 0x01), nullptr);
 }

@@ -117,7 +117,7 @@ TEST_F(SelList, GivesStableFieldNames)
         "pre_init": false, "severity": "warning", "generator": "2000", "sensor_type": 4,
         "sensor_type_name": "Fan", "sensor": 16, "event_type": 1,
         "event_type_name": "threshold", "event_offset": 0,
-        "event": "Lower Non-critical - going low", "direction": "asserted",
+        "event": "Lower Non-critical - going low", "cause": null, "direction": "asserted",
         "event_data": "500102", "manufacturer": null, "oem_data": null, "partitions": [],
         "part_number": null, "serial_number": null, "next_id": 65535,
         "record": "0100020cb62967200004041001500102"})");
@@ -126,6 +126,16 @@ TEST_F(SelList, GivesStableFieldNames)
     EXPECT_EQ(actual["extended"], "0d");
     actual.erase("extended");
     EXPECT_EQ(actual, expected);
+}
+
+TEST_F(SelList, GivesTheCauseOfAnEvent)
+{
+    initialise();
+    ASSERT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, "21406ff0010c")).status, 0);
+    const std::vector<Json> events = listed({});
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(events[0]["event"], "Fault Status asserted: Drive Array, slot 12");
+    EXPECT_EQ(events[0]["cause"], "Drive Array, slot 12");
 }
 
 TEST_F(SelList, GivesTheFieldsThatAreAskedFor)

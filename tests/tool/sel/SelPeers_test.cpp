@@ -161,8 +161,9 @@ void compareSystemEvent(const Event& event, Answer answer)
         << answer["Sensor Type"] << " is not " << sensorTypeName(event.sensorType);
     const std::string& description = answer["Description"];
     if (!description.empty()) {
-        EXPECT_TRUE(isSameEvent(description, event.eventType, event.sensorType, eventText(event)))
-            << "{\"" << description << "\", \"" << eventText(event) << "\"},";
+        EXPECT_TRUE(
+            isSameEvent(description, event.eventType, event.sensorType, textWithoutCause(event)))
+            << "{\"" << description << "\", \"" << textWithoutCause(event) << "\"},";
     }
 }
 

@@ -22,8 +22,8 @@ TEST_F(SelShow, ExplainsEveryFieldAndByte)
          {"record id         001Ah\n", "time              2024-11-05 06:07:08\n",
           "severity          warning\n", "generator         slave address 20h, LUN 0, channel 0\n",
           "sensor type       04h Fan\n", "event             Lower Non-critical - going low\n",
-          "event data        50h 01h 02h (2: reading, 3: threshold)\n", "partitions        0,2\n",
-          "part number       PN-1\n", "     5  0c b6 29 67",
+          "event data 1      50h\nevent data 2      reading 01h\nevent data 3      threshold 02h\n",
+          "partitions        0,2\n", "part number       PN-1\n", "     5  0c b6 29 67",
           "    10  00                                               generator_id_2, lun\n",
           "    15  50                                               event_data_1\n",
           "    87  05 00                                            partition_bitmask\n",
@@ -33,6 +33,31 @@ TEST_F(SelShow, ExplainsEveryFieldAndByte)
     EXPECT_EQ(sel({"show", "26"}).out, shown.out);
     EXPECT_EQ(sel({"show", "--log", "1"}).out, shown.out);
     EXPECT_EQ(Json::parse(sel({"show", "26", "--json"}).out)[0]["id"], 26);
+}
+
+TEST_F(SelShow, SaysWhatEachByteOfEventDataMeans)
+{
+    initialise();
+    const auto shownData = [this](const std::string& data) {
+        sel({"clear", "--yes"});
+        EXPECT_EQ(sel({"add", "-"}, eventAt(1, TIME_2, "0c406f" + data)).status, 0);
+        const std::string out = sel({"show", "1"}).out;
+        const std::size_t start = out.find("event data 1");
+        return out.substr(start, out.find("partitions") - start);
+    };
+    EXPECT_EQ(shownData("31ff03"), "event data 1      31h\n"
+                                   "event data 2      unspecified FFh\n"
+                                   "event data 3      sensor-specific 03h: memory module 3\n");
+    EXPECT_EQ(shownData("a11234"), "event data 1      A1h\n"
+                                   "event data 2      OEM code 12h\n"
+                                   "event data 3      OEM code 34h\n");
+    EXPECT_EQ(shownData("51f634"), "event data 1      51h\n"
+                                   "event data 2      previous state and severity F6h: previous "
+                                   "state Presence detected\n"
+                                   "event data 3      reserved 34h\n");
+    EXPECT_EQ(shownData("c11234"), "event data 1      C1h\n"
+                                   "event data 2      sensor-specific 12h\n"
+                                   "event data 3      unspecified 34h\n");
 }
 
 TEST_F(SelShow, LetsNoControlCharacterOfARecordThrough)
