@@ -38,6 +38,7 @@ constexpr Alias FIRMWARE_EVENTS[] = {
 };
 
 constexpr Alias EVENTS[] = {
+    {"AC lost", "AC lost / Power input lost"},
     {"AC lost or out-of-range", "Power Supply input lost or out-of-range"},
     {"AC out-of-range, but present", "Power Supply input out-of-range, but present"},
     {"Absent", "Entity Absent"},
@@ -70,7 +71,9 @@ constexpr Alias EVENTS[] = {
     {"Log almost full", "SEL Almost Full"},
     {"Log full", "SEL Full"},
     {"Low", "Battery low (predictive failure)"},
+    {"Memory Scrub Failed", "Memory Scrub Failed (stuck bit)"},
     {"NMI/Diag Interrupt", "Front Panel NMI / Diagnostic Interrupt"},
+    {"Non-Redundant: Sufficient from Insufficient", "Non-redundant: Sufficient Resources from Insufficient Resources"},
     {"Non-Redundant: Sufficient from Redundant", "Non-redundant: Sufficient Resources from Redundant"},
     {"Not Installed", "FRU Not Installed"},
     {"OS Power Down", "OS Watchdog Power Down"},
