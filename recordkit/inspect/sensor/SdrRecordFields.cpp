@@ -116,7 +116,7 @@ public:
             if (needed > image.bytes.size()) {
                 problem(fmt::format("{} bytes, expected at least {} for type {:02X}h",
                                     image.bytes.size() - HEADER, needed - HEADER, record.type()));
-            } else if (layout->hasIdString) {
+            } else if (layout->idLimit != 0) {
                 addIdString(*layout);
             }
         }
@@ -190,13 +190,15 @@ private:
                                 nullptr});
     }
 
-    /// The bits of a byte that fields have.
-    unsigned int coveredBits(unsigned int offset) const
+    /// The bits of each byte that fields have.
+    std::vector<unsigned int> coveredBits() const
     {
-        unsigned int covered = 0;
-        const auto cover = [&covered, offset](const Place& place) {
-            for (unsigned int bit = 0; bit < BITS; ++bit) {
-                covered |= static_cast<unsigned int>(place.contains(offset, bit)) << bit;
+        std::vector<unsigned int> covered(image.bytes.size());
+        const auto cover = [&covered](const Place& place) {
+            for (unsigned int at = place.offset; at < place.end(); ++at) {
+                for (unsigned int bit = place.low; bit <= place.high; ++bit) {
+                    covered[at] |= 1U << bit;
+                }
             }
         };
         for (const DecodedField& field : found.fields) {
@@ -211,10 +213,7 @@ private:
     {
         constexpr unsigned int ALL = 0xFF;
         const auto size = static_cast<unsigned int>(image.bytes.size());
-        std::vector<unsigned int> covered;
-        for (unsigned int at = 0; at < size; ++at) {
-            covered.push_back(coveredBits(at));
-        }
+        const std::vector<unsigned int> covered = coveredBits();
         const bool isShort = needed > size;
         for (unsigned int at = 0; at < size;) {
             if (covered[at] != 0) {

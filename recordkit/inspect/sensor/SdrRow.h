@@ -104,8 +104,7 @@ struct SdrLayout {
 
     unsigned char type;
     std::size_t size;    ///< of the fixed part, with the type/length byte of an id string
-    bool hasIdString;    ///< after the fixed part
-    std::size_t idLimit; ///< bytes of it that count
+    std::size_t idLimit; ///< bytes that count of the id string after it; 0 for a type without one
     SdrRows tables[MAX_TABLES];
 };
 
