@@ -174,9 +174,10 @@ Command sdrShowCommand()
             "Show everything that records of a repository say",
             "recordkit sdr show repository.sdr 0x12; recordkit sdr show repository.sdr number:30h; "
             "recordkit sdr show repository.sdr fan",
-            repositoryOptions({argument("WHAT", "Record id; number:N for the sensor of that "
-                                                "number; or a name in any case, or a part of "
-                                                "names; name:TEXT for one that is a number")}),
+            repositoryOptions(
+                {argument("WHAT", "Record id; number:N for the sensor with that number; a "
+                                  "name, or a part of names, in any case; name:TEXT for a "
+                                  "name that looks like a number")}),
             Answer::TABLE,
             run,
             "Every field of every record type, with its bytes, its value and what the value means; "

@@ -576,6 +576,9 @@ TEST(SdrRecordFields, DiscreteSensorHasStatesInsteadOfThresholds)
     const Bytes discrete = changed(FULL, 13, 0x03);
     EXPECT_EQ(lineOf(discrete, "readable_thresholds"), "");
     EXPECT_EQ(lineOf(discrete, "lower_comparisons"), "");
+    // Its readings are states, whatever the factors are.
+    EXPECT_EQ(lineOf(discrete, "nominal"), "nominal 31 = 2");
+    EXPECT_EQ(lineOf(discrete, "resolution"), "");
     EXPECT_EQ(lineOf(discrete, "lower_non_critical"), "lower_non_critical 41 = 0");
     EXPECT_EQ(lineOf(discrete, "upper_critical"), "upper_critical 37 = 5");
     EXPECT_EQ(lineOf(discrete, "readable_states"),
