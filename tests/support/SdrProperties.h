@@ -8,10 +8,10 @@
 
 namespace testing_support {
 
-/// What every repository has to do with its records, sound or not: their places are inside the
-/// file, one after another; each is described without hiding a byte; sensors that can be read have
-/// names that are found; what is odd belongs to a record. Returns what does not hold; empty if all
-/// does. Also throws what only a bug throws.
+/// What is true of every repository, sound or not: its records are inside the file, one after
+/// another; each is described without hiding a byte; sensors that can be read are found by their
+/// numbers; what is odd belongs to a record. Returns the first rule that is broken; empty if none
+/// is.
 std::string brokenSdrProperty(const std::string& content, recordkit::inspect::SdrFormat format);
 
 }
