@@ -38,6 +38,7 @@ constexpr Alias FIRMWARE_EVENTS[] = {
 };
 
 constexpr Alias EVENTS[] = {
+    {"AC lost", "AC lost / Power input lost"},
     {"AC lost or out-of-range", "Power Supply input lost or out-of-range"},
     {"AC lost", "AC lost / Power input lost"},
     {"AC out-of-range, but present", "Power Supply input out-of-range, but present"},

@@ -18,17 +18,60 @@ Object placeObject(const Place& place)
     return {{"offset", place.offset}, {"width", place.width}, {"bits", place.bitsText()}};
 }
 
-constexpr Column<DecodedField> COLUMNS[] = {
-    {"name", "FIELD", 24, [](const DecodedField& f) { return Value(f.name); }},
-    // A plus for other bytes that decide the value too.
-    {nullptr, "BYTES", 12, nullptr,
-     [](const DecodedField& f) { return Cell{f.place.text() + (f.also.empty() ? "" : " +")}; }},
-    {"value", "VALUE", 20, [](const DecodedField& f) { return Value(f.value); }},
-    {"meaning", "MEANING", 0, [](const DecodedField& f) { return Value(f.meaning); }},
-    {"offset", nullptr, 0, [](const DecodedField& f) { return Value(f.place.offset); }},
-    {"width", nullptr, 0, [](const DecodedField& f) { return Value(f.place.width); }},
-    {"bits", nullptr, 0, [](const DecodedField& f) { return Value(f.place.bitsText()); }},
-    {"also", nullptr, 0, [](const DecodedField& f) { return Value(listOf(f.also, placeObject)); }},
+/// A field in a listing of several records.
+struct FieldOfRecord {
+    unsigned int record;
+    const DecodedField* field;
+};
+
+const DecodedField& fieldOf(const DecodedField& field)
+{
+    return field;
+}
+const DecodedField& fieldOf(const FieldOfRecord& row)
+{
+    return *row.field;
+}
+
+// The columns of a field, whatever it is a row of.
+template <typename Row> constexpr Column<Row> NAME = {
+    "name", "FIELD", 24, [](const Row& row) { return Value(fieldOf(row).name); }};
+// A plus for other bytes that decide the value too.
+template <typename Row, std::size_t WIDTH> constexpr Column<Row> BYTES = {
+    nullptr, "BYTES", WIDTH, nullptr, [](const Row& row) {
+        const DecodedField& field = fieldOf(row);
+        return Cell{field.place.text() + (field.also.empty() ? "" : " +")};
+    }};
+template <typename Row> constexpr Column<Row> VALUE = {
+    "value", "VALUE", 20, [](const Row& row) { return Value(fieldOf(row).value); }};
+template <typename Row> constexpr Column<Row> MEANING = {
+    "meaning", "MEANING", 0, [](const Row& row) { return Value(fieldOf(row).meaning); }};
+template <typename Row> constexpr Column<Row> OFFSET = {
+    "offset", nullptr, 0, [](const Row& row) { return Value(fieldOf(row).place.offset); }};
+template <typename Row> constexpr Column<Row> WIDTH = {
+    "width", nullptr, 0, [](const Row& row) { return Value(fieldOf(row).place.width); }};
+template <typename Row> constexpr Column<Row> BITS = {
+    "bits", nullptr, 0, [](const Row& row) { return Value(fieldOf(row).place.bitsText()); }};
+template <typename Row>
+constexpr Column<Row> ALSO = {"also", nullptr, 0, [](const Row& row) {
+                                  return Value(listOf(fieldOf(row).also, placeObject));
+                              }};
+
+using D = DecodedField;
+constexpr Column<D> COLUMNS[] = {NAME<D>,   BYTES<D, 12>, VALUE<D>, MEANING<D>,
+                                 OFFSET<D>, WIDTH<D>,     BITS<D>,  ALSO<D>};
+
+using R = FieldOfRecord;
+constexpr Column<R> RECORD_COLUMNS[] = {
+    NAME<R>,
+    BYTES<R, 13>,
+    VALUE<R>,
+    MEANING<R>,
+    OFFSET<R>,
+    WIDTH<R>,
+    BITS<R>,
+    ALSO<R>,
+    {"record", nullptr, 0, [](const R& row) { return Value(row.record); }},
 };
 
 }
@@ -55,6 +98,27 @@ const RecordClass* findRecordClass(const std::string& name)
 void printFields(const RecordClass& recordClass, inspect::ByteView image, const Layout& layout)
 {
     printListing(inspect::decodeRecord(recordClass, image), COLUMNS, layout);
+}
+
+void printRecords(const std::vector<RecordListing>& records, const Layout& layout)
+{
+    std::vector<FieldOfRecord> rows;
+    for (const RecordListing& record : records) {
+        if (layout.format == Format::TABLE && records.size() > 1) {
+            print((&record == &records.front() ? "== " : "\n== ") + terminalText(record.title) +
+                  "\n");
+        }
+        for (const DecodedField& field : record.fields) {
+            rows.push_back({record.id, &field});
+        }
+        if (layout.format == Format::TABLE) {
+            printListing(rows, RECORD_COLUMNS, layout);
+            rows.clear();
+        }
+    }
+    if (layout.format != Format::TABLE) {
+        printListing(rows, RECORD_COLUMNS, layout);
+    }
 }
 
 }

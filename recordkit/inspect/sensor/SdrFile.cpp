@@ -112,21 +112,21 @@ std::string sdrTypeName(unsigned char type)
         return "compact";
     case SDR_EVENT_ONLY:
         return "event-only";
-    case 0x08:
+    case SDR_ASSOCIATION:
         return "association";
-    case 0x09:
+    case SDR_RELATIVE_ASSOCIATION:
         return "rel. assoc.";
-    case 0x10:
+    case SDR_DEVICE_LOCATOR:
         return "device";
     case SDR_FRU_LOCATOR:
         return "FRU locator";
     case SDR_CONTROLLER_LOCATOR:
         return "MC locator";
-    case 0x13:
+    case SDR_CONTROLLER_CONFIRMATION:
         return "MC confirm.";
-    case 0x14:
+    case SDR_CHANNEL_INFO:
         return "BMC channel";
-    case 0xC0:
+    case SDR_OEM:
         return "OEM";
     default:
         return fmt::format("type {:02X}h", type);

@@ -21,8 +21,14 @@ enum SdrType : unsigned char {
     SDR_FULL = 0x01,
     SDR_COMPACT = 0x02,
     SDR_EVENT_ONLY = 0x03,
+    SDR_ASSOCIATION = 0x08,
+    SDR_RELATIVE_ASSOCIATION = 0x09,
+    SDR_DEVICE_LOCATOR = 0x10,
     SDR_FRU_LOCATOR = 0x11,
     SDR_CONTROLLER_LOCATOR = 0x12,
+    SDR_CONTROLLER_CONFIRMATION = 0x13,
+    SDR_CHANNEL_INFO = 0x14,
+    SDR_OEM = 0xC0,
 };
 
 /// A record with its header, and where it begins in the file.

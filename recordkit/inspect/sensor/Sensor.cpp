@@ -47,7 +47,6 @@ void readReadings(ByteView record, Sensor& sensor)
     if (record.size() <= MIN || sensor.eventType != THRESHOLD_EVENT) {
         return;
     }
-    sensor.conversion = Conversion::of(record);
     const auto specified = [&record](unsigned int bit, unsigned int offset) {
         return (record[FLAGS] >> bit & 1) != 0 ? std::optional(record[offset]) : std::nullopt;
     };
@@ -141,17 +140,27 @@ std::string lettersOf(unsigned int number)
 
 }
 
-std::size_t nameOffset(unsigned char type)
+std::size_t nameOffset(unsigned char recordType)
 {
-    switch (type) {
+    switch (recordType) {
     case SDR_EVENT_ONLY:
         return 16;
+    case SDR_DEVICE_LOCATOR:
     case SDR_FRU_LOCATOR:
     case SDR_CONTROLLER_LOCATOR:
         return 15;
     default:
         return 0;
     }
+}
+
+std::optional<Conversion> sensorConversion(const SdrRecord& record)
+{
+    const ByteView bytes = record.bytes;
+    const bool hasReadings = record.type() == SDR_FULL &&
+                             bytes.size() > RecordSensorCommon::EVENT_TYPE &&
+                             bytes[RecordSensorCommon::EVENT_TYPE] == THRESHOLD_EVENT;
+    return hasReadings ? Conversion::of(bytes) : std::nullopt;
 }
 
 Sensor readSensor(const SdrRecord& record)
@@ -163,6 +172,7 @@ Sensor readSensor(const SdrRecord& record)
     readOwner(record.bytes, sensor);
     if (record.type() == SDR_FULL) {
         readAs<FullSensorRecord>(record, sensor);
+        sensor.conversion = sensorConversion(record);
         readReadings(record.bytes, sensor);
         readThresholds(record.bytes, sensor);
     } else if (record.type() == SDR_COMPACT) {
@@ -182,6 +192,16 @@ Sensor readSensor(const SdrRecord& record)
     return sensor;
 }
 
+std::string nameOfSharing(const Sensor& sensor, unsigned int which)
+{
+    const SharedRecord& shared = sensor.shared;
+    if (shared.count <= 1) {
+        return sensor.name;
+    }
+    const unsigned int ending = shared.first + which;
+    return sensor.name + (shared.isAlphabetic ? lettersOf(ending) : std::to_string(ending));
+}
+
 void addNames(const std::vector<Sensor>& sensors, SensorNames& names)
 {
     for (const Sensor& sensor : sensors) {
@@ -190,14 +210,10 @@ void addNames(const std::vector<Sensor>& sensors, SensorNames& names)
         }
         const SharedRecord& shared = sensor.shared;
         for (unsigned int i = 0; i < shared.count; ++i) {
-            const unsigned int ending = shared.first + i;
             const unsigned int instance = sensor.entityInstance + (shared.hasEntityEach ? i : 0);
-            NamedSensor named = {sensor.name,
-                                 fmt::format("{}.{}", sensor.entityId, instance & 0xFF),
-                                 entityName(sensor.entityId), sensor.units, sensor.conversion};
-            if (shared.count > 1) {
-                named.name += shared.isAlphabetic ? lettersOf(ending) : std::to_string(ending);
-            }
+            const NamedSensor named = {
+                nameOfSharing(sensor, i), fmt::format("{}.{}", sensor.entityId, instance & 0xFF),
+                entityName(sensor.entityId), sensor.units, sensor.conversion};
             names.add(sensor.ownerId, sensor.ownerLun,
                       static_cast<unsigned char>(sensor.number + i), named);
         }
@@ -206,10 +222,10 @@ void addNames(const std::vector<Sensor>& sensors, SensorNames& names)
 
 std::vector<unsigned int> eventOffsets(const Sensor& sensor)
 {
-    // Bits 14..12 of a threshold sensor's mask are its readable lower thresholds.
+    // Bits 14..12 of a threshold sensor's masks are the thresholds that its readings compare with.
     constexpr unsigned int CROSSINGS = 0x0FFF;
     constexpr unsigned int STATES = 0x7FFF;
-    return bitsOf(sensor.assertionMask &
+    return bitsOf((sensor.assertionMask | sensor.deassertionMask) &
                   (sensor.eventType == THRESHOLD_EVENT ? CROSSINGS : STATES));
 }
 

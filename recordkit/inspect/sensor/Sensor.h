@@ -70,14 +70,20 @@ struct Sensor {
 /// Reads a record. Throws DataError for a full or compact one that the library refuses.
 Sensor readSensor(const SdrRecord& record);
 
+/// How readings of a record become units; none but for a full record of a threshold sensor.
+std::optional<Conversion> sensorConversion(const SdrRecord& record);
+
 /// Offset of the name's type/length byte in a record that is not a sensor's; 0 for those without.
 std::size_t nameOffset(unsigned char recordType);
+
+/// The name of a sensor of a record, of which several may share it: the first one is 0.
+std::string nameOfSharing(const Sensor& sensor, unsigned int which);
 
 /// Adds the sensors of a repository, each of those that share a record.
 void addNames(const std::vector<Sensor>& sensors, SensorNames& names);
 
-/// The offsets that a discrete sensor can report: those of its assertion mask. Threshold sensors
-/// have the twelve crossings of IPMI v2.0, table 42-2.
+/// The offsets that a sensor can report: those of its masks. Threshold sensors have the twelve
+/// crossings of IPMI v2.0, table 42-2. None for an event-only record, which has no masks.
 std::vector<unsigned int> eventOffsets(const Sensor& sensor);
 
 }

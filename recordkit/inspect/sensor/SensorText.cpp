@@ -17,23 +17,28 @@ std::string sensorName(const RecordSensorCommon& record)
     return idStringText(*record.getIDStringStructConst(), {bytes, length});
 }
 
-std::string sensorUnits(const RecordSensorCommon& record)
+std::string sensorUnits(unsigned char units1, unsigned char base, unsigned char modifier)
 {
-    const unsigned char units = record.getSensorUnits1();
-    const bool isPercentage = get_bit(units, 0, 1) != 0;
-    if (record.getSensorUnits2() == 0) {
+    const bool isPercentage = get_bit(units1, 0, 1) != 0;
+    if (base == 0) {
         return isPercentage ? "%" : "";
     }
-    std::string text = (isPercentage ? "% " : "") + sensorUnitName(record.getSensorUnits2());
+    std::string text = (isPercentage ? "% " : "") + sensorUnitName(base);
     constexpr unsigned char DIVIDED = 1;
     constexpr unsigned char MULTIPLIED = 2;
-    const unsigned char modifier = get_bit(units, 1, 2);
-    if (modifier == DIVIDED || modifier == MULTIPLIED) {
-        text += (modifier == DIVIDED ? "/" : "*") + sensorUnitName(record.getSensorUnits3());
+    const unsigned char use = get_bit(units1, 1, 2);
+    if (use == DIVIDED || use == MULTIPLIED) {
+        text += (use == DIVIDED ? "/" : "*") + sensorUnitName(modifier);
     }
     constexpr const char* RATES[] = {"",         " per us",   " per ms",  " per s",
                                      " per min", " per hour", " per day", ""};
-    return text + RATES[get_bit(units, 3, 3)];
+    return text + RATES[get_bit(units1, 3, 3)];
+}
+
+std::string sensorUnits(const RecordSensorCommon& record)
+{
+    return sensorUnits(record.getSensorUnits1(), record.getSensorUnits2(),
+                       record.getSensorUnits3());
 }
 
 }
