@@ -150,10 +150,10 @@ constexpr Column<Event> NEWEST[] = {
     EVENT<Event>,
 };
 
-/// The summary, and the states still asserted that --since leaves out.
+/// The summary, and how many states still asserted --since and --until leave out.
 struct Answered {
     EventSummary summary;
-    std::size_t olderStates = 0;
+    std::size_t statesAtOtherTimes = 0;
 };
 
 Answered answer(const std::vector<Event>& events, const std::vector<Event>& ofAnyTime)
@@ -161,7 +161,7 @@ Answered answer(const std::vector<Event>& events, const std::vector<Event>& ofAn
     Answered answered = {summarise(events, chosenZone())};
     for (const AssertedState& state : summarise(ofAnyTime).asserted) {
         const auto& shown = answered.summary.asserted;
-        answered.olderStates +=
+        answered.statesAtOtherTimes +=
             std::none_of(shown.begin(), shown.end(), [&state](const AssertedState& each) {
                 return stateKey(*each.since) == stateKey(*state.since);
             });
@@ -197,7 +197,7 @@ Object jsonOf(const Answered& answered)
         {"sensors", objectsOf(summary.sensors, SENSORS)},
         {"hours", objectsOf(hours, HOURS)},
         {"still_asserted", objectsOf(summary.asserted, STATES)},
-        {"older_still_asserted", answered.olderStates},
+        {"still_asserted_at_other_times", answered.statesAtOtherTimes},
         {"longest", stateOrNull(summary.longest)},
         {"most_frequent", stateOrNull(summary.mostFrequent)},
         {"newest", summary.newest == nullptr ? Value() : objectOf(*summary.newest, NEWEST)},
@@ -311,12 +311,13 @@ void printText(const Answered& answered, bool isWhole)
     if (states == 0 && summary.events != 0) {
         print("\nNothing is still asserted.\n");
     }
-    if (answered.olderStates != 0) {
-        print(fmt::format(
-            "\n{} more {} asserted at another time, and still {}; without --since "
-            "and --until the summary has {}.\n",
-            counted(answered.olderStates, "state"), answered.olderStates == 1 ? "was" : "were",
-            answered.olderStates == 1 ? "is" : "are", answered.olderStates == 1 ? "it" : "them"));
+    if (answered.statesAtOtherTimes != 0) {
+        print(fmt::format("\n{} more {} asserted at another time, and still {}; without --since "
+                          "and --until the summary has {}.\n",
+                          counted(answered.statesAtOtherTimes, "state"),
+                          answered.statesAtOtherTimes == 1 ? "was" : "were",
+                          answered.statesAtOtherTimes == 1 ? "is" : "are",
+                          answered.statesAtOtherTimes == 1 ? "it" : "them"));
     }
     std::vector<SeverityCount> severities;
     std::copy_if(summary.severities.begin(), summary.severities.end(),
@@ -369,7 +370,6 @@ void run(const Arguments& arguments)
         printText(answered, arguments.has("--all"));
     }
     filter.reportUndated();
-    source.report();
     const auto least = arguments.find("--fail-on");
     const bool isFailing = least && complainOf(answered.summary, static_cast<Severity>(*least));
     source.finish();

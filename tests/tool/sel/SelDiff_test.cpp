@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "support/Bytes.h"
 #include "support/Terminal.h"
 #include "tool/sel/SelTest.h"
 
@@ -83,6 +84,56 @@ TEST_F(SelDiff, ComparesBoardsFilesAndRoots)
     EXPECT_EQ(different({root.path(), copy.path(), "--board", "2"}), Differences());
     // The root of the command line is the one of boards, also after another one was read.
     EXPECT_EQ(different({copy.path(), "1"}), Differences());
+}
+
+TEST_F(SelDiff, ComparesRootsBoardByBoard)
+{
+    const ScratchRoot other;
+    initialise();
+    ASSERT_EQ(run(ourCommand({"--root", other.path(), "sel", "init"})).status, 0);
+    ASSERT_EQ(sel({"add", monday(), "--board", "1"}).status, 0);
+    ASSERT_EQ(
+        run(ourCommand({"--root", other.path(), "sel", "add", monday(), "--board", "2"})).status,
+        0);
+    EXPECT_EQ(different({root.path(), other.path()}).size(), 4U);
+    EXPECT_EQ(different({"1", other.path()}), Differences()) << "one side has no boards";
+}
+
+TEST_F(SelDiff, KnowsWhatIsStillAsserted)
+{
+    writeFile(monday(), eventAt(1, TIME_1, "04100152080a") + eventAt(2, TIME_1, "04108152080a") +
+                            eventAt(3, TIME_1, "04110152080a"));
+    EXPECT_EQ(different({monday(), tuesday(), "--still-asserted", "--severity", "critical"}),
+              Differences{"3 of monday"});
+}
+
+TEST_F(SelDiff, NamesEvents)
+{
+    writeFile(root.at("/rules"), textBytes("sensor-type=4 \"ours\"\nsensor-type=4\n"));
+    const Outcome outcome =
+        sel({"diff", monday(), monday(), "--rules", root.at("/rules"), "--event", "ours"});
+    EXPECT_EQ(outcome.status, 1) << "a rule is damaged";
+    EXPECT_NE(outcome.err.find("line 2: "), std::string::npos);
+    const std::string sdr = RECORDKIT_EXAMPLE_DATA "/sdr/repository.sdr";
+    EXPECT_NE(sel({"diff", monday(), tuesday(), "--sdr", sdr, "--sensor", "FAN1"}).out.find("FAN1"),
+              std::string::npos);
+    // The repository of the root is for its boards, not for files.
+    initialise();
+    ASSERT_EQ(sel({"add", monday(), "--board", "1"}).status, 0);
+    std::filesystem::create_directories(root.at("/etc/default/config"));
+    std::filesystem::copy_file(sdr, root.at("/etc/default/config/sdr.bin"));
+    EXPECT_EQ(sel({"diff", "1", "2", "--sensor", "FAN1"}).status, 1);
+    EXPECT_EQ(sel({"diff", "1", tuesday(), "--sensor", "FAN1"}).status, 2);
+}
+
+TEST_F(SelDiff, NamesAnotherRootAsItWasGiven)
+{
+    const std::string other = root.at("/a b");
+    ASSERT_EQ(run(ourCommand({"--root", other, "sel", "init"})).status, 0);
+    std::filesystem::resize_file(other + "/tmp/sb1_bmc_sel0", 200);
+    const Outcome outcome = sel({"diff", other, monday()});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err.find("recordkit: " + other + "/tmp/sb1_bmc_sel0: "), 0U) << outcome.err;
 }
 
 TEST_F(SelDiff, ReportsWhatItCannotRead)

@@ -428,3 +428,29 @@ TEST_F(SelList, FollowsABoardAcrossARotation)
     ASSERT_EQ(sel({"add", "-", "--board", "1"}, eventAt(7, TIME_2, THERMAL_TRIP)).status, 0);
     EXPECT_EQ(listing.nextId(), 7);
 }
+
+TEST_F(SelList, FollowingReportsDamageOnce)
+{
+    initialise();
+    fill(1);
+    writeFile(root.at("/var/tav/fmem/ipmi/sb1_bmc_sel3"), Bytes(100, 0));
+    const std::string errors = root.at("/errors");
+    Arguments words = {"sh", "-c", "exec \"$@\" 2>" + errors, "sh"};
+    const Arguments list =
+        ourCommand({"--root", root.path(), "sel", "list", "--board", "1", "--follow", "--ndjson"});
+    words.insert(words.end(), list.begin(), list.end());
+    Following listing(words);
+    EXPECT_EQ(listing.nextId(), 1);
+    for (int id = 2; id < 5; ++id) {
+        ASSERT_EQ(sel({"add", "-", "--board", "1"},
+                      eventAt(static_cast<unsigned int>(id), TIME_2, THERMAL_TRIP))
+                      .status,
+                  0);
+        EXPECT_EQ(listing.nextId(), id);
+    }
+    const Bytes text = readFile(errors);
+    const std::string reported(text.begin(), text.end());
+    const std::string name = "sb1_bmc_sel3: ";
+    EXPECT_NE(reported.find(name), std::string::npos) << reported;
+    EXPECT_EQ(reported.find(name), reported.rfind(name)) << reported;
+}

@@ -113,7 +113,7 @@ TEST_F(SelSummary, HasEverythingInJson)
                                                {"newest", "2024-11-05T06:07:08Z"},
                                                {"assertions", 2},
                                                {"event", "Lower Critical - going low"}}));
-    EXPECT_EQ(json["older_still_asserted"], 0);
+    EXPECT_EQ(json["still_asserted_at_other_times"], 0);
     EXPECT_EQ(json["longest"]["sensor"], 0x30);
     EXPECT_EQ(json["most_frequent"]["sensor"], 0x10);
     EXPECT_EQ(json["newest"]["event"], "OEM record E0h without a time");
@@ -181,11 +181,12 @@ TEST_F(SelSummary, SaysWhatIsStillAssertedFromAnotherTime)
         << outcome.out;
     EXPECT_NE(outcome.out.find("STILL ASSERTED: 2 states"), std::string::npos);
     EXPECT_NE(outcome.err.find("1 event without a date is not shown"), std::string::npos);
-    EXPECT_EQ(json({log(), "--since", "2024-11-05"})["older_still_asserted"], 1);
-    EXPECT_EQ(json({log(), "--since", "2024-11-05T06:07"})["older_still_asserted"], 2)
+    EXPECT_EQ(json({log(), "--since", "2024-11-05"})["still_asserted_at_other_times"], 1);
+    EXPECT_EQ(json({log(), "--since", "2024-11-05T06:07"})["still_asserted_at_other_times"], 2)
         << "fan 10h has been asserted in this time, too";
-    EXPECT_EQ(
-        json({log(), "--since", "2024-11-05", "--severity", "critical"})["older_still_asserted"], 0)
+    EXPECT_EQ(json({log(), "--since", "2024-11-05", "--severity",
+                    "critical"})["still_asserted_at_other_times"],
+              0)
         << "other filters apply";
 }
 
@@ -194,6 +195,7 @@ TEST_F(SelSummary, FiltersDoNotChangeWhatEndsAState)
     EXPECT_EQ(json({log(), "--asserted"})["still_asserted"].size(), 3U);
     EXPECT_EQ(json({log(), "--until", "2024-11-05T06:06:04Z"})["still_asserted"].size(), 2U)
         << "fan 10h had recovered, and its later failure is not in this time";
+    EXPECT_EQ(json({log(), "--until", "2024-11-05T06:06:04Z"})["still_asserted_at_other_times"], 1);
 }
 
 TEST_F(SelSummary, KeepsLogsApart)
