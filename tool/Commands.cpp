@@ -6,7 +6,8 @@ namespace recordkit::tool {
 std::vector<Group> groups()
 {
     return {
-        {"sel", "Event logs of the system boards", "recordkit --root board sel list --board all"},
+        {"sel", "Event logs of the system boards",
+         "recordkit --root board sel summary; recordkit sel summary events.raw"},
         {"fru", "Show, check and edit FRU images in files and kernel nodes",
          "recordkit fru show board.bin"},
         {"sdr", "List and show sensor data records", "recordkit sdr list repository.sdr"},

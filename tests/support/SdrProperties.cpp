@@ -75,7 +75,7 @@ std::string brokenSdrProperty(const std::string& content, SdrFormat format)
     SensorNames names;
     addNames(sensors, names);
     for (const Sensor& sensor : sensors) {
-        const bool isNamed = sensor.isSensor || sensor.recordType == SDR_EVENT_ONLY;
+        const bool isNamed = sensor.describesSensor();
         for (unsigned int i = 0; isNamed && i < sensor.shared.count; ++i) {
             const unsigned char generator[] = {sensor.ownerId, sensor.ownerLun};
             if (names.find(generator, static_cast<unsigned char>(sensor.number + i)) == nullptr) {

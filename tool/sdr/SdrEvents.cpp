@@ -104,7 +104,7 @@ void run(const Arguments& arguments)
     const Repository repository = readRepository(arguments);
     Listing<SensorEvent> listing(COLUMNS, arguments.layout());
     for (const Sensor& sensor : repository.sensors) {
-        if (!sensor.isSensor && sensor.recordType != SDR_EVENT_ONLY) {
+        if (!sensor.describesSensor()) {
             continue;
         }
         for (unsigned int i = 0; i < sensor.shared.count; ++i) {

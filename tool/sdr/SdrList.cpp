@@ -13,10 +13,21 @@ namespace recordkit::tool {
 
 namespace {
 
-/// Null, and "-", for a record that is not a sensor.
+// Null, and "-", for a record that does not have them: of every record that describes a sensor, and
+// of those with readings.
+template <typename Content> Value ofAnySensor(const Sensor& sensor, const Content& content)
+{
+    return valueIf(sensor.describesSensor(), content);
+}
+
 template <typename Content> Value ofSensor(const Sensor& sensor, const Content& content)
 {
     return valueIf(sensor.isSensor, content);
+}
+
+Cell anyCellOf(const Sensor& sensor, const std::string& text)
+{
+    return {sensor.describesSensor() ? text : "-"};
 }
 
 Cell cellOf(const Sensor& sensor, const std::string& text)
@@ -88,20 +99,20 @@ constexpr Column<Sensor> COLUMNS[] = {
     {"record_type", nullptr, 0, [](const Sensor& s) { return Value(s.recordType); }},
     {"record_type_name", "RECORD", 12,
      [](const Sensor& s) { return Value(sdrTypeName(s.recordType)); }},
-    {"number", "NUMBER", 6, [](const Sensor& s) { return ofSensor(s, s.number); },
-     [](const Sensor& s) { return cellOf(s, fmt::format("{:02X}h", s.number)); }},
+    {"number", "NUMBER", 6, [](const Sensor& s) { return ofAnySensor(s, s.number); },
+     [](const Sensor& s) { return anyCellOf(s, fmt::format("{:02X}h", s.number)); }},
     {"name", "NAME", 16, [](const Sensor& s) { return Value(s.name); }},
-    {"sensor_type", nullptr, 0, [](const Sensor& s) { return ofSensor(s, s.sensorType); }},
+    {"sensor_type", nullptr, 0, [](const Sensor& s) { return ofAnySensor(s, s.sensorType); }},
     {"sensor_type_name", "SENSOR TYPE", 24,
-     [](const Sensor& s) { return ofSensor(s, sensorTypeName(s.sensorType)); }},
-    {"entity", "ENTITY", 7, [](const Sensor& s) { return ofSensor(s, entityOf(s)); }},
+     [](const Sensor& s) { return ofAnySensor(s, sensorTypeName(s.sensorType)); }},
+    {"entity", "ENTITY", 7, [](const Sensor& s) { return ofAnySensor(s, entityOf(s)); }},
     {"entity_name", nullptr, 0,
-     [](const Sensor& s) { return ofSensor(s, entityName(s.entityId)); }},
-    {"event_type", nullptr, 0, [](const Sensor& s) { return ofSensor(s, s.eventType); }},
+     [](const Sensor& s) { return ofAnySensor(s, entityName(s.entityId)); }},
+    {"event_type", nullptr, 0, [](const Sensor& s) { return ofAnySensor(s, s.eventType); }},
     {"event_type_name", "EVENT TYPE", 20,
-     [](const Sensor& s) { return ofSensor(s, eventTypeName(s.eventType)); },
+     [](const Sensor& s) { return ofAnySensor(s, eventTypeName(s.eventType)); },
      [](const Sensor& s) {
-         return cellOf(s, fmt::format("{:02X}h {}", s.eventType, eventTypeName(s.eventType)));
+         return anyCellOf(s, fmt::format("{:02X}h {}", s.eventType, eventTypeName(s.eventType)));
      }},
     {"units", "UNITS", 10, [](const Sensor& s) { return ofSensor(s, s.units); },
      [](const Sensor& s) { return cellOf(s, s.units); }},

@@ -63,8 +63,7 @@ std::vector<Candidate> findId(const Repository& repository, unsigned long id)
 std::vector<Candidate> findNumber(const Repository& repository, unsigned long number)
 {
     const auto sensors = chosen(candidatesOf(repository), [](const Candidate& c) {
-        return c.sensor != nullptr &&
-               (c.sensor->isSensor || c.sensor->recordType == SDR_EVENT_ONLY);
+        return c.sensor != nullptr && c.sensor->describesSensor();
     });
     const std::vector<Candidate> found = chosen(sensors, [number](const Candidate& c) {
         constexpr unsigned int LAST = 0xFF;

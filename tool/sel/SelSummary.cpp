@@ -395,11 +395,12 @@ std::vector<Option> options()
 Command selSummaryCommand()
 {
     return {"sel summary",
-            "Summarise events: what is still asserted, and how many of each severity and sensor",
+            "Show what failed and what is still asserted, and count events",
             "recordkit sel summary --since yesterday --fail-on critical",
             options(),
             Answer::OBJECT,
             run,
+            "Events are counted by severity, log, sensor and hour. "
             "A state is asserted until its sensor deasserts it or asserts a state that excludes "
             "it, or until the log is cleared. The filters choose what is counted and shown, not "
             "what ends a state."};

@@ -30,7 +30,7 @@ public:
         checkId();
         checkType();
         checkName();
-        if (sensor.isSensor || sensor.recordType == SDR_EVENT_ONLY) {
+        if (sensor.describesSensor()) {
             checkNumbers();
             checkEntity();
             checkTypes();

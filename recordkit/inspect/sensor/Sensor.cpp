@@ -205,7 +205,7 @@ std::string nameOfSharing(const Sensor& sensor, unsigned int which)
 void addNames(const std::vector<Sensor>& sensors, SensorNames& names)
 {
     for (const Sensor& sensor : sensors) {
-        if (!sensor.isSensor && sensor.recordType != SDR_EVENT_ONLY) {
+        if (!sensor.describesSensor()) {
             continue;
         }
         const SharedRecord& shared = sensor.shared;

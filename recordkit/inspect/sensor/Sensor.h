@@ -38,7 +38,9 @@ struct Sensor {
     std::size_t offset = 0;
     unsigned char recordType = 0;
     bool isSensor = false; ///< a full or compact record; only these have all fields below
-    std::string name;      ///< also of event-only records and locators
+    /// These, and event-only records, which have the fields up to `shared`.
+    bool describesSensor() const { return isSensor || recordType == SDR_EVENT_ONLY; }
+    std::string name; ///< also of event-only records and locators
     // Event-only records have these, too.
     unsigned char ownerId = 0;  ///< as byte 1 of an event's generator id
     unsigned char ownerLun = 0; ///< as byte 2: channel and LUN

@@ -42,7 +42,8 @@ TEST(SdrCommand, ListsARepository)
           "threshold         degrees C   +2 -2         246 0 5           85 90 95\n",
           "threshold         Volts       +0.034 -0.034  2.18 2.45 2.58    3.54 3.67 3.81\n",
           "000Dh  full          23h     12-34.5 ", "001Eh  compact       64h     FAN REDUNDANT ",
-          "0021h  event-only    -       POST              -",
+          "0021h  event-only    70h     POST              System Firmware Progress  7.1      6Fh "
+          "sensor-specific   -           -             - ",
           "0022h  FRU locator   -       Main FRU0 ", "0023h  MC locator    -       BMC board ",
           "0025h  OEM           -       "}) {
         EXPECT_NE(outcome.out.find(line), std::string::npos) << line;
