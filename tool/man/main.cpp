@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <map>
 
 #include <fmt/format.h>
 
@@ -190,6 +191,26 @@ std::string exitCases()
     return text;
 }
 
+/// The variables that options take their values from where they are not given.
+std::string variables()
+{
+    std::vector<Option> options = globalOptions();
+    for (const Command& command : commands()) {
+        options.insert(options.end(), command.options.begin(), command.options.end());
+    }
+    std::map<std::string, std::string> named;
+    for (const Option& option : options) {
+        if (!option.environment.empty()) {
+            named[option.environment] = option.name;
+        }
+    }
+    std::string text;
+    for (const auto& [variable, option] : named) {
+        text += fmt::format(".TP\n.B {}\nThe default of\n.BR {} .\n", roff(variable), roff(option));
+    }
+    return text;
+}
+
 /// The page of the command itself.
 std::string mainPage(const std::string& pattern)
 {
@@ -200,6 +221,7 @@ std::string mainPage(const std::string& pattern)
     std::string page = replaceAll(pattern, "@PROJECT_VERSION@", RECORDKIT_VERSION);
     page = replaceAll(page, "@OPTIONS@\n", options);
     page = replaceAll(page, "@EXIT_CASES@\n", exitCases());
+    page = replaceAll(page, "@VARIABLES@\n", variables());
     return replaceAll(page, "@COMMANDS@\n", commandList(""));
 }
 
