@@ -6,7 +6,7 @@ namespace recordkit::tool {
 std::vector<Group> groups()
 {
     return {
-        {"sel", "Event logs of the system boards",
+        {"sel", "Event logs of boards and saved ones: what failed, and what still does",
          "recordkit --root board sel summary; recordkit sel summary events.raw"},
         {"fru", "Show, check and edit FRU images in files and kernel nodes",
          "recordkit fru show board.bin"},
@@ -23,19 +23,22 @@ std::vector<Group> groups()
 
 std::vector<Command> commands()
 {
-    return {selInitCommand(),     selAddCommand(),       selListCommand(),
-            selShowCommand(),     selStatusCommand(),    selSummaryCommand(),
-            selDiffCommand(),     selCheckCommand(),     selRescueCommand(),
-            selRotateCommand(),   selBackupCommand(),    selRestoreCommand(),
-            selClearCommand(),    severityCommand(),     fruShowCommand(),
-            fruGetCommand(),      fruVerifyCommand(),    fruSetCommand(),
-            cpuCommand(),         nodeCommand(),         decodeCommand(),
-            sdrListCommand(),     sdrShowCommand(),      sdrEventsCommand(),
-            sdrCheckCommand(),    spdShowCommand(),      eepromCreateCommand(),
-            settingListCommand(), settingReadCommand(),  settingWriteCommand(),
-            settingInitCommand(), settingIndexCommand(), settingInvalidateCommand(),
-            efiStatusCommand(),   efiInitCommand(),      efiReadCommand(),
-            efiWriteCommand(),    efiMarkCommand(),      efiClearCommand()};
+    return {
+        selInitCommand(),     selAddCommand(),       selListCommand(),
+        selShowCommand(),     selStatusCommand(),    selSummaryCommand(),
+        selDiffCommand(),     selCheckCommand(),     selRescueCommand(),
+        selRotateCommand(),   selBackupCommand(),    selRestoreCommand(),
+        selClearCommand(),    severityCommand(),     fruShowCommand(),
+        fruListCommand(),     fruGetCommand(),       fruVerifyCommand(),
+        fruDiffCommand(),     fruAuditCommand(),     fruSetCommand(),
+        cpuCommand(),         nodeCommand(),         decodeCommand(),
+        sdrListCommand(),     sdrShowCommand(),      sdrEventsCommand(),
+        sdrCheckCommand(),    spdShowCommand(),      eepromCreateCommand(),
+        settingListCommand(), settingReadCommand(),  settingWriteCommand(),
+        settingInitCommand(), settingIndexCommand(), settingInvalidateCommand(),
+        efiStatusCommand(),   efiInitCommand(),      efiReadCommand(),
+        efiWriteCommand(),    efiMarkCommand(),      efiClearCommand(),
+    };
 }
 
 }

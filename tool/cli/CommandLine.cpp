@@ -61,7 +61,7 @@ public:
         app.require_subcommand(1);
         app.footer("Exit status: 0 done, 1 data damaged, absent or refused, 2 wrong usage, 3 a "
                    "file could not be read or written.\n"
-                   "Example:\n  recordkit --root board sel list --severity warning");
+                   "Example:\n  recordkit sel summary events.raw");
         for (const Option& option : globalOptions()) {
             globals.push_back({option, addTo(app, option)});
         }

@@ -48,7 +48,7 @@ unsigned int MfgDate::secondsSince1970() const
 
 std::optional<MfgDate> MfgDate::otherReading(unsigned int now) const
 {
-    if (!isSpecified() || minutes >= FIRST_COUNT || secondsSince1970() <= now) {
+    if (minutes >= FIRST_COUNT || !isAfter(now)) {
         return std::nullopt;
     }
     MfgDate other = *this;

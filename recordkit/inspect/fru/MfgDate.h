@@ -28,6 +28,8 @@ public:
     std::string toText() const;
     /// "2015-01-06T22:01:00Z"; empty for an unspecified one.
     std::string toIso() const;
+    /// Whether it is later than `now`, in seconds since 1970; an unspecified one is not.
+    bool isAfter(unsigned int now) const { return isSpecified() && secondsSince1970() > now; }
     /// The date that the count means without the roll-over. Nothing if the count does not roll
     /// over, or if this date is not later than `now` (seconds since 1970).
     std::optional<MfgDate> otherReading(unsigned int now) const;
