@@ -38,7 +38,7 @@ namespace {
 
 /// Of four tests, which run side by side.
 #ifdef RECORDKIT_SLOW_PROGRAMS
-constexpr unsigned int ROOTS_A_TEST = 125;
+constexpr unsigned int ROOTS_A_TEST = 60;
 #else
 constexpr unsigned int ROOTS_A_TEST = 500;
 #endif
