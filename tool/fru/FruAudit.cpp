@@ -71,7 +71,7 @@ Command fruAuditCommand()
         run,
         "Damage; serial numbers that are blank, placeholders or in several images of the same "
         "part; dates in the future; and fields in which an image differs from more than half of "
-        "at least three images of the same product. Serial numbers, dates, asset tags and "
+        "the images of the same product. Serial numbers, dates, asset tags and "
         "custom fields may differ."};
 }
 

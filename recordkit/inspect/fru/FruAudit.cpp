@@ -154,10 +154,7 @@ private:
             }
         }
         for (const auto& [product, members] : products) {
-            constexpr std::size_t FEWEST = 3;
-            if (members.size() >= FEWEST) {
-                compare(product.back(), members);
-            }
+            compare(product.back(), members);
         }
     }
 

@@ -126,6 +126,24 @@ TEST(FruAudit, SerialNumbersDatesAndCustomFieldsMayDiffer)
     EXPECT_EQ(audited({one("S1", 1, "xx"), one("S2", 1, "xx"), one("S3", 2, "yy")}), Lines());
 }
 
+TEST(FruAudit, AssetTagsMayDiffer)
+{
+    const auto tagged = [](const std::string& serial, const std::string& tag) {
+        return fruImage(boardArea({"Acme", "Mezz", "B" + serial, "PN1", "AA"}),
+                        productArea({"Acme", "Box", "P1", "1.0", serial, tag, ""}));
+    };
+    EXPECT_EQ(audited({tagged("S1", "mine"), tagged("S2", "mine"), tagged("S3", "yours")}),
+              Lines());
+}
+
+TEST(FruAudit, FindsThePlaceholderOfAChassis)
+{
+    // A chassis area at offset 8: type, part number, serial number.
+    const Bytes chassis = fruArea({0x17}, {"CH-1", "00"});
+    EXPECT_EQ(audited({summed({1, 0, 1, 0, 0, 0, 0}) + chassis}),
+              Lines{"0 chassis.serial: \"00\" is a placeholder"});
+}
+
 TEST(FruAudit, HasWhatIsDamagedInTheOrderOfTheImages)
 {
     Bytes damaged = board("");
