@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 // FRU images in both layouts: opened, every item of every area read, edited and written back. The
-// first byte of the input chooses; the others are the device.
+// first byte of the input chooses; the others are the device. Then its multirecords are decoded,
+// and also the input itself as a record of the type that its second byte names: every byte of a
+// record is in a field, and no field goes beyond it.
 #include <algorithm>
 #include <set>
 #include <vector>
 
 #include <recordkit/fru/FRUData.h>
 #include <recordkit/host/TraceLog.h>
+#include <recordkit/inspect/fru/FruImage.h>
 #include <recordkit/platform/PException.h>
+
+#include "Fuzz.h"
 
 namespace {
 
@@ -87,6 +92,37 @@ std::set<FRU_ITEM> itemsOf(FRUData& fru, FRU_AREA area, FRUArea::CSUM_MODE mode)
     return items;
 }
 
+void checkRecord(const recordkit::inspect::MultiRecord& record, unsigned int offset,
+                 std::size_t size)
+{
+    std::vector<bool> isShown(size, false);
+    for (const recordkit::inspect::MultiRecordField& field : record.fields) {
+        fuzz::expect(field.offset >= offset && field.width > 0);
+        fuzz::expect(field.offset - offset + field.width <= size);
+        fuzz::expect(field.low <= field.high && field.high < 8 * field.width);
+        fuzz::expect(record.findField(field.name) != nullptr);
+        std::fill_n(isShown.begin() + static_cast<long>(field.offset - offset), field.width, true);
+    }
+    fuzz::expect(std::count(isShown.begin(), isShown.end(), false) == 0);
+    fuzz::expect(record.missing == 0 || record.missing > size);
+}
+
+void decodeRecords(const unsigned char* data, std::size_t size)
+{
+    using namespace recordkit::inspect;
+    for (const FruMultiRecord& record : parseFruImage(std::string(data, data + size)).records) {
+        const auto length = static_cast<unsigned int>(record.bytes.size());
+        checkRecord(record.content, record.extent.end() - length, length);
+    }
+    if (size != 0) {
+        const ByteView bytes = ByteView(data, size).part(1, 0xFF);
+        const std::vector<MultiRecord> records =
+            decodeMultiRecords({{data[0], 8, bytes}, {data[0], 8, bytes}});
+        checkRecord(records.at(0), 8, bytes.size());
+        compareLoadAndSupply(records);
+    }
+}
+
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
@@ -95,6 +131,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if (size == 0) {
         return 0;
     }
+    decodeRecords(data + 1, size - 1);
     const FRU_CPU layout = (data[0] & 1) != 0 ? FRU_CPU_ROM : FRU_CPU_NONE;
     const auto mode = (data[0] & 2) != 0 ? FRUArea::CSUM_IGNORE : FRUArea::CSUM_CHECK;
     const std::string value((data[0] >> 2) & 0x3F, 'x');

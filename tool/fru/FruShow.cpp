@@ -70,12 +70,50 @@ constexpr Column<Line> LINES[] = {
 constexpr Column<FruMultiRecord> RECORDS[] = {
     {nullptr, "MULTIRECORD", 11, nullptr,
      [](const FruMultiRecord& record) { return Cell{fmt::format("type {:02X}h", record.type)}; }},
+    {nullptr, "NAME", 24, nullptr,
+     [](const FruMultiRecord& record) { return Cell{record.content.name}; }},
     {nullptr, "OFFSET", 6, nullptr,
      [](const FruMultiRecord& record) { return Cell{std::to_string(record.extent.offset)}; }},
     {nullptr, "LENGTH", 6, nullptr,
      [](const FruMultiRecord& record) { return Cell{std::to_string(record.extent.size)}; }},
     {nullptr, "CHECKSUM", 0, nullptr,
      [](const FruMultiRecord& record) { return checksumCell(record.data); }},
+};
+
+/// A line of the table of multirecords' fields.
+struct RecordLine {
+    std::string name;
+    std::string place; ///< in the image
+    std::string value;
+};
+
+std::string placeText(const MultiRecordField& field)
+{
+    std::string text = std::to_string(field.offset);
+    if (field.width > 1) {
+        text += fmt::format(" to {}", field.offset + field.width - 1);
+    }
+    return field.isBits() ? text + " bit " + bitsText(field) : text;
+}
+
+std::vector<RecordLine> recordLinesOf(const FruImage& image, bool isRaw)
+{
+    std::vector<RecordLine> lines;
+    for (const FruMultiRecord& record : image.records) {
+        for (const MultiRecordField& field : record.content.fields) {
+            const bool hasUnit = field.unit[0] != '\0' && !isNone(field.value);
+            const std::string text = hasUnit ? field.text + " " + field.unit : field.text;
+            lines.push_back({record.content.name + "." + field.name, placeText(field),
+                             isRaw ? toHex(rawBytes(record, field)) : cellText(text)});
+        }
+    }
+    return lines;
+}
+
+constexpr Column<RecordLine> RECORD_LINES[] = {
+    {nullptr, "FIELD", 44, nullptr, [](const RecordLine& line) { return Cell{line.name}; }},
+    {nullptr, "BYTES", 22, nullptr, [](const RecordLine& line) { return Cell{line.place}; }},
+    {nullptr, "VALUE", 0, nullptr, [](const RecordLine& line) { return Cell{line.value}; }},
 };
 
 constexpr Column<FruExtent> MAP[] = {
@@ -100,9 +138,14 @@ void printText(const FruFile& file, bool isOne, bool isRaw)
     if (!file.image.records.empty()) {
         print("\n");
         printListing(file.image.records, RECORDS, Format::TABLE);
+        print("\n");
+        printListing(recordLinesOf(file.image, isRaw), RECORD_LINES, Format::TABLE);
     }
     print("\n");
     printListing(file.image.map(file.bytes), MAP, Format::TABLE);
+    for (const std::string& note : file.image.notes) {
+        print(noteLine(file.path, note));
+    }
 }
 
 void run(const Arguments& arguments)
@@ -136,7 +179,7 @@ Command fruShowCommand()
 {
     return {
         "fru show",
-        "Show every area, field and checksum of FRU images, and their places",
+        "Show every area, field, multirecord and checksum of FRU images, and their places",
         "recordkit fru show board.bin --json; recordkit fru show "
         "/sys/bus/i2c/devices/0-0050/eeprom",
         {fruFile().many(), internalLayout(), flag("--raw", "Show the bytes of the values in hex")},

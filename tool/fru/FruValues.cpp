@@ -2,6 +2,7 @@
 #include "FruValues.h"
 
 #include <ctime>
+#include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/fru/MfgDate.h>
@@ -73,13 +74,37 @@ Object internalUseObject(const FruInternalUse& internal)
     return object;
 }
 
+/// "flag", "number" or "text".
+const char* typeOf(const MultiRecordField& field)
+{
+    return std::holds_alternative<bool>(field.value)          ? "flag"
+           : std::holds_alternative<std::string>(field.value) ? "text"
+                                                              : "number";
+}
+
+Value recordField(const FruMultiRecord& record, const MultiRecordField& field)
+{
+    return Object{{"name", field.name},
+                  {"offset", field.offset},
+                  {"length", field.width},
+                  {"bits", textOrNull(bitsText(field))},
+                  {"type", typeOf(field)},
+                  {"value", field.value},
+                  {"unit", textOrNull(field.unit)},
+                  {"text", field.text},
+                  {"bytes", toHex(rawBytes(record, field))}};
+}
+
 Object recordObject(const FruMultiRecord& record)
 {
-    return {{"type", record.type},
-            {"offset", record.extent.offset},
-            {"size", record.extent.size},
-            {"checksum", checksumValue(record.data)},
-            {"last", record.isLast}};
+    List fields;
+    for (const MultiRecordField& field : record.content.fields) {
+        fields.push_back(recordField(record, field));
+    }
+    return {{"type", record.type},        {"offset", record.extent.offset},
+            {"size", record.extent.size}, {"checksum", checksumValue(record.data)},
+            {"last", record.isLast},      {"name", record.content.name},
+            {"fields", fields},           {"bytes", toHex(record.bytes)}};
 }
 
 constexpr Column<FruFile> IMAGES[] = {
@@ -100,17 +125,19 @@ constexpr Column<FruFile> IMAGES[] = {
          return Value(f.image.isFru ? listOf(f.image.map(f.bytes), extentObject) : List());
      }},
     {"problems", nullptr, 0, [](const FruFile& f) { return Value(f.image.allProblems()); }},
+    {"notes", nullptr, 0, [](const FruFile& f) { return Value(f.image.notes); }},
 };
 
 constexpr Column<FruFileField> FIELDS[] = {
-    {"file", nullptr, 0, [](const FruFileField& f) { return Value(inputName(f.file->path)); }},
-    {"area", nullptr, 0, [](const FruFileField& f) { return Value(f.area->extent.name); }},
-    {"field", nullptr, 0, [](const FruFileField& f) { return Value(f.field->name); }},
-    {"offset", nullptr, 0, [](const FruFileField& f) { return Value(f.field->offset); }},
-    {"type", nullptr, 0, [](const FruFileField& f) { return Value(f.field->typeName()); }},
-    {"length", nullptr, 0, [](const FruFileField& f) { return Value(f.field->bytes.size()); }},
-    {"value", nullptr, 0, [](const FruFileField& f) { return fieldValue(*f.field); }},
-    {"bytes", nullptr, 0, [](const FruFileField& f) { return Value(toHex(f.field->bytes)); }},
+    {"file", nullptr, 0, [](const FruFileField& f) { return Value(f.file); }},
+    {"area", nullptr, 0, [](const FruFileField& f) { return Value(f.area); }},
+    {"field", nullptr, 0, [](const FruFileField& f) { return Value(f.name); }},
+    {"offset", nullptr, 0, [](const FruFileField& f) { return Value(f.offset); }},
+    {"type", nullptr, 0, [](const FruFileField& f) { return Value(f.type); }},
+    {"length", nullptr, 0, [](const FruFileField& f) { return Value(f.bytes.size()); }},
+    {"value", nullptr, 0, [](const FruFileField& f) { return f.value; }},
+    {"bytes", nullptr, 0, [](const FruFileField& f) { return Value(toHex(f.bytes)); }},
+    {"unit", nullptr, 0, [](const FruFileField& f) { return textOrNull(f.unit); }},
 };
 
 }
@@ -119,6 +146,24 @@ std::string shownValue(const FruField& field)
 {
     const auto other = otherDate(field);
     return field.value + (other ? ", or " + other->toText() : "");
+}
+
+std::string rawBytes(const FruMultiRecord& record, const MultiRecordField& field)
+{
+    const auto size = static_cast<unsigned int>(record.bytes.size());
+    return record.bytes.substr(field.offset - (record.extent.end() - size), field.width);
+}
+
+std::string bitsText(const MultiRecordField& field)
+{
+    return !field.isBits()           ? ""
+           : field.high == field.low ? std::to_string(field.low)
+                                     : fmt::format("{}..{}", field.high, field.low);
+}
+
+std::string noteLine(const std::string& path, const std::string& note)
+{
+    return fmt::format("note: {}: {}\n", inputName(path), note);
 }
 
 FruWriter::FruWriter(const Layout& layout)
@@ -138,7 +183,14 @@ void FruWriter::add(const FruFile& file)
     }
     for (const FruAreaImage& area : file.image.areas) {
         for (const FruField& field : area.fields) {
-            fields->add({&file, &area, &field});
+            fields->add({inputName(file.path), area.extent.name, field.name, field.offset,
+                         field.typeName(), field.bytes, fieldValue(field), ""});
+        }
+    }
+    for (const FruMultiRecord& record : file.image.records) {
+        for (const MultiRecordField& field : record.content.fields) {
+            fields->add({inputName(file.path), record.content.name, field.name, field.offset,
+                         typeOf(field), rawBytes(record, field), field.value, field.unit});
         }
     }
 }

@@ -22,11 +22,25 @@ struct FruFile {
 /// A field's value as a person sees it: a date in the future with its other reading.
 std::string shownValue(const FruField& field);
 
-/// A field of such an image.
+/// The bytes of a multirecord's field.
+std::string rawBytes(const FruMultiRecord& record, const MultiRecordField& field);
+
+/// "3" or "11..6"; empty for whole bytes.
+std::string bitsText(const MultiRecordField& field);
+
+/// A line for a note on an image.
+std::string noteLine(const std::string& path, const std::string& note);
+
+/// A field of such an image, of an area or of a multirecord.
 struct FruFileField {
-    const FruFile* file;
-    const FruAreaImage* area;
-    const FruField* field;
+    std::string file;
+    std::string area;
+    std::string name;
+    unsigned int offset;
+    std::string type;
+    std::string bytes;
+    Value value;
+    std::string unit;
 };
 
 /// Writes images for programs: as JSON an object each, as CSV a line for each field.

@@ -5,8 +5,10 @@
 #include "../Commands.h"
 #include "../Files.h"
 #include "../print/Listing.h"
+#include "../print/Output.h"
 #include "../print/Problems.h"
 #include "FruOptions.h"
+#include "FruValues.h"
 
 namespace recordkit::tool {
 
@@ -15,6 +17,7 @@ namespace {
 struct Verdict {
     std::string path;
     std::vector<std::string> problems;
+    std::vector<std::string> notes;
 };
 
 constexpr Column<Verdict> COLUMNS[] = {
@@ -24,20 +27,30 @@ constexpr Column<Verdict> COLUMNS[] = {
     {"file_bytes", nullptr, 0, [](const Verdict& v) { return textOrNull(inputNameBytes(v.path)); }},
     {"good", nullptr, 0, [](const Verdict& v) { return Value(v.problems.empty()); }},
     {"problems", nullptr, 0, [](const Verdict& v) { return Value(v.problems); }},
+    {"notes", nullptr, 0, [](const Verdict& v) { return Value(v.notes); }},
 };
 
 void run(const Arguments& arguments)
 {
-    Listing<Verdict> listing(COLUMNS, arguments.layout());
+    const Layout layout = arguments.layout();
+    Listing<Verdict> listing(COLUMNS, layout);
     Problems problems;
+    std::string notes;
     for (const std::string& file : arguments.texts("FILE")) {
         problems.run(inputName(file), [&] {
-            const Verdict verdict = {file, parseFruImage(readInput(file, FRU_LIMIT)).allProblems()};
+            const FruImage image = parseFruImage(readInput(file, FRU_LIMIT));
+            const Verdict verdict = {file, image.allProblems(), image.notes};
             listing.add(verdict);
+            for (const std::string& note : image.notes) {
+                notes += noteLine(file, note);
+            }
             return verdict.problems;
         });
     }
     listing.finish();
+    if (layout.format == Format::TABLE) {
+        print(notes);
+    }
     problems.finish();
 }
 
@@ -50,7 +63,9 @@ Command fruVerifyCommand()
             "recordkit fru verify *.bin",
             {fruFile().many()},
             Answer::TABLE,
-            run};
+            run,
+            "What may be right is only noted: DC loads that together take more than the image's "
+            "supplies state."};
 }
 
 }

@@ -307,10 +307,33 @@ private:
             if (!record.data.isRight()) {
                 problem(fmt::format("{}: data {}", name, wrongChecksum(record.data)));
             }
+            record.bytes = bytes.part(at + RECORD_HEADER, length).text();
             image.records.push_back(record);
             at = record.extent.end();
         }
         addExtentOrLost({fruAreaName(FRU_AREA_MULTIRECORD), offset, at - offset});
+        decodeRecords();
+    }
+
+    void decodeRecords()
+    {
+        std::vector<MultiRecordData> data;
+        for (const FruMultiRecord& record : image.records) {
+            const auto size = static_cast<unsigned int>(record.bytes.size());
+            data.push_back({record.type, record.extent.end() - size, record.bytes});
+        }
+        const std::vector<MultiRecord> contents = decodeMultiRecords(data);
+        for (std::size_t i = 0; i < contents.size(); ++i) {
+            FruMultiRecord& record = image.records[i];
+            record.content = contents[i];
+            if (record.content.missing != 0) {
+                image.contentProblems.push_back(
+                    fmt::format("{}: {} bytes of {} at offset {}, expected at least {}",
+                                record.extent.name, record.bytes.size(), record.content.name,
+                                data[i].offset, record.content.missing));
+            }
+        }
+        image.notes = compareLoadAndSupply(contents);
     }
 
     void readInternalUse(unsigned int offset)
@@ -390,6 +413,7 @@ std::vector<std::string> FruImage::allProblems() const
         all.insert(all.end(), area.problems.begin(), area.problems.end());
     }
     all.insert(all.end(), problems.begin(), problems.end());
+    all.insert(all.end(), contentProblems.begin(), contentProblems.end());
     return all;
 }
 
@@ -410,6 +434,14 @@ const FruField* FruImage::findField(const std::string& fullName) const
         }
     }
     return nullptr;
+}
+
+const FruMultiRecord* FruImage::findRecord(const std::string& name) const
+{
+    const auto found =
+        std::find_if(records.begin(), records.end(),
+                     [&name](const FruMultiRecord& record) { return record.content.name == name; });
+    return found == records.end() ? nullptr : &*found;
 }
 
 std::vector<FruExtent> FruImage::map(ByteView bytes) const

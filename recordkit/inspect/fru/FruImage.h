@@ -7,6 +7,7 @@
 
 #include <recordkit/fru/FRUItem.h>
 #include <recordkit/inspect/bytes/ByteView.h>
+#include <recordkit/inspect/fru/MultiRecords.h>
 
 namespace recordkit::inspect {
 
@@ -69,6 +70,8 @@ struct FruMultiRecord {
     bool isLast = false;
     FruChecksum header;
     FruChecksum data;
+    std::string bytes; ///< its data, without the header
+    MultiRecord content;
 };
 
 /// How the internal use area is read.
@@ -90,13 +93,17 @@ struct FruImage {
     std::vector<FruExtent> extents; ///< header and areas by offset; only those inside the image
     std::vector<FruExtent> lost;    ///< areas that begin in the image but have an unknown size
     std::vector<std::string> headerProblems;
-    std::vector<std::string> problems; ///< of multirecords and of the areas' places
+    std::vector<std::string> problems;        ///< of multirecords and of the areas' places
+    std::vector<std::string> contentProblems; ///< of what multirecords contain
+    std::vector<std::string> notes; ///< worth knowing, but nothing wrong; see compareLoadAndSupply
 
-    /// Those of the header and of the areas too.
+    /// All of them, with those of the areas.
     std::vector<std::string> allProblems() const;
     const FruAreaImage* findArea(FRU_AREA id) const;
     /// "board.serial"; nullptr if it is missing.
     const FruField* findField(const std::string& fullName) const;
+    /// "dc-output2"; nullptr if it is missing.
+    const FruMultiRecord* findRecord(const std::string& name) const;
     /// The extents, and the bytes between and after them: FREE_BYTES where they are blank,
     /// OTHER_BYTES elsewhere.
     std::vector<FruExtent> map(ByteView bytes) const;

@@ -24,7 +24,7 @@ const Bytes BOARD =
                    Bytes({'1', '1', '1', 0xC2, 'b', '2', 0xC1}));
 /// Fields up to the part number only: 2 unused.
 const Bytes PRODUCT = areaOf(16, {0x19, 0xC2, 'M', 'M', 0xC2, 'N', 'N', 0xC2, 'P', 'P', 0xC1});
-const Bytes RECORDS = withChecksum({1, 0x82, 3, 0xFA}) + Bytes({1, 2, 3});
+const Bytes RECORDS = withChecksum({6, 0x82, 3, 0xFA}) + Bytes({1, 2, 3});
 
 /// Header, chassis, board, product, multirecords, 16 blank bytes.
 const Bytes IMAGE =

@@ -178,11 +178,11 @@ TEST(FruImage, InternalUseAreaCanBeReadByTheSystemsLayouts)
 
 TEST(FruImage, RecordsAreWalkedToTheLastOne)
 {
-    const Bytes bytes = header({0, 0, 0, 0, 1}) + record(0x01, 0x02, {1, 2, 3}) +
-                        record(0xC0, 0x82, {}) + record(0x02, 0x02, {4});
+    const Bytes bytes = header({0, 0, 0, 0, 1}) + record(0x06, 0x02, {1, 2, 3}) +
+                        record(0xBF, 0x82, {}) + record(0x02, 0x02, {4});
     const FruImage image = parse(bytes);
     ASSERT_EQ(image.records.size(), 2U);
-    EXPECT_EQ(image.records[0].type, 0x01);
+    EXPECT_EQ(image.records[0].type, 0x06);
     EXPECT_EQ(image.records[0].extent.size, 8U);
     EXPECT_EQ(image.records[1].extent.offset, 16U);
     EXPECT_TRUE(image.records[1].isLast);
@@ -193,20 +193,20 @@ TEST(FruImage, RecordsAreWalkedToTheLastOne)
 TEST(FruImage, DamagedRecordsAreProblems)
 {
     const Bytes head = header({0, 0, 0, 0, 1});
-    Bytes wrongData = record(1, 2, {1, 2}) + record(2, 0x82, {});
+    Bytes wrongData = record(6, 2, {1, 2}) + record(7, 0x82, {});
     wrongData[5] = 9;
     EXPECT_EQ(problemsOf(head + wrongData),
               Lines({"multirecord 1: data checksum FDh at offset 11, expected F5h"}));
     EXPECT_EQ(parse(head + wrongData).records.size(), 2U);
-    Bytes wrongHeader = record(1, 0x82, {1, 2});
+    Bytes wrongHeader = record(6, 0x82, {1, 2});
     wrongHeader[4] = 0x11;
     EXPECT_EQ(problemsOf(head + wrongHeader),
-              Lines({"multirecord 1: header checksum 11h at offset 12, expected 7Eh"}));
+              Lines({"multirecord 1: header checksum 11h at offset 12, expected 79h"}));
     EXPECT_EQ(problemsOf(head + Bytes(64, 0)),
               Lines({"multirecord 1: format 0 at offset 9, expected 2"}));
-    EXPECT_EQ(problemsOf(head + record(1, 2, {1, 2})),
+    EXPECT_EQ(problemsOf(head + record(6, 2, {1, 2})),
               Lines({"multirecord 2: no room for its header at offset 15 in 15 bytes"}));
-    EXPECT_EQ(problemsOf(head + part(record(1, 0x82, {1, 2}), 0, 6)),
+    EXPECT_EQ(problemsOf(head + part(record(6, 0x82, {1, 2}), 0, 6)),
               Lines({"multirecord 1: 7 bytes at offset 8 run past the image of 14 bytes"}));
 }
 

@@ -111,11 +111,148 @@ TEST_F(FruCommand, ShowsJson)
     EXPECT_EQ(Json::parse(several.out).size(), 2U);
 }
 
+namespace {
+
+/// A supply of 12 W at 12 V, whose output supplies 1 A, and a load of 2 A; their data begin at
+/// offsets 13, 42 and 60.
+std::string supplyAndLoad()
+{
+    const auto record = [](unsigned char type, unsigned char format, const Bytes& data) {
+        unsigned char sum = 0;
+        for (const unsigned char byte : data) {
+            sum = static_cast<unsigned char>(sum - byte);
+        }
+        Bytes bytes = {type, format, static_cast<unsigned char>(data.size()), sum};
+        unsigned char header = 0;
+        for (const unsigned char byte : bytes) {
+            header = static_cast<unsigned char>(header - byte);
+        }
+        bytes.push_back(header);
+        return bytes + data;
+    };
+    Bytes supply(24, 0);
+    supply[0] = 12;
+    supply[2] = supply[3] = 0xFF;
+    const Bytes bytes = Bytes({1, 0, 0, 0, 0, 1, 0, 0xFE}) + record(0x00, 0x02, supply) +
+                        record(0x01, 0x02, {1, 0xB0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0xE8, 3}) +
+                        record(0x02, 0x82, {0x81, 0xB0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0xD0, 7});
+    return {bytes.begin(), bytes.end()};
+}
+
+}
+
+TEST_F(FruCommand, ShowsMultirecords)
+{
+    const Outcome outcome = fru({"show", "-"}, supplyAndLoad());
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    const std::string expected =
+        "MULTIRECORD  NAME                      OFFSET  LENGTH  CHECKSUM\n"
+        "type 00h     power-supply1             8       29      F6h\n"
+        "type 01h     dc-output1                37      18      60h\n"
+        "type 02h     dc-load1                  55      18      F4h\n"
+        "\n"
+        "FIELD                                         BYTES                   VALUE\n"
+        "power-supply1.capacity                        13 to 14 bit 11..0      12 W\n"
+        "power-supply1.peak-va                         15 to 16                unspecified\n"
+        "power-supply1.inrush-current                  17                      0 A\n";
+    EXPECT_NE(outcome.out.find(expected), std::string::npos) << outcome.out;
+    const std::string load =
+        "dc-load1.output                               60 bit 3..0             1\n"
+        "dc-load1.byte0                                60 bit 7..4             80\n"
+        "dc-load1.nominal-voltage                      61 to 62                12.00 V\n";
+    EXPECT_NE(outcome.out.find(load), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.out.find("note: standard input: sums of load and supply: loads of output 1 "
+                               "take up to 2000 mA, it supplies 1000 mA\n"
+                               "note: standard input: sums of load and supply: loads take up to "
+                               "24.000 W, the capacity is 12 W\n"),
+              std::string::npos)
+        << outcome.out;
+    const Outcome raw = fru({"show", "-", "--raw"}, supplyAndLoad());
+    EXPECT_NE(raw.out.find("dc-load1.nominal-voltage                      61 to 62                "
+                           "B004\n"),
+              std::string::npos)
+        << raw.out;
+}
+
+TEST_F(FruCommand, ShowsMultirecordsInJsonAndCsv)
+{
+    const Json image = Json::parse(fru({"show", "-", "--json"}, supplyAndLoad()).out)[0];
+    const Json& supply = image["multirecords"][0];
+    EXPECT_EQ(supply["name"], "power-supply1");
+    EXPECT_EQ(supply["type"], 0);
+    EXPECT_EQ(supply["fields"][1], Json({{"name", "peak-va"},
+                                         {"offset", 15},
+                                         {"length", 2},
+                                         {"bits", nullptr},
+                                         {"type", "number"},
+                                         {"value", nullptr},
+                                         {"unit", "VA"},
+                                         {"text", "unspecified"},
+                                         {"bytes", "FFFF"}}));
+    const Json& load = image["multirecords"][2];
+    EXPECT_EQ(load["bytes"], "81B0040000000000000000D007");
+    EXPECT_EQ(load["fields"][0]["bits"], "3..0");
+    EXPECT_EQ(load["fields"][0]["value"], 1);
+    EXPECT_EQ(load["fields"][0]["unit"], nullptr);
+    EXPECT_EQ(load["fields"][2]["value"], 12.0);
+    EXPECT_EQ(image["multirecords"][1]["fields"][1]["bits"], "7");
+    EXPECT_EQ(image["multirecords"][1]["fields"][1]["type"], "flag");
+    EXPECT_EQ(image["multirecords"][1]["fields"][1]["value"], false);
+    EXPECT_EQ(image["problems"], Json::array());
+    EXPECT_EQ(image["notes"].size(), 2U);
+    const std::string csv = fru({"show", "-", "--csv"}, supplyAndLoad()).out;
+    EXPECT_NE(csv.find("standard input,dc-load1,nominal-voltage,61,number,2,12.0,B004,V\r\n"),
+              std::string::npos)
+        << csv;
+    EXPECT_NE(csv.find("standard input,dc-load1,byte0,60,text,1,80,81,\r\n"), std::string::npos)
+        << csv;
+}
+
+TEST_F(FruCommand, GetsFieldsOfMultirecords)
+{
+    EXPECT_EQ(
+        fru({"get", "-", "dc-load1.nominal-voltage", "dc-output1.standby", "power-supply1.peak-va"},
+            supplyAndLoad())
+            .out,
+        "12.00\nno\nunspecified\n");
+    EXPECT_EQ(fru({"get", "-", "--raw", "dc-load1.max-current"}, supplyAndLoad()).out, "\xD0\x07");
+    const Outcome unknown = fru({"get", "-", "dc-load1.capacity"}, supplyAndLoad());
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_EQ(unknown.err, "recordkit: standard input: there is no field dc-load1.capacity\n");
+    for (const char* const name : {"dc-load2.output", "dc-load1"}) {
+        EXPECT_EQ(fru({"get", "-", name}, supplyAndLoad()).err,
+                  "recordkit: standard input: there is no field " + std::string(name) + "\n");
+    }
+    std::string damaged = supplyAndLoad();
+    damaged[60] = '\x02';
+    const Outcome refused = fru({"get", "-", "dc-load1.output"}, damaged);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.err, "recordkit: standard input: multirecord 3: wrong data checksum\n");
+    EXPECT_EQ(fru({"get", "-", "--ignore-checksum", "dc-load1.output"}, damaged).out, "2\n");
+    EXPECT_EQ(fru({"get", "-", "dc-output1.output"}, damaged).out, "1\n");
+}
+
+TEST_F(FruCommand, VerifyNotesWhatMayBeRight)
+{
+    const Outcome outcome = fru({"verify", "-"}, supplyAndLoad());
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, "STATE    FILE\n"
+                           "good     standard input\n"
+                           "note: standard input: sums of load and supply: loads of output 1 take "
+                           "up to 2000 mA, it supplies 1000 mA\n"
+                           "note: standard input: sums of load and supply: loads take up to 24.000 "
+                           "W, the capacity is 12 W\n");
+    const Outcome json = fru({"verify", "-", "--json"}, supplyAndLoad());
+    EXPECT_EQ(Json::parse(json.out)[0]["good"], true);
+    EXPECT_EQ(Json::parse(json.out)[0]["notes"].size(), 2U);
+}
+
 TEST_F(FruCommand, ShowsALineForEachFieldInCsv)
 {
     const Outcome outcome = fru({"show", SAMPLES + "binary-custom.bin", "--csv"});
     ASSERT_EQ(outcome.status, 0) << outcome.err;
-    EXPECT_EQ(outcome.out.find("file,area,field,offset,type,length,value,bytes\r\n" + SAMPLES +
+    EXPECT_EQ(outcome.out.find("file,area,field,offset,type,length,value,bytes,unit\r\n" + SAMPLES +
                                "binary-custom.bin,"),
               0U)
         << outcome.out;
