@@ -73,8 +73,10 @@ TEST(Spd, WhatIsNoModuleIsNamed)
     EXPECT_EQ(refusal(Bytes(127, 0x0B)), "not SPD data: 127 bytes, expected at least 128");
     EXPECT_EQ(refusal({}), "not SPD data: 0 bytes, expected at least 128");
     Bytes image = spdModule();
-    image[2] = 0x0C;
-    EXPECT_EQ(refusal(image), "not supported: DDR4 SDRAM (device type 0Ch at offset 2)");
+    image[2] = 0x08;
+    EXPECT_EQ(refusal(image), "not supported: DDR2 SDRAM (device type 08h at offset 2)");
+    image[2] = 0x0E;
+    EXPECT_EQ(refusal(image), "not supported: DDR4E SDRAM (device type 0Eh at offset 2)");
     image[2] = 0x11;
     EXPECT_EQ(refusal(image), "not supported: LPDDR4X SDRAM (device type 11h at offset 2)");
     image[2] = 0x12;
