@@ -8,7 +8,20 @@
 
 namespace testing_support {
 
-/// Puts the CRC of bytes after them.
+// Facts as a test expects them.
+inline recordkit::inspect::Value number(long long value)
+{
+    return value;
+}
+
+inline recordkit::inspect::Value words(const char* value)
+{
+    return std::string(value);
+}
+
+const recordkit::inspect::Value NONE;
+
+/// Puts the CRC of some bytes at an offset, low byte first.
 inline void writeSpdCrc(Bytes& image, std::size_t first, std::size_t count, std::size_t offset)
 {
     const unsigned short crc =
@@ -37,6 +50,30 @@ inline Bytes spdModule()
     std::copy(serial.begin(), serial.end(), image.begin() + 122);
     const Bytes part = textBytes("RK-PART-4711      ");
     std::copy(part.begin(), part.end(), image.begin() + 128);
+    return image;
+}
+
+/// A registered DDR3 module of 8 GB with a value in every field, and a right CRC.
+inline Bytes ddr3Module()
+{
+    Bytes image(256, 0);
+    put(image, 0, {0x92, 0x13, 0x0B, 0x01});
+    put(image, 4, {0x04, 0x21, 0x02, 0x09, 0x0B}); // 8 banks; 16 rows, 10 columns; 1.5 and 1.35 V
+    put(image, 9, {0x11, 0x01, 0x08});             // 1 ps, 1/8 ns
+    put(image, 12, {0x0A, 0x00, 0xFE, 0x40});      // 1.25 ns; CAS latencies 5 to 11 and 18
+    // tAA, tWR, tRCD, tRRD, tRP, upper bits, tRAS, tRC
+    put(image, 16, {0x6E, 0x78, 0x6E, 0x30, 0x6E, 0x11, 0x18, 0x86});
+    // tRFC, tWTR, tRTP, tFAW
+    put(image, 24, {0x20, 0x08, 0x3C, 0x3D, 0x01, 0xF0});
+    put(image, 30, {0x83, 0x85, 0x80, 0x00});       // optional features; sensor; monolithic
+    put(image, 34, {0x00, 0x01, 0xFF, 0x02, 0xFE}); // fine: tCK, tAA, tRCD, tRP, tRC
+    put(image, 41, {0x18});                         // unlimited in 4096 intervals
+    put(image, 60, {0x0F, 0x32, 0x24, 0x09, 0x80, 0x80, 0xB3, 0x63, 0x00});
+    put(image, 117, {0x80, 0xCE, 0x02, 0x16, 0x38, 0x12, 0x34, 0x56, 0x78});
+    writeSpdCrc(image, 0, 117, 126);
+    put(image, 128, textBytes("RK-DDR3-PART      "));
+    put(image, 146, {0x4E, 0x30, 0x80, 0x2C});
+    put(image, 176, {0x0C, 0x4A, 0x01, 0x12}); // profiles
     return image;
 }
 

@@ -102,7 +102,7 @@ struct SpdRounding {
     unsigned int factor;
     unsigned int more;
 };
-constexpr SpdRounding DDR3_ROUNDING = {1000, 999}; ///< up
+constexpr SpdRounding DDR3_ROUNDING = {1000, 999}; ///< up, from a thousandth of a clock on
 constexpr SpdRounding DDR4_ROUNDING = {1000, 974}; ///< Annex L, rounding algorithm
 
 /// Whole clocks that a time takes.

@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
 #include <set>
 
-#include <gtest/gtest.h>
-
-#include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/inspect/memory/Spd.h>
 
-#include "support/Failures.h"
 #include "support/SpdImage.h"
 
 using namespace recordkit::inspect;
@@ -15,18 +12,6 @@ using namespace testing_support;
 namespace {
 
 using F = SpdFact;
-
-Value number(long long value)
-{
-    return value;
-}
-
-Value words(const char* value)
-{
-    return std::string(value);
-}
-
-const Value NONE;
 
 /// A fact of the module with another byte.
 Value with(std::size_t offset, unsigned char value, F fact)

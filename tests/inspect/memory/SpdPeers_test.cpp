@@ -123,6 +123,12 @@ std::string partText(const Spd& spd)
     return part.empty() ? "Undefined" : part;
 }
 
+/// The cycle of a grade, which is a multiple of 400/3 without its fraction.
+long long cycleOf(int grade)
+{
+    return 6000000 / ((grade * 3LL + 2) / 400 * 400);
+}
+
 /// Our text for a line of its answer.
 using Ours = std::function<std::string(const Spd& spd, const std::string& theirs)>;
 using Lines = std::map<std::string, Ours>;
@@ -130,6 +136,12 @@ using Lines = std::map<std::string, Ours>;
 Ours time(F fact)
 {
     return [fact](const Spd& spd, const std::string&) { return nanoseconds(spd, fact); };
+}
+
+/// For what is not a quantity that an image and spd show have in common.
+std::string as(const Spd&, const std::string& theirs)
+{
+    return theirs;
 }
 
 Ours fact(F which)
@@ -238,11 +250,128 @@ Lines ddr4Lines()
     };
     lines.insert(more.begin(), more.end());
     for (const int grade : {1600, 1866, 2133, 2400, 2666, 2933, 3200}) {
-        // The grades are multiples of 400/3, without their fraction.
-        const long long cycle = 6000000 / ((grade * 3LL + 2) / 400 * 400);
+        const long long cycle = cycleOf(grade);
         lines[text("AA-RCD-RP-RAS (cycles) as DDR4-%d", grade)] = [cycle](const Spd& spd,
                                                                           const std::string&) {
             return clocksText(spd, cycle, DDR4_ROUNDING);
+        };
+    }
+    return lines;
+}
+
+std::string yes(const Spd& spd, F which)
+{
+    return isTrue(spd, which) ? "Yes" : "No";
+}
+
+Ours yesOf(F which)
+{
+    return [which](const Spd& spd, const std::string&) { return yes(spd, which); };
+}
+
+std::string ddr3Voltages(const Spd& spd, const std::string& theirs)
+{
+    std::string ours = plain(spd.get(F::VOLTAGES));
+    for (std::size_t at = 0; (at = ours.find(" V")) != std::string::npos;) {
+        ours.erase(at, 1);
+    }
+    // Annex K, byte 6: with bit 0 the module is not operable at 1.5 V; every module tolerates it.
+    return theirs == "1.5V tolerant, 1.35V" && ours == "1.35V" ? theirs : ours;
+}
+
+/// Annex K, byte 0: bits 6..4 are the size, of which only 1, 256 bytes, is defined, and code 3 in
+/// bits 3..0 is 256 bytes used. It takes other sizes from later generations, and for 93h says 512
+/// bytes of which 176 are used.
+std::string ddr3Size(const Spd& spd, const std::string& theirs)
+{
+    const std::string ours = plain(spd.get(F::BYTES_TOTAL));
+    return theirs == "512" && (ours == "code 2h" || plain(spd.get(F::BYTES_USED)) == "256") ? theirs
+                                                                                            : ours;
+}
+
+std::string ddr3Used(const Spd& spd, const std::string& theirs)
+{
+    const std::string ours = plain(spd.get(F::BYTES_USED));
+    return theirs == "176" && ours == "256" ? theirs : ours;
+}
+
+/// Annex K, bytes 120 and 121: the date is BCD. It takes what is not for a binary number.
+std::string ddr3Date(const Spd& spd, const std::string& theirs)
+{
+    const std::string ours = plain(spd.get(F::MADE));
+    int year = 0;
+    int week = 0;
+    if (std::sscanf(theirs.c_str(), "20%d-W%d", &year, &week) == 2 &&
+        ours == text("year %02Xh, week %02Xh", static_cast<unsigned int>(year),
+                     static_cast<unsigned int>(week))) {
+        return theirs;
+    }
+    return ours;
+}
+
+Lines ddr3Lines()
+{
+    Lines lines = commonLines();
+    lines["# of bytes written to SDRAM EEPROM"] = ddr3Used;
+    lines["Total number of bytes in EEPROM"] = ddr3Size;
+    lines["Manufacturing Date"] = ddr3Date;
+    // It follows from the type of module, and is not in the image.
+    lines["Module Width"] = as;
+    // Placement of the buffer of an LRDIMM, which is not shown.
+    lines["Rank Numbering"] = as;
+    lines["Buffer Orientation"] = as;
+    const Lines more = {
+        {"EEPROM CRC of bytes 0-116", of(firstCrc)},
+        {"Maximum module speed", of([](const Spd& spd) { return speedText(spd, 3); })},
+        {"tCL-tRCD-tRP-tRAS", of([](const Spd& spd) {
+             return clocksText(spd, number(spd, F::TCK_MIN), DDR3_ROUNDING);
+         })},
+        {"Supported CAS Latencies (tCL)", of(latenciesText)},
+        {"Minimum Cycle Time (tCK)", time(F::TCK_MIN)},
+        {"Minimum Write Recovery time (tWR)", time(F::TWR)},
+        {"Minimum RAS# to CAS# Delay (tRCD)", time(F::TRCD)},
+        {"Minimum Row Active to Row Active Delay (tRRD)", time(F::TRRD)},
+        {"Minimum Recovery Delay (tRFC)", time(F::TRFC1)},
+        {"Minimum Write to Read CMD Delay (tWTR)", time(F::TWTR)},
+        {"Minimum Read to Pre-charge CMD Delay (tRTP)", time(F::TRTP)},
+        {"Operable voltages", ddr3Voltages},
+        {"RZQ/6 supported?", yesOf(F::RZQ6)},
+        {"RZQ/7 supported?", yesOf(F::RZQ7)},
+        {"DLL-Off Mode supported?", yesOf(F::DLL_OFF)},
+        {"Operating temperature range", of([](const Spd& spd) {
+             return std::string(isTrue(spd, F::HOT) ? "0-95 degrees C" : "0-85 degrees C");
+         })},
+        {"Refresh Rate in extended temp range",
+         of([](const Spd& spd) { return text("%lldX", number(spd, F::HOT_REFRESH)); })},
+        {"Auto Self-Refresh?", yesOf(F::AUTO_REFRESH)},
+        {"On-Die Thermal Sensor readout?", yesOf(F::ON_DIE_SENSOR)},
+        {"Partial Array Self-Refresh?", yesOf(F::PARTIAL_REFRESH)},
+        {"Module Thermal Sensor", yesOf(F::THERMAL_SENSOR)},
+        {"SDRAM Device Type", of([](const Spd& spd) {
+             return std::string(plain(spd.get(F::PACKAGE)) == "monolithic" ? "Standard Monolithic"
+                                                                           : "Non-Standard");
+         })},
+        {"Module Height",
+         of([](const Spd& spd) { return text("%lld mm", number(spd, F::HEIGHT)); })},
+        {"Rank 1 Mapping",
+         of([](const Spd& spd) { return capitalised(plain(spd.get(F::MAPPING))); })},
+        {"# DRAM Rows", fact(F::DEVICE_ROWS)},
+        {"# Registers", fact(F::REGISTERS)},
+        {"Register manufacturer", madeBy(F::REGISTER_MAKER)},
+        {"Register device type", fact(F::REGISTER_TYPE)},
+        {"Register revision", fact(F::REGISTER_REVISION)},
+        {"Buffer Revision", fact(F::BUFFER_REVISION)},
+        {"Heat spreader", yesOf(F::HEAT_SPREADER)},
+        {"Mirroring", of([](const Spd& spd) {
+             return std::string(plain(spd.get(F::MAPPING)) == "mirrored" ? "Odd ranks" : "None");
+         })},
+    };
+    lines.insert(more.begin(), more.end());
+    for (const int grade : {800, 1066, 1333, 1600, 1866}) {
+        const long long cycle = cycleOf(grade);
+        lines[text("tCL-tRCD-tRP-tRAS as DDR3-%d", grade)] = [cycle](const Spd& spd,
+                                                                     const std::string&) {
+            return clocksText(spd, cycle, DDR3_ROUNDING);
         };
     }
     return lines;
@@ -331,6 +460,91 @@ bool haveSamples()
            std::filesystem::exists(PUBLIC + "spd-more/ref");
 }
 
+}
+
+TEST(SpdPeers, EveryLineOfDecodeDimmsForDdr3)
+{
+    if (!haveSamples()) {
+        GTEST_SKIP() << "the public samples are not at " RECORDKIT_PUBLIC_DATA;
+    }
+    // Byte 0 of this image is 01h, so decode-dimms mistakes it for an older kind, and reads that
+    // kind's bytes. By Annex K, 0Bh in byte 2 is DDR3, and the CRC is right.
+    const std::string older = "coreboot__pcengines_apu2_HYNIX-2G-1333";
+    const Spd spd = parseSpd(readFile(PUBLIC + "spd/" + older + ".bin"));
+    EXPECT_TRUE(spd.isCrcRight());
+    EXPECT_EQ(spd.megabytes, 2048U);
+    const Compared compared = compareAll(0x0B, ddr3Lines(), {older});
+    EXPECT_EQ(compared.images, 42U);
+    const std::map<std::string, int> expected = {
+        {"# DRAM Rows", 8},
+        {"# Registers", 7},
+        {"# of bytes written to SDRAM EEPROM", 42},
+        {"Assembly Serial Number", 11},
+        {"Auto Self-Refresh?", 42},
+        {"Banks x Rows x Columns x Bits", 42},
+        {"Buffer Orientation", 1},
+        {"Buffer Revision", 1},
+        {"Bus Width Extension", 9},
+        {"DLL-Off Mode supported?", 42},
+        {"DRAM Manufacturer", 34},
+        {"EEPROM CRC of bytes 0-116", 40},
+        {"EEPROM CRC of bytes 0-125", 2},
+        {"Fundamental Memory type", 42},
+        {"Heat spreader", 8},
+        {"Manufacturing Date", 15},
+        {"Manufacturing Location Code", 25},
+        {"Maximum Activate Count (MAC)", 42},
+        {"Maximum module speed", 42},
+        {"Minimum Active to Auto-Refresh Delay (tRC)", 42},
+        {"Minimum Active to Precharge Delay (tRAS)", 42},
+        {"Minimum CAS Latency Time (tAA)", 42},
+        {"Minimum Cycle Time (tCK)", 42},
+        {"Minimum Four Activate Window Delay (tFAW)", 42},
+        {"Minimum RAS# to CAS# Delay (tRCD)", 42},
+        {"Minimum Read to Pre-charge CMD Delay (tRTP)", 42},
+        {"Minimum Recovery Delay (tRFC)", 42},
+        {"Minimum Row Active to Row Active Delay (tRRD)", 42},
+        {"Minimum Row Precharge Delay (tRP)", 42},
+        {"Minimum Write Recovery time (tWR)", 42},
+        {"Minimum Write to Read CMD Delay (tWTR)", 42},
+        {"Mirroring", 1},
+        {"Module Height", 42},
+        {"Module Manufacturer", 42},
+        {"Module Reference Card", 42},
+        {"Module Thermal Sensor", 42},
+        {"Module Thickness", 42},
+        {"Module Type", 42},
+        {"Module Width", 42},
+        {"On-Die Thermal Sensor readout?", 42},
+        {"Operable voltages", 42},
+        {"Operating temperature range", 42},
+        {"Part Number", 42},
+        {"Partial Array Self-Refresh?", 42},
+        {"Primary Bus Width", 42},
+        {"RZQ/6 supported?", 42},
+        {"RZQ/7 supported?", 42},
+        {"Rank 1 Mapping", 34},
+        {"Rank Numbering", 1},
+        {"Ranks", 42},
+        {"Refresh Rate in extended temp range", 41},
+        {"Register device type", 7},
+        {"Register manufacturer", 8},
+        {"Register revision", 7},
+        {"Revision Code", 21},
+        {"SDRAM Device Type", 42},
+        {"SDRAM Device Width", 42},
+        {"SPD Revision", 42},
+        {"Size", 42},
+        {"Supported CAS Latencies (tCL)", 42},
+        {"Total number of bytes in EEPROM", 42},
+        {"tCL-tRCD-tRP-tRAS", 42},
+        {"tCL-tRCD-tRP-tRAS as DDR3-1066", 41},
+        {"tCL-tRCD-tRP-tRAS as DDR3-1333", 41},
+        {"tCL-tRCD-tRP-tRAS as DDR3-1600", 28},
+        {"tCL-tRCD-tRP-tRAS as DDR3-1866", 7},
+        {"tCL-tRCD-tRP-tRAS as DDR3-800", 42},
+    };
+    EXPECT_EQ(compared.lines, expected);
 }
 
 TEST(SpdPeers, EveryLineOfDecodeDimmsForDdr4)
