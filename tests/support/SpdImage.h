@@ -8,7 +8,34 @@
 
 namespace testing_support {
 
-/// A registered module of 8 GB with a right CRC.
+// Facts as a test expects them.
+inline recordkit::inspect::Value number(long long value)
+{
+    return value;
+}
+
+inline recordkit::inspect::Value words(const char* value)
+{
+    return std::string(value);
+}
+
+const recordkit::inspect::Value NONE;
+
+/// Puts the CRC of some bytes at an offset, low byte first.
+inline void writeSpdCrc(Bytes& image, std::size_t first, std::size_t count, std::size_t offset)
+{
+    const unsigned short crc =
+        recordkit::inspect::spdCrc(recordkit::inspect::ByteView(image).part(first, count));
+    image[offset] = static_cast<unsigned char>(crc & 0xFF);
+    image[offset + 1] = static_cast<unsigned char>(crc >> 8);
+}
+
+inline void put(Bytes& image, std::size_t offset, const Bytes& bytes)
+{
+    std::copy(bytes.begin(), bytes.end(), image.begin() + static_cast<std::ptrdiff_t>(offset));
+}
+
+/// A registered DDR3 module of 8 GB with a right CRC.
 inline Bytes spdModule()
 {
     Bytes image(256, 0);
@@ -18,14 +45,65 @@ inline Bytes spdModule()
     image[4] = 0x04; // 4 Gbit
     image[7] = 0x09; // two ranks of 8 bits
     image[8] = 0x0B; // 64 bits and ECC
-    const unsigned short crc =
-        recordkit::inspect::spdCrc(recordkit::inspect::ByteView(image).part(0, 117));
-    image[126] = static_cast<unsigned char>(crc & 0xFF);
-    image[127] = static_cast<unsigned char>(crc >> 8);
+    writeSpdCrc(image, 0, 117, 126);
     const Bytes serial = {0x12, 0x34, 0x56, 0x78};
     std::copy(serial.begin(), serial.end(), image.begin() + 122);
     const Bytes part = textBytes("RK-PART-4711      ");
     std::copy(part.begin(), part.end(), image.begin() + 128);
+    return image;
+}
+
+/// A registered DDR3 module of 8 GB with a value in every field, and a right CRC.
+inline Bytes ddr3Module()
+{
+    Bytes image(256, 0);
+    put(image, 0, {0x92, 0x13, 0x0B, 0x01});
+    put(image, 4, {0x04, 0x21, 0x02, 0x09, 0x0B}); // 8 banks; 16 rows, 10 columns; 1.5 and 1.35 V
+    put(image, 9, {0x11, 0x01, 0x08});             // 1 ps, 1/8 ns
+    put(image, 12, {0x0A, 0x00, 0xFE, 0x40});      // 1.25 ns; CAS latencies 5 to 11 and 18
+    // tAA, tWR, tRCD, tRRD, tRP, upper bits, tRAS, tRC
+    put(image, 16, {0x6E, 0x78, 0x6E, 0x30, 0x6E, 0x11, 0x18, 0x86});
+    // tRFC, tWTR, tRTP, tFAW
+    put(image, 24, {0x20, 0x08, 0x3C, 0x3D, 0x01, 0xF0});
+    put(image, 30, {0x83, 0x85, 0x80, 0x00});       // optional features; sensor; monolithic
+    put(image, 34, {0x00, 0x01, 0xFF, 0x02, 0xFE}); // fine: tCK, tAA, tRCD, tRP, tRC
+    put(image, 41, {0x18});                         // unlimited in 4096 intervals
+    put(image, 60, {0x0F, 0x32, 0x24, 0x09, 0x80, 0x80, 0xB3, 0x63, 0x00});
+    put(image, 117, {0x80, 0xCE, 0x02, 0x16, 0x38, 0x12, 0x34, 0x56, 0x78});
+    writeSpdCrc(image, 0, 117, 126);
+    put(image, 128, textBytes("RK-DDR3-PART      "));
+    put(image, 146, {0x4E, 0x30, 0x80, 0x2C});
+    put(image, 176, {0x0C, 0x4A, 0x01, 0x12}); // profiles
+    return image;
+}
+
+/// A registered DDR4 module of 16 GB with a value in every field, and right CRCs.
+inline Bytes ddr4Module()
+{
+    Bytes image(512, 0);
+    put(image, 0, {0x23, 0x11, 0x0C, 0x01});
+    put(image, 4, {0x85, 0x21});              // 8 Gbit, 4 x 4 banks; 16 rows, 10 columns
+    put(image, 6, {0x00, 0x08, 0x00, 0x60});  // monolithic; unlimited; repair
+    put(image, 11, {0x01, 0x09, 0x0B, 0x80}); // 1.2 V; two ranks of 8 bits; 64 and 8 bits; sensor
+    put(image, 18, {0x07, 0x0D});             // cycles
+    put(image, 20, {0x38, 0x04, 0x00, 0x00}); // CAS latencies 10, 11, 12, 17
+    // tAA, tRCD, tRP, upper bits, tRAS, tRC
+    put(image, 24, {0x6E, 0x6E, 0x6E, 0x11, 0x00, 0x6E});
+    // tRFC1, tRFC2, tRFC4
+    put(image, 30, {0xF0, 0x0A, 0x20, 0x08, 0x00, 0x05});
+    // tFAW, tRRD_S, tRRD_L, tCCD_L
+    put(image, 36, {0x01, 0xA8, 0x1B, 0x28, 0x28});
+    // tWR, upper bits, tWTR_S, tWTR_L
+    put(image, 41, {0x01, 0x78, 0x32, 0x14, 0x3C});
+    // Fine corrections of tCCD_L, tRRD_L, tRRD_S, tRC, tRP, tRCD, tAA, tCKmax, tCKmin
+    put(image, 117, {0x00, 0x9C, 0xB5, 0xFE, 0xFF, 0x01, 0x00, 0xE7, 0xD6});
+    writeSpdCrc(image, 0, 126, 126);
+    put(image, 128, {0x11, 0x21, 0x23, 0x19, 0x80, 0x86, 0x32, 0xB1, 0x01});
+    writeSpdCrc(image, 128, 126, 254);
+    put(image, 320, {0x80, 0xCE, 0x02, 0x19, 0x27, 0x12, 0x34, 0x56, 0x78});
+    put(image, 329, textBytes("RK-DDR4-PART        "));
+    put(image, 349, {0x31, 0x80, 0xAD, 0x41});
+    put(image, 384, {0x0C, 0x4A, 0x01, 0x20}); // profiles
     return image;
 }
 

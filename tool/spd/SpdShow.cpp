@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Hex.h>
@@ -37,10 +41,42 @@ Cell numberCell(unsigned int number, const char* unit)
 
 Cell crcCell(const Module& module)
 {
-    return checkCell(module.spd.isCrcRight(), "right", "WRONG");
+    return checkCell(module.spd.areCrcsRight(), "right", "WRONG");
 }
 
-constexpr Column<Module> COLUMNS[] = {
+/// The part number without its padding.
+Cell partCell(const Module& module)
+{
+    const std::string& part = module.spd.partNumber;
+    return {module.spd.hasManufacturerData
+                ? cellText(Value(part.substr(0, part.find_last_not_of(' ') + 1)))
+                : "-"};
+}
+
+template <SpdFact FACT> Cell factCell(const Module& module)
+{
+    return {cellText(Value(module.spd.get(FACT)))};
+}
+
+/// "DDR4" of "DDR4 SDRAM".
+Cell typeCell(const Module& module)
+{
+    const std::string name = cellText(Value(module.spd.get(SpdFact::MEMORY_TYPE)));
+    return {name.substr(0, name.find(' '))};
+}
+
+Cell speedCell(const Module& module)
+{
+    const Value speed = module.spd.get(SpdFact::SPEED);
+    return {speed.isNull() ? "-" : cellText(speed) + " MT/s"};
+}
+
+template <unsigned short SpdCrc::*NUMBER> Value moduleCrc(const Module& module)
+{
+    return module.spd.moduleCrc ? Value((*module.spd.moduleCrc).*NUMBER) : Value();
+}
+
+constexpr Column<Module> OWN_COLUMNS[] = {
     {"file", nullptr, 0, [](const Module& module) { return Value(module.file); }},
     {"file_bytes", nullptr, 0,
      [](const Module& module) { return textOrNull(inputNameBytes(module.path)); }},
@@ -69,32 +105,88 @@ constexpr Column<Module> COLUMNS[] = {
     {"part_number", "PART NUMBER", 18,
      [](const Module& module) {
          return valueIf(module.spd.hasManufacturerData, module.spd.partNumber);
-     }},
-    {"rank_field", nullptr, 0, [](const Module& module) { return Value(module.spd.rankField); }},
-    {"dimm_size_code", "CODES", 6, [](const Module& module) { return Value(module.spd.dimmSize); },
+     },
+     partCell},
+    {"rank_field", nullptr, 0,
+     [](const Module& module) { return valueIf(module.spd.hasCodes, module.spd.rankField); }},
+    {"dimm_size_code", "CODES", 6,
+     [](const Module& module) { return valueIf(module.spd.hasCodes, module.spd.dimmSize); },
      [](const Module& module) {
-         return Cell{fmt::format("{}/{}", module.spd.dimmSize, module.spd.dramSize)};
+         return Cell{module.spd.hasCodes
+                         ? fmt::format("{}/{}", module.spd.dimmSize, module.spd.dramSize)
+                         : "-"};
      }},
-    {"dram_size_code", nullptr, 0, [](const Module& module) { return Value(module.spd.dramSize); }},
+    {"dram_size_code", nullptr, 0,
+     [](const Module& module) { return valueIf(module.spd.hasCodes, module.spd.dramSize); }},
     {"crc_stored", nullptr, 0, [](const Module& module) { return Value(module.spd.storedCrc); }},
     {"crc_expected", nullptr, 0,
      [](const Module& module) { return Value(module.spd.expectedCrc); }},
     {"crc_right", "CRC", 5, [](const Module& module) { return Value(module.spd.isCrcRight()); },
      crcCell},
-    {nullptr, "FILE", 0, nullptr, [](const Module& module) { return Cell{module.file}; }},
+    {"module_crc_stored", nullptr, 0, moduleCrc<&SpdCrc::stored>},
+    {"module_crc_expected", nullptr, 0, moduleCrc<&SpdCrc::expected>},
+    {"module_crc_right", nullptr, 0,
+     [](const Module& module) {
+         return module.spd.moduleCrc ? Value(module.spd.moduleCrc->isRight()) : Value();
+     }},
+    {nullptr, "TYPE", 7, nullptr, typeCell},
+    {nullptr, "SPEED", 9, nullptr, speedCell},
+    {nullptr, "MAKER", 17, nullptr, factCell<SpdFact::MODULE_MAKER>},
+};
+
+constexpr Column<Module> FILE_COLUMN = {nullptr, "FILE", 0, nullptr,
+                                        [](const Module& module) { return Cell{module.file}; }};
+
+constexpr std::size_t FACTS = static_cast<std::size_t>(SpdFact::COUNT);
+constexpr std::size_t COUNT = std::size(OWN_COLUMNS) + FACTS + 1;
+
+/// Every column: a fact's key is that of its table, so it must be known when the table is made.
+struct Columns {
+    Column<Module> all[COUNT] = {};
+
+    template <std::size_t... INDEX> explicit Columns(std::index_sequence<INDEX...> /*facts*/)
+    {
+        std::copy(std::begin(OWN_COLUMNS), std::end(OWN_COLUMNS), std::begin(all));
+        const Column<Module> facts[] = {
+            {spdFactKey(static_cast<SpdFact>(INDEX)), nullptr, 0, [](const Module& module) {
+                 return Value(module.spd.get(static_cast<SpdFact>(INDEX)));
+             }}...};
+        std::copy(std::begin(facts), std::end(facts), std::begin(all) + std::size(OWN_COLUMNS));
+        all[COUNT - 1] = FILE_COLUMN;
+    }
 };
 
 /// What a narrow terminal shows first.
 std::vector<Wish> wishes()
 {
-    return {{"file", 16},         {"capacity_mb", 9},   {"part_number", 18},  {"crc_right", 5},
-            {"serial_number", 8}, {"module_type", 7},   {"ranks", 5},         {"device_width", 7},
-            {"bus_width", 7},     {"density_mbit", 10}, {"dimm_size_code", 6}};
+    return {{"file", 16},         {"capacity_mb", 9},   {"part_number", 18},   {"crc_right", 5},
+            {"serial_number", 8}, {"module_type", 7},   {"ranks", 5},          {"device_width", 7},
+            {"bus_width", 7},     {"density_mbit", 10}, {"dimm_size_code", 6}, {"type", 5},
+            {"speed", 9},         {"maker", 8}};
+}
+
+std::vector<std::string> wrongIn(const Spd& spd)
+{
+    std::vector<std::string> wrong;
+    if (!spd.isCrcRight()) {
+        wrong.push_back(
+            fmt::format("the CRC is {:04X}h, expected {:04X}h", spd.storedCrc, spd.expectedCrc));
+    }
+    if (spd.moduleCrc && !spd.moduleCrc->isRight()) {
+        wrong.push_back(fmt::format("the CRC of bytes {} to {} is {:04X}h, expected {:04X}h",
+                                    spd.moduleCrc->first, spd.moduleCrc->last,
+                                    spd.moduleCrc->stored, spd.moduleCrc->expected));
+    }
+    if (spd.hasRepeatedPages) {
+        wrong.push_back("every page is the first one: the dump did not switch pages");
+    }
+    return wrong;
 }
 
 void run(const Arguments& arguments)
 {
-    Listing<Module> listing(COLUMNS, arguments.layout(), wishes());
+    const Columns columns{std::make_index_sequence<FACTS>()};
+    Listing<Module> listing(columns.all, arguments.layout(), wishes());
     Problems problems;
     std::size_t modules = 0;
     unsigned long megabytes = 0;
@@ -110,11 +202,7 @@ void run(const Arguments& arguments)
             listing.add({file, name, spd});
             ++modules;
             megabytes += spd.megabytes;
-            if (!spd.isCrcRight()) {
-                return {fmt::format("the CRC is {:04X}h, expected {:04X}h", spd.storedCrc,
-                                    spd.expectedCrc)};
-            }
-            return {};
+            return wrongIn(spd);
         });
     }
     listing.finish();
@@ -128,14 +216,17 @@ void run(const Arguments& arguments)
 
 Command spdShowCommand()
 {
-    return {"spd show",
-            "Show DDR3 modules: capacity, ranks, widths, serial, part number",
-            "recordkit spd show dimm0.bin; i2cdump -y 0 0x50 | recordkit spd show -",
-            {argument("FILE", "SPD image, or a hex dump of one; - for standard input").many()},
-            Answer::TABLE,
-            run,
-            "A hex dump is what i2cdump, xxd or hexdump -C prints. The total follows several "
-            "modules. A file that is not a DDR3 module, or has a wrong CRC, is reported."};
+    return {
+        "spd show",
+        "Show DDR3 and DDR4 modules: capacity, ranks, widths, speed, maker, part number",
+        "recordkit spd show dimm0.bin; i2cdump -y 0 0x50 | recordkit spd show -",
+        {argument("FILE", "SPD image, or a hex dump of one; - for standard input").many()},
+        Answer::TABLE,
+        run,
+        "A hex dump is what i2cdump, xxd or hexdump -C prints. The total follows several "
+        "modules. --json has a key for every other fact of a module, among them times in ps and "
+        "in clocks; --columns takes them too. A file that is not such a module, has a wrong "
+        "CRC, or repeats its first 256 bytes, is reported."};
 }
 
 }

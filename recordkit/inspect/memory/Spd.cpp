@@ -1,39 +1,104 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/inspect/memory/Spd.h>
 
+#include <iterator>
+
 #include <fmt/format.h>
 
-#include <recordkit/hardware/MemorySPDData.h>
 #include <recordkit/inspect/bytes/Error.h>
-#include <recordkit/inspect/bytes/Text.h>
-#include <recordkit/serial/BitField.h>
-#include <recordkit/serial/PaddedImage.h>
+#include <recordkit/inspect/memory/SpdRows.h>
 
 namespace recordkit::inspect {
-
-using TAVLib::get_bit;
-using TAVLib::RecordKit::MemorySPDData;
 
 namespace {
 
 constexpr std::size_t LEAST_SIZE = 128;
-constexpr unsigned char DDR3 = 0x0B;
-enum Offset {
-    BYTES_USED = 0,
-    DEVICE_TYPE = 2,
-    MODULE_TYPE = 3,
-    DENSITY = 4,
-    ORGANIZATION = 7,
-    BUS_WIDTH = 8,
-    CRC = 126
-};
+constexpr std::size_t PAGE = 256;
+constexpr std::size_t DEVICE_TYPE = 2;
 
-/// The first width, doubled `code` times; 0 for a reserved code.
-unsigned int widthOf(unsigned char code, unsigned int first)
-{
-    constexpr unsigned char KNOWN = 4;
-    return code < KNOWN ? first << code : 0;
-}
+constexpr const char* KEYS[] = {"memory_type",
+                                "spd_revision",
+                                "spd_bytes_used",
+                                "spd_bytes_total",
+                                "hybrid",
+                                "package",
+                                "dies",
+                                "channels",
+                                "bank_groups",
+                                "banks",
+                                "row_bits",
+                                "column_bits",
+                                "voltages",
+                                "speed_mts",
+                                "cas_latencies",
+                                "timebases",
+                                "tck_min_ps",
+                                "tck_max_ps",
+                                "taa_ps",
+                                "taa_clocks",
+                                "trcd_ps",
+                                "trcd_clocks",
+                                "trp_ps",
+                                "trp_clocks",
+                                "tras_ps",
+                                "tras_clocks",
+                                "trc_ps",
+                                "trc_clocks",
+                                "trfc1_ps",
+                                "trfc1_clocks",
+                                "trfc2_ps",
+                                "trfc2_clocks",
+                                "trfc4_ps",
+                                "trfc4_clocks",
+                                "tfaw_ps",
+                                "tfaw_clocks",
+                                "trrd_ps",
+                                "trrd_clocks",
+                                "trrd_l_ps",
+                                "trrd_l_clocks",
+                                "tccd_l_ps",
+                                "tccd_l_clocks",
+                                "twr_ps",
+                                "twr_clocks",
+                                "twtr_ps",
+                                "twtr_clocks",
+                                "twtr_l_ps",
+                                "twtr_l_clocks",
+                                "trtp_ps",
+                                "trtp_clocks",
+                                "max_activates",
+                                "activate_window",
+                                "repair",
+                                "soft_repair",
+                                "rzq6",
+                                "rzq7",
+                                "dll_off",
+                                "hot",
+                                "hot_refresh",
+                                "auto_refresh",
+                                "on_die_sensor",
+                                "partial_refresh",
+                                "thermal_sensor",
+                                "height_mm",
+                                "front_mm",
+                                "back_mm",
+                                "reference_card",
+                                "mapping",
+                                "registers",
+                                "device_rows",
+                                "register_type",
+                                "register_maker",
+                                "register_revision",
+                                "buffer_revision",
+                                "heat_spreader",
+                                "module_maker",
+                                "location",
+                                "made",
+                                "module_revision",
+                                "dram_maker",
+                                "dram_stepping",
+                                "profiles"};
+static_assert(std::size(KEYS) == static_cast<std::size_t>(SpdFact::COUNT), "one key for each fact");
 
 /// The kind of memory (JEDEC, key byte 2); nullptr for an unknown one.
 const char* deviceTypeName(unsigned char type)
@@ -43,6 +108,8 @@ const char* deviceTypeName(unsigned char type)
         return "DDR SDRAM";
     case 0x08:
         return "DDR2 SDRAM";
+    case 0x0B:
+        return "DDR3 SDRAM";
     case 0x0C:
         return "DDR4 SDRAM";
     case 0x0E:
@@ -65,21 +132,31 @@ const char* deviceTypeName(unsigned char type)
     }
 }
 
-std::string moduleTypeName(unsigned char type)
+using Reader = void (*)(Spd& spd, ByteView image);
+
+/// What decodes a kind of memory; nullptr for one that is not supported.
+Reader readerOf(unsigned char type)
 {
-    constexpr const char* NAMES[] = {"undefined",    "RDIMM",        "UDIMM",        "SO-DIMM",
-                                     "Micro-DIMM",   "Mini-RDIMM",   "Mini-UDIMM",   "Mini-CDIMM",
-                                     "72b-SO-UDIMM", "72b-SO-RDIMM", "72b-SO-CDIMM", "LRDIMM",
-                                     "16b-SO-DIMM",  "32b-SO-DIMM"};
-    return type < std::size(NAMES) ? NAMES[type] : fmt::format("type {:X}h", type);
+    switch (type) {
+    case 0x0B:
+        return readDdr3;
+    case 0x0C:
+        return readDdr4;
+    default:
+        return nullptr;
+    }
 }
 
-unsigned int capacityOf(const Spd& spd)
+/// Whether every whole or cut off page after the first one repeats it: the page was not switched.
+bool repeatsPages(ByteView bytes)
 {
-    if (spd.deviceWidth == 0 || spd.busWidth == 0) {
-        return 0;
+    for (std::size_t at = PAGE; at < bytes.size(); at += PAGE) {
+        const ByteView page = bytes.part(at, PAGE);
+        if (page != bytes.part(0, page.size())) {
+            return false;
+        }
     }
-    return spd.densityMegabits / 8 * spd.busWidth / spd.deviceWidth * spd.ranks;
+    return bytes.size() >= 2 * PAGE;
 }
 
 }
@@ -92,40 +169,24 @@ Spd parseSpd(ByteView bytes)
     }
     const unsigned char type = bytes[DEVICE_TYPE];
     const char* const name = deviceTypeName(type);
-    if (type != DDR3 && name == nullptr) {
+    if (name == nullptr) {
         throw DataError(fmt::format("not SPD data: unknown device type {:02X}h at offset 2", type));
     }
-    if (type != DDR3) {
+    const Reader read = readerOf(type);
+    if (read == nullptr) {
         throw DataError(
             fmt::format("not supported: {} (device type {:02X}h at offset 2)", name, type));
     }
-    MemorySPDData memory;
-    Bytes image = bytes.copy();
     Spd spd;
-    spd.hasManufacturerData = image.size() >= memory.getSerializedSize();
-    image.resize(std::max<std::size_t>(image.size(), memory.getSerializedSize()), 0);
-    TAVLib::setSerializedPadded(memory, image);
-    spd.rankField = memory.getRankNum();
-    spd.dimmSize = memory.getDIMMSize();
-    spd.dramSize = memory.getDRAMSize();
-    spd.serialNumber = memory.getSerialNumber();
-    spd.partNumber = toUtf8(memory.getModulePartNumber());
-
-    constexpr unsigned char KNOWN_RANKS = 4;
-    constexpr unsigned char KNOWN_DENSITIES = 7;
-    const unsigned char density = get_bit(image[DENSITY], 0, 4);
-    spd.densityMegabits = density < KNOWN_DENSITIES ? 256U << density : 0;
-    spd.ranks = spd.rankField < KNOWN_RANKS ? spd.rankField + 1U : 0;
-    spd.deviceWidth = widthOf(get_bit(image[ORGANIZATION], 0, 3), 4);
-    spd.busWidth = widthOf(get_bit(image[BUS_WIDTH], 0, 3), 8);
-    spd.eccWidth = get_bit(image[BUS_WIDTH], 3, 2) == 1 ? 8 : 0;
-    spd.megabytes = capacityOf(spd);
-    spd.moduleType = moduleTypeName(get_bit(image[MODULE_TYPE], 0, 4));
-    // Bit 7 of byte 0: the CRC covers only the bytes that do not differ between modules of a kind.
-    const std::size_t covered = get_bit(image[BYTES_USED], 7, 1) != 0 ? 117 : 126;
-    spd.storedCrc = static_cast<unsigned short>(bytes.le16(CRC));
-    spd.expectedCrc = spdCrc(bytes.part(0, covered));
+    spd.hasRepeatedPages = repeatsPages(bytes);
+    set(spd, SpdFact::MEMORY_TYPE, std::string(name));
+    read(spd, spd.hasRepeatedPages ? bytes.part(0, PAGE) : bytes);
     return spd;
+}
+
+const char* spdFactKey(SpdFact fact)
+{
+    return KEYS[static_cast<std::size_t>(fact)];
 }
 
 unsigned short spdCrc(ByteView bytes)
