@@ -84,22 +84,22 @@ namespace recordkit::inspect {
 // version 0 by VITA 57.1, version 1 by VITA 57.4. "fmc-i2c", subtype 1, lists its I2C devices as
 // one text of 6-bit characters, shown as they are.
 //
-// | byte | bits of version 0, 1 | field                                     | unit |
-// |------|----------------------|-------------------------------------------|------|
-// | 0-2  |                      | manufacturer                              |      |
-// | 3    | 7-4                  | subtype                                   |      |
-// |      | 3-0                  | version                                   |      |
-// | 4    | 7-6                  | module-size                               |      |
-// |      | 5-4                  | p1-connector; of version 1 P1 and P3      |      |
-// |      | 3-2, 3-1             | p2-connector; of version 1 P2 and P4      |      |
-// |      | 1, 0                 | clock-direction                           |      |
-// | 5    |                      | p1-bank-a-signals                         |      |
-// | 6-   | byte 6, 7 bits 5-0   | p1-bank-b-signals                         |      |
-// |      | byte 7, 6            | p2-bank-a-signals                         |      |
-// |      | byte 8, 7-8 bits 11-6| p2-bank-b-signals                         |      |
-// | 9    | 7-4, 8-9 bits 9-4    | p1-transceivers                           |      |
-// |      | 3-0, 7-2             | p2-transceivers                           |      |
-// | 10   |                      | tck-max                                   | MHz  |
+// | field             | version 0     | version 1                 |
+// |-------------------|---------------|---------------------------|
+// | manufacturer      | 0-2           | 0-2                       |
+// | subtype           | 3 bits 7-4    | 3 bits 7-4                |
+// | version           | 3 bits 3-0    | 3 bits 3-0                |
+// | module-size       | 4 bits 7-6    | 4 bits 7-6                |
+// | p1-connector      | 4 bits 5-4    | 4 bits 5-4, of P1 and P3  |
+// | p2-connector      | 4 bits 3-2    | 4 bits 3-1, of P2 and P4  |
+// | clock-direction   | 4 bit 1       | 4 bit 0                   |
+// | p1-bank-a-signals | 5             | 5                         |
+// | p1-bank-b-signals | 6             | 7-9 bits 5-0              |
+// | p2-bank-a-signals | 7             | 6                         |
+// | p2-bank-b-signals | 8             | 7-9 bits 11-6             |
+// | p1-transceivers   | 9 bits 7-4    | 7-9 bits 17-12            |
+// | p2-transceivers   | 9 bits 3-0    | 7-9 bits 23-18            |
+// | tck-max           | 10 (MHz)      | 10 (MHz)                  |
 //
 // Records of PICMG, type C0h, manufacturer 00315Ah: manufacturer (bytes 0-2), record-id (3) and
 // format (4), then by record id, in a format listed here:

@@ -133,6 +133,7 @@ TEST(MultiRecords, FieldsHaveTheirPlaceInTheImageAndANumber)
     EXPECT_EQ(holdUp->value, Value(12LL));
     EXPECT_FALSE(record.findField("peak-va")->isBits());
     EXPECT_EQ(record.findField("hot-swap")->value, Value(true));
+    EXPECT_EQ(decode(0x0B, {0xCA}).findField("data")->value, Value(std::string("CA")));
     EXPECT_EQ(record.findField("input1-low")->value, Value(90.0));
     EXPECT_EQ(record.findField("combined-voltage1")->value, Value(2LL));
     EXPECT_EQ(record.findField("nothing"), nullptr);
@@ -374,6 +375,11 @@ TEST(MultiRecords, OutputsHaveTheNamesOfVitaInItsImages)
     EXPECT_EQ(named[1].findField("output")->text, "P2 VREF_B_M2C");
     EXPECT_EQ(named[2].findField("output")->text, "12");
     EXPECT_EQ(decodeMultiRecords({{2, 0, load}})[0].findField("output")->text, "2");
+    for (const char* const other : {"A212001042", "A2120020"}) {
+        const Bytes vita = fromHex(other);
+        EXPECT_EQ(decodeMultiRecords({{2, 0, load}, {0xFA, 0, vita}})[0].findField("output")->text,
+                  "P1 12P0V");
+    }
 }
 
 TEST(MultiRecords, OtherTypesAreBytes)
@@ -473,9 +479,14 @@ TEST(MultiRecords, ARecordThatIsTooShortHasTheFieldsBeforeItsEnd)
         const std::string last = decode(layout.type, whole).fields.back().name;
         EXPECT_EQ(record.findField(last), nullptr) << last;
         // Every byte is in a field, also those of a field that is cut off.
+        // Only the standard's records say from their type on how long they are.
+        const bool isFixed = layout.type != 0x03 && layout.type < 0xC0;
         for (std::size_t length = 0; length <= whole.size(); ++length) {
             Bytes ones(whole.begin(), whole.begin() + static_cast<long>(length));
             const MultiRecord part = decode(layout.type, ones);
+            if (isFixed && length < whole.size()) {
+                EXPECT_EQ(part.missing, size) << length;
+            }
             std::vector<bool> isShown(length, false);
             for (const MultiRecordField& each : part.fields) {
                 ASSERT_LE(each.offset - OFFSET + each.width, length) << each.name;
@@ -717,6 +728,320 @@ TEST(MultiRecords, Clocks)
                               "4001"
                               "05000100"),
               13U);
+}
+
+TEST(MultiRecords, FormatsOfPicmgThatAreNotKnownAreBytes)
+{
+    for (const char* const id :
+         {"04", "10", "11", "12", "14", "15", "16", "17", "18", "19", "1A", "1B", "2C", "2D"}) {
+        EXPECT_EQ(picmg(id, "00", "01"), Lines({"picmg1", "data=00"})) << id;
+    }
+    EXPECT_EQ(picmg("0F", "00"), Lines({"picmg1", "data=00"}));
+    EXPECT_EQ(picmg("1C", "00"), Lines({"picmg1", "data=00"}));
+}
+
+TEST(MultiRecords, AListNamesTheSizeOfAllItsElements)
+{
+    const auto missing = [](const std::string& hex) { return missingOf(0xC0, "5A3100" + hex); };
+    const std::string shelf(2 * 21, '0');
+    EXPECT_EQ(missing("0400"
+                      "094203"),
+              8U + 3 * 3);
+    EXPECT_EQ(missing("1000" + shelf + "03"), 27U + 3 * 3);
+    EXPECT_EQ(missing("1100"
+                      "03"),
+              6U + 3 * 6);
+    EXPECT_EQ(missing("1100"
+                      "01"
+                      "000000000003"),
+              12U + 3 * 2);
+    EXPECT_EQ(missing("1200"
+                      "0003"),
+              7U + 3 * 5);
+    EXPECT_EQ(missing("1400"
+                      "03"),
+              6U + 3 * 16);
+    EXPECT_EQ(missing("1500"
+                      "0000000000"
+                      "03"),
+              11U + 3 * 3);
+    EXPECT_EQ(missing("1500"
+                      "0000000000"
+                      "01"
+                      "000003"),
+              14U + 3 * 2);
+    EXPECT_EQ(missing("1700"
+                      "00000003"),
+              9U + 3 * 3);
+    EXPECT_EQ(missing("1800"
+                      "0003"),
+              7U + 3 * 3);
+    EXPECT_EQ(missing("1900"
+                      "000003"),
+              8U + 3 * 3);
+    EXPECT_EQ(missing("1A00"
+                      "0003"),
+              7U + 3);
+    EXPECT_EQ(missing("1B00"
+                      "03"),
+              6U + 3 * 4);
+    EXPECT_EQ(missing("2C00"
+                      "03"),
+              6U + 3 * 2);
+    EXPECT_EQ(missing("2C00"
+                      "01"
+                      "0003"),
+              8U + 3 * 3);
+    EXPECT_EQ(missing("2D00"
+                      "0003"),
+              7U + 3 * 4);
+    // What follows a part that is cut off counts from nowhere.
+    EXPECT_EQ(missing("1301"
+                      "C0A8"),
+              9U);
+    EXPECT_EQ(missing("1301"
+                      "C0A81924"),
+              17U);
+}
+
+TEST(MultiRecords, NamesOfValues)
+{
+    const auto words = [](const std::string& before, const std::string& after,
+                          const std::string& name, unsigned int count, unsigned int first = 0) {
+        std::string all;
+        for (unsigned int value = first; value < first + count; ++value) {
+            const Bytes byte = {static_cast<unsigned char>(value)};
+            all += (all.empty() ? "" : ", ") +
+                   field(0xC0, "5A3100" + before + toHex(byte) + after, name);
+        }
+        return all;
+    };
+    EXPECT_EQ(words("1B00"
+                    "01"
+                    "000000",
+                    "", "fan1.site-type", 11),
+              "board, power entry module, shelf FRU information, shelf manager, fan tray, fan "
+              "filter tray, alarm, AMC module, PMC, rear transition module, 10");
+    EXPECT_EQ(words("0400", "0000", "slot1.channel-type", 9, 6),
+              "6, PICMG 2.9, single port fabric, double port fabric, full channel fabric, base "
+              "interface, update channel, shelf manager cross-connect, 14");
+    EXPECT_EQ(words("1500"
+                    "0000000000"
+                    "01"
+                    "00",
+                    "00", "hub1.buses", 4),
+              "0, IPMB-A, IPMB-B, IPMB-A and IPMB-B");
+    EXPECT_EQ(words("2D00"
+                    "0001"
+                    "00000001"
+                    "00",
+                    "00"
+                    "000000000000000000000000",
+                    "clock1.direct1.family", 4),
+              "unspecified, SONET, SDH or PDH, reserved for PCI Express, 3");
+    EXPECT_EQ(words("2D00"
+                    "0001"
+                    "00",
+                    "0000", "clock1.activation", 2),
+              "by the carrier, by the application");
+    // Types of links begin at bit 12.
+    const auto links = [&](const std::string& before, const std::string& after,
+                           const std::string& name) {
+        std::string all;
+        for (unsigned int type = 0; type < 9; ++type) {
+            const Bytes byte = {static_cast<unsigned char>(type << 4)};
+            all += (all.empty() ? "" : ", ") +
+                   field(0xC0, "5A3100" + before + "00" + toHex(byte) + after, name);
+        }
+        return all;
+    };
+    EXPECT_EQ(links("1400"
+                    "00",
+                    "0000", "link1.type"),
+              "0, PICMG 3.0 base interface, PICMG 3.1 Ethernet, PICMG 3.2 InfiniBand, PICMG 3.3 "
+              "StarFabric, PICMG 3.4 PCI Express, 6, 7, 8");
+    EXPECT_EQ(links("1900"
+                    "000000",
+                    "000000", "link1.type"),
+              "0, 1, AMC.1 PCI Express, AMC.1 PCI Express Advanced Switching, AMC.1 PCI Express "
+              "Advanced Switching, AMC.2 Ethernet, AMC.4 Serial RapidIO, AMC.3 storage, 8");
+    const auto resource = [](const std::string& id, const std::string& hex,
+                             const std::string& name) {
+        return field(0xC0, "5A3100" + id + "00" + hex, name);
+    };
+    for (const std::string id : {"18", "19"}) {
+        const std::string name = id == "18" ? "resource1.type" : "device-type";
+        EXPECT_EQ(resource(id, id == "18" ? "0F00" : "000F00", name), "on the carrier");
+        EXPECT_EQ(resource(id, id == "18" ? "8000" : "008000", name), "AMC module");
+    }
+    EXPECT_EQ(resource("2D", "0000", "device-type"), "on the carrier");
+    EXPECT_EQ(resource("2D", "8000", "device-type"), "backplane");
+    EXPECT_EQ(resource("2D", "C000", "device-type"), "3");
+}
+
+namespace {
+
+/// The place of each field in the data: "name 1-2:11..0".
+std::string placesOf(unsigned char type, const std::string& hex)
+{
+    std::string all;
+    for (const MultiRecordField& each : decode(type, fromHex(hex)).fields) {
+        const unsigned int at = each.offset - OFFSET;
+        all += (all.empty() ? "" : ", ") + each.name + " " + std::to_string(at);
+        all += each.width == 1 ? "" : "-" + std::to_string(at + each.width - 1);
+        if (each.isBits()) {
+            all += ":" + std::to_string(each.high) + ".." + std::to_string(each.low);
+        }
+    }
+    return all;
+}
+
+}
+
+TEST(MultiRecords, PlacesOfFields)
+{
+    const std::string zeroes(2 * 40, '0');
+    const auto zero = [&](unsigned char type, const std::string& start, std::size_t size) {
+        return placesOf(type, (start + zeroes).substr(0, 2 * size));
+    };
+    EXPECT_EQ(zero(0x00, "", 24),
+              "capacity 0-1:11..0, peak-va 2-3, inrush-current 4, inrush-interval 5, "
+              "input1-low 6-7, input1-high 8-9, input2-low 10-11, input2-high 12-13, "
+              "frequency-low 14, frequency-high 15, dropout-tolerance 16, "
+              "predictive-fail 17:0..0, power-factor-correction 17:1..1, autoswitch 17:2..2, "
+              "hot-swap 17:3..3, fail-signal 17:4..4, peak-capacity 18-19:11..0, "
+              "hold-up-time 18-19:15..12, combined-voltage2 20:3..0, "
+              "combined-voltage1 20:7..4, combined-capacity 21-22, tachometer-threshold 23");
+    EXPECT_EQ(zero(0x01, "", 13),
+              "output 0:3..0, standby 0:7..7, nominal-voltage 1-2, negative-deviation 3-4, "
+              "positive-deviation 5-6, ripple 7-8, min-current 9-10, max-current 11-12");
+    EXPECT_EQ(zero(0x02, "", 13),
+              "output 0:3..0, nominal-voltage 1-2, min-voltage 3-4, max-voltage 5-6, "
+              "ripple 7-8, min-current 9-10, max-current 11-12");
+    EXPECT_EQ(zero(0x09, "", 13),
+              "output 0:3..0, current-unit 0:4..4, standby 0:7..7, nominal-voltage 1-2, "
+              "negative-deviation 3-4, positive-deviation 5-6, ripple 7-8, min-current 9-10, "
+              "max-current 11-12");
+    EXPECT_EQ(zero(0x0A, "", 13),
+              "output 0:3..0, current-unit 0:7..7, nominal-voltage 1-2, min-voltage 3-4, "
+              "max-voltage 5-6, ripple 7-8, min-current 9-10, max-current 11-12");
+    EXPECT_EQ(zero(0x03, "07", 17), "type 0, system-guid 1-16");
+    EXPECT_EQ(zero(0x03, "0141", 3), "type 0, system-url 1-2");
+    EXPECT_EQ(zero(0x04, "", 8),
+              "manufacturer 0-2, entity 3, base 4, code-start 5:6..0, code-mask 6-7");
+    EXPECT_EQ(zero(0xFA, "A21200", 11),
+              "manufacturer 0-2, version 3:3..0, subtype 3:7..4, clock-direction 4:1..1, "
+              "p2-connector 4:3..2, p1-connector 4:5..4, module-size 4:7..6, "
+              "p1-bank-a-signals 5, p1-bank-b-signals 6, p2-bank-a-signals 7, "
+              "p2-bank-b-signals 8, p2-transceivers 9:3..0, p1-transceivers 9:7..4, tck-max 10");
+    EXPECT_EQ(zero(0xFA, "A2120001", 11),
+              "manufacturer 0-2, version 3:3..0, subtype 3:7..4, clock-direction 4:0..0, "
+              "p2-connector 4:3..1, p1-connector 4:5..4, module-size 4:7..6, "
+              "p1-bank-a-signals 5, p2-bank-a-signals 6, p1-bank-b-signals 7-9:5..0, "
+              "p2-bank-b-signals 7-9:11..6, p1-transceivers 7-9:17..12, "
+              "p2-transceivers 7-9:23..18, tck-max 10");
+    EXPECT_EQ(zero(0xFA, "A2120010", 7),
+              "manufacturer 0-2, version 3:3..0, subtype 3:7..4, devices 4-6");
+    EXPECT_EQ(zero(0xFA, "A2120020", 6),
+              "manufacturer 0-2, version 3:3..0, subtype 3:7..4, data 4-5");
+    EXPECT_EQ(zero(0xC7, "", 5), "manufacturer 0-2, data 3-4");
+    EXPECT_EQ(zero(0x0B, "", 2), "data 0-1");
+    EXPECT_EQ(zero(0xC0, "5A31000400000001", 11),
+              "manufacturer 0-2, record-id 3, format 4, slot1.channel-type 5, slot1.address 6, "
+              "slot1.channel-count 7, slot1.channel1.remote-slot 8-10:7..0, "
+              "slot1.channel1.remote-channel 8-10:12..8, "
+              "slot1.channel1.local-channel 8-10:17..13");
+    EXPECT_EQ(zero(0xC0, "5A31001000" + zeroes.substr(0, 42) + "01", 30),
+              "manufacturer 0-2, record-id 3, format 4, shelf-address-type 5, "
+              "shelf-address 6-25, entry-count 26, entry1.address 27, entry1.site-number 28, "
+              "entry1.site-type 29");
+    EXPECT_EQ(zero(0xC0,
+                   "5A310011000100000000"
+                   "0001",
+                   14),
+              "manufacturer 0-2, record-id 3, format 4, feed-count 5, "
+              "feed1.max-external-current 6-7, feed1.max-internal-current 8-9, "
+              "feed1.min-voltage 10, feed1.fru-count 11, feed1.fru1.address 12, "
+              "feed1.fru1.id 13");
+    EXPECT_EQ(zero(0xC0, "5A310012000001", 12),
+              "manufacturer 0-2, record-id 3, format 4, readiness 5, fru-count 6, "
+              "fru1.address 7, fru1.id 8, fru1.max-power 9-10, fru1.delay 11:5..0, "
+              "fru1.activation 11:6..6, fru1.deactivation 11:7..7");
+    EXPECT_EQ(zero(0xC0, "5A31001301", 17),
+              "manufacturer 0-2, record-id 3, format 4, address 5-8, gateway 9-12, mask 13-16");
+    EXPECT_EQ(zero(0xC0, "5A3100140001", 26),
+              "manufacturer 0-2, record-id 3, format 4, guid-count 5, guid1 6-21, "
+              "link1.channel 22-25:5..0, link1.interface 22-25:7..6, link1.ports 22-25:11..8, "
+              "link1.type 22-25:19..12, link1.extension 22-25:23..20, link1.group 22-25:31..24");
+    EXPECT_EQ(zero(0xC0,
+                   "5A31001500"
+                   "0000000000"
+                   "01"
+                   "000001",
+                   16),
+              "manufacturer 0-2, record-id 3, format 4, connector-definer 5-7, "
+              "connector-version 8-9, hub-count 10, hub1.address 11, hub1.buses 12:1..0, "
+              "hub1.link-count 13, hub1.link1.address 14, hub1.link1.entry 15");
+    EXPECT_EQ(zero(0xC0, "5A31001600", 6), "manufacturer 0-2, record-id 3, format 4, current 5");
+    EXPECT_EQ(zero(0xC0,
+                   "5A31001700"
+                   "000000"
+                   "01",
+                   12),
+              "manufacturer 0-2, record-id 3, format 4, max-internal-current 5-6, readiness 7, "
+              "module-count 8, module1.address 9, module1.max-current 10, module1.reserved 11");
+    EXPECT_EQ(zero(0xC0,
+                   "5A31001800"
+                   "0001",
+                   10),
+              "manufacturer 0-2, record-id 3, format 4, resource1.id 5:3..0, "
+              "resource1.type 5:7..7, resource1.port-count 6, "
+              "resource1.port1.remote-id 7-9:3..0, resource1.port1.remote-type 7-9:7..7, "
+              "resource1.port1.remote 7-9:12..8, resource1.port1.local 7-9:17..13");
+    EXPECT_EQ(zero(0xC0,
+                   "5A31001900"
+                   "000001",
+                   16),
+              "manufacturer 0-2, record-id 3, format 4, guid-count 5, device-id 6:3..0, "
+              "device-type 6:7..7, channel-count 7, channel1.lane0-port 8-10:4..0, "
+              "channel1.lane1-port 8-10:9..5, channel1.lane2-port 8-10:14..10, "
+              "channel1.lane3-port 8-10:19..15, link1.channel 11-15:7..0, "
+              "link1.lanes 11-15:11..8, link1.type 11-15:19..12, link1.extension 11-15:23..20, "
+              "link1.group 11-15:31..24, link1.match 11-15:33..32");
+    EXPECT_EQ(zero(0xC0,
+                   "5A31001A00"
+                   "0001",
+                   8),
+              "manufacturer 0-2, record-id 3, format 4, version-major 5:3..0, "
+              "version-minor 5:7..4, site-count 6, site1 7");
+    EXPECT_EQ(zero(0xC0,
+                   "5A31001B00"
+                   "01",
+                   10),
+              "manufacturer 0-2, record-id 3, format 4, fan-count 5, fan1.address 6, "
+              "fan1.id 7, fan1.site-number 8, fan1.site-type 9");
+    EXPECT_EQ(zero(0xC0,
+                   "5A31002C00"
+                   "01"
+                   "0001",
+                   11),
+              "manufacturer 0-2, record-id 3, format 4, resource-count 5, resource1.id 6:3..0, "
+              "resource1.type 6:7..6, resource1.channel-count 7, resource1.channel1.local 8, "
+              "resource1.channel1.remote 9, resource1.channel1.remote-id 10:3..0, "
+              "resource1.channel1.remote-type 10:7..6");
+    EXPECT_EQ(zero(0xC0,
+                   "5A31002D00"
+                   "0001"
+                   "00000101",
+                   28),
+              "manufacturer 0-2, record-id 3, format 4, device-id 5:3..0, device-type 5:7..6, "
+              "clock-count 6, clock1.id 7, clock1.activation 8:0..0, clock1.indirect-count 9, "
+              "clock1.direct-count 10, clock1.indirect1.source 11:0..0, "
+              "clock1.indirect1.pll 11:1..1, clock1.indirect1.depends-on 12, "
+              "clock1.direct1.source 13:0..0, clock1.direct1.pll 13:1..1, "
+              "clock1.direct1.family 14, clock1.direct1.accuracy 15, "
+              "clock1.direct1.frequency 16-19, clock1.direct1.min-frequency 20-23, "
+              "clock1.direct1.max-frequency 24-27");
 }
 
 TEST(MultiRecords, OtherRecordsOfPicmgAreBytes)
