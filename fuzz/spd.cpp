@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Memory modules, as images and as hex dumps.
+// Memory modules of every generation, as images and as hex dumps.
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/memory/Spd.h>
 

@@ -218,12 +218,13 @@ Command spdShowCommand()
 {
     return {
         "spd show",
-        "Show DDR3 and DDR4 modules: capacity, ranks, widths, speed, maker, part number",
+        "Show DDR3, DDR4 and DDR5 modules: capacity, ranks, speed, maker, part number",
         "recordkit spd show dimm0.bin; i2cdump -y 0 0x50 | recordkit spd show -",
         {argument("FILE", "SPD image, or a hex dump of one; - for standard input").many()},
         Answer::TABLE,
         run,
-        "A hex dump is what i2cdump, xxd or hexdump -C prints. The total follows several "
+        "A hex dump is what i2cdump, xxd or hexdump -C prints; outputs of i2cdump may follow "
+        "each other, a page each. The total follows several "
         "modules. --json has a key for every other fact of a module, among them times in ps and "
         "in clocks; --columns takes them too. A file that is not such a module, has a wrong "
         "CRC, or repeats its first 256 bytes, is reported."};

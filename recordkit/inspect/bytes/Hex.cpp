@@ -105,9 +105,18 @@ bool isDump(const std::string& content)
     return false;
 }
 
+/// The line that i2cdump prints before the 256 bytes of a page.
+bool isHeading(const std::string& line)
+{
+    return line.find_first_not_of(' ') != std::string::npos &&
+           line.compare(line.find_first_not_of(' '), 8, "0  1  2 ") == 0;
+}
+
 Bytes parseDump(const std::string& name, const std::string& content)
 {
+    constexpr std::size_t PAGE = 256;
     Bytes bytes;
+    std::size_t pageStart = 0; // what the offsets count from
     std::istringstream lines(content);
     std::size_t number = 0;
     bool isRepeating = false;
@@ -125,10 +134,14 @@ Bytes parseDump(const std::string& name, const std::string& content)
                 rest = ""; // hexdump -C ends with the size
             } else if (bytes.empty()) {
                 continue; // the heading that i2cdump prints
+            } else if (isHeading(line) && bytes.size() % PAGE == 0) {
+                pageStart = bytes.size();
+                continue;
             } else {
                 throw badLine(name, number, line);
             }
         }
+        offset += pageStart;
         constexpr std::size_t LARGEST = 65536;
         while (isRepeating && bytes.size() >= BYTES_IN_A_LINE && bytes.size() < offset &&
                offset <= LARGEST) {

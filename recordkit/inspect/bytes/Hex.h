@@ -24,6 +24,7 @@ std::size_t parseHexDigits(const std::string& text, Bytes& bytes);
 bool isText(const std::string& content, bool mayBeUtf8);
 
 /// Reads an image as i2cdump, xxd and hexdump -C print it, in plain hex digits, or unchanged.
+/// Several outputs of i2cdump, each with its heading, are pages of 256 bytes one after another.
 /// Throws DataError with the line of a dump that cannot be read; `name` is the input's name in its
 /// text.
 Bytes parseImage(const std::string& name, const std::string& content);

@@ -15,6 +15,8 @@ namespace {
 constexpr std::size_t LEAST_SIZE = 128;
 constexpr std::size_t PAGE = 256;
 constexpr std::size_t DEVICE_TYPE = 2;
+constexpr unsigned char DDR5 = 0x12;
+constexpr std::size_t LEAST_DDR5_SIZE = 512; // its only CRC is at the end of them
 
 constexpr const char* KEYS[] = {"memory_type",
                                 "spd_revision",
@@ -50,6 +52,8 @@ constexpr const char* KEYS[] = {"memory_type",
                                 "trfc2_clocks",
                                 "trfc4_ps",
                                 "trfc4_clocks",
+                                "trfc_sb_ps",
+                                "trfc_sb_clocks",
                                 "tfaw_ps",
                                 "tfaw_clocks",
                                 "trrd_ps",
@@ -58,6 +62,14 @@ constexpr const char* KEYS[] = {"memory_type",
                                 "trrd_l_clocks",
                                 "tccd_l_ps",
                                 "tccd_l_clocks",
+                                "tccd_l_wr_ps",
+                                "tccd_l_wr_clocks",
+                                "tccd_l_wr2_ps",
+                                "tccd_l_wr2_clocks",
+                                "tccd_l_wtr_ps",
+                                "tccd_l_wtr_clocks",
+                                "tccd_s_wtr_ps",
+                                "tccd_s_wtr_clocks",
                                 "twr_ps",
                                 "twr_clocks",
                                 "twtr_ps",
@@ -97,6 +109,12 @@ constexpr const char* KEYS[] = {"memory_type",
                                 "module_revision",
                                 "dram_maker",
                                 "dram_stepping",
+                                "hub_type",
+                                "hub_maker",
+                                "hub_revision",
+                                "pmic_type",
+                                "pmic_maker",
+                                "pmic_revision",
                                 "profiles"};
 static_assert(std::size(KEYS) == static_cast<std::size_t>(SpdFact::COUNT), "one key for each fact");
 
@@ -121,7 +139,7 @@ const char* deviceTypeName(unsigned char type)
         return "LPDDR4 SDRAM";
     case 0x11:
         return "LPDDR4X SDRAM";
-    case 0x12:
+    case DDR5:
         return "DDR5 SDRAM";
     case 0x13:
         return "LPDDR5 SDRAM";
@@ -142,6 +160,8 @@ Reader readerOf(unsigned char type)
         return readDdr3;
     case 0x0C:
         return readDdr4;
+    case DDR5:
+        return readDdr5;
     default:
         return nullptr;
     }
@@ -180,7 +200,13 @@ Spd parseSpd(ByteView bytes)
     Spd spd;
     spd.hasRepeatedPages = repeatsPages(bytes);
     set(spd, SpdFact::MEMORY_TYPE, std::string(name));
-    read(spd, spd.hasRepeatedPages ? bytes.part(0, PAGE) : bytes);
+    const ByteView known = spd.hasRepeatedPages ? bytes.part(0, PAGE) : bytes;
+    if (type == DDR5 && known.size() < LEAST_DDR5_SIZE) {
+        throw DataError(
+            fmt::format("not the whole data of {}: {} different bytes, expected at least {}", name,
+                        known.size(), LEAST_DDR5_SIZE));
+    }
+    read(spd, known);
     return spd;
 }
 

@@ -51,6 +51,8 @@ enum class SpdFact : unsigned char {
     TRFC2_CLOCKS,      //
     TRFC4,             ///< the same at fourfold rate
     TRFC4_CLOCKS,      //
+    TRFC_SB,           ///< the same of one bank
+    TRFC_SB_CLOCKS,    //
     TFAW,              ///< four activates
     TFAW_CLOCKS,       //
     TRRD,              ///< row active to row active; of different bank groups
@@ -59,6 +61,14 @@ enum class SpdFact : unsigned char {
     TRRD_L_CLOCKS,     //
     TCCD_L,            ///< CAS to CAS of the same bank group
     TCCD_L_CLOCKS,     //
+    TCCD_L_WR,         ///< write to write of the same bank group
+    TCCD_L_WR_CLOCKS,  //
+    TCCD_L_WR2,        ///< the same after a write that reads nothing
+    TCCD_L_WR2_CLOCKS, //
+    TCCD_L_WTR,        ///< write to read of the same bank group, from command to command
+    TCCD_L_WTR_CLOCKS, //
+    TCCD_S_WTR,        ///< of different bank groups
+    TCCD_S_WTR_CLOCKS, //
     TWR,               ///< write recovery
     TWR_CLOCKS,        //
     TWTR,              ///< write to read; of different bank groups
@@ -98,7 +108,13 @@ enum class SpdFact : unsigned char {
     MODULE_REVISION,   ///< in hex digits
     DRAM_MAKER,        ///< as memoryMakerName
     DRAM_STEPPING,     ///< a number
-    PROFILES,          ///< of speeds beyond the standard: "XMP 2.0"
+    HUB_TYPE,          ///< the device that contains the data
+    HUB_MAKER,         ///< as memoryMakerName
+    HUB_REVISION,
+    PMIC_TYPE,  ///< the first power management circuit
+    PMIC_MAKER, ///< as memoryMakerName
+    PMIC_REVISION,
+    PROFILES, ///< of speeds beyond the standard: "XMP 3.0, EXPO"
     COUNT
 };
 
@@ -116,7 +132,7 @@ struct SpdCrc {
 };
 
 /// A memory module, decoded from its serial presence detect data (JEDEC 21-C, annexes K for DDR3
-/// and L for DDR4).
+/// and L for DDR4; JESD400-5 for DDR5).
 struct Spd {
     bool hasManufacturerData = false; ///< the image is long enough for serial and part number
     bool hasCodes = false;            ///< rankField, dimmSize and dramSize; DDR3 only
@@ -125,7 +141,7 @@ struct Spd {
     unsigned int megabytes = 0;    ///< 0 if it cannot be determined
     unsigned int ranks = 0;        ///< 0 for a reserved code
     unsigned int deviceWidth = 0;  ///< bits; 0 for a reserved code
-    unsigned int busWidth = 0;
+    unsigned int busWidth = 0;     ///< of all channels, without eccWidth
     unsigned int eccWidth = 0;
     unsigned int densityMegabits = 0; ///< of one die; 0 for a reserved code
     std::string moduleType;
@@ -145,8 +161,9 @@ struct Spd {
     const Value& get(SpdFact fact) const { return facts[static_cast<std::size_t>(fact)]; }
 };
 
-/// Reads an image: 128 bytes or more, or pages of 256 bytes one after another. Throws DataError for
-/// what is not a module; the text says "not supported" for a module of another known kind.
+/// Reads an image: 128 bytes or more, of DDR5 512 or more, or pages of 256 bytes one after another.
+/// Throws DataError for what is not a module; the text says "not supported" for a module of another
+/// known kind.
 Spd parseSpd(ByteView bytes);
 
 /// CRC-16 as JEDEC defines it: polynomial 1021h, from 0.

@@ -138,6 +138,7 @@ Value timeAt(ByteView image, const SpdTime& time, const SpdTimebases& bases)
     if (time.high.width != 0) {
         code += static_cast<long long>(codeAt(image, time.high)) << 8;
     }
+    code *= time.scale;
     long long correction = time.fine == 0 ? 0 : image[time.fine];
     correction -= correction > 0x7F ? 0x100 : 0;
     if (code == 0 || bases.medium == 0 || bases.mediumDivisor == 0) {
@@ -186,7 +187,8 @@ void readTimes(Spd& spd, ByteView image, const SpdTime* rows, std::size_t count,
         if (rows[i].fact != SpdFact::TCK_MIN && rows[i].fact != SpdFact::TCK_MAX &&
             time != nullptr) {
             set(spd, static_cast<SpdFact>(static_cast<unsigned int>(rows[i].fact) + 1),
-                clocksOf(*time, *cycle, rounding));
+                std::max<long long>(clocksOf(*time, *cycle, rounding),
+                                    rows[i].clocks == 0 ? 0 : image[rows[i].clocks]));
         }
     }
 }

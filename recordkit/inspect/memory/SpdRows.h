@@ -27,7 +27,9 @@ struct SpdTime {
     SpdFact fact;
     Place low;
     Place high = {};
-    unsigned char fine = 0; ///< offset of a signed byte; 0 for none
+    unsigned char fine = 0;   ///< offset of a signed byte; 0 for none
+    unsigned char clocks = 0; ///< offset of the fewest clocks; 0 for none
+    unsigned int scale = 1;   ///< medium units in one of the time's
 };
 
 /// The units of times, in picoseconds as fractions. A unit of 0 is unknown: so are the times.
@@ -105,6 +107,8 @@ struct SpdRounding {
 constexpr SpdRounding DDR3_ROUNDING = {1000, 999}; ///< up, from a thousandth of a clock on
 constexpr SpdRounding DDR4_ROUNDING = {1000, 974}; ///< Annex L, rounding algorithm
 
+constexpr SpdRounding DDR5_ROUNDING = {997, 1000}; ///< JESD400-5, rounding algorithm
+
 /// Whole clocks that a time takes.
 long long clocksOf(long long picoseconds, long long cycle, const SpdRounding& rounding);
 
@@ -147,6 +151,7 @@ unsigned int capacityOf(const Spd& spd);
 /// The generations.
 void readDdr3(Spd& spd, ByteView image);
 void readDdr4(Spd& spd, ByteView image);
+void readDdr5(Spd& spd, ByteView image);
 
 }
 

@@ -50,6 +50,24 @@ TEST(HexDump, IsReadAsToolsPrintIt)
     EXPECT_EQ(parseImage("f", "\n00000000: 9210 0b\r\n\r\n"), Bytes({0x92, 0x10, 0x0B}));
 }
 
+TEST(HexDump, PagesOfI2cdumpFollowEachOther)
+{
+    Bytes first(256, 1);
+    Bytes second(256, 2);
+    second[16] = 3;
+    Bytes both = first;
+    both.insert(both.end(), second.begin(), second.end());
+    EXPECT_EQ(parseImage("f", i2cdump(first) + i2cdump(second)), both);
+    both.insert(both.end(), first.begin(), first.begin() + 16);
+    EXPECT_EQ(parseImage("f", i2cdump(first) + i2cdump(second) + i2cdump(Bytes(16, 1))), both);
+    // Only a whole page can be followed by another one.
+    EXPECT_EQ(dumpRefusal(i2cdump(Bytes(240, 1)) + i2cdump(second)).substr(0, 12), "f, line 17: ");
+    // Without a heading, offsets go on.
+    const std::string page = i2cdump(second);
+    EXPECT_EQ(dumpRefusal(i2cdump(first) + page.substr(page.find('\n') + 1)),
+              "f, line 18: offset 0h, expected 100h");
+}
+
 TEST(HexDump, LineThatCannotBeReadIsNamed)
 {
     EXPECT_EQ(dumpRefusal("00: 92 10 0b 0b 03 04 21 02 09 03 52 01 08 0a 00 fc\n10: XX 00\n"),

@@ -172,6 +172,24 @@ TEST(SpdDdr3, ReservedCodesAreShownAsNumbers)
     EXPECT_EQ(with(177, 0x4B, F::PROFILES), NONE);
 }
 
+TEST(SpdDdr3, NeighbouringBitsAreNotPartOfAField)
+{
+    EXPECT_EQ(with(0, 0x82, F::BYTES_USED), number(176));
+    EXPECT_EQ(with(0, 0x12, F::BYTES_TOTAL), number(256));
+    EXPECT_EQ(with(4, 0x84, F::BANKS), number(8));
+    EXPECT_EQ(with(5, 0xE1, F::ROW_BITS), number(16));
+    EXPECT_EQ(with(5, 0x09, F::COLUMN_BITS), number(10));
+    EXPECT_EQ(with(21, 0x21, F::TRAS), number(35000));
+    EXPECT_EQ(with(28, 0xF1, F::TFAW), number(62000));
+    EXPECT_EQ(with(33, 0x7C, F::PACKAGE), words("monolithic"));
+    EXPECT_EQ(with(41, 0xD8, F::MAX_ACTIVATES), words("unlimited"));
+    EXPECT_EQ(with(41, 0xD8, F::ACTIVATE_WINDOW), number(4096));
+    EXPECT_EQ(with(60, 0xEF, F::HEIGHT), number(30));
+    EXPECT_EQ(with(61, 0xF2, F::FRONT), number(3));
+    EXPECT_EQ(with(63, 0xF9, F::DEVICE_ROWS), number(2));
+    EXPECT_EQ(with(63, 0xFD, F::REGISTERS), number(1));
+}
+
 TEST(SpdDdr3, ModuleTypesHaveBytesOfTheirOwn)
 {
     Bytes image = ddr3Module();

@@ -271,6 +271,34 @@ TEST(SpdDdr4, ReservedCodesAreShownAsNumbers)
     EXPECT_EQ(with(134, 0x00, F::REGISTER_MAKER), words("bytes 86h 00h, wrong parity"));
 }
 
+TEST(SpdDdr4, NeighbouringBitsAreNotPartOfAField)
+{
+    EXPECT_EQ(with(0, 0x13, F::BYTES_USED), number(384));
+    EXPECT_EQ(with(0, 0xA3, F::BYTES_TOTAL), number(512));
+    EXPECT_EQ(with(5, 0xE1, F::ROW_BITS), number(16));
+    EXPECT_EQ(with(5, 0xE9, F::COLUMN_BITS), number(10));
+    EXPECT_EQ(with(6, 0x8C, F::PACKAGE), words("stack"));
+    EXPECT_EQ(with(6, 0x8C, F::DIES), number(1));
+    EXPECT_EQ(with(7, 0x18, F::MAX_ACTIVATES), words("unlimited"));
+    EXPECT_EQ(with(7, 0xC8, F::ACTIVATE_WINDOW), number(8192));
+    EXPECT_EQ(with(9, 0x5F, F::SOFT_REPAIR), Value(false));
+    EXPECT_EQ(with(17, 0xF0, F::TIMEBASES), words("125 ps, 1 ps"));
+    EXPECT_EQ(with(27, 0x21, F::TRAS), number(32000));
+    EXPECT_EQ(with(36, 0xF1, F::TFAW), number(53000));
+    EXPECT_EQ(with(41, 0xF1, F::TWR), number(47000));
+    EXPECT_EQ(with(43, 0x42, F::TWTR), number(66500));
+    EXPECT_EQ(with(128, 0xF1, F::HEIGHT), number(32));
+    EXPECT_EQ(with(129, 0xF1, F::FRONT), number(2));
+    EXPECT_EQ(with(131, 0x1D, F::REGISTERS), number(1));
+    EXPECT_EQ(with(132, 0x7F, F::HEAT_SPREADER), Value(false));
+    EXPECT_EQ(with(136, 0xFE, F::MAPPING), words("standard"));
+    EXPECT_EQ(changed(4, 0x45).densityMegabits, 8192U);
+    EXPECT_EQ(changed(4, 0x80).densityMegabits, 256U);
+    EXPECT_EQ(changed(12, 0x89).ranks, 2U);
+    EXPECT_EQ(changed(13, 0xEB).eccWidth, 8U);
+    EXPECT_EQ(changed(13, 0xEB).busWidth, 64U);
+}
+
 TEST(SpdDdr4, ModuleTypesHaveBytesOfTheirOwn)
 {
     Bytes image = ddr4Module();

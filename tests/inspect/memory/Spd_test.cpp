@@ -77,8 +77,8 @@ TEST(Spd, WhatIsNoModuleIsNamed)
     EXPECT_EQ(refusal(image), "not supported: DDR4E SDRAM (device type 0Eh at offset 2)");
     image[2] = 0x11;
     EXPECT_EQ(refusal(image), "not supported: LPDDR4X SDRAM (device type 11h at offset 2)");
-    image[2] = 0x12;
-    EXPECT_EQ(refusal(image), "not supported: DDR5 SDRAM (device type 12h at offset 2)");
+    image[2] = 0x13;
+    EXPECT_EQ(refusal(image), "not supported: LPDDR5 SDRAM (device type 13h at offset 2)");
     image[2] = 0x7F;
     EXPECT_EQ(refusal(image), "not SPD data: unknown device type 7Fh at offset 2");
 }
@@ -153,6 +153,11 @@ TEST(SpdSamples, AllOfThemAreThereAndOthersAreNamed)
     const std::vector<Image> others = imagesIn(SHARED + "other");
     EXPECT_EQ(others.size(), 10U);
     for (const Image& other : others) {
+        if (other.name == "coreboot__intel_adlrvp_adlrvp_ddr5_mr") {
+            // An image for firmware that does not look at its CRC of JESD400-5.
+            EXPECT_FALSE(parseSpd(readFile(other.file)).isCrcRight());
+            continue;
+        }
         EXPECT_EQ(refusal(readFile(other.file)).substr(0, 4), "not ") << other.name;
     }
     const std::string hex = SHARED + "hex/rigred-SPD__dump-orig-2gb.spd.txt";

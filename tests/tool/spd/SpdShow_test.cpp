@@ -89,6 +89,21 @@ TEST(SpdShow, ShowsAModuleOfDdr4)
     }
 }
 
+TEST(SpdShow, ReadsPagesThatWereDumpedOneByOne)
+{
+    for (const Bytes& image : {ddr4Module(), ddr5Module()}) {
+        std::string pages;
+        for (std::size_t at = 0; at < image.size(); at += 256) {
+            pages += i2cdump(part(image, at, 256));
+        }
+        const Outcome whole =
+            run(ourCommand({"spd", "show", "-"}), std::string(image.begin(), image.end()));
+        EXPECT_EQ(whole.status, 0) << whole.err;
+        EXPECT_EQ(run(ourCommand({"spd", "show", "-"}), pages).out, whole.out);
+        EXPECT_EQ(run(ourCommand({"spd", "show", "-"}), xxd(image)).out, whole.out);
+    }
+}
+
 TEST(SpdShow, ReportsTheSecondCrcAndRepeatedPages)
 {
     Bytes image = ddr4Module();
