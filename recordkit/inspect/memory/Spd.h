@@ -17,66 +17,66 @@ namespace recordkit::inspect {
 /// number, "code 7h". Times are numbers of picoseconds, rounded to the nearest; the fact after a
 /// time is the same in clocks of the module's shortest cycle.
 enum class SpdFact : unsigned char {
-    MEMORY_TYPE,       ///< "DDR4 SDRAM"
-    REVISION,          ///< of the data's format, "1.1"
-    BYTES_USED,        ///< of the device
-    BYTES_TOTAL,       ///< of the device
-    HYBRID,            ///< other media on the module
-    PACKAGE,           ///< of the memory devices
-    DIES,              ///< in a package
-    CHANNELS,          ///< of the module
-    BANK_GROUPS,       ///< 1 without groups
-    BANKS,             ///< in all groups
-    ROW_BITS,          ///< of an address
-    COLUMN_BITS,       ///< of an address
-    VOLTAGES,          ///< "1.5 V, 1.35 V"
-    SPEED,             ///< transfers per microsecond, as such modules are named: 2133
-    CAS_LATENCIES,     ///< a list, the shortest first
-    TIMEBASES,         ///< units of the times: "125 ps, 1 ps"
-    TCK_MIN,           ///< the shortest cycle
-    TCK_MAX,           ///< the longest cycle
-    TAA,               ///< CAS latency
-    TAA_CLOCKS,        //
-    TRCD,              ///< RAS to CAS
-    TRCD_CLOCKS,       //
-    TRP,               ///< precharge of a row
-    TRP_CLOCKS,        //
-    TRAS,              ///< active to precharge
-    TRAS_CLOCKS,       //
-    TRC,               ///< active to active or refresh
-    TRC_CLOCKS,        //
-    TRFC1,             ///< refresh recovery
-    TRFC1_CLOCKS,      //
-    TRFC2,             ///< the same at double rate
-    TRFC2_CLOCKS,      //
-    TRFC4,             ///< the same at fourfold rate
-    TRFC4_CLOCKS,      //
-    TRFC_SB,           ///< the same of one bank
-    TRFC_SB_CLOCKS,    //
-    TFAW,              ///< four activates
-    TFAW_CLOCKS,       //
-    TRRD,              ///< row active to row active; of different bank groups
-    TRRD_CLOCKS,       //
-    TRRD_L,            ///< of the same bank group
-    TRRD_L_CLOCKS,     //
-    TCCD_L,            ///< CAS to CAS of the same bank group
-    TCCD_L_CLOCKS,     //
-    TCCD_L_WR,         ///< write to write of the same bank group
-    TCCD_L_WR_CLOCKS,  //
-    TCCD_L_WR2,        ///< the same after a write that reads nothing
-    TCCD_L_WR2_CLOCKS, //
-    TCCD_L_WTR,        ///< write to read of the same bank group, from command to command
-    TCCD_L_WTR_CLOCKS, //
-    TCCD_S_WTR,        ///< of different bank groups
-    TCCD_S_WTR_CLOCKS, //
-    TWR,               ///< write recovery
-    TWR_CLOCKS,        //
-    TWTR,              ///< write to read; of different bank groups
-    TWTR_CLOCKS,       //
-    TWTR_L,            ///< of the same bank group
-    TWTR_L_CLOCKS,     //
-    TRTP,              ///< read to precharge
-    TRTP_CLOCKS,       //
+    MEMORY_TYPE,   ///< "DDR4 SDRAM"
+    REVISION,      ///< of the data's format, "1.1"
+    BYTES_USED,    ///< of the device
+    BYTES_TOTAL,   ///< of the device
+    HYBRID,        ///< other media on the module
+    PACKAGE,       ///< of the memory devices
+    DIES,          ///< in a package
+    CHANNELS,      ///< of the module
+    BANK_GROUPS,   ///< 1 without groups
+    BANKS,         ///< in all groups
+    ROW_BITS,      ///< of an address
+    COLUMN_BITS,   ///< of an address
+    VOLTAGES,      ///< "1.5 V, 1.35 V"
+    SPEED,         ///< transfers per microsecond, as such modules are named: 2133
+    CAS_LATENCIES, ///< a list, the shortest first
+    TIMEBASES,     ///< units of the times: "125 ps, 1 ps"
+    TCK_MIN,       ///< the shortest cycle
+    TCK_MAX,       ///< the longest cycle
+    TAA,           ///< CAS latency
+    TAA_CLOCKS,
+    TRCD, ///< RAS to CAS
+    TRCD_CLOCKS,
+    TRP, ///< precharge of a row
+    TRP_CLOCKS,
+    TRAS, ///< active to precharge
+    TRAS_CLOCKS,
+    TRC, ///< active to active or refresh
+    TRC_CLOCKS,
+    TRFC1, ///< refresh recovery
+    TRFC1_CLOCKS,
+    TRFC2, ///< the same at double rate
+    TRFC2_CLOCKS,
+    TRFC4, ///< the same at fourfold rate
+    TRFC4_CLOCKS,
+    TRFC_SB, ///< the same of one bank
+    TRFC_SB_CLOCKS,
+    TFAW, ///< four activates
+    TFAW_CLOCKS,
+    TRRD, ///< row active to row active; of different bank groups
+    TRRD_CLOCKS,
+    TRRD_L, ///< of the same bank group
+    TRRD_L_CLOCKS,
+    TCCD_L, ///< CAS to CAS of the same bank group
+    TCCD_L_CLOCKS,
+    TCCD_L_WR, ///< write to write of the same bank group
+    TCCD_L_WR_CLOCKS,
+    TCCD_L_WR2, ///< the same where the second one is not read-modify-write
+    TCCD_L_WR2_CLOCKS,
+    TCCD_L_WTR, ///< write to read of the same bank group, from command to command
+    TCCD_L_WTR_CLOCKS,
+    TCCD_S_WTR, ///< of different bank groups
+    TCCD_S_WTR_CLOCKS,
+    TWR, ///< write recovery
+    TWR_CLOCKS,
+    TWTR, ///< write to read; of different bank groups
+    TWTR_CLOCKS,
+    TWTR_L, ///< of the same bank group
+    TWTR_L_CLOCKS,
+    TRTP, ///< read to precharge
+    TRTP_CLOCKS,
     MAX_ACTIVATES,     ///< of a row in the window: "300 K", "unlimited", "untested"
     ACTIVATE_WINDOW,   ///< in average refresh intervals: 8192
     REPAIR,            ///< post package repair
