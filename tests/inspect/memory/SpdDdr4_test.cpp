@@ -404,6 +404,8 @@ TEST(SpdDdr4, APartOfTheImageHasAPartOfTheFacts)
     EXPECT_TRUE(parseSpd(part(whole, 0, 256)).moduleCrc);
     EXPECT_EQ(parseSpd(part(whole, 0, 321)).get(F::MODULE_MAKER), NONE);
     EXPECT_EQ(parseSpd(part(whole, 0, 322)).get(F::MODULE_MAKER), words("Samsung"));
+    EXPECT_EQ(parseSpd(part(whole, 0, 351)).get(F::DRAM_MAKER), NONE);
+    EXPECT_EQ(parseSpd(part(whole, 0, 352)).get(F::DRAM_MAKER), words("SK Hynix"));
     EXPECT_FALSE(parseSpd(part(whole, 0, 348)).hasManufacturerData);
     EXPECT_TRUE(parseSpd(part(whole, 0, 349)).hasManufacturerData);
     EXPECT_EQ(parseSpd(part(whole, 0, 387)).get(F::PROFILES), NONE);

@@ -112,6 +112,8 @@ TEST(SpdDdr5, ReadsTimesAndTheirClocks)
         const F clocks = static_cast<F>(static_cast<unsigned int>(row.fact) + 1);
         EXPECT_EQ(spd.get(clocks), number(row.clocks)) << spdFactKey(clocks);
     }
+    EXPECT_EQ(with(45, 0x01, F::TRFC2), number(416000)); // the high bytes
+    EXPECT_EQ(with(47, 0x01, F::TRFC_SB), number(386000));
     EXPECT_EQ(spd.get(F::TRFC4), NONE);
     EXPECT_EQ(spd.get(F::TRRD), NONE);
 }
