@@ -196,6 +196,10 @@ TEST(MultiRecords, BitsThatNoFieldCoversAreShown)
     EXPECT_EQ(field(0x00, SUPPLY + "00", "byte24"), "00");
     EXPECT_EQ(field(0x01, "F1" + OUTPUT.substr(2), "byte0"), "70");
     EXPECT_EQ(field(0x05, "000000000080", "byte5"), "80");
+    // From the highest to the lowest of these bits.
+    const MultiRecord bits = decode(0x01, fromHex("F1" + OUTPUT.substr(2)));
+    EXPECT_EQ(bits.findField("byte0")->high, 6U);
+    EXPECT_EQ(bits.findField("byte0")->low, 4U);
     const MultiRecord record = decode(0x00, fromHex(SUPPLY + "0007"));
     EXPECT_EQ(record.fields.back().offset, OFFSET + 24);
     EXPECT_EQ(record.fields.back().width, 2U);
@@ -291,6 +295,7 @@ TEST(MultiRecords, Compatibility)
                             "03FF"),
               Lines({"base-compatibility1", "manufacturer=12634", "entity=power supply", "base=7",
                      "code-start=21", "code-mask=03FF"}));
+    EXPECT_EQ(decode(0x04, fromHex("5A31000A0715")).findField("entity")->value, Value(10LL));
     EXPECT_EQ(decoded(0x05, "FFFFFF0AFFFF"),
               Lines({"extended-compatibility1", "manufacturer=16777215", "entity=power supply",
                      "base=255", "code-start=127", "byte5=80"}));
@@ -874,6 +879,23 @@ TEST(MultiRecords, NamesOfValues)
         EXPECT_EQ(resource(id, id == "18" ? "0F00" : "000F00", name), "on the carrier");
         EXPECT_EQ(resource(id, id == "18" ? "8000" : "008000", name), "AMC module");
     }
+    const auto connectors = [](const std::string& version, const std::string& name) {
+        std::string all;
+        for (unsigned int bits = 0; bits < 0x40; bits += name == "p1-connector" ? 0x10 : 2) {
+            const Bytes byte = {static_cast<unsigned char>(bits)};
+            const std::string word =
+                field(0xFA, "A21200" + version + toHex(byte) + "000000000000", name);
+            all += (all.empty() ? "" : ", ") + word;
+            if (name == "p2-connector" && bits == 0x0E) {
+                break;
+            }
+        }
+        return all;
+    };
+    EXPECT_EQ(connectors("00", "p1-connector"), "LPC, HPC, 2, not fitted");
+    EXPECT_EQ(connectors("01", "p1-connector"), "LPC, HPC, HSPC, P1 HSPC, P3 HSPCe");
+    EXPECT_EQ(connectors("01", "p2-connector"),
+              "LPC, HPC, HSPC, P2 HSPC, P4 HSPCe, 4, 5, 6, not fitted");
     EXPECT_EQ(resource("2D", "0000", "device-type"), "on the carrier");
     EXPECT_EQ(resource("2D", "8000", "device-type"), "backplane");
     EXPECT_EQ(resource("2D", "C000", "device-type"), "3");
