@@ -2,6 +2,7 @@
 #include "EventFilter.h"
 
 #include <algorithm>
+#include <ctime>
 
 #include <fmt/format.h>
 
@@ -11,6 +12,7 @@
 #include <recordkit/inspect/words/SensorTypes.h>
 
 #include "../Errors.h"
+#include "../Zone.h"
 #include "../print/Output.h"
 #include "EventCodes.h"
 
@@ -87,8 +89,12 @@ EventFilter EventFilter::atAnyTime() const
     return other;
 }
 
-void EventFilter::reportUndated() const
+void EventFilter::report() const
 {
+    if (since && *since > static_cast<unsigned long>(std::time(nullptr))) {
+        complain(fmt::format("--since is in the future: {}",
+                             Timestamp(static_cast<unsigned int>(*since)).toIso(chosenZone())));
+    }
     if (undated != 0) {
         complain(fmt::format("{} without a date {} not shown: --since and --until cannot place {}",
                              counted(undated, "event"), undated == 1 ? "is" : "are",

@@ -28,8 +28,9 @@ public:
     /// The same, at any time.
     EventFilter atAnyTime() const;
 
-    /// Says how many events were left out until now only because they have no date.
-    void reportUndated() const;
+    /// Says what may surprise: how many events were left out until now only because they have no
+    /// date, and that --since is in the future.
+    void report() const;
 
 private:
     bool isSevere(const Event& event) const;

@@ -37,8 +37,8 @@ std::vector<Option> eventNameOptions()
                     "them",
                     USUAL_REPOSITORY),
         filesOption("--rules", "RECORDKIT_RULES",
-                    "Rules with texts for a site's own events; the example events.rules explains "
-                    "them",
+                    "Rules with texts for a site's own events, such as sensor-type=C7h offset=2 "
+                    "\"fan tray {data2} is missing\"; the example events.rules explains them",
                     USUAL_RULES)};
 }
 

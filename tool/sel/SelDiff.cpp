@@ -123,7 +123,7 @@ void run(const Arguments& arguments)
         listing.add(event);
     }
     listing.finish();
-    filter.reportUndated();
+    filter.report();
     reader.finish();
     names.finish();
     if (!events.empty()) {

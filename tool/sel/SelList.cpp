@@ -52,7 +52,7 @@ void run(const Arguments& arguments)
         add(filter.choose(source.take()), 0, listing);
     }
     listing.finish();
-    filter.reportUndated();
+    filter.report();
     source.finish();
 }
 

@@ -26,7 +26,7 @@ namespace recordkit::tool {
 namespace {
 
 constexpr unsigned int HOUR = 3600;
-constexpr std::size_t FACT_WIDTH = 16;
+constexpr std::size_t FACT_WIDTH = 18;
 constexpr const char* SOURCE_KEY = "source";
 constexpr const char* SENSOR_KEY = "sensor";
 
@@ -150,25 +150,6 @@ constexpr Column<Event> NEWEST[] = {
     EVENT<Event>,
 };
 
-/// The summary, and how many states still asserted --since and --until leave out.
-struct Answered {
-    EventSummary summary;
-    std::size_t statesAtOtherTimes = 0;
-};
-
-Answered answer(const std::vector<Event>& events, const std::vector<Event>& ofAnyTime)
-{
-    Answered answered = {summarise(events, chosenZone())};
-    for (const AssertedState& state : summarise(ofAnyTime).asserted) {
-        const auto& shown = answered.summary.asserted;
-        answered.statesAtOtherTimes +=
-            std::none_of(shown.begin(), shown.end(), [&state](const AssertedState& each) {
-                return stateKey(*each.since) == stateKey(*state.since);
-            });
-    }
-    return answered;
-}
-
 Value stateOrNull(const std::optional<AssertedState>& state)
 {
     return state ? objectOf(*state, STATES) : Value();
@@ -179,9 +160,8 @@ Value timeOrNull(const std::optional<Timestamp>& time)
     return time ? Value(time->toIso(chosenZone())) : Value();
 }
 
-Object jsonOf(const Answered& answered)
+Object jsonOf(const EventSummary& summary)
 {
-    const EventSummary& summary = answered.summary;
     std::vector<HourCount> hours;
     for (const auto& [second, count] : summary.hours) {
         hours.push_back({Timestamp(second), count});
@@ -197,7 +177,6 @@ Object jsonOf(const Answered& answered)
         {"sensors", objectsOf(summary.sensors, SENSORS)},
         {"hours", objectsOf(hours, HOURS)},
         {"still_asserted", objectsOf(summary.asserted, STATES)},
-        {"still_asserted_at_other_times", answered.statesAtOtherTimes},
         {"longest", stateOrNull(summary.longest)},
         {"most_frequent", stateOrNull(summary.mostFrequent)},
         {"newest", summary.newest == nullptr ? Value() : objectOf(*summary.newest, NEWEST)},
@@ -259,8 +238,8 @@ void printFacts(const EventSummary& summary)
                                           counted(summary.mostFrequent->assertions, "time")));
     }
     if (summary.longest) {
-        fact("longest", fmt::format("{}, since {}", stateText(*summary.longest->newest),
-                                    timeText(summary.longest->since->time)));
+        fact("longest asserted", fmt::format("{}, since {}", stateText(*summary.longest->newest),
+                                             timeText(summary.longest->since->time)));
     }
     if (summary.newest != nullptr) {
         const Event& event = *summary.newest;
@@ -294,13 +273,13 @@ void printSection(const std::string& title, const std::vector<Row>& rows,
     printListing(rows, fitted, Layout(), wishes);
 }
 
-void printText(const Answered& answered, bool isWhole)
+void printText(const EventSummary& summary, bool isWhole)
 {
-    const EventSummary& summary = answered.summary;
     const bool hasLogs = summary.logs.size() > 1;
     printFacts(summary);
     const std::size_t states = summary.asserted.size();
-    printSection(fmt::format("STILL ASSERTED: {}, the worst first", counted(states, "state")),
+    printSection(fmt::format("STILL ASSERTED after the last event: {}, the worst first",
+                             counted(states, "state")),
                  summary.asserted, STATES, hasLogs,
                  {{"event", 24},
                   {"sensor", 12},
@@ -308,21 +287,14 @@ void printText(const Answered& answered, bool isWhole)
                   {"since", TIME_WIDTH},
                   {"source", 8},
                   {"assertions", 5}});
-    if (states == 0 && summary.events != 0) {
-        print("\nNothing is still asserted.\n");
-    }
-    if (answered.statesAtOtherTimes != 0) {
-        print(fmt::format("\n{} more {} asserted at another time, and still {}; without --since "
-                          "and --until the summary has {}.\n",
-                          counted(answered.statesAtOtherTimes, "state"),
-                          answered.statesAtOtherTimes == 1 ? "was" : "were",
-                          answered.statesAtOtherTimes == 1 ? "is" : "are",
-                          answered.statesAtOtherTimes == 1 ? "it" : "them"));
+    if (states == 0) {
+        print("\nNothing is still asserted after the last event.\n");
     }
     std::vector<SeverityCount> severities;
     std::copy_if(summary.severities.begin(), summary.severities.end(),
-                 std::back_inserter(severities),
-                 [](const SeverityCount& each) { return each.second.events != 0; });
+                 std::back_inserter(severities), [](const SeverityCount& each) {
+                     return each.second.events + each.second.stillAsserted != 0;
+                 });
     printSection("BY SEVERITY", severities, SEVERITIES, hasLogs);
     if (hasLogs) {
         printSection("BY LOG", summary.logs, LOGS, hasLogs);
@@ -363,15 +335,15 @@ void run(const Arguments& arguments)
     const std::vector<Event> all = source.take();
     const std::vector<Event> chosen = filter.choose(all);
     const std::vector<Event> ofAnyTime = filter.atAnyTime().choose(all);
-    const Answered answered = answer(chosen, ofAnyTime);
+    const EventSummary summary = summarise(chosen, ofAnyTime, chosenZone());
     if (arguments.isJson()) {
-        print(indentedJson(jsonOf(answered)));
+        print(indentedJson(jsonOf(summary)));
     } else {
-        printText(answered, arguments.has("--all"));
+        printText(summary, arguments.has("--all"));
     }
-    filter.reportUndated();
+    filter.report();
     const auto least = arguments.find("--fail-on");
-    const bool isFailing = least && complainOf(answered.summary, static_cast<Severity>(*least));
+    const bool isFailing = least && complainOf(summary, static_cast<Severity>(*least));
     source.finish();
     if (isFailing) {
         throw Reported(EXIT_DATA);
@@ -402,8 +374,8 @@ Command selSummaryCommand()
             run,
             "Events are counted by severity, log, sensor and hour. "
             "A state is asserted until its sensor deasserts it or asserts a state that excludes "
-            "it, or until the log is cleared. The filters choose what is counted and shown, not "
-            "what ends a state."};
+            "it, or until the log is cleared. --since and --until choose what is counted; what is "
+            "still asserted, and --fail-on, do not depend on them."};
 }
 
 }

@@ -88,12 +88,30 @@ std::string Timestamp::toIso(Zone zone) const
     return zone == nullptr ? format(seconds, 'T') + "Z" : format(seconds, 'T', zone);
 }
 
+namespace {
+
+/// The text without "Z" or " UTC" after a time.
+std::string withoutUtc(const std::string& text)
+{
+    for (const std::string utc : {"Z", " UTC"}) {
+        const std::size_t at = text.size() - utc.size();
+        if (text.size() > utc.size() && text.compare(at, utc.size(), utc) == 0 &&
+            text.find(':') != std::string::npos) {
+            return text.substr(0, at);
+        }
+    }
+    return text;
+}
+
+}
+
 std::optional<unsigned int> parseTime(const std::string& text)
 {
+    const std::string bare = withoutUtc(text);
     for (const char* form : {"%Y-%m-%d", "%Y-%m-%d %H:%M", "%Y-%m-%dT%H:%M", "%Y-%m-%d %H:%M:%S",
-                             "%Y-%m-%dT%H:%M:%S", "%Y-%m-%dT%H:%M:%SZ"}) {
+                             "%Y-%m-%dT%H:%M:%S"}) {
         std::tm utc = {};
-        const char* const end = ::strptime(text.c_str(), form, &utc);
+        const char* const end = ::strptime(bare.c_str(), form, &utc);
         if (end != nullptr && *end == '\0') {
             const Date date = {utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday};
             const long days = toDays(date);
@@ -206,7 +224,7 @@ std::optional<Moment> dateMoment(const std::string& text, const Clocks& clocks)
     if (!time) {
         return std::nullopt;
     }
-    if (local != text || text.back() == 'Z') {
+    if (local != text || withoutUtc(text) != text) {
         return moment(static_cast<long long>(*time) - offset);
     }
     constexpr std::size_t DATE_ONLY = 10;

@@ -36,7 +36,8 @@ private:
     unsigned int seconds;
 };
 
-/// Reads "2024-11-05", "2024-11-05 06:07" or "2024-11-05T06:07:08Z" as UTC, in seconds since 1970;
+/// Reads "2024-11-05", "2024-11-05 06:07", "2024-11-05T06:07:08", and times that end in "Z" or
+/// " UTC", as UTC, in seconds since 1970;
 /// nothing for any other text and for a time that an IPMI timestamp cannot express.
 std::optional<unsigned int> parseTime(const std::string& text);
 

@@ -95,7 +95,7 @@ private:
         const std::string word = line.substr(at, end - at);
         const std::size_t equals = word.find('=');
         if (equals == std::string::npos) {
-            throw expected("CONDITION=VALUE or a text in quotation marks", word);
+            throw expected("CONDITION=VALUE without blanks, or a text in quotation marks", word);
         }
         at = end;
         apply(word.substr(0, equals), word.substr(equals + 1));

@@ -67,7 +67,12 @@ public:
         group.newest = &event;
         ++group.count.events;
     }
-    void addState(std::uint64_t key) { ++groups[key].count.stillAsserted; }
+    void addState(std::uint64_t key, const Event& event)
+    {
+        EventGroup& group = groups[key];
+        group.newest = group.newest == nullptr ? &event : group.newest;
+        ++group.count.stillAsserted;
+    }
 
     std::vector<EventGroup> take() const
     {
@@ -88,6 +93,32 @@ std::uint64_t sensorKey(const Event& event)
     constexpr std::uint64_t EVENT_TYPES = 0x100;
     return stateKey(event) / EVENT_OFFSETS / EVENT_TYPES;
 }
+
+/// The states that events assert, by their first assertion.
+class States {
+public:
+    void add(const Event& event)
+    {
+        if (event.kind != EventKind::SYSTEM_EVENT || event.isDeassertion) {
+            return;
+        }
+        const auto [found, isNew] = positions.try_emplace(stateKey(event), states.size());
+        if (isNew) {
+            states.emplace_back();
+        }
+        AssertedState& state = states[found->second];
+        state.newest = &event;
+        ++state.assertions;
+        if (event.isStillAsserted && state.since == nullptr) {
+            state.since = &event;
+        }
+    }
+    const std::vector<AssertedState>& get() const { return states; }
+
+private:
+    std::unordered_map<std::uint64_t, std::size_t> positions;
+    std::vector<AssertedState> states;
+};
 
 class Summary {
 public:
@@ -114,17 +145,36 @@ public:
         }
         ++countOf(event.severity).events;
         sensors.add(sensorKey(event), event);
-        if (!event.isDeassertion) {
-            addAssertion(event);
+    }
+
+    void addMostFrequent(const States& states)
+    {
+        for (const AssertedState& state : states.get()) {
+            if (!summary.mostFrequent || state.assertions > summary.mostFrequent->assertions) {
+                summary.mostFrequent = state;
+            }
         }
     }
 
-    EventSummary finish()
+    void addStillAsserted(const States& states)
     {
-        for (const auto& each : order) {
-            addState(*each);
+        for (const AssertedState& state : states.get()) {
+            if (state.since == nullptr) {
+                continue;
+            }
+            summary.asserted.push_back(state);
+            ++countOf(state.since->severity).stillAsserted;
+            logs.addState(state.since->log, *state.since);
+            sensors.addState(sensorKey(*state.since), *state.since);
+            if (!summary.longest || isLonger(state, *summary.longest)) {
+                summary.longest = state;
+            }
         }
         std::sort(summary.asserted.begin(), summary.asserted.end(), isWorse);
+    }
+
+    EventSummary take()
+    {
         summary.logs = logs.take();
         summary.sensors = sensors.take();
         std::stable_sort(summary.sensors.begin(), summary.sensors.end(),
@@ -141,53 +191,30 @@ private:
                             [severity](const auto& each) { return each.first == severity; })
             ->second;
     }
-    void addAssertion(const Event& event)
-    {
-        const auto [found, isNew] = states.try_emplace(stateKey(event));
-        AssertedState& state = found->second;
-        if (isNew) {
-            order.push_back(&state);
-        }
-        state.newest = &event;
-        ++state.assertions;
-        if (event.isStillAsserted && state.since == nullptr) {
-            state.since = &event;
-        }
-    }
-    void addState(const AssertedState& state)
-    {
-        if (!summary.mostFrequent || state.assertions > summary.mostFrequent->assertions) {
-            summary.mostFrequent = state;
-        }
-        if (state.since == nullptr) {
-            return;
-        }
-        summary.asserted.push_back(state);
-        ++countOf(state.since->severity).stillAsserted;
-        logs.addState(state.since->log);
-        sensors.addState(sensorKey(*state.since));
-        if (!summary.longest || isLonger(state, *summary.longest)) {
-            summary.longest = state;
-        }
-    }
 
     Zone zone;
     EventSummary summary;
     Groups logs;
     Groups sensors;
-    std::unordered_map<std::uint64_t, AssertedState> states;
-    std::vector<const AssertedState*> order; ///< by their first assertion
 };
 
 }
 
-EventSummary summarise(const std::vector<Event>& events, Zone zone)
+EventSummary summarise(const std::vector<Event>& events, const std::vector<Event>& all, Zone zone)
 {
     Summary summary(zone);
+    States chosen;
     for (const Event& event : events) {
         summary.add(event);
+        chosen.add(event);
     }
-    return summary.finish();
+    summary.addMostFrequent(chosen);
+    States states;
+    for (const Event& event : all) {
+        states.add(event);
+    }
+    summary.addStillAsserted(states);
+    return summary.take();
 }
 
 }

@@ -11,7 +11,7 @@
 
 namespace recordkit::inspect {
 
-// The pointers below are to events of the list that was summarised.
+// The pointers below are to events of the lists that were summarised.
 
 /// How many events a part of the list has.
 struct EventCount {
@@ -21,7 +21,7 @@ struct EventCount {
 
 /// The events of one log, or of one sensor.
 struct EventGroup {
-    const Event* newest = nullptr; ///< the one logged last, which tells what all have in common
+    const Event* newest = nullptr; ///< one of them, which tells what all have in common
     EventCount count;
 };
 
@@ -50,14 +50,16 @@ struct EventSummary {
     /// States still asserted, the worst severity first, of equal ones the longest asserted.
     std::vector<AssertedState> asserted;
     const Event* newest = nullptr; ///< the one logged last
-    /// The state asserted most often; no value if there is none.
+    /// The state asserted most often, ended or not; no value if there is none.
     std::optional<AssertedState> mostFrequent;
     /// Of the states still asserted the one that has been so for the longest time.
     std::optional<AssertedState> longest;
 };
 
-/// Summarises events that markAsserted has seen. Hours begin as in the time zone.
-EventSummary summarise(const std::vector<Event>& events, Zone zone = nullptr);
+/// Summarises events that markAsserted has seen. What is still asserted comes from `all`, of which
+/// the events may be those of some time. Hours begin as in the time zone.
+EventSummary summarise(const std::vector<Event>& events, const std::vector<Event>& all,
+                       Zone zone = nullptr);
 
 }
 

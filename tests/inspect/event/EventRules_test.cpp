@@ -169,8 +169,9 @@ TEST(EventRules, SayWhatIsWrong)
         const char* rule;
         const char* problem;
     } rows[] = {
-        {"sensor-type", "expected CONDITION=VALUE or a text in quotation marks, found "
-                        "\"sensor-type\""},
+        {"sensor-type",
+         "expected CONDITION=VALUE without blanks, or a text in quotation marks, found "
+         "\"sensor-type\""},
         {"colour=1 \"x\"", "expected sensor-type, manufacturer, record-type, sensor, event-type, "
                            "offset, direction, severity or data1 to data13, found \"colour\""},
         {"data0=1 \"x\"", "expected sensor-type, manufacturer, record-type, sensor, event-type, "

@@ -35,7 +35,7 @@ struct Summarised {
     explicit Summarised(std::vector<Event> list, Zone zone = nullptr) : events(std::move(list))
     {
         markAsserted(events);
-        summary = summarise(events, zone);
+        summary = summarise(events, events, zone);
     }
     std::size_t numberOf(const Event* event) const
     {
@@ -50,7 +50,7 @@ struct Summarised {
 
 TEST(EventSummary, OfNothingIsEmpty)
 {
-    const EventSummary summary = summarise({});
+    const EventSummary summary = summarise({}, {});
     EXPECT_EQ(summary.events, 0U);
     EXPECT_FALSE(summary.first || summary.last || summary.mostFrequent || summary.longest);
     EXPECT_EQ(summary.newest, nullptr);
@@ -74,7 +74,7 @@ TEST(EventSummary, CountsEventsAndStates)
                   eventOf({0xE0, 1, 2, 3})});
     s.events[5].log = 1;
     markAsserted(s.events);
-    s.summary = summarise(s.events);
+    s.summary = summarise(s.events, s.events);
     EXPECT_EQ(s.summary.events, 7U);
     EXPECT_EQ(s.summary.otherRecords, 1U);
     EXPECT_EQ(countOf(s.summary, SeverityMap::SEV_CRITICAL).events, 5U);
@@ -147,18 +147,43 @@ TEST(EventSummary, HasTheDatesOfTheEarliestAndTheLatestEvent)
     EXPECT_EQ(s.summary.undated, 3U);
 }
 
+TEST(EventSummary, OfSomeTimeHasWhatIsStillAssertedFromAnyTime)
+{
+    std::vector<Event> all = {systemEvent(MONDAY, FAN_LOW), systemEvent(MONDAY + 1, OTHER_FAN_LOW),
+                              systemEvent(MONDAY + 2, FAN_LOW)};
+    markAsserted(all);
+    const std::vector<Event> some = {all[2]};
+    const EventSummary summary = summarise(some, all);
+    EXPECT_EQ(summary.events, 1U);
+    EXPECT_EQ(summary.first->raw(), MONDAY + 2);
+    EXPECT_EQ(summary.newest, &some[0]);
+    EXPECT_EQ(summary.mostFrequent->assertions, 1U) << "in this time";
+    ASSERT_EQ(summary.asserted.size(), 2U);
+    EXPECT_EQ(summary.asserted[0].since, &all[0]);
+    EXPECT_EQ(summary.asserted[0].assertions, 2U);
+    EXPECT_EQ(summary.asserted[1].since, &all[1]);
+    EXPECT_EQ(summary.longest->since, &all[0]);
+    EXPECT_EQ(countOf(summary, SeverityMap::SEV_CRITICAL).events, 1U);
+    EXPECT_EQ(countOf(summary, SeverityMap::SEV_CRITICAL).stillAsserted, 2U);
+    ASSERT_EQ(summary.sensors.size(), 2U);
+    EXPECT_EQ(summary.sensors[1].newest, &all[1]) << "one without an event in this time";
+    EXPECT_EQ(summary.sensors[1].count.events, 0U);
+    EXPECT_EQ(summary.sensors[1].count.stillAsserted, 1U);
+    EXPECT_EQ(summary.logs[0].newest, &some[0]);
+}
+
 TEST(EventSummary, CountsEachHour)
 {
     const std::vector<Event> events = {
         systemEvent(MONDAY, FAN_LOW), systemEvent(MONDAY + HOUR - 1, FAN_LOW),
         systemEvent(MONDAY + HOUR, FAN_LOW), systemEvent(MONDAY + 5 * HOUR + 1, FAN_LOW)};
     using Hours = std::map<unsigned int, std::size_t>;
-    EXPECT_EQ(summarise(events).hours,
+    EXPECT_EQ(summarise(events, events).hours,
               (Hours{{MONDAY, 2}, {MONDAY + HOUR, 1}, {MONDAY + 5 * HOUR, 1}}));
     const Zone india = [](unsigned int) { return 19800L; };
-    EXPECT_EQ(summarise(events, india).hours,
+    EXPECT_EQ(summarise(events, events, india).hours,
               (Hours{{MONDAY - HOUR / 2, 1}, {MONDAY + HOUR / 2, 2}, {MONDAY + 9 * HOUR / 2, 1}}));
     const Zone newfoundland = [](unsigned int) { return -12600L; };
-    EXPECT_EQ(summarise(events, newfoundland).hours,
+    EXPECT_EQ(summarise(events, events, newfoundland).hours,
               (Hours{{MONDAY - HOUR / 2, 1}, {MONDAY + HOUR / 2, 2}, {MONDAY + 9 * HOUR / 2, 1}}));
 }
