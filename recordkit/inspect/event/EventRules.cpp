@@ -45,13 +45,16 @@ unsigned long numberIn(const std::string& text, unsigned long last)
 /// N of "dataN", if it is that.
 std::optional<unsigned int> dataNumber(const std::string& name)
 {
-    constexpr const char* DATA = "data";
-    constexpr std::size_t LENGTH = 4;
-    const auto number = name.compare(0, LENGTH, DATA) == 0
-                            ? parseNumber(name.substr(LENGTH), UNTIMESTAMPED_DATA)
-                            : std::nullopt;
-    return number && *number != 0 ? std::optional(static_cast<unsigned int>(*number))
-                                  : std::nullopt;
+    const std::string data = "data";
+    if (name.compare(0, data.size(), data) != 0) {
+        return std::nullopt;
+    }
+    const unsigned long number =
+        parseNumber(name.substr(data.size()), UNTIMESTAMPED_DATA).value_or(0);
+    if (number == 0) {
+        return std::nullopt;
+    }
+    return static_cast<unsigned int>(number);
 }
 
 }
