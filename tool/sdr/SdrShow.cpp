@@ -51,7 +51,7 @@ std::vector<Candidate> chosen(std::vector<Candidate> all, const Wanted& isWanted
 
 std::vector<Candidate> findId(const Repository& repository, unsigned long id)
 {
-    const std::vector<Candidate> found =
+    std::vector<Candidate> found =
         chosen(candidatesOf(repository), [id](const Candidate& c) { return c.record->id() == id; });
     if (found.empty()) {
         throw dataError(fmt::format("{}: there is no record {:04X}h among its {}", repository.name,
@@ -65,7 +65,7 @@ std::vector<Candidate> findNumber(const Repository& repository, unsigned long nu
     const auto sensors = chosen(candidatesOf(repository), [](const Candidate& c) {
         return c.sensor != nullptr && c.sensor->describesSensor();
     });
-    const std::vector<Candidate> found = chosen(sensors, [number](const Candidate& c) {
+    std::vector<Candidate> found = chosen(sensors, [number](const Candidate& c) {
         constexpr unsigned int LAST = 0xFF;
         return ((number - c.sensor->number) & LAST) < c.sensor->shared.count;
     });

@@ -186,8 +186,9 @@ private:
     /// "data2[7:4]:h" or "sensor".
     static void readField(const std::string& field, EventRules::Piece& piece)
     {
-        const DataError failure =
-            expected("a field such as data2, data2[7:4], data2:h or sensor", field);
+        const auto failure = [&field] {
+            return expected("a field such as data2, data2[7:4], data2:h or sensor", field);
+        };
         if (field == "sensor") {
             piece.content = EventRules::Piece::SENSOR;
             return;
@@ -202,19 +203,19 @@ private:
         const std::size_t bracket = rest.find('[');
         if (bracket != std::string::npos) {
             if (rest.back() != ']') {
-                throw failure;
+                throw failure();
             }
             const std::string bits = rest.substr(bracket + 1, rest.size() - bracket - 2);
             const std::size_t colon = bits.find(':');
-            piece.high = bitIn(bits.substr(0, colon), failure);
+            piece.high = bitIn(bits.substr(0, colon), failure());
             piece.low =
-                colon == std::string::npos ? piece.high : bitIn(bits.substr(colon + 1), failure);
+                colon == std::string::npos ? piece.high : bitIn(bits.substr(colon + 1), failure());
             rest.erase(bracket);
         }
         piece.content = EventRules::Piece::BITS;
-        piece.number = orThrow(dataNumber(rest), failure);
+        piece.number = orThrow(dataNumber(rest), failure());
         if (piece.high < piece.low) {
-            throw failure;
+            throw failure();
         }
     }
 
