@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Numbers.h>

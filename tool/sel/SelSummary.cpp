@@ -6,7 +6,6 @@
 
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/bytes/Text.h>
-#include <recordkit/inspect/event/AssertedEvents.h>
 #include <recordkit/inspect/event/EventSummary.h>
 #include <recordkit/inspect/words/SensorTypes.h>
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include <recordkit/inspect/event/Event.h>
@@ -56,8 +57,8 @@ struct EventSummary {
     std::optional<AssertedState> longest;
 };
 
-/// Summarises events that markAsserted has seen. What is still asserted comes from `all`, of which
-/// the events may be those of some time. Hours begin as in the time zone.
+/// Summarises events that markAsserted has seen: `events` are counted, and `all`, from which they
+/// were chosen, says what is still asserted. Hours begin as in the time zone.
 EventSummary summarise(const std::vector<Event>& events, const std::vector<Event>& all,
                        Zone zone = nullptr);
 

@@ -25,7 +25,8 @@ struct FruFinding {
 /// - a manufacturing date after `now`, in seconds since 1970;
 /// - a field other than serial numbers, dates, asset tags and custom fields in which an image
 ///   differs from more than half of the images of the same product: with the same manufacturer and
-///   name of the product, or of the board where there is no product area. It takes three images.
+///   name of the product, or of the board where there is no product area. This takes at least three
+///   images.
 std::vector<FruFinding> auditFruImages(const std::vector<FruImage>& images, unsigned int now);
 
 }

@@ -141,12 +141,6 @@ std::string minorRevision(const SdrImage&, const Place&, const Value& value)
     return fmt::format("{:02X}", numberOf(value));
 }
 
-/// BCD, the major version in the low half.
-std::string ipmiVersion(const SdrImage&, const Place&, const Value& value)
-{
-    return fmt::format("{:X}.{:X}", numberOf(value) & 0x0F, numberOf(value) >> 4);
-}
-
 Value hexBytes(const SdrImage& image, const SdrRow& row, unsigned int)
 {
     return toHex(image.bytes.part(row.place.offset, row.place.width));
@@ -257,7 +251,7 @@ constexpr SdrRow CONFIRMATION[] = {
     {"device_revision", bitsAt(REVISION, 3, 0), sdrNumber},
     {"firmware_major", bitsAt(FIRMWARE_MAJOR, 6, 0), sdrNumber},
     {"firmware_minor", bytesAt(FIRMWARE_MINOR), sdrNumber, minorRevision},
-    {"ipmi_version", bytesAt(IPMI_VERSION), sdrNumber, ipmiVersion},
+    {"ipmi_version", bytesAt(IPMI_VERSION), sdrNumber, sdrVersion},
     {"manufacturer_id", bytesAt(CONFIRMED_MANUFACTURER, 3), sdrNumber, sdrHex},
     {"product_id", bytesAt(PRODUCT, 2), sdrNumber, sdrHex},
     {"device_guid", bytesAt(GUID, GUID_SIZE), hexBytes},

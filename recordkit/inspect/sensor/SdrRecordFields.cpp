@@ -52,11 +52,6 @@ std::pair<unsigned int, unsigned int> wholeNumber(const SdrImage& image, const S
     return {number, bits};
 }
 
-std::string versionOf(const SdrImage&, const Place&, const Value& value)
-{
-    return fmt::format("{:X}.{:X}", numberOf(value) & 0x0F, numberOf(value) >> 4);
-}
-
 std::string typeOf(const SdrImage&, const Place&, const Value& value)
 {
     return sdrTypeName(static_cast<unsigned char>(numberOf(value)));
@@ -64,7 +59,7 @@ std::string typeOf(const SdrImage&, const Place&, const Value& value)
 
 constexpr SdrRow HEADER_ROWS[] = {
     {"record_id", bytesAt(0, 2), sdrNumber, sdrHex},
-    {"sdr_version", bytesAt(2), sdrNumber, versionOf},
+    {"sdr_version", bytesAt(2), sdrNumber, sdrVersion},
     {"record_type", bytesAt(3), sdrNumber, typeOf},
     {"record_length", bytesAt(4), sdrNumber},
 };
@@ -291,6 +286,11 @@ Value sdrBits(const SdrImage& image, const SdrRow& row, unsigned int shift)
 {
     const std::vector<unsigned int> set = inspect::bitsOf(wholeNumber(image, row, shift).first);
     return std::vector<long long>(set.begin(), set.end());
+}
+
+std::string sdrVersion(const SdrImage&, const Place&, const Value& value)
+{
+    return fmt::format("{:X}.{:X}", numberOf(value) & 0x0F, numberOf(value) >> 4);
 }
 
 std::string sdrHex(const SdrImage&, const Place&, const Value& value)

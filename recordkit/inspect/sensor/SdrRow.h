@@ -138,6 +138,8 @@ Value sdrBits(const SdrImage& image, const SdrRow& row, unsigned int shift);
 
 // What values mean.
 std::string sdrHex(const SdrImage& image, const Place& place, const Value& value);
+/// A version in BCD, the major one in the low half.
+std::string sdrVersion(const SdrImage& image, const Place& place, const Value& value);
 std::string sdrEntity(const SdrImage& image, const Place& place, const Value& value);
 std::string sdrInstance(const SdrImage& image, const Place& place, const Value& value);
 
