@@ -9,6 +9,10 @@ namespace recordkit::inspect {
 
 namespace {
 
+constexpr const char* BCD_PLUS = "0123456789 -.:,_";
+constexpr unsigned int SIX_BITS = 6;
+constexpr unsigned int FIRST_SIX_BIT = 0x20;
+
 void appendUtf8(unsigned int character, std::string& text)
 {
     const auto put = [&text](unsigned int byte) { text += static_cast<char>(byte); };
@@ -44,23 +48,56 @@ const char* codingName(Coding coding)
 
 std::string decodeBcdPlus(ByteView bytes)
 {
-    constexpr const char* CHARACTERS = "0123456789 -.:,_";
     std::string text;
     for (const unsigned char byte : bytes) {
-        text += CHARACTERS[byte >> 4];
-        text += CHARACTERS[byte & 0xF];
+        text += BCD_PLUS[byte >> 4];
+        text += BCD_PLUS[byte & 0xF];
     }
     return text;
 }
 
+std::optional<std::string> toBcdPlus(const std::string& text)
+{
+    // The last three are reserved in FRU images.
+    const std::string known = std::string(BCD_PLUS).substr(0, 13);
+    if (text.size() % 2 != 0 || text.find_first_not_of(known) != std::string::npos) {
+        return std::nullopt;
+    }
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); i += 2) {
+        bytes += static_cast<char>(known.find(text[i]) << 4 | known.find(text[i + 1]));
+    }
+    return bytes;
+}
+
 std::string decodeSixBit(ByteView bytes)
 {
-    constexpr unsigned int BITS = 6;
     std::string text;
-    for (std::size_t bit = 0; bit + BITS <= bytes.size() * 8; bit += BITS) {
-        text += static_cast<char>(0x20 + (bytes.le16(bit / 8) >> bit % 8 & 0x3F));
+    for (std::size_t bit = 0; bit + SIX_BITS <= bytes.size() * 8; bit += SIX_BITS) {
+        text += static_cast<char>(FIRST_SIX_BIT + (bytes.le16(bit / 8) >> bit % 8 & 0x3F));
     }
     return text;
+}
+
+std::optional<std::string> toSixBit(const std::string& text)
+{
+    std::string bytes((text.size() * SIX_BITS + 7) / 8, '\0');
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const unsigned int character = static_cast<unsigned char>(text[i]) - FIRST_SIX_BIT;
+        if (character > 0x3F) {
+            return std::nullopt;
+        }
+        const std::size_t bit = i * SIX_BITS;
+        const unsigned int shifted = character << bit % 8;
+        const auto put = [&bytes](std::size_t at, unsigned int bits) {
+            bytes[at] = static_cast<char>(static_cast<unsigned char>(bytes[at]) | (bits & 0xFF));
+        };
+        put(bit / 8, shifted);
+        if (shifted > 0xFF) {
+            put(bit / 8 + 1, shifted >> 8);
+        }
+    }
+    return bytes;
 }
 
 std::string decodeUtf16(ByteView bytes)
@@ -160,6 +197,16 @@ std::optional<std::string> toLatin1(const std::string& text)
         latin1 += static_cast<char>(high << 6 | (bytes[++i] & 0x3FU));
     }
     return latin1;
+}
+
+std::string toUtf16(const std::string& latin1)
+{
+    std::string wide;
+    for (const char character : latin1) {
+        wide += character;
+        wide += '\0';
+    }
+    return wide;
 }
 
 std::string printable(const std::string& text)

@@ -5,56 +5,72 @@
 #include <fmt/format.h>
 #include <vector>
 
-#include <recordkit/fru/FRUData.h>
 #include <recordkit/fru/FRUTables.h>
 #include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/inspect/fru/FruImage.h>
 #include <recordkit/inspect/fru/FruNames.h>
-#include <recordkit/inspect/fru/ImageDevice.h>
 
 namespace recordkit::inspect {
 
 namespace {
 
-/// An area on its way to a new place.
+constexpr unsigned int LARGEST_OFFSET = 0xFF * FRU_LENGTH_UNIT;
+
+/// An area on its way to its place.
 struct Block {
-    FRU_ITEM offsetItem;
-    FruExtent old;
+    FRU_AREA id;
+    FruExtent old; ///< size 0 for a new one
     std::string bytes;
-    unsigned int offset; ///< the new one
+    bool isTouched = true;   ///< has other bytes or another place
+    unsigned int offset = 0; ///< the new one
+
+    unsigned int end() const { return offset + static_cast<unsigned int>(bytes.size()); }
 };
 
-/// The area with additional zero bytes before its checksum; its length byte and its checksum are
-/// updated.
-std::string grown(const std::string& area, unsigned int by)
+/// In the order in which new ones are placed.
+constexpr FRU_AREA BLOCKS[] = {FRU_AREA_INTERNAL_A, FRU_AREA_CHASSIS, FRU_AREA_BOARD,
+                               FRU_AREA_PRODUCT, FRU_AREA_MULTIRECORD};
+
+/// Where the common header has the offset of an area.
+unsigned int headerOffset(FRU_AREA id)
 {
-    std::string bytes = area;
-    bytes.insert(bytes.size() - 1, by, '\0');
-    bytes[1] = static_cast<char>(bytes.size() / FRU_LENGTH_UNIT);
-    const auto last = static_cast<unsigned int>(bytes.size() - 1);
-    bytes.back() = static_cast<char>(checksumOf(bytes, 0, last, last).expected);
-    return bytes;
+    const FRU_ITEM item = id == FRU_AREA_INTERNAL_A    ? FRU_ITEM_INTERNAL_OFFSET
+                          : id == FRU_AREA_MULTIRECORD ? FRU_ITEM_MULTIRECORD_OFFSET
+                                                       : findFRUArea(id)->offsetItem;
+    unsigned int offset = 0;
+    for (const FRUMemberTbl* row = findFRUArea(FRU_AREA_COMMON_HEADER)->members; row->item != item;
+         ++row) {
+        offset += row->size;
+    }
+    return offset;
 }
 
-std::vector<Block> blocksOf(const FruImage& image, const std::string& bytes,
-                            const std::map<FRU_AREA, unsigned int>& growth)
+void setHeader(std::string& image, FRU_AREA id, unsigned int offset)
+{
+    image[headerOffset(id)] = static_cast<char>(offset / FRU_LENGTH_UNIT);
+}
+
+void setHeaderChecksum(std::string& image)
+{
+    const FruChecksum checksum = checksumOf(image, 0, FRU_HEADER_SIZE - 1, FRU_HEADER_SIZE - 1);
+    image[checksum.offset] = static_cast<char>(checksum.expected);
+}
+
+/// The areas of an image with their new bytes, by offset.
+std::vector<Block> keptBlocks(const FruImage& image, const std::string& bytes,
+                              const FruBlocks& changed)
 {
     std::vector<Block> blocks;
-    const auto add = [&](FRU_ITEM item, const FruExtent& extent, unsigned int by) {
-        const std::string area = bytes.substr(extent.offset, extent.size);
-        blocks.push_back({item, extent, by == 0 ? area : grown(area, by), extent.offset});
-    };
-    for (const FruAreaImage& area : image.areas) {
-        const auto found = growth.find(area.id);
-        add(findFRUArea(area.id)->offsetItem, area.extent,
-            found == growth.end() ? 0 : found->second);
-    }
-    for (const FruInternalUse& internal : image.internalUse) {
-        add(FRU_ITEM_INTERNAL_OFFSET, internal.extent, 0);
-    }
-    for (const FruExtent& extent : image.extents) {
-        if (extent.name == fruAreaName(FRU_AREA_MULTIRECORD)) {
-            add(FRU_ITEM_MULTIRECORD_OFFSET, extent, 0);
+    for (const FRU_AREA id : BLOCKS) {
+        for (const FruExtent& extent : image.extents) {
+            if (extent.name == fruAreaName(id)) {
+                const auto found = changed.find(id);
+                const bool isChanged = found != changed.end();
+                blocks.push_back(
+                    {id, extent,
+                     isChanged ? found->second : bytes.substr(extent.offset, extent.size),
+                     isChanged});
+            }
         }
     }
     std::sort(blocks.begin(), blocks.end(),
@@ -62,17 +78,53 @@ std::vector<Block> blocksOf(const FruImage& image, const std::string& bytes,
     return blocks;
 }
 
-/// Assigns each block its new place: its old one, or the end of the block before.
-void place(std::vector<Block>& blocks, std::size_t size)
+/// Assigns each block its new place: its old one, or the end of a block before that changed.
+void place(std::vector<Block>& blocks)
 {
     unsigned int end = 0;
     for (Block& block : blocks) {
         block.offset = std::max(block.old.offset, toLengthUnit(end));
-        end = block.offset + static_cast<unsigned int>(block.bytes.size());
+        block.isTouched = block.isTouched || block.offset != block.old.offset;
+        end = block.isTouched && !block.bytes.empty() ? block.end() : end;
     }
-    constexpr unsigned int LARGEST_OFFSET = 0xFF * FRU_LENGTH_UNIT;
-    if (end > size || (!blocks.empty() && blocks.back().offset > LARGEST_OFFSET)) {
+}
+
+/// Puts a new block into the first gap that is large enough.
+void insert(std::vector<Block>& blocks, Block block)
+{
+    unsigned int end = FRU_HEADER_SIZE;
+    auto next = blocks.begin();
+    for (; next != blocks.end(); ++next) {
+        block.offset = toLengthUnit(end);
+        if (next->bytes.empty()) {
+            continue;
+        }
+        if (block.end() <= next->offset) {
+            break;
+        }
+        end = next->end();
+    }
+    block.offset = toLengthUnit(end);
+    blocks.insert(next, block);
+}
+
+void checkRoom(const std::vector<Block>& blocks, std::size_t size)
+{
+    unsigned int end = 0;
+    bool isFar = false;
+    for (const Block& block : blocks) {
+        if (block.isTouched && !block.bytes.empty()) {
+            end = std::max(end, block.end());
+            isFar = isFar || block.offset > LARGEST_OFFSET;
+        }
+    }
+    if (end > size) {
         throw DataError(fmt::format("the areas would take {} bytes, the image has {}", end, size));
+    }
+    if (isFar) {
+        throw DataError(fmt::format("an area would begin after offset {}, the last that the common "
+                                    "header can say",
+                                    LARGEST_OFFSET));
     }
 }
 
@@ -85,8 +137,7 @@ void checkOverwritten(const std::vector<Block>& blocks, const FruImage& image,
             continue;
         }
         for (const Block& block : blocks) {
-            const auto end = block.offset + static_cast<unsigned int>(block.bytes.size());
-            if (block.offset < other.end() && other.offset < end) {
+            if (block.isTouched && block.offset < other.end() && other.offset < block.end()) {
                 throw DataError(fmt::format("bytes {} to {} would be written over; they belong to "
                                             "no area, but are not blank",
                                             other.offset, other.end() - 1));
@@ -102,31 +153,69 @@ unsigned int toLengthUnit(unsigned int bytes)
     return (bytes + FRU_LENGTH_UNIT - 1) / FRU_LENGTH_UNIT * FRU_LENGTH_UNIT;
 }
 
-std::string growAreas(const std::string& bytes, const std::map<FRU_AREA, unsigned int>& growth)
+std::string placeFruBlocks(const std::string& bytes, const FruBlocks& changed)
 {
     const FruImage image = parseFruImage(bytes);
-    std::vector<Block> blocks = blocksOf(image, bytes, growth);
-    place(blocks, bytes.size());
+    std::vector<Block> blocks = keptBlocks(image, bytes, changed);
+    place(blocks);
+    for (const FRU_AREA id : BLOCKS) {
+        const auto found = changed.find(id);
+        const bool isKept = std::any_of(blocks.begin(), blocks.end(),
+                                        [id](const Block& block) { return block.id == id; });
+        if (found != changed.end() && !isKept) {
+            insert(blocks, {id, {}, found->second});
+        }
+    }
+    checkRoom(blocks, bytes.size());
     checkOverwritten(blocks, image, bytes);
 
     std::string result = bytes;
-    ImageDevice header(bytes);
-    FRUData fru(header);
+    blocks.erase(std::remove_if(blocks.begin(), blocks.end(),
+                                [](const Block& block) { return !block.isTouched; }),
+                 blocks.end());
     for (const Block& block : blocks) {
-        // The block before will cover the bytes that a move leaves, except those that align it.
         std::fill_n(result.begin() + static_cast<long>(block.old.offset), block.old.size, '\0');
     }
     for (const Block& block : blocks) {
         std::copy(block.bytes.begin(), block.bytes.end(),
                   result.begin() + static_cast<long>(block.offset));
-        std::string offset(1, static_cast<char>(block.offset / FRU_LENGTH_UNIT));
-        fru.updateItem(FRU_AREA_COMMON_HEADER, block.offsetItem, offset);
+        setHeader(result, block.id, block.bytes.empty() ? 0 : block.offset);
     }
-    // The library leaves the header's pad and checksum unchanged.
-    fru.syncFRU();
-    const FruChecksum checksum = parseFruImage(header.getBytes()).header;
-    std::copy_n(header.getBytes().begin(), checksum.offset, result.begin());
-    result[checksum.offset] = static_cast<char>(checksum.expected);
+    setHeaderChecksum(result);
+    return result;
+}
+
+std::string emptyFruImage(std::size_t size)
+{
+    if (size < FRU_HEADER_SIZE) {
+        throw DataError(fmt::format("{} bytes, expected at least {} for the common header", size,
+                                    FRU_HEADER_SIZE));
+    }
+    std::string image(size, '\0');
+    image[0] = 1;
+    setHeaderChecksum(image);
+    return image;
+}
+
+std::string resizeFruImage(const std::string& bytes, std::size_t size)
+{
+    const FruImage image = parseFruImage(bytes);
+    if (!image.isFru) {
+        throw DataError(image.headerProblems.front());
+    }
+    for (const FruExtent& extent : image.map(bytes)) {
+        // An internal use area that comes last extends to the end of the image.
+        const bool isBlankPart =
+            extent.name == FREE_BYTES ||
+            (extent.name == fruAreaName(FRU_AREA_INTERNAL_A) && extent.end() == bytes.size() &&
+             extent.offset < size && isBlank(ByteView(bytes).part(size)));
+        if (extent.end() > size && !isBlankPart) {
+            throw DataError(fmt::format("{} ({} to {}) would be cut off at {} bytes", extent.name,
+                                        extent.offset, extent.end() - 1, size));
+        }
+    }
+    std::string result = bytes;
+    result.resize(size, bytes.back() == '\xFF' ? '\xFF' : '\0');
     return result;
 }
 

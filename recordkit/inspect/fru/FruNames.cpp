@@ -2,8 +2,12 @@
 #include <recordkit/inspect/fru/FruNames.h>
 
 #include <algorithm>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <recordkit/fru/FRUTables.h>
+#include <recordkit/inspect/bytes/Error.h>
+#include <recordkit/inspect/bytes/Numbers.h>
 
 namespace recordkit::inspect {
 
@@ -64,6 +68,11 @@ constexpr ItemName ITEMS[] = {
 };
 // clang-format on
 
+bool isDigit(char character)
+{
+    return character >= '0' && character <= '9';
+}
+
 }
 
 const std::vector<FRU_AREA>& informationAreas()
@@ -111,6 +120,48 @@ std::vector<std::string> fruFieldNames(FRU_AREA area)
         }
     }
     return names;
+}
+
+unsigned int customNumber(const std::string& fieldName)
+{
+    const std::string custom = fruItemName(FRU_ITEM_CUSTOM);
+    constexpr unsigned long MOST = 0xFF;
+    return fieldName.compare(0, custom.size(), custom) == 0
+               ? static_cast<unsigned int>(
+                     parseNumber(fieldName.substr(custom.size()), MOST).value_or(0))
+               : 0;
+}
+
+FruFieldName parseFruFieldName(const std::string& text)
+{
+    const std::size_t dot = text.find('.');
+    FruFieldName name = {text, text.substr(0, dot), ""};
+    FRU_AREA area = FRU_AREA_COMMON_HEADER;
+    const bool isArea = findFruArea(name.owner, area);
+    const bool isRecord = !isArea && !name.owner.empty() && isDigit(name.owner.back());
+    if (dot == std::string::npos || (!isArea && !isRecord)) {
+        std::vector<std::string> areas;
+        for (const FRU_AREA each : informationAreas()) {
+            areas.push_back(fruAreaName(each));
+        }
+        throw RequestError(fmt::format("\"{}\" is not a field, expected AREA.FIELD with one of the "
+                                       "areas {}, or RECORD.FIELD with a record such as dc-output1",
+                                       text, fmt::join(areas, ", ")));
+    }
+    name.field = text.substr(dot + 1);
+    if (isRecord) {
+        return name;
+    }
+    name.area = area;
+    const std::vector<std::string> names = fruFieldNames(area);
+    if (customNumber(name.field) == 0 &&
+        std::find(names.begin(), names.end(), name.field) == names.end()) {
+        throw RequestError(
+            fmt::format("\"{}\": the {} area has no field \"{}\", but {} and custom1, "
+                        "custom2, ...",
+                        text, name.owner, name.field, fmt::join(names, ", ")));
+    }
+    return name;
 }
 
 }

@@ -2,6 +2,7 @@
 #ifndef RECORDKIT_INSPECT_FRU_FRUNAMES_H
 #define RECORDKIT_INSPECT_FRU_FRUNAMES_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,20 @@ std::string fruItemName(FRU_ITEM item);
 
 /// Fields of an area by name, in the order of the image, custom fields aside.
 std::vector<std::string> fruFieldNames(FRU_AREA area);
+
+/// The number of a custom field, 2 of "custom2"; 0 for other names.
+unsigned int customNumber(const std::string& fieldName);
+
+/// What "board.serial" or "dc-output2.max-current" names.
+struct FruFieldName {
+    std::string text;                  ///< all of it
+    std::string owner;                 ///< the area or record
+    std::string field;                 ///< in it
+    std::optional<FRU_AREA> area = {}; ///< none for a record
+};
+
+/// Reads a name. Throws RequestError for one that no image can have.
+FruFieldName parseFruFieldName(const std::string& text);
 
 }
 

@@ -56,12 +56,13 @@ std::optional<MfgDate> MfgDate::otherReading(unsigned int now) const
     return other;
 }
 
-std::optional<MfgDate> parseMfgDate(const std::string& text)
+std::optional<MfgDate> parseMfgDate(const std::string& text, unsigned int now)
 {
     if (text == "unspecified") {
         return MfgDate(0U);
     }
-    const std::optional<unsigned int> seconds = parseTime(text);
+    const std::optional<unsigned int> seconds =
+        text == "now" ? now - now % SECONDS : parseTime(text);
     if (!seconds || *seconds < START_OF_2006 || *seconds % SECONDS != 0) {
         return std::nullopt;
     }

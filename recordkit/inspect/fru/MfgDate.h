@@ -41,9 +41,10 @@ private:
     bool isRolledOver = true; ///< whether early counts are counted from 2027
 };
 
-/// Reads a date as parseTime does, or "unspecified". Nothing for any other text, for a date that
-/// the count cannot express, and for 2027-11-24 20:16, whose count is that of "unspecified".
-std::optional<MfgDate> parseMfgDate(const std::string& text);
+/// Reads a date as parseTime does, "unspecified", or "now" for the minute of `now` (seconds since
+/// 1970; 0 if it is unknown). Nothing for any other text, for a date that the count cannot express,
+/// and for 2027-11-24 20:16, whose count is that of "unspecified".
+std::optional<MfgDate> parseMfgDate(const std::string& text, unsigned int now = 0);
 
 }
 

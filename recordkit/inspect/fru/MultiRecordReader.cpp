@@ -139,6 +139,9 @@ void MultiRecordReader::readField(const MultiRecordRow& row)
     field.high = row.high;
     field.low = row.low;
     field.unit = row.unit;
+    field.row = row;
+    field.row->name = ""; // a list's is not kept
+    field.row->offset = 0;
     setValue(field, row, record.bytes.part(at, row.width));
     for (unsigned int bit = row.low; bit <= row.high; ++bit) {
         unsigned char& mask = covered[at + bit / 8];
@@ -166,17 +169,19 @@ unsigned int MultiRecordReader::readCount(const std::string& list)
     return count;
 }
 
-void MultiRecordReader::addRest(const char* name, const std::string& text)
+void MultiRecordReader::addRest(const char* name, Kind kind, const std::string& text)
 {
-    if (isAtEnd()) {
-        return;
-    }
     MultiRecordField field;
     field.name = prefix + name;
     field.offset = record.offset + position;
     field.width = static_cast<unsigned int>(record.bytes.size()) - position;
     field.high = 8 * field.width - 1;
+    field.row = bytesOf("", 0, field.width).as(kind);
     setText(field, text);
+    decoded.rest = field;
+    if (isAtEnd()) {
+        return;
+    }
     std::fill(covered.begin() + position, covered.end(), static_cast<unsigned char>(0xFF));
     position += field.width;
     decoded.fields.push_back(field);
@@ -184,18 +189,18 @@ void MultiRecordReader::addRest(const char* name, const std::string& text)
 
 void MultiRecordReader::readBytes(const char* name)
 {
-    addRest(name, toHex(record.bytes.part(position)));
+    addRest(name, Kind::HEX, toHex(record.bytes.part(position)));
 }
 
 void MultiRecordReader::readText(const char* name)
 {
     const std::string text = toUtf8(record.bytes.part(position));
-    addRest(name, text.substr(0, text.find('\0')));
+    addRest(name, Kind::TEXT, text.substr(0, text.find('\0')));
 }
 
 void MultiRecordReader::readSixBit(const char* name)
 {
-    addRest(name, decodeSixBit(record.bytes.part(position)));
+    addRest(name, Kind::SIX_BIT, decodeSixBit(record.bytes.part(position)));
 }
 
 /// Whole bytes, or the bits of one byte that no field covers.
@@ -245,6 +250,16 @@ MultiRecord MultiRecordReader::finish()
                      });
     decoded.missing = needed > size ? needed : 0;
     return decoded;
+}
+
+MultiRecordStart startOf(unsigned char type, unsigned int manufacturer, const Bytes& more)
+{
+    MultiRecordStart start = {type};
+    for (const unsigned int shift : {0U, 8U, 16U}) {
+        start.data.push_back(static_cast<unsigned char>(manufacturer >> shift & 0xFF));
+    }
+    start.data.insert(start.data.end(), more.begin(), more.end());
+    return start;
 }
 
 }

@@ -3,101 +3,13 @@
 #define RECORDKIT_INSPECT_FRU_MULTIRECORDREADER_H
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
+#include <recordkit/inspect/fru/MultiRecordRow.h>
 #include <recordkit/inspect/fru/MultiRecords.h>
 
 namespace recordkit::inspect {
-
-/// A value that has a name.
-struct MultiRecordWord {
-    unsigned int value;
-    const char* text;
-};
-
-/// A row of a record's table. Its place counts from the first byte of its group.
-struct MultiRecordRow {
-    enum class Kind { NUMBER, SIGNED, FLAG, HEX, ADDRESS, GUID, ENTITY };
-
-    // Each returns a copy that also has what it says.
-
-    constexpr MultiRecordRow bits(unsigned int highest, unsigned int lowest) const
-    {
-        MultiRecordRow copy = *this;
-        copy.high = highest;
-        copy.low = lowest;
-        return copy;
-    }
-    constexpr MultiRecordRow in(const char* unitName) const
-    {
-        MultiRecordRow copy = *this;
-        copy.unit = unitName;
-        return copy;
-    }
-    /// The value is the number divided by this.
-    constexpr MultiRecordRow per(unsigned int parts) const
-    {
-        MultiRecordRow copy = *this;
-        copy.divisor = parts;
-        return copy;
-    }
-    /// The value is the number times this.
-    constexpr MultiRecordRow times(unsigned int each) const
-    {
-        MultiRecordRow copy = *this;
-        copy.factor = each;
-        return copy;
-    }
-    /// The number that means that there is no value.
-    constexpr MultiRecordRow none(unsigned int number) const
-    {
-        MultiRecordRow copy = *this;
-        copy.hasNone = true;
-        copy.noneNumber = number;
-        return copy;
-    }
-    template <std::size_t Count>
-    constexpr MultiRecordRow named(const MultiRecordWord (&table)[Count]) const
-    {
-        MultiRecordRow copy = *this;
-        copy.words = table;
-        copy.wordCount = Count;
-        return copy;
-    }
-    constexpr MultiRecordRow as(Kind newKind) const
-    {
-        MultiRecordRow copy = *this;
-        copy.kind = newKind;
-        return copy;
-    }
-
-    const char* name;
-    unsigned int offset;
-    unsigned int width;
-    unsigned int high;
-    unsigned int low;
-    Kind kind = Kind::NUMBER;
-    const char* unit = "";
-    unsigned int divisor = 1;
-    unsigned int factor = 1;
-    bool hasNone = false;
-    unsigned int noneNumber = 0;
-    const MultiRecordWord* words = nullptr;
-    std::size_t wordCount = 0;
-};
-
-constexpr MultiRecordRow number(const char* name, unsigned int offset, unsigned int width = 1)
-{
-    return {name, offset, width, 8 * width - 1, 0};
-}
-constexpr MultiRecordRow flag(const char* name, unsigned int offset, unsigned int bit)
-{
-    return number(name, offset).bits(bit, bit).as(MultiRecordRow::Kind::FLAG);
-}
-constexpr MultiRecordRow bytesOf(const char* name, unsigned int offset, unsigned int width)
-{
-    return number(name, offset, width).as(MultiRecordRow::Kind::HEX);
-}
 
 /// The rows of a group; its size is where the last of them ends.
 class MultiRecordRows {
@@ -182,7 +94,7 @@ private:
         each();
         prefix = outer;
     }
-    void addRest(const char* name, const std::string& text);
+    void addRest(const char* name, MultiRecordRow::Kind kind, const std::string& text);
     void addUncovered(unsigned int at, unsigned int width);
 
     MultiRecordData record;
@@ -198,6 +110,20 @@ private:
 bool readStandardRecord(MultiRecordReader& reader);
 bool readVitaRecord(MultiRecordReader& reader);
 bool readPicmgRecord(MultiRecordReader& reader);
+
+/// What makes a record one of its kind.
+struct MultiRecordStart {
+    unsigned char type = 0;
+    Bytes data = {};
+};
+
+/// That of a manufacturer's record: the manufacturer's number, then more bytes.
+MultiRecordStart startOf(unsigned char type, unsigned int manufacturer, const Bytes& more);
+
+/// The start of each kind of record, by its name; nothing for a kind of somebody else.
+std::optional<MultiRecordStart> standardRecordStart(const std::string& kind);
+std::optional<MultiRecordStart> vitaRecordStart(const std::string& kind);
+std::optional<MultiRecordStart> picmgRecordStart(const std::string& kind);
 
 }
 

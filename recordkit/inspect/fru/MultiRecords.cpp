@@ -64,12 +64,6 @@ void nameOutputs(std::vector<MultiRecord>& records)
     }
 }
 
-/// The kind of a record, whose name also has its number.
-std::string kindOf(const MultiRecord& record)
-{
-    return record.name.substr(0, record.name.find_last_not_of("0123456789") + 1);
-}
-
 std::optional<long long> numberIn(const MultiRecord& record, const char* name)
 {
     const MultiRecordField* const field = record.findField(name);
@@ -110,6 +104,11 @@ const MultiRecordField* MultiRecord::findField(const std::string& fieldName) con
         std::find_if(fields.begin(), fields.end(),
                      [&fieldName](const MultiRecordField& each) { return each.name == fieldName; });
     return found == fields.end() ? nullptr : &*found;
+}
+
+std::string kindOf(const MultiRecord& record)
+{
+    return record.name.substr(0, record.name.find_last_not_of("0123456789") + 1);
 }
 
 std::vector<MultiRecord> decodeMultiRecords(const std::vector<MultiRecordData>& records)

@@ -2,11 +2,13 @@
 #ifndef RECORDKIT_INSPECT_FRU_MULTIRECORDS_H
 #define RECORDKIT_INSPECT_FRU_MULTIRECORDS_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <recordkit/inspect/bytes/ByteView.h>
 #include <recordkit/inspect/fields/Value.h>
+#include <recordkit/inspect/fru/MultiRecordRow.h>
 
 namespace recordkit::inspect {
 
@@ -180,6 +182,7 @@ struct MultiRecordField {
     Value value;      ///< none if it is not specified
     std::string text; ///< the value as a person reads it, without its unit
     const char* unit = "";
+    std::optional<MultiRecordRow> row = {}; ///< how the value is stored; none for "byte17"
 
     bool isBits() const { return low != 0 || high + 1 != 8 * width; }
 };
@@ -188,10 +191,15 @@ struct MultiRecordField {
 struct MultiRecord {
     std::string name; ///< its kind, and its number among those of this kind: "dc-output2"
     std::vector<MultiRecordField> fields;
+    std::optional<MultiRecordField> rest = {}; ///< the field up to the end of the record, also an
+                                               ///< empty one, which is not among the fields
     unsigned int missing = 0; ///< the size that its data should have; 0 if it is complete
 
     const MultiRecordField* findField(const std::string& fieldName) const;
 };
+
+/// The kind of a record: its name without its number.
+std::string kindOf(const MultiRecord& record);
 
 /// All records of an image, in their order.
 std::vector<MultiRecord> decodeMultiRecords(const std::vector<MultiRecordData>& records);

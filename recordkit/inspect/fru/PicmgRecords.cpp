@@ -415,4 +415,14 @@ bool readPicmgRecord(MultiRecordReader& reader)
     return true;
 }
 
+std::optional<MultiRecordStart> picmgRecordStart(const std::string& kind)
+{
+    for (const PicmgRecord& record : RECORDS) {
+        if (record.name == kind) {
+            return startOf(TYPE, MANUFACTURER, {record.id, record.lastFormat});
+        }
+    }
+    return std::nullopt;
+}
+
 }

@@ -55,7 +55,6 @@ constexpr MultiRecordRow FAIL_SIGNAL = number("fail-signal", 17).bits(4, 4);
 
 void readPowerSupply(MultiRecordReader& reader)
 {
-    reader.call("power-supply");
     if (reader.has(THRESHOLD)) {
         reader.readField(reader.peek(THRESHOLD) != 0 ? FAIL_SIGNAL.named(TACHOMETER_PULSES)
                                                      : FAIL_SIGNAL.named(FAIL_PIN));
@@ -127,7 +126,6 @@ constexpr MultiRecordRow GUID[] = {bytesOf("system-guid", 0, 16).as(Kind::GUID)}
 
 void readManagementAccess(MultiRecordReader& reader)
 {
-    reader.call("management-access");
     const unsigned int type = reader.peek(0);
     reader.read(ACCESS_TYPE);
     if (type == SYSTEM_GUID) {
@@ -154,44 +152,47 @@ void readCompatibility(MultiRecordReader& reader)
     reader.readBytes("code-mask");
 }
 
+struct StandardRecord {
+    unsigned char type;
+    const char* name;
+    void (*read)(MultiRecordReader& reader);
+};
+
+constexpr StandardRecord RECORDS[] = {
+    {0x00, "power-supply", readPowerSupply},
+    {0x01, "dc-output", [](MultiRecordReader& reader) { readDc(reader, DC_OUTPUT, 1); }},
+    {0x02, "dc-load", [](MultiRecordReader& reader) { readDc(reader, DC_LOAD, 1); }},
+    {0x03, "management-access", readManagementAccess},
+    {0x04, "base-compatibility", readCompatibility},
+    {0x05, "extended-compatibility", readCompatibility},
+    {0x09, "extended-dc-output",
+     [](MultiRecordReader& reader) { readExtended(reader, DC_OUTPUT, OUTPUT_UNIT_BIT); }},
+    {0x0A, "extended-dc-load",
+     [](MultiRecordReader& reader) { readExtended(reader, DC_LOAD, LOAD_UNIT_BIT); }},
+};
+
 }
 
 bool readStandardRecord(MultiRecordReader& reader)
 {
-    switch (reader.type()) {
-    case 0x00:
-        readPowerSupply(reader);
-        return true;
-    case 0x01:
-        reader.call("dc-output");
-        readDc(reader, DC_OUTPUT, 1);
-        return true;
-    case 0x02:
-        reader.call("dc-load");
-        readDc(reader, DC_LOAD, 1);
-        return true;
-    case 0x03:
-        readManagementAccess(reader);
-        return true;
-    case 0x04:
-        reader.call("base-compatibility");
-        readCompatibility(reader);
-        return true;
-    case 0x05:
-        reader.call("extended-compatibility");
-        readCompatibility(reader);
-        return true;
-    case 0x09:
-        reader.call("extended-dc-output");
-        readExtended(reader, DC_OUTPUT, OUTPUT_UNIT_BIT);
-        return true;
-    case 0x0A:
-        reader.call("extended-dc-load");
-        readExtended(reader, DC_LOAD, LOAD_UNIT_BIT);
-        return true;
-    default:
-        return false;
+    for (const StandardRecord& record : RECORDS) {
+        if (record.type == reader.type()) {
+            reader.call(record.name);
+            record.read(reader);
+            return true;
+        }
     }
+    return false;
+}
+
+std::optional<MultiRecordStart> standardRecordStart(const std::string& kind)
+{
+    for (const StandardRecord& record : RECORDS) {
+        if (record.name == kind) {
+            return MultiRecordStart{record.type};
+        }
+    }
+    return std::nullopt;
 }
 
 }

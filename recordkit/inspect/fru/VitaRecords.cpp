@@ -67,6 +67,18 @@ constexpr MultiRecordRow CARD_PLUS[] = {
     number("tck-max", 6).in("MHz"),
 };
 
+struct VitaRecord {
+    unsigned char kind; ///< subtype and version
+    const char* name;
+    void (*read)(MultiRecordReader& reader);
+};
+
+constexpr VitaRecord RECORDS[] = {
+    {0x00, "fmc", [](MultiRecordReader& reader) { reader.read(CARD); }},
+    {0x01, "fmc", [](MultiRecordReader& reader) { reader.read(CARD_PLUS); }},
+    {0x10, "fmc-i2c", [](MultiRecordReader& reader) { reader.readSixBit("devices"); }},
+};
+
 }
 
 bool readVitaRecord(MultiRecordReader& reader)
@@ -76,24 +88,26 @@ bool readVitaRecord(MultiRecordReader& reader)
     }
     const unsigned int kind = reader.peek(3);
     reader.read(HEADER);
-    switch (kind) {
-    case 0x00:
-        reader.call("fmc");
-        reader.read(CARD);
-        return true;
-    case 0x01:
-        reader.call("fmc");
-        reader.read(CARD_PLUS);
-        return true;
-    case 0x10:
-        reader.call("fmc-i2c");
-        reader.readSixBit("devices");
-        return true;
-    default:
-        reader.call("vita");
-        reader.readBytes("data");
-        return true;
+    for (const VitaRecord& record : RECORDS) {
+        if (record.kind == kind) {
+            reader.call(record.name);
+            record.read(reader);
+            return true;
+        }
     }
+    reader.call("vita");
+    reader.readBytes("data");
+    return true;
+}
+
+std::optional<MultiRecordStart> vitaRecordStart(const std::string& kind)
+{
+    for (const VitaRecord& record : RECORDS) {
+        if (record.name == kind) {
+            return startOf(TYPE, MANUFACTURER, {record.kind});
+        }
+    }
+    return std::nullopt;
 }
 
 }

@@ -166,7 +166,8 @@ TEST(FruEdit, ValuesThatCannotBeStoredAreRefused)
     EXPECT_EQ(refusal(IMAGE, {{"chassis.type", "box"}}),
               "1: chassis.type: \"box\" is neither the name nor the number of a chassis type");
     EXPECT_EQ(refusal(IMAGE, {{"board.language", "256"}}),
-              "1: board.language: \"256\" is not a number from 0 to 255");
+              "1: board.language: \"256\" is neither a language such as \"en\" nor a number from 0 "
+              "to 255");
 }
 
 TEST(FruEdit, FieldsThatAreNotThereAreRefused)
@@ -181,7 +182,7 @@ TEST(FruEdit, FieldsThatAreNotThereAreRefused)
     EXPECT_EQ(
         refusal(IMAGE, {{"boards.serial", "XY"}}),
         "2: \"boards.serial\" is not a field, expected AREA.FIELD with one of the areas chassis, "
-        "board, product");
+        "board, product, or RECORD.FIELD with a record such as dc-output1");
     EXPECT_EQ(refusal(IMAGE, {{"serial", "XY"}}).substr(0, 26), "2: \"serial\" is not a field");
     EXPECT_EQ(refusal(IMAGE, {{"chassis.asset-tag", "XY"}}),
               "2: \"chassis.asset-tag\": the chassis area has no field \"asset-tag\", but type, "
@@ -226,18 +227,33 @@ TEST(FruEdit, DamagedAreasAreRefused)
               "1: chassis area: 63 bytes of the field at offset 12 run past the area's end at 23");
     EXPECT_EQ(refusal(Bytes(64, 0xFF), {{"chassis.serial", "XY"}}),
               "1: no FRU image: format version FFh at offset 0, expected 01h");
-    Bytes fields = {0x17, 0xC2, 'A', 'B', 0xC2, 'C', 'D'};
-    for (int i = 0; i < 5; ++i) {
-        fields = fields + Bytes({0xFF}) + Bytes(63, 'x');
-    }
-    const Bytes large = withChecksum({1, 0, 1, 0, 0, 0, 0}) + areaOf(512, fields + Bytes({0xC1}));
-    EXPECT_EQ(refusal(large, {{"chassis.serial", "XY"}}),
-              "1: chassis area: 512 bytes at offset 8; areas of more than 248 bytes cannot be "
-              "edited");
     EXPECT_EQ(refusal(withChecksum({1, 0, 1, 0, 0, 3, 0}) + part(CHASSIS, 0, 16) +
                           withChecksum({1, 0x82, 0, 0}) + Bytes(3, 0),
                       {{"chassis.serial", "XY"}}, false, true),
               "1: chassis (8 to 31) and multirecord (24 to 28) overlap");
+}
+
+TEST(FruEdit, AreaThatIsTooLargeForTheLibraryIsEditedAsItIs)
+{
+    Bytes fields = {0x17, 0xC2, 'A', 'B', 0xC2, 'C', 'D'};
+    for (int i = 0; i < 5; ++i) {
+        fields = fields + Bytes({0xFF}) + Bytes(63, 'x');
+    }
+    const Bytes large =
+        withChecksum({1, 0, 1, 0, 0, 0, 0}) + areaOf(512, fields + Bytes({0xC1})) + Bytes(64, 0);
+    const FruEditResult result = edit(large, {{"chassis.serial", "SN-4711"}});
+    EXPECT_EQ(valueOf(result.bytes, "chassis.serial"), "SN-4711");
+    EXPECT_EQ(valueOf(result.bytes, "chassis.custom5"), std::string(63, 'x'));
+    EXPECT_EQ(parseFruImage(result.bytes).allProblems(), Lines());
+    EXPECT_EQ(parseFruImage(result.bytes).areas[0].unused, 176U);
+    const Bytes full =
+        withChecksum({1, 0, 1, 0, 0, 0, 0}) +
+        areaOf(256, Bytes({0x17, 0xC2, 'A', 'B', 0xC2, 'C', 'D', 0xFF}) + Bytes(63, 'x') +
+                        Bytes({0xFF}) + Bytes(63, 'x') + Bytes({0xFF}) + Bytes(63, 'x') +
+                        Bytes({0xF2}) + Bytes(50, 'x') + Bytes({0xC1})) +
+        Bytes(64, 0);
+    EXPECT_EQ(refusal(full, {{"chassis.serial", "CSN-4711"}}, true),
+              "1: chassis area: 6 more bytes needed, 2 free, and an area has at most 248 bytes");
 }
 
 TEST(FruEdit, AreaThatHoldsTheOffsetOfAnUnreadableOneIsRefused)

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <recordkit/inspect/fru/FruContent.h>
+
+#include <algorithm>
+#include <fmt/format.h>
+
+#include <recordkit/fru/FRUTables.h>
+#include <recordkit/inspect/bytes/Error.h>
+#include <recordkit/inspect/fru/FruLayout.h>
+#include <recordkit/inspect/fru/FruNames.h>
+
+namespace recordkit::inspect {
+
+namespace {
+
+constexpr unsigned int AREA_START = 2; ///< format and length
+constexpr unsigned int RECORD_START = 5;
+constexpr unsigned char LAST_RECORD = 0x80;
+
+/// The byte that makes all of them add up to 0.
+char balanceOf(const std::string& bytes)
+{
+    unsigned int sum = 0;
+    for (const unsigned char byte : ByteView(bytes)) {
+        sum += byte;
+    }
+    return static_cast<char>(0U - sum);
+}
+
+std::string encodeRecord(const FruRecordContent& record, bool isLast)
+{
+    std::string header;
+    header += static_cast<char>(record.type);
+    header += static_cast<char>(record.format | (isLast ? LAST_RECORD : 0));
+    header += static_cast<char>(record.data.size());
+    header += balanceOf(record.data);
+    header += balanceOf(header);
+    return header + record.data;
+}
+
+}
+
+unsigned char FruAreaContent::language() const
+{
+    return id == FRU_AREA_CHASSIS || start.empty() ? 0 : ByteView(start)[0];
+}
+
+unsigned int FruAreaContent::usedSize() const
+{
+    std::size_t size = AREA_START + start.size() + 1;
+    for (const FruText& text : texts) {
+        size += 1 + text.bytes.size();
+    }
+    return static_cast<unsigned int>(size);
+}
+
+std::string encodeFruArea(const FruAreaContent& area)
+{
+    const std::size_t size =
+        toLengthUnit(area.usedSize() + static_cast<unsigned int>(area.unused.size()) + 1);
+    constexpr std::size_t LARGEST = 0xFF * FRU_LENGTH_UNIT;
+    if (size > LARGEST) {
+        throw DataError(fmt::format("{} area: {} bytes needed, an area has at most {}",
+                                    fruAreaName(area.id), size, LARGEST));
+    }
+    std::string bytes;
+    bytes += static_cast<char>(area.format);
+    bytes += static_cast<char>(size / FRU_LENGTH_UNIT);
+    bytes += area.start;
+    for (const FruText& text : area.texts) {
+        bytes += text.image();
+    }
+    bytes += static_cast<char>(FRU_END_OF_FIELDS);
+    bytes += area.unused;
+    bytes.resize(size - 1, '\0');
+    bytes += balanceOf(bytes);
+    return bytes;
+}
+
+std::string encodeFruRecords(const std::vector<FruRecordContent>& records)
+{
+    std::string bytes;
+    for (const FruRecordContent& record : records) {
+        bytes += encodeRecord(record, &record == &records.back());
+    }
+    return bytes;
+}
+
+FruAreaContent contentOf(const FruAreaImage& area, ByteView image)
+{
+    FruAreaContent content;
+    content.id = area.id;
+    content.format = image[area.extent.offset];
+    const auto coded = std::find_if(area.fields.begin(), area.fields.end(),
+                                    [](const FruField& field) { return field.isCoded; });
+    const unsigned int end = area.extent.end() - 1 - area.unused;
+    const unsigned int from = area.extent.offset + AREA_START;
+    const unsigned int to = coded == area.fields.end() ? end - 1 : coded->offset;
+    content.start = image.part(from, to - from).text();
+    for (auto field = coded; field != area.fields.end(); ++field) {
+        content.texts.push_back({field->typeLength, field->bytes});
+    }
+    content.unused = image.part(end, area.unused).text();
+    return content;
+}
+
+FruRecordContent contentOf(const FruMultiRecord& record, ByteView image)
+{
+    const unsigned char format = image[record.extent.offset + 1];
+    return {record.type, static_cast<unsigned char>(format & ~LAST_RECORD), record.bytes};
+}
+
+FruContent contentOf(const FruImage& fru, ByteView image)
+{
+    if (!fru.isFru) {
+        throw DataError(fru.headerProblems.front());
+    }
+    FruContent content;
+    for (const FruAreaImage& area : fru.areas) {
+        if (!area.isWhole) {
+            throw DataError(area.problems.front());
+        }
+        content.areas.push_back(contentOf(area, image));
+    }
+    const bool isChainWhole = fru.records.empty() || fru.records.back().isLast;
+    const bool hasRecords =
+        std::any_of(fru.extents.begin(), fru.extents.end(), [](const FruExtent& each) {
+            return each.name == fruAreaName(FRU_AREA_MULTIRECORD);
+        });
+    if (!isChainWhole || !fru.lost.empty() || (hasRecords && fru.records.empty())) {
+        throw DataError(fru.problems.front());
+    }
+    for (const FruMultiRecord& record : fru.records) {
+        content.records.push_back(contentOf(record, image));
+    }
+    for (const FruInternalUse& internal : fru.internalUse) {
+        content.internalUse = internal.bytes;
+    }
+    return content;
+}
+
+std::string buildFruImage(const FruContent& content, std::size_t size)
+{
+    FruBlocks blocks;
+    unsigned int end = FRU_HEADER_SIZE;
+    const auto add = [&blocks, &end](FRU_AREA id, const std::string& bytes) {
+        blocks[id] = bytes;
+        end = toLengthUnit(end) + static_cast<unsigned int>(bytes.size());
+    };
+    if (content.internalUse) {
+        add(FRU_AREA_INTERNAL_A, *content.internalUse);
+    }
+    for (const FruAreaContent& area : content.areas) {
+        add(area.id, encodeFruArea(area));
+    }
+    if (!content.records.empty()) {
+        add(FRU_AREA_MULTIRECORD, encodeFruRecords(content.records));
+    }
+    return placeFruBlocks(emptyFruImage(size == 0 ? toLengthUnit(end) : size), blocks);
+}
+
+}
