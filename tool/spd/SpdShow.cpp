@@ -165,24 +165,6 @@ std::vector<Wish> wishes()
             {"speed", 9},         {"maker", 8}};
 }
 
-std::vector<std::string> wrongIn(const Spd& spd)
-{
-    std::vector<std::string> wrong;
-    if (!spd.isCrcRight()) {
-        wrong.push_back(
-            fmt::format("the CRC is {:04X}h, expected {:04X}h", spd.storedCrc, spd.expectedCrc));
-    }
-    if (spd.moduleCrc && !spd.moduleCrc->isRight()) {
-        wrong.push_back(fmt::format("the CRC of bytes {} to {} is {:04X}h, expected {:04X}h",
-                                    spd.moduleCrc->first, spd.moduleCrc->last,
-                                    spd.moduleCrc->stored, spd.moduleCrc->expected));
-    }
-    if (spd.hasRepeatedPages) {
-        wrong.push_back("every page is the first one: the dump did not switch pages");
-    }
-    return wrong;
-}
-
 void run(const Arguments& arguments)
 {
     const Columns columns{std::make_index_sequence<FACTS>()};
@@ -202,7 +184,7 @@ void run(const Arguments& arguments)
             listing.add({file, name, spd});
             ++modules;
             megabytes += spd.megabytes;
-            return wrongIn(spd);
+            return spdProblems(spd);
         });
     }
     listing.finish();
@@ -218,7 +200,7 @@ Command spdShowCommand()
 {
     return {
         "spd show",
-        "Show DDR3, DDR4 and DDR5 modules: capacity, ranks, speed, maker, part number",
+        "Show DDR3 to DDR5 and LPDDR3 to LPDDR5X modules: capacity, ranks, speed, maker, part",
         "recordkit spd show dimm0.bin; i2cdump -y 0 0x50 | recordkit spd show -",
         {argument("FILE", "SPD image, or a hex dump of one; - for standard input").many()},
         Answer::TABLE,
