@@ -44,6 +44,8 @@ Command sdrShowCommand();
 Command sdrEventsCommand();
 Command sdrCheckCommand();
 Command spdShowCommand();
+Command spdDiffCommand();
+Command spdAuditCommand();
 Command eepromCreateCommand();
 Command settingListCommand();
 Command settingReadCommand();

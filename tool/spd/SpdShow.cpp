@@ -5,7 +5,6 @@
 
 #include <fmt/format.h>
 
-#include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/memory/Spd.h>
 
@@ -15,6 +14,7 @@
 #include "../print/Listing.h"
 #include "../print/Output.h"
 #include "../print/Problems.h"
+#include "SpdFile.h"
 
 namespace recordkit::tool {
 
@@ -94,7 +94,9 @@ constexpr Column<Module> OWN_COLUMNS[] = {
      [](const Module& module) { return numberCell(module.spd.deviceWidth, " bits"); }},
     {"bus_width", "BUS", 11, [](const Module& module) { return known(module.spd.busWidth); },
      [](const Module& module) {
-         return numberCell(module.spd.busWidth, module.spd.eccWidth == 0 ? " bits" : " + 8 bits");
+         const unsigned int ecc = module.spd.eccWidth;
+         return numberCell(module.spd.busWidth,
+                           ecc == 0 ? " bits" : fmt::format(" + {} bits", ecc).c_str());
      }},
     {"ecc_width", nullptr, 0, [](const Module& module) { return Value(module.spd.eccWidth); }},
     {"density_mbit", "DENSITY", 10,
@@ -175,12 +177,7 @@ void run(const Arguments& arguments)
     for (const std::string& file : arguments.texts("FILE")) {
         const std::string name = inputName(file);
         problems.run(name, [&]() -> std::vector<std::string> {
-            const Bytes image = parseImage(name, readInput(file, DUMP_LIMIT));
-            if (image.size() > SPD_LIMIT) {
-                throw DataError(fmt::format("{} bytes, expected at most {}", image.size(),
-                                            std::size_t{SPD_LIMIT}));
-            }
-            const Spd spd = parseSpd(image);
+            const Spd spd = parseSpd(readSpdFile(file));
             listing.add({file, name, spd});
             ++modules;
             megabytes += spd.megabytes;

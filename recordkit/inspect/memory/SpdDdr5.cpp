@@ -221,12 +221,6 @@ unsigned int densityOf(unsigned int code)
     return code < std::size(GIGABITS) ? GIGABITS[code] * 1024 : 0;
 }
 
-unsigned int eccWidthOf(unsigned int code)
-{
-    constexpr unsigned int BITS[] = {0, 4, 8};
-    return code < std::size(BITS) ? BITS[code] : 0;
-}
-
 Value latenciesOf(ByteView image)
 {
     const unsigned long long high = image[CAS_LATENCIES + 4];
@@ -240,6 +234,12 @@ std::string moduleTypeOfDdr5(unsigned int type)
     return type < std::size(MODULE_TYPES) && MODULE_TYPES[type] != nullptr
                ? MODULE_TYPES[type]
                : fmt::format("type {:X}h", type);
+}
+
+unsigned int eccWidthOfDdr5(unsigned int code)
+{
+    constexpr unsigned int BITS[] = {0, 4, 8};
+    return code < std::size(BITS) ? BITS[code] : 0;
 }
 
 void readModuleOfDdr5(Spd& spd, ByteView image)
@@ -259,7 +259,7 @@ void readDdr5(Spd& spd, ByteView image)
                 diesOf(codeAt(image, bitsAt(DENSITY, 7, 5)));
     spd.deviceWidth = widthOf(codeAt(image, bitsAt(IO_WIDTH, 7, 5)), 4);
     spd.busWidth = widthOf(codeAt(image, bitsAt(BUS_WIDTH, 2, 0)), 8) * channels;
-    spd.eccWidth = eccWidthOf(codeAt(image, bitsAt(BUS_WIDTH, 4, 3))) * channels;
+    spd.eccWidth = eccWidthOfDdr5(codeAt(image, bitsAt(BUS_WIDTH, 4, 3))) * channels;
     // The ranks of an asymmetrical module have different devices, of which this describes the
     // first.
     const bool isAsymmetrical = codeAt(image, bitAt(ORGANIZATION, 6)) != 0;

@@ -19,6 +19,8 @@ enum Offset {
     CRC = 510,
 };
 
+constexpr unsigned int MOST_CHANNELS = 3; // 8, as a power of two
+
 constexpr unsigned int SOCAMM2 = 9; // not a module type of JESD400-5
 
 /// Column bits without those of a burst; the code has one value for 8 banks and one for 16.
@@ -45,23 +47,22 @@ constexpr SpdRow ROWS[] = {
     {F::COLUMN_BITS, bitsAt(5, 2, 0), columnBits},
     {F::DIES, bitsAt(6, 6, 4), dies},
     {F::REPAIR, bitsAt(9, 7, 6), repair},
-    {F::CHANNELS, bitsAt(BUS_WIDTH, 7, 5), doubledFrom<1, 0, 3>},
+    {F::CHANNELS, bitsAt(BUS_WIDTH, 7, 5), doubledFrom<1, 0, MOST_CHANNELS>},
 };
 
 }
 
 void readLpddr5(Spd& spd, ByteView image)
 {
-    constexpr unsigned int MOST_CHANNELS = 3; // 8, as a power of two
     const unsigned int type = codeAt(image, bitsAt(MODULE_TYPE, 3, 0));
-    const unsigned int channels = codeAt(image, bitsAt(BUS_WIDTH, 7, 5));
     spd.moduleType = type == SOCAMM2 ? "SOCAMM2" : moduleTypeOfDdr5(type);
     readLpddrBase(spd, image);
     readFacts(spd, image, ROWS);
     readModuleOfDdr5(spd, image);
-    spd.busWidth = channels <= MOST_CHANNELS
-                       ? widthOf(codeAt(image, bitsAt(BUS_WIDTH, 2, 0)), 8) << channels
-                       : 0;
+    const unsigned int code = codeAt(image, bitsAt(BUS_WIDTH, 7, 5));
+    const unsigned int channels = code <= MOST_CHANNELS ? 1U << code : 0;
+    spd.busWidth = widthOf(codeAt(image, bitsAt(BUS_WIDTH, 2, 0)), 8) * channels;
+    spd.eccWidth = eccWidthOfDdr5(codeAt(image, bitsAt(BUS_WIDTH, 4, 3))) * channels;
     // A die has one channel.
     spd.megabytes = capacityOf(spd, spd.densityMegabits);
     const SpdCrc crc = crcAt(image, 0, CRC - 1, CRC);

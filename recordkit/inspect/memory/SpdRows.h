@@ -150,6 +150,9 @@ unsigned int capacityOf(const Spd& spd, unsigned int megabits);
 /// The name of a module type (byte 3, bits 3..0) of JESD400-5 and JESD406-5.
 std::string moduleTypeOfDdr5(unsigned int type);
 
+/// Bits beside the data of a channel, by bits 4..3 of byte 235 of JESD400-5 and JESD406-5.
+unsigned int eccWidthOfDdr5(unsigned int code);
+
 /// Bytes 192 to 239 and 512 to 554, which are the same in JESD400-5 and JESD406-5: the devices of
 /// the module, its size, its maker.
 void readModuleOfDdr5(Spd& spd, ByteView image);

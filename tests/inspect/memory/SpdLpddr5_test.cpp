@@ -157,6 +157,10 @@ TEST(SpdLpddr5, CapacityIsThatOfDiesAndWidths)
 {
     EXPECT_EQ(changed(235, 0x01).megabytes, 4096U);
     EXPECT_EQ(changed(235, 0x02).megabytes, 8192U);
+    EXPECT_EQ(changed(235, 0x69).eccWidth, 32U) << "4 bits a channel";
+    EXPECT_EQ(changed(235, 0x71).eccWidth, 64U);
+    EXPECT_EQ(changed(235, 0x79).eccWidth, 0U) << "a reserved code";
+    EXPECT_EQ(changed(235, 0x69).megabytes, 32768U);
     EXPECT_EQ(changed(235, 0x04).megabytes, 0U) << "a reserved width";
     EXPECT_EQ(changed(235, 0x81).megabytes, 0U) << "a reserved number of channels";
     EXPECT_EQ(changed(235, 0x81).busWidth, 0U);
