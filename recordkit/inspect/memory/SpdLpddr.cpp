@@ -212,16 +212,11 @@ unsigned int numberOf(const Spd& spd, SpdFact fact)
 /// contradicts byte 4.
 unsigned int channelMegabits(const Spd& spd)
 {
-    const unsigned int rows = numberOf(spd, F::ROW_BITS);
-    const unsigned int columns = numberOf(spd, F::COLUMN_BITS);
     constexpr unsigned int MEGABIT = 20;
-    if (rows == 0 || columns == 0 || spd.densityMegabits == 0) {
-        return 0;
-    }
+    const unsigned int addressBits = numberOf(spd, F::ROW_BITS) + numberOf(spd, F::COLUMN_BITS);
     const unsigned long long bits =
-        static_cast<unsigned long long>(numberOf(spd, F::BANKS)) * spd.deviceWidth
-        << (rows + columns);
-    unsigned int channel = static_cast<unsigned int>(bits >> MEGABIT);
+        static_cast<unsigned long long>(numberOf(spd, F::BANKS)) * spd.deviceWidth << addressBits;
+    auto channel = static_cast<unsigned int>(bits >> MEGABIT); // 0 with a reserved code
     if (spd.densityMegabits % 3 == 0) {
         channel = channel / 4 * 3;
     }

@@ -132,13 +132,14 @@ TEST(SpdDifference, NamesWhatOnlyOneHas)
 
 TEST(SpdDifference, OfDataThatSayTheSameIsTheirBytes)
 {
-    // Bytes 60 and 200 of DDR4 are not decoded; 200 is covered by a CRC.
+    // Bytes 384 on of DDR4 are for the end user; of these only profiles are decoded.
     Bytes image = ddr4Module();
     image[500] = 0xAB;
+    image[502] = 0xCD;
     image[505] = 0x01;
     image[506] = 0x02;
-    EXPECT_EQ(compared(ddr4Module(), image),
-              (Lines{"byte 500: 00 -> AB", "bytes 505 to 506: 0000 -> 0102"}));
+    EXPECT_EQ(compared(ddr4Module(), image), (Lines{"byte 500: 00 -> AB", "byte 502: 00 -> CD",
+                                                    "bytes 505 to 506: 0000 -> 0102"}));
     image = ddr4Module();
     image[511] = 1;
     EXPECT_EQ(compared(ddr4Module(), image), Lines{"byte 511: 00 -> 01"});

@@ -150,11 +150,12 @@ TEST(SpdLpddr, NamesTheSpeedGrade)
         long long speed;
     };
     for (const Row& row :
-         {Row{15, 0x00, 1066}, Row{12, 0x00, 1333}, Row{10, 0x00, 1600}, Row{9, 0xCA, 1866},
+         {Row{15, 0x00, 1066}, Row{12, 0x00, 1333}, Row{10, 0x00, 1600}, Row{10, 0x01, 1600},
+          Row{10, 0x02, 1597}, Row{10, 0xFF, 1600}, Row{10, 0xFE, 1602}, Row{9, 0xCA, 1866},
           Row{9, 0xC9, 1869}, // 1070 ps is of no grade
-          Row{8, 0xC2, 2133}, Row{6, 0x00, 2667}, Row{5, 0x00, 3200}, Row{4, 0x23, 3733},
-          Row{4, 0x24, 3733}, Row{4, 0x22, 3745}, Row{4, 0x25, 3724}, Row{4, 0xE0, 4267},
-          Row{4, 0xE1, 4267}, Row{4, 0xDF, 4282}, Row{4, 0xE2, 4255}}) {
+          Row{8, 0xC2, 2133},  Row{6, 0x00, 2667},  Row{5, 0x00, 3200},  Row{4, 0x23, 3733},
+          Row{4, 0x24, 3733},  Row{4, 0x22, 3745},  Row{4, 0x25, 3724},  Row{4, 0xE0, 4267},
+          Row{4, 0xE1, 4267},  Row{4, 0xDF, 4282},  Row{4, 0xE2, 4255}}) {
         Bytes image = lpddr4Module();
         image[18] = row.medium;
         image[125] = row.fine;
@@ -193,6 +194,7 @@ TEST(SpdLpddr, ReservedCodesAreShown)
     EXPECT_EQ(with(0, 0x33, F::BYTES_TOTAL), words("code 3h"));
     EXPECT_EQ(with(0, 0x03, F::BYTES_TOTAL), NONE);
     EXPECT_EQ(with(3, 0x77, F::HYBRID), NONE) << "only bit 7 says that it is hybrid";
+    EXPECT_EQ(with(3, 0x87, F::HYBRID), words("code 8h"));
     EXPECT_EQ(with(3, 0x97, F::HYBRID), words("code 9h"));
     EXPECT_EQ(with(4, 0x05, F::BANKS), number(4));
     EXPECT_EQ(with(4, 0x25, F::BANKS), words("code 2h")) << "16 banks are of LPDDR5";

@@ -169,3 +169,21 @@ TEST_F(SpdBoard, AuditGoesOnAfterWhatIsNotAModule)
     EXPECT_NE(outcome.out.find(small()), std::string::npos) << outcome.out;
     EXPECT_EQ(outcome.out.find(one()), std::string::npos) << "it is sound";
 }
+
+TEST_F(SpdBoard, FilesThatAreTooLongAreRefused)
+{
+    Bytes image = ddr4Module();
+    image.resize(4096, 0);
+    writeFile(root.at("/long"), image);
+    image.push_back(0);
+    writeFile(root.at("/longer"), image);
+    EXPECT_EQ(spd({"show", root.at("/long")}).status, 0);
+    for (const Arguments& words : {Arguments{"show", root.at("/longer")},
+                                   {"audit", root.at("/longer")},
+                                   {"diff", root.at("/longer"), one()}}) {
+        const Outcome outcome = spd(words);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_NE(outcome.err.find("/longer: 4097 bytes, expected at most 4096"), std::string::npos)
+            << outcome.err;
+    }
+}
