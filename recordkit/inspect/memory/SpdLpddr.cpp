@@ -207,9 +207,9 @@ unsigned int numberOf(const Spd& spd, SpdFact fact)
 
 /// Megabits of one channel of a device, by its address bits. The density of a die that byte 4
 /// gives is that of its 1, 2 or 4 channels together; data of soldered memory often give that of a
-/// channel, of the channels that share 16 bits, or of the package there. The address bits of
-/// densities with a factor of 3 reach a third more (JESD209-4, SDRAM addressing). 0 if that
-/// contradicts byte 4.
+/// channel, of the channels that share 16 bits, or of the package there; the address bits are the
+/// same, and agree with the densities in the numbers of their parts. Those of densities with a
+/// factor of 3 reach a third more (JESD209-4, SDRAM addressing). 0 if that contradicts byte 4.
 unsigned int channelMegabits(const Spd& spd)
 {
     constexpr unsigned int MEGABIT = 20;

@@ -32,6 +32,7 @@ Bytes ddr4(unsigned char serial,
 Lines audited(const std::vector<Bytes>& board, unsigned int now = NOW)
 {
     std::vector<Spd> modules;
+    modules.reserve(board.size());
     for (const Bytes& image : board) {
         modules.push_back(parseSpd(image));
     }
