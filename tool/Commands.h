@@ -48,6 +48,8 @@ Command sdrShowCommand();
 Command sdrEventsCommand();
 Command sdrCheckCommand();
 Command spdShowCommand();
+Command spdDiffCommand();
+Command spdAuditCommand();
 Command eepromCreateCommand();
 Command settingListCommand();
 Command settingReadCommand();
