@@ -36,6 +36,8 @@ Command fruVerifyCommand();
 Command fruDiffCommand();
 Command fruAuditCommand();
 Command fruSetCommand();
+Command fruCreateCommand();
+Command fruExportCommand();
 Command cpuCommand();
 Command nodeCommand();
 Command decodeCommand();
