@@ -64,6 +64,8 @@ const std::vector<Row> ROWS = {
     {"fru diff", {"INPUT", FRU}, FRU},
     {"fru audit", {"INPUT"}, DATA + "/fru/binary-custom.bin"},
     {"fru set", {"INPUT", "board.serial=AB"}, FRU, true},
+    {"fru create", {"--from", "INPUT", "-o", "ROOT/created"}, "FRU JSON", true},
+    {"fru export", {"INPUT"}, FRU},
     {"cpu", {"INPUT"}, ROM},
     {"node", {}},
     {"decode", {"PSUStatus", "INPUT"}, "TWO BYTES"},
@@ -110,6 +112,7 @@ protected:
         writeFile(at + "/index.json",
                   R"([{"number": 0, "eeprom": 4, "offset": 1024, "size": 256}])");
         writeFile(at + "/two-bytes", Bytes{1, 3});
+        writeFile(at + "/fru.json", R"({"board": {"serial": "SN1"}})");
         Bytes record = compactSdr(1, "PS1");
         record[8] = 10; // its entity
         writeFile(at + "/one.sdr", record);
@@ -137,7 +140,8 @@ protected:
         const std::map<std::string, std::string> made = {{"TWO BYTES", "/two-bytes"},
                                                          {"INDEX", "/index.json"},
                                                          {"EVENTS", "/tmp/sb0_bmc_sel0"},
-                                                         {"SENSOR RECORD", "/one.sdr"}};
+                                                         {"SENSOR RECORD", "/one.sdr"},
+                                                         {"FRU JSON", "/fru.json"}};
         const auto found = made.find(GetParam().input);
         const std::string from = found == made.end() ? GetParam().input : root.at(found->second);
         writeFile(root.at(name), readFile(from));

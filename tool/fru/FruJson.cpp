@@ -361,32 +361,48 @@ Value jsonOfArea(const FruAreaContent& area)
     return object;
 }
 
-Value jsonOfField(const FruRecordContent& record, const MultiRecordField& field)
+enum class Words { SHOWN, NUMBERS };
+
+Value jsonOfField(const FruRecordContent& record, const MultiRecordField& field, Words words)
 {
     if (const auto* const text = std::get_if<std::string>(&field.value)) {
         const bool isText = field.row && field.row->kind == MultiRecordRow::Kind::TEXT;
         return textValue(isText ? toUtf8(ByteView(record.data).part(field.offset)) : *text);
     }
     const auto* const number = std::get_if<long long>(&field.value);
-    const bool isWord = number != nullptr && field.text != std::to_string(*number);
+    const bool isWord =
+        number != nullptr && words == Words::SHOWN && field.text != std::to_string(*number);
     return isWord ? textValue(field.text) : Value(field.value);
+}
+
+Value jsonOfFields(const FruRecordContent& record, const MultiRecord& decodedRecord, Words words)
+{
+    Object object = {{RECORD, kindOf(decodedRecord)}};
+    for (const MultiRecordField& field : decodedRecord.fields) {
+        object.push_back({field.name, jsonOfField(record, field, words)});
+    }
+    return object;
+}
+
+bool isRecordOf(const Value& json, const FruRecordContent& record)
+{
+    try {
+        const FruRecordContent again = readRecord(JsonReader(json));
+        return again.type == record.type && again.data == record.data;
+    } catch (const DataError&) {
+        return false;
+    }
 }
 
 Value jsonOfRecord(const FruRecordContent& record)
 {
     const MultiRecord decodedRecord = decodeMultiRecords({{record.type, 0, record.data}}).front();
-    Object object = {{RECORD, kindOf(decodedRecord)}};
-    for (const MultiRecordField& field : decodedRecord.fields) {
-        object.push_back({field.name, jsonOfField(record, field)});
-    }
-    const Value json = object;
-    try {
-        const FruRecordContent again = readRecord(JsonReader(json));
-        if (again.type == record.type && again.data == record.data) {
+    // A word that several numbers have does not express its number.
+    for (const Words words : {Words::SHOWN, Words::NUMBERS}) {
+        const Value json = jsonOfFields(record, decodedRecord, words);
+        if (isRecordOf(json, record)) {
             return json;
         }
-    } catch (const DataError&) {
-        // Not by its fields.
     }
     return Object{{TYPE, record.type}, {DATA, toHex(record.data)}};
 }

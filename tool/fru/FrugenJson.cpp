@@ -18,7 +18,7 @@ namespace recordkit::tool {
 
 namespace {
 
-/// In the language of texts that have 8 bits a character.
+/// The language of texts that have 8 bits a character.
 constexpr unsigned char ENGLISH = 25;
 constexpr unsigned char UNKNOWN_CHASSIS = 2;
 
@@ -55,17 +55,14 @@ const char* itsName(const std::string& ours)
 
 FruText autoText(const std::string& path, const std::string& value)
 {
-    if (!value.empty()) {
-        try {
-            const FruText text = encodeFruText(path, value, ENGLISH, CODING_SIX_BIT);
-            if (decodeSixBit(text.bytes) == value) {
-                return text;
-            }
-        } catch (const DataError&) {
-            // It has other characters.
-        }
-    }
-    return encodeFruText(path, value, ENGLISH, CODING_TEXT);
+    const std::optional<std::string> digits = toBcdPlus(value);
+    const std::optional<std::string> sixBit = toSixBit(value);
+    const bool isSixBit = sixBit && decodeSixBit(*sixBit) == value;
+    const Coding coding = value.empty() ? CODING_TEXT
+                          : digits      ? CODING_BCD_PLUS
+                          : isSixBit    ? CODING_SIX_BIT
+                                        : CODING_TEXT;
+    return encodeFruText(path, value, ENGLISH, coding);
 }
 
 FruText readText(const JsonReader& json)
@@ -122,15 +119,15 @@ std::string readDate(const JsonReader& json, unsigned int now)
     return orThrow(parseMfgDate(iso, now), refused()).bytes();
 }
 
-std::string readFixed(const JsonReader& area, const std::string& field, unsigned int now)
+std::string readFixed(const JsonReader& area, const std::string& name, unsigned int now)
 {
-    const std::string name = itsName(field);
     const JsonReader json = area.member(name);
     if (name == "date") {
         return readDate(json, now);
     }
-    const unsigned char standard = name == "type" ? UNKNOWN_CHASSIS : ENGLISH;
-    return std::string(1, static_cast<char>(area.has(name) ? json.number(0, 0xFF) : standard));
+    const bool isGiven = area.has(name);
+    const long long number = isGiven ? json.number(0, 0xFF) : UNKNOWN_CHASSIS;
+    return std::string(1, static_cast<char>(name == "lang" ? ENGLISH : number));
 }
 
 FruAreaContent readArea(const JsonReader& json, FRU_AREA id, unsigned int now)
@@ -146,7 +143,7 @@ FruAreaContent readArea(const JsonReader& json, FRU_AREA id, unsigned int now)
     for (const std::string& field : fruFieldNames(id)) {
         const std::string name = itsName(field);
         if (name == "type" || name == "lang" || name == "date") {
-            area.start += readFixed(json, field, now);
+            area.start += readFixed(json, name, now);
         } else {
             area.texts.push_back(json.has(name) ? readText(json.member(name)) : autoText("", ""));
         }
