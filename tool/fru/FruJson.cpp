@@ -251,6 +251,16 @@ FruRecordContent readRecord(const JsonReader& json)
     return newRecord(json.getPath(), kind.text(), values);
 }
 
+/// One of the bytes that count as blank.
+unsigned char readFill(const JsonReader& json)
+{
+    const auto* const number = json.get().as<long long>();
+    if (number == nullptr || (*number != 0x00 && *number != 0xFF)) {
+        throw json.wrong("0 or 255");
+    }
+    return static_cast<unsigned char>(*number);
+}
+
 std::vector<FRU_AREA> readOrder(const JsonReader& json)
 {
     std::vector<std::string> names;
@@ -443,7 +453,7 @@ FruDescription fruFromJson(const Value& json, unsigned int now)
             static_cast<std::size_t>(whole.member(SIZE).number(LEAST_FRU_SIZE, MOST_FRU_SIZE));
     }
     if (whole.has(FILL)) {
-        content.blank = static_cast<unsigned char>(whole.member(FILL).number(0, 0xFF));
+        content.blank = readFill(whole.member(FILL));
     }
     if (whole.has(ORDER)) {
         content.order = readOrder(whole.member(ORDER));

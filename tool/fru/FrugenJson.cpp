@@ -7,6 +7,7 @@
 #include <fmt/ranges.h>
 
 #include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/bytes/Time.h>
 #include <recordkit/inspect/fru/FruImage.h>
 #include <recordkit/inspect/fru/FruNames.h>
 #include <recordkit/inspect/fru/MfgDate.h>
@@ -90,40 +91,53 @@ FruText readText(const JsonReader& json)
     return encodeFruText(data.getPath(), value, ENGLISH, coding);
 }
 
-/// "10/1/2017 12:58:00" as "2017-01-10 12:58:00".
+std::optional<unsigned long> decimal(const std::string& digits)
+{
+    constexpr unsigned long MOST = 9999;
+    const bool isNumber = digits.find_first_not_of("0123456789") == std::string::npos;
+    return isNumber ? parseNumber(digits, MOST) : std::nullopt;
+}
+
+/// "10/1/2017 2:58:00" as "2017-01-10 02:58"; nothing for any other form.
+std::optional<std::string> isoMinute(const std::string& text)
+{
+    const std::size_t month = text.find('/') + 1;
+    const std::size_t year = text.find('/', month) + 1;
+    const std::size_t hour = text.find(' ', year) + 1;
+    const std::size_t minute = text.find(':', hour);
+    if (month == 0 || year == 0 || hour == 0 || minute == std::string::npos) {
+        return std::nullopt;
+    }
+    const auto years = decimal(text.substr(year, hour - 1 - year));
+    const auto months = decimal(text.substr(month, year - 1 - month));
+    const auto days = decimal(text.substr(0, month - 1));
+    const auto hours = decimal(text.substr(hour, minute - hour));
+    if (!years || !months || !days || !hours) {
+        return std::nullopt;
+    }
+    const std::string day = fmt::format("{:04}-{:02}-{:02} {:02}", *years, *months, *days, *hours);
+    const std::string time = day + text.substr(minute);
+    constexpr std::size_t UP_TO_MINUTE = 16;
+    return parseTime(time) ? std::optional<std::string>(time.substr(0, UP_TO_MINUTE))
+                           : std::nullopt;
+}
+
 std::string readDate(const JsonReader& json, unsigned int now)
 {
-    const auto refused = [&json] {
-        return json.wrong("a date from 1/1/2006 to 23/11/2037, as \"31/12/2017 12:58:00\", or "
-                          "\"auto\"");
-    };
-    const std::string text = json.get().isNull() ? "auto" : json.text();
-    std::string iso = "now";
-    if (text != "auto") {
-        const std::size_t month = text.find('/') + 1;
-        const std::size_t year = text.find('/', month) + 1;
-        const std::size_t time = text.find(' ', year) + 1;
-        if (month == 0 || year == 0 || time == 0) {
-            throw refused();
-        }
-        const auto number = [&](std::size_t from, std::size_t to) {
-            const std::string digits = text.substr(from, to - from);
-            const bool isNumber = digits.find_first_not_of("0123456789") == std::string::npos;
-            return orThrow(isNumber ? parseNumber(digits, 9999) : std::nullopt, refused());
-        };
-        iso =
-            fmt::format("{:04}-{:02}-{:02} {:0>2}", number(year, time - 1), number(month, year - 1),
-                        number(0, month - 1), text.substr(time, text.find(':', time) - time)) +
-            text.substr(std::min(text.find(':', time), text.size()));
-    }
-    return orThrow(parseMfgDate(iso, now), refused()).bytes();
+    const DataError refused =
+        json.wrong("a date from 1/1/2006 to 23/11/2037, as \"31/12/2017 12:58:00\", or \"auto\"");
+    const std::string text = json.text();
+    const std::string iso = text == "auto" ? "now" : orThrow(isoMinute(text), refused);
+    return orThrow(parseMfgDate(iso, now), refused).bytes();
 }
 
 std::string readFixed(const JsonReader& area, const std::string& name, unsigned int now)
 {
     const JsonReader json = area.member(name);
     if (name == "date") {
-        return readDate(json, now);
+        return area.has(name)
+                   ? readDate(json, now)
+                   : orThrow(parseMfgDate("now", now), json.error("the time is not known")).bytes();
     }
     const bool isGiven = area.has(name);
     const long long number = isGiven ? json.number(0, 0xFF) : UNKNOWN_CHASSIS;

@@ -187,6 +187,8 @@ TEST(FrugenJson, SaysWhatIsWrongAndWhere)
         {R"({"board": {"date": "2017-12-31"}})", "board.date: \"2017-12-31\"" + noDate},
         {R"({"board": {"date": "31/13/2017 1:00"}})", "board.date: \"31/13/2017 1:00\"" + noDate},
         {R"({"board": {"date": "1/1/2017"}})", "board.date: \"1/1/2017\"" + noDate},
+        {R"({"board": {"date": "1/1/2017 1:00:99"}})", "board.date: \"1/1/2017 1:00:99\"" + noDate},
+        {R"({"board": {"date": null}})", "board.date: null, expected a text"},
         {R"({"board": {"date": "1/1/2017 "}})", "board.date: \"1/1/2017 \"" + noDate},
         {R"({"board": {"date": "/1/2017 1:00"}})", "board.date: \"/1/2017 1:00\"" + noDate},
         {R"({"board": {"date": "1/1/2017 x"}})", "board.date: \"1/1/2017 x\"" + noDate},
