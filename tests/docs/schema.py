@@ -23,7 +23,7 @@ WRONG = [
     {"bord": {}},
     {"size": 7},
     {"size": "64"},
-    {"fill": 256},
+    {"fill": 1},
     {"order": ["bord"]},
     {"order": ["board", "board"]},
     {"internal": "0"},

@@ -182,8 +182,11 @@ FruContent contentOf(const FruImage& fru, ByteView image)
         content.internalUse = internal.bytes;
     }
     content.order = orderOf(fru);
-    const bool endsInArea = fru.extents.back().end() >= image.size();
-    content.blank = !endsInArea && image[image.size() - 1] == 0xFF ? 0xFF : 0x00;
+    for (const FruExtent& extent : fru.map(image)) {
+        if (extent.name == FREE_BYTES) {
+            content.blank = image[extent.end() - 1];
+        }
+    }
     return content;
 }
 

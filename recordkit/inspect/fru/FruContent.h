@@ -59,10 +59,9 @@ std::string encodeFruRecords(const std::vector<FruRecordContent>& records);
 FruAreaContent contentOf(const FruAreaImage& area, ByteView image);
 FruRecordContent contentOf(const FruMultiRecord& record, ByteView image);
 
-/// Everything that an image says; the order of its areas, if it is not that of headerAreas; FFh as
-/// its blank byte, if it ends in one outside all areas. Throws DataError for an image with a
-/// problem that hides some of it: a wrong checksum or a record that is too short for its fields is
-/// none.
+/// Everything that an image says; the order of its areas, if it is not that of headerAreas; as its
+/// blank byte the last one of those outside all areas. Throws DataError for an image with a problem
+/// that hides some of it: a wrong checksum or a record that is too short for its fields is none.
 FruContent contentOf(const FruImage& fru, ByteView image);
 
 /// An image of the content: common header and areas, each at the next multiple of 8 bytes, then
