@@ -14,32 +14,31 @@ namespace recordkit::tool {
 
 // FRU images as JSON that people write; docs/fru.schema.json defines it for programs.
 //
-// | key                     | value                                             | if it is missing
-// |
-// |-------------------------|---------------------------------------------------|------------------|
-// | $schema                 | a text, for editors                               | | | size | bytes
-// of the image                                | as few as needed | | fill                    | the
-// byte outside all areas, 0 to 255              | 0                | | order                   |
-// names of areas in the order of their places       | as listed here   | | internal | the internal
-// use area in hex digits               | no such area     | | chassis, board, product | an area |
-// no such area     | | multirecords            | a list of records | no such area     |
+// | key                     | value                                       | if it is missing |
+// |-------------------------|---------------------------------------------|------------------|
+// | $schema                 | a text, for editors                         |                  |
+// | size                    | bytes of the image                          | as few as needed |
+// | fill                    | the byte outside all areas, 0 or 255        | 0                |
+// | order                   | names of areas in the order of their places | as listed here   |
+// | internal                | the internal use area in hex digits         | no such area     |
+// | chassis, board, product | an area                                     | no such area     |
+// | multirecords            | a list of records                           | no such area     |
 //
 // An area has the fields that fru show lists for it, by the same names:
 //
-// | key                     | value                                             | if it is missing
-// |
-// |-------------------------|---------------------------------------------------|------------------|
-// | type                    | a chassis type: name or number                    | "Unknown" | |
-// language                | as "en", or a number                              | "en"             |
-// | date                    | as "2024-11-05 06:07", "now" or "unspecified"     | "unspecified" |
-// | serial and so on        | a text; null if the area ends before it           | "" | | custom | a
-// list of texts                                   | []               | | size                    |
-// bytes of the area                                 | as few as needed | | unused | bytes after the
-// end marker in hex digits          | 00h each         |
+// | key                     | value                                       | if it is missing |
+// |-------------------------|---------------------------------------------|------------------|
+// | type                    | a chassis type: name or number              | "Unknown"        |
+// | language                | as "en", or a number                        | "en"             |
+// | date                    | "2024-11-05 06:07", "now" or "unspecified"  | "unspecified"    |
+// | serial and so on        | a text; null if the area ends before it     | ""               |
+// | custom                  | a list of texts                             | []               |
+// | size                    | bytes of the area                           | as few as needed |
+// | unused                  | bytes after the end marker in hex digits    | 00h each         |
 //
 // A text is a string, stored as 8-bit text (16-bit where the language is not English); an object
-// with "value" and "coding" (those of codingName; a binary value in hex digits); or one with
-// "bytes", in hex digits, and "coding", for bytes that no value stands for.
+// with "value" and "coding" (one of codingName; a binary value in hex digits); or one with "bytes",
+// in hex digits, and "coding", for bytes that no value stands for.
 //
 // A record is an object with "record", its kind, and its fields as fru show lists them, in any
 // order: numbers, true and false, texts, null for what is unspecified; others are zero. Or it has

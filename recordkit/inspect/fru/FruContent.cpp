@@ -14,7 +14,6 @@ namespace recordkit::inspect {
 namespace {
 
 constexpr unsigned int AREA_START = 2; ///< format and length
-constexpr unsigned int RECORD_START = 5;
 constexpr unsigned char LAST_RECORD = 0x80;
 
 /// The byte that makes all of them add up to 0.
