@@ -16,7 +16,7 @@ try {
     const FruEditResult result =
         editFruImage(image, {parseFruEdit(argc == 3 ? argv[2] : "board.serial=SN4711")}, {});
     std::ofstream(argv[1], std::ios::binary) << result.bytes;
-    std::cout << result.changes[0].before << " -> " << result.changes[0].after << '\n';
+    std::cout << *result.changes[0].before << " -> " << *result.changes[0].after << '\n';
 } catch (const Error& e) {
     std::cerr << e.what() << '\n';
     return 1;

@@ -14,6 +14,7 @@
 
 #include "Errors.h"
 #include "Files.h"
+#include "InPlace.h"
 #include "TemporaryFile.h"
 
 namespace recordkit::tool {
@@ -58,6 +59,42 @@ mode_t newMode(Readers readers)
 }
 
 constexpr const char* CHANGED = "changed by another program";
+
+/// An open file, written in place.
+class FileInPlace : public InPlaceTarget {
+public:
+    FileInPlace(int descriptor, const std::string& name) : fd(descriptor), path(name) {}
+
+    std::size_t write(std::size_t offset, const char* bytes, std::size_t size) override
+    {
+        const ssize_t count =
+            TEMP_FAILURE_RETRY(::pwrite(fd, bytes, size, static_cast<off_t>(offset)));
+        if (count <= 0) {
+            throw systemError(path, "written", count == 0 ? ENOSPC : errno);
+        }
+        return static_cast<std::size_t>(count);
+    }
+
+    void synchronise() override
+    {
+        // A device that cannot be synchronised needs no waiting.
+        if (TEMP_FAILURE_RETRY(::fdatasync(fd)) == -1 && errno != EINVAL && errno != EROFS) {
+            throw systemError(path, "synchronised", errno);
+        }
+    }
+
+    bool has(std::size_t offset, const std::string& bytes) override
+    {
+        std::string content(bytes.size(), '\0');
+        std::size_t done = 0;
+        return TAVLib::posix::readAt(fd, offset, content.data(), content.size(), done) &&
+               content == bytes;
+    }
+
+private:
+    int fd;
+    const std::string& path;
+};
 
 }
 
@@ -199,7 +236,7 @@ void OutputFile::put(TemporaryFile& temporary, const std::string* expected)
     temporary.release();
 }
 
-void OutputFile::patch(const std::string& before, const std::string& after)
+void OutputFile::patch(const std::string& before, const std::string& after, std::size_t page)
 {
     requireOwn();
     const Descriptor file(openIn(folder.get(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK));
@@ -212,25 +249,9 @@ void OutputFile::patch(const std::string& before, const std::string& after)
         (S_ISREG(now.st_mode) && !hasContent(file.get(), before))) {
         throw refusal(path, CHANGED);
     }
-    for (std::size_t at = 0; at < after.size();) {
-        std::size_t end = at;
-        while (end < after.size() && before[end] != after[end]) {
-            ++end;
-        }
-        while (at < end) {
-            const ssize_t count = TEMP_FAILURE_RETRY(
-                ::pwrite(file.get(), after.data() + at, end - at, static_cast<off_t>(at)));
-            if (count <= 0) {
-                throw systemError(path, "written", count == 0 ? ENOSPC : errno);
-            }
-            at += static_cast<std::size_t>(count);
-        }
-        ++at;
-    }
-    // A device that cannot be synchronised needs no waiting.
-    if (TEMP_FAILURE_RETRY(::fdatasync(file.get())) == -1 && errno != EINVAL && errno != EROFS) {
-        throw systemError(path, "synchronised", errno);
-    }
+    FileInPlace target(file.get(), path);
+    writeInPlace(target, before, after, page);
+    // Also what was not written.
     if (!beginsWith(file.get(), after)) {
         throw fileError(inputName(path) + " does not read back as written");
     }

@@ -2,6 +2,7 @@
 #ifndef RECORDKIT_TOOL_OUTPUTFILE_H
 #define RECORDKIT_TOOL_OUTPUTFILE_H
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -38,9 +39,10 @@ public:
     void replace(const std::string& content, const std::string* expected = nullptr,
                  Readers readers = Readers::ALL);
 
-    /// Writes the bytes that differ from `before` in place. Refused if the file does not contain
-    /// `before` any more; a device is not read again.
-    void patch(const std::string& before, const std::string& after);
+    /// Writes the bytes that differ from `before` in place, by pages if there is a page size (see
+    /// writeInPlace). Refused if the file does not contain `before` any more; a device is not read
+    /// again.
+    void patch(const std::string& before, const std::string& after, std::size_t page = 0);
 
 private:
     void find();

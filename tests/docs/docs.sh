@@ -31,6 +31,10 @@ prepare() {
     cp "$data/spd/dimm.bin" dimm0.bin
     cp "$data/spd/dimm.bin" dimm1.bin
     cp "$data/fru/ascii-all.bin" board.bin
+    cp board.bin bench.bin
+    recordkit fru resize bench.bin --size 256
+    cp board.bin damaged.bin
+    printf '\0' | dd of=damaged.bin bs=1 seek=7 conv=notrunc status=none
     mkdir fleet
     cp "$data"/fru/{ascii-all,example-json,mixed-encodings}.bin fleet
     head -c 100 "$data/fru/ascii-all.bin" >fleet/cut-off.bin

@@ -139,7 +139,7 @@ TEST_F(Command, WrongWordsAreNamedWithASuggestion)
     EXPECT_EQ(complaint({"sel"}), "recordkit: A subcommand is required; see --help\n");
     EXPECT_EQ(complaint({"sel", "add"}), "recordkit: FILE is required; see --help\n");
     EXPECT_EQ(complaint({"fru", "set", "-", "board.serial=AB"}),
-              "recordkit: fru set changes a file, not standard input\n");
+              "recordkit: FILE is changed, it cannot be standard input\n");
 }
 
 TEST_F(Command, EndlessInputEndsAtItsLimit)

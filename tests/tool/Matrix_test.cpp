@@ -35,6 +35,7 @@ struct Row {
     bool writes = false;
     bool takesText = false; ///< any bytes are a good input
     bool takesFolder = false;
+    bool changesInput = false;
 };
 
 void PrintTo(const Row& row, std::ostream* stream)
@@ -63,7 +64,11 @@ const std::vector<Row> ROWS = {
     {"fru verify", {"INPUT"}, FRU},
     {"fru diff", {"INPUT", FRU}, FRU},
     {"fru audit", {"INPUT"}, DATA + "/fru/binary-custom.bin"},
-    {"fru set", {"INPUT", "board.serial=AB"}, FRU, true},
+    {"fru set", {"INPUT", "board.serial=AB"}, FRU, true, false, false, true},
+    {"fru add", {"INPUT", "board.custom=AB"}, FRU, true, false, false, true},
+    {"fru remove", {"INPUT", "product"}, FRU, true, false, false, true},
+    {"fru repair", {"INPUT"}, "DAMAGED FRU", true, false, false, true},
+    {"fru resize", {"INPUT", "--size", "512"}, FRU, true, false, false, true},
     {"fru create", {"--from", "INPUT", "-o", "ROOT/created"}, "FRU JSON", true},
     {"fru export", {"INPUT"}, FRU},
     {"cpu", {"INPUT"}, ROM},
@@ -116,6 +121,9 @@ protected:
         Bytes record = compactSdr(1, "PS1");
         record[8] = 10; // its entity
         writeFile(at + "/one.sdr", record);
+        Bytes image = readFile(FRU);
+        image[7] ^= 1; // the checksum of its header
+        writeFile(at + "/damaged.bin", image);
         for (const Arguments& words :
              {Arguments{"sel", "init"},
               {"sel", "add", SEL},
@@ -137,11 +145,10 @@ protected:
     /// A file with a good input, which may be changed.
     std::string good(const std::string& name = "/good") const
     {
-        const std::map<std::string, std::string> made = {{"TWO BYTES", "/two-bytes"},
-                                                         {"INDEX", "/index.json"},
-                                                         {"EVENTS", "/tmp/sb0_bmc_sel0"},
-                                                         {"SENSOR RECORD", "/one.sdr"},
-                                                         {"FRU JSON", "/fru.json"}};
+        const std::map<std::string, std::string> made = {
+            {"TWO BYTES", "/two-bytes"},     {"INDEX", "/index.json"},
+            {"EVENTS", "/tmp/sb0_bmc_sel0"}, {"SENSOR RECORD", "/one.sdr"},
+            {"DAMAGED FRU", "/damaged.bin"}, {"FRU JSON", "/fru.json"}};
         const auto found = made.find(GetParam().input);
         const std::string from = found == made.end() ? GetParam().input : root.at(found->second);
         writeFile(root.at(name), readFile(from));
@@ -277,8 +284,8 @@ TEST_P(Matrix, EndlessAndHugeInputEndsAtItsLimit)
 
 TEST_P(Matrix, AFifoIsReadToItsEnd)
 {
-    if (!readsInput() || GetParam().path == std::string("fru set")) {
-        GTEST_SKIP() << "reads no input, or replaces it";
+    if (!readsInput() || GetParam().changesInput) {
+        GTEST_SKIP() << "reads no input, or changes it";
     }
     const Bytes content = readFile(good());
     const std::string fifo = root.at("/fifo");

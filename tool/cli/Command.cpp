@@ -19,6 +19,13 @@ Option Option::optional() const
     return option;
 }
 
+Option Option::required() const
+{
+    Option option = *this;
+    option.isRequired = true;
+    return option;
+}
+
 Option Option::many() const
 {
     Option option = *this;

@@ -48,6 +48,7 @@ struct Option {
     // Options that differ in one point.
     Option by(const std::string& value) const; ///< with this value if it is not given
     Option optional() const;                   ///< an argument that may be absent
+    Option required() const;                   ///< an option that must be given
     Option many() const;                       ///< an argument that may be repeated
 };
 

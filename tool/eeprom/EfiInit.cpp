@@ -30,12 +30,11 @@ void run(const Arguments& arguments)
 
 Command efiInitCommand()
 {
-    Option serial = text("--serial", "TEXT", "The system's serial number, up to 12 characters");
-    serial.isRequired = true;
     return {"eeprom efi init",
             "Create a new index record",
             "recordkit eeprom efi init --serial SN4711",
-            {serial, images()},
+            {text("--serial", "TEXT", "The system's serial number, up to 12 characters").required(),
+             images()},
             Answer::TEXT,
             run};
 }

@@ -44,21 +44,6 @@ void run(const Arguments& arguments)
     print(fmt::format("{} written to {}\n", counted(image.size(), "byte"), inputName(output)));
 }
 
-Option from()
-{
-    Option option =
-        text("--from", "FILE", "JSON with the fields of the image; - for standard input");
-    option.isRequired = true;
-    return option;
-}
-
-Option output()
-{
-    Option option = text("-o", "IMAGE", "File for the image, which is replaced");
-    option.isRequired = true;
-    return option;
-}
-
 }
 
 Command fruCreateCommand()
@@ -66,7 +51,9 @@ Command fruCreateCommand()
     return {"fru create",
             "Create a FRU image from JSON",
             "recordkit fru create --from board.json -o board.bin --size 256",
-            {from(), output(),
+            {text("--from", "FILE", "JSON with the fields of the image; - for standard input")
+                 .required(),
+             text("-o", "IMAGE", "File for the image, which is replaced").required(),
              number("--size", "BYTES", LEAST_FRU_SIZE, MOST_FRU_SIZE,
                     "Size of the image (default: what the JSON says, or as few as needed)"),
              choice("--format", "FORM", {"recordkit", "frugen"},

@@ -33,7 +33,7 @@ Command fruSetCommand()
         {fruEditedFile(),
          argument("FIELD=VALUE", "As board.serial=SN4711 or dc-output2.max-current=3000").many(),
          flag("--grow", "If an area is too small, enlarge it and move the areas after it"),
-         textCoding(), ignoreWrongChecksums(), inPlace(), fruDryRun()},
+         textCoding(), ignoreWrongChecksums(), inPlace(), pageSize(), fruDryRun()},
         Answer::TEXT,
         run,
         "Fields have the names that fru show lists, and values are written as it prints them: "

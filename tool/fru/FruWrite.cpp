@@ -37,6 +37,12 @@ Option inPlace()
     return flag("--in-place", "Write only the bytes that change, in place, as for device nodes");
 }
 
+Option pageSize()
+{
+    return choice("--page", "BYTES", {"8", "16", "32", "64"},
+                  "Write in place by pages of so many bytes, each read back before the next");
+}
+
 Option fruDryRun()
 {
     return flag("--dry-run", "Report what would change, write nothing");
@@ -69,27 +75,56 @@ FruEdit readFruEdit(const std::string& word)
     return edit;
 }
 
+namespace {
+
+/// "board.serial: "A" -> "B"", "dc-load added", "board.custom2: "A" removed".
+std::string changeLine(const FruChange& change)
+{
+    const auto quoted = [](const std::string& value) {
+        return value.empty() ? "" : fmt::format(": \"{}\"", printable(value));
+    };
+    if (change.before && change.after) {
+        return fmt::format("{}: \"{}\" -> \"{}\"\n", change.field, printable(*change.before),
+                           printable(*change.after));
+    }
+    return change.after ? fmt::format("{}{} added\n", change.field, quoted(*change.after))
+                        : fmt::format("{}{} removed\n", change.field, quoted(*change.before));
+}
+
+void write(const Arguments& arguments, const std::string& before, const std::string& after,
+           bool hasInPlace)
+{
+    const std::string file = arguments.text("FILE");
+    OutputFile output(file);
+    if (!hasInPlace && output.isDevice()) {
+        throw fileError(inputName(file) + " is a device, whose size cannot change");
+    }
+    const auto page = hasInPlace ? arguments.find("--page") : std::nullopt;
+    if (page || (hasInPlace && (arguments.has("--in-place") || output.isDevice()))) {
+        constexpr std::size_t SMALLEST_PAGE = 8;
+        output.patch(before, after, page ? SMALLEST_PAGE << *page : 0);
+    } else {
+        output.replace(after, &before);
+    }
+}
+
+}
+
 void changeFruImage(const Arguments& arguments,
-                    const std::function<FruEditResult(const std::string&)>& edit)
+                    const std::function<FruEditResult(const std::string&)>& edit, bool hasInPlace)
 {
     const std::string file = arguments.text("FILE");
     if (file == "-") {
-        throw usageError("a file is changed, not standard input");
+        throw usageError("FILE is changed, it cannot be standard input");
     }
-    const bool isDryRun = arguments.has("--dry-run");
     const std::string bytes = readInput(file, FRU_LIMIT);
     const FruEditResult result = naming(inputName(file), [&] { return edit(bytes); });
-    if (!isDryRun) {
-        OutputFile output(file);
-        if (arguments.has("--in-place") || output.isDevice()) {
-            output.patch(bytes, result.bytes);
-        } else {
-            output.replace(result.bytes, &bytes);
-        }
+    const bool isDryRun = arguments.has("--dry-run");
+    if (!isDryRun && result.bytes != bytes) {
+        write(arguments, bytes, result.bytes, hasInPlace);
     }
     for (const FruChange& change : result.changes) {
-        print(fmt::format("{}: \"{}\" -> \"{}\"\n", change.field, printable(change.before),
-                          printable(change.after)));
+        print(changeLine(change));
     }
     for (const std::string& note : result.notes) {
         print(note + "\n");

@@ -19,6 +19,7 @@ Option fruEditedFile();
 Option ignoreWrongChecksums();
 Option textCoding();
 Option inPlace();
+Option pageSize();
 Option fruDryRun();
 
 /// The options of an edit by ignoreWrongChecksums, with the time.
@@ -29,10 +30,11 @@ std::optional<Coding> codingOf(const Arguments& arguments);
 /// An edit as a word says it; "internal=@FILE" has the bytes of the file for its value.
 FruEdit readFruEdit(const std::string& word);
 
-/// Reads the image, edits it in memory, writes it if that is possible and not a dry run, and prints
-/// every change and note.
+/// Reads the image, edits it in memory, writes it unless it is a dry run, and prints every change
+/// and note. A sub-command without inPlace() replaces the file, which must not be a device.
 void changeFruImage(const Arguments& arguments,
-                    const std::function<FruEditResult(const std::string&)>& edit);
+                    const std::function<FruEditResult(const std::string&)>& edit,
+                    bool hasInPlace = true);
 
 }
 

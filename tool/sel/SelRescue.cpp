@@ -66,13 +66,6 @@ void run(const Arguments& arguments)
     problems.finish();
 }
 
-Option output()
-{
-    Option option = text("-o", "OUT", "File for the events, which is replaced");
-    option.isRequired = true;
-    return option;
-}
-
 }
 
 Command selRescueCommand()
@@ -83,7 +76,7 @@ Command selRescueCommand()
         "recordkit sel rescue sb1_bmc_sel3.damaged-1 memory.dump -o events.hex",
         {argument("FILE", "Event files, fragments of them or memory dumps; - for standard input")
              .many(),
-         output()},
+         text("-o", "OUT", "File for the events, which is replaced").required()},
         Answer::TEXT,
         run,
         "Records of 138 bytes are found at any offset. Each becomes a line of hex digits, as sel "

@@ -60,12 +60,13 @@ std::optional<std::string> toBcdPlus(const std::string& text)
 {
     // The last three are reserved in FRU images.
     const std::string known = std::string(BCD_PLUS).substr(0, 13);
-    if (text.size() % 2 != 0 || text.find_first_not_of(known) != std::string::npos) {
+    if (text.find_first_not_of(known) != std::string::npos) {
         return std::nullopt;
     }
+    const std::string padded = text.size() % 2 == 0 ? text : text + ' ';
     std::string bytes;
-    for (std::size_t i = 0; i < text.size(); i += 2) {
-        bytes += static_cast<char>(known.find(text[i]) << 4 | known.find(text[i + 1]));
+    for (std::size_t i = 0; i < padded.size(); i += 2) {
+        bytes += static_cast<char>(known.find(padded[i]) << 4 | known.find(padded[i + 1]));
     }
     return bytes;
 }

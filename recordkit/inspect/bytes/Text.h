@@ -45,11 +45,11 @@ bool isUtf8(ByteView bytes);
 /// UTF-8 as Latin-1; nothing if a character is not in Latin-1 or the text is not UTF-8.
 std::optional<std::string> toLatin1(const std::string& text);
 
-/// The bytes that decodeBcdPlus reads as this text; nothing for an odd number of characters, and
-/// for others than digits, blank, "-" and ".", which FRU images have.
+/// The bytes that decodeBcdPlus reads as this text, with one more blank for an odd number of
+/// characters; nothing for others than digits, blank, "-" and ".", which FRU images have.
 std::optional<std::string> toBcdPlus(const std::string& text);
-/// The bytes that decodeSixBit reads as this text, with a blank more where three characters fill
-/// the last three bytes; nothing for characters outside 20h to 5Fh.
+/// The bytes that decodeSixBit reads as this text, with one more blank where its last three
+/// characters are alone in three bytes; nothing for characters outside 20h to 5Fh.
 std::optional<std::string> toSixBit(const std::string& text);
 /// Latin-1 characters as 16-bit ones.
 std::string toUtf16(const std::string& latin1);

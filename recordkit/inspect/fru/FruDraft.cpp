@@ -238,15 +238,15 @@ FruDraftResult FruDraft::finish(bool growing)
     for (const FruAreaImage& area : after.areas) {
         if (blocks.count(area.id) != 0) {
             result.notes.push_back(
-                fmt::format("{} area: {} bytes free", area.extent.name, area.unused));
+                fmt::format("{} area: {} free", area.extent.name, counted(area.unused, "byte")));
         }
     }
     for (const FruInternalUse& area : after.internalUse) {
         const auto placed = blocks.find(FRU_AREA_INTERNAL_A);
         if (placed != blocks.end() && area.bytes.size() > placed->second.size()) {
-            result.notes.push_back(
-                fmt::format("internal area: {} more up to the next area",
-                            counted(area.bytes.size() - placed->second.size(), "byte")));
+            result.notes.push_back(fmt::format(
+                "internal area: extends {} further, to the next area or the end of the image",
+                counted(area.bytes.size() - placed->second.size(), "byte")));
         }
     }
     return result;

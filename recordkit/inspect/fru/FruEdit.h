@@ -30,8 +30,8 @@ struct FruEditOptions {
 
 struct FruChange {
     std::string field;
-    std::string before;
-    std::string after;
+    std::optional<std::string> before; ///< none for a part that was added
+    std::optional<std::string> after;  ///< none for one that was removed
 };
 
 /// An edited image and the changes made to it.

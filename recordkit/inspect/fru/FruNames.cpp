@@ -122,6 +122,18 @@ std::vector<std::string> fruFieldNames(FRU_AREA area)
     return names;
 }
 
+std::size_t fruTextCount(FRU_AREA id)
+{
+    std::size_t count = 0;
+    for (const FRUMemberTbl* row = findFRUArea(id)->members; row->item != FRU_ITEM_TERMINATOR;
+         ++row) {
+        const bool isText =
+            row->size == 0 && fruItemName(row->item) != fruItemName(FRU_ITEM_CUSTOM);
+        count += isText ? 1 : 0;
+    }
+    return count;
+}
+
 unsigned int customNumber(const std::string& fieldName)
 {
     const std::string custom = fruItemName(FRU_ITEM_CUSTOM);

@@ -24,6 +24,9 @@ std::string fruItemName(FRU_ITEM item);
 /// Fields of an area by name, in the order of the image, custom fields aside.
 std::vector<std::string> fruFieldNames(FRU_AREA area);
 
+/// How many of them are texts.
+std::size_t fruTextCount(FRU_AREA area);
+
 /// The number of a custom field, 2 of "custom2"; 0 for other names.
 unsigned int customNumber(const std::string& fieldName);
 

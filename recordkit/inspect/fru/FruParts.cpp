@@ -23,19 +23,6 @@ namespace {
 constexpr const char* ANY_RECORD = "record:";
 constexpr unsigned char EMPTY_TEXT = 0xC0;
 
-/// The number of texts that the standard gives an area.
-std::size_t textCount(FRU_AREA id)
-{
-    std::size_t count = 0;
-    for (const FRUMemberTbl* row = findFRUArea(id)->members; row->item != FRU_ITEM_TERMINATOR;
-         ++row) {
-        const bool isText =
-            row->size == 0 && fruItemName(row->item) != fruItemName(FRU_ITEM_CUSTOM);
-        count += isText ? 1 : 0;
-    }
-    return count;
-}
-
 bool isInternalUse(const std::string& name)
 {
     return name == fruAreaName(FRU_AREA_INTERNAL_A);
@@ -77,7 +64,10 @@ private:
         } else {
             addRecord(part, owner, dot == std::string::npos ? "" : part.field.substr(dot + 1));
         }
-        changes.push_back({part.field, "", part.value});
+        changes.push_back(
+            {part.field,
+             {},
+             isInternalUse(part.field) ? counted(part.value.size(), "byte") : part.value});
     }
 
     void addInternalUse(const FruEdit& part)
@@ -104,7 +94,7 @@ private:
         area.id = id;
         area.start = std::string(1, id == FRU_AREA_CHASSIS ? UNKNOWN_CHASSIS : ENGLISH);
         area.start.append(id == FRU_AREA_BOARD ? MfgDate::LENGTH : 0, '\0');
-        area.texts.assign(textCount(id), FruText{EMPTY_TEXT, ""});
+        area.texts.assign(fruTextCount(id), FruText{EMPTY_TEXT, ""});
         draft.addArea(area);
     }
 
@@ -114,7 +104,7 @@ private:
             part.field == fruAreaName(id) + "." + fruItemName(FRU_ITEM_CUSTOM);
         const FruFieldName name = parseFruFieldName(isNextCustom ? part.field + "1" : part.field);
         FruAreaContent& area = draft.area(id);
-        const std::size_t known = textCount(id);
+        const std::size_t known = fruTextCount(id);
         const std::size_t customs = area.texts.size() > known ? area.texts.size() - known : 0;
         const unsigned int custom =
             isNextCustom ? static_cast<unsigned int>(customs) + 1 : customNumber(name.field);
@@ -138,7 +128,7 @@ private:
         const std::vector<std::string> names = fruFieldNames(id);
         const auto at = static_cast<std::size_t>(std::find(names.begin(), names.end(), name.field) -
                                                  names.begin());
-        const std::size_t others = names.size() - textCount(id);
+        const std::size_t others = names.size() - fruTextCount(id);
         if (at < others) {
             throw DataError(fmt::format("{}: the area already has this field (fru set changes it)",
                                         part.field));
@@ -231,10 +221,10 @@ private:
         FRU_AREA area = FRU_AREA_COMMON_HEADER;
         if (isInternalUse(part)) {
             draft.removeInternalUse();
-            changes.push_back({part, "", ""});
+            changes.push_back({part, "", {}});
         } else if (findFruArea(part, area)) {
             areas.push_back(area);
-            changes.push_back({part, "", ""});
+            changes.push_back({part, "", {}});
         } else if (part.find('.') == std::string::npos) {
             markRecord(part);
         } else {
@@ -251,7 +241,7 @@ private:
         }
         static_cast<void>(draft.records());
         records.insert(static_cast<std::size_t>(record - draft.image().records.data()));
-        changes.push_back({part, counted(record->bytes.size(), "byte"), ""});
+        changes.push_back({part, counted(record->bytes.size(), "byte"), {}});
     }
 
     void markField(const FruFieldName& name)
@@ -261,12 +251,12 @@ private:
                                            "custom fields can (fru set FIELD= empties a text)",
                                            name.text));
         }
-        const std::size_t index = textCount(*name.area) + customNumber(name.field) - 1;
+        const std::size_t index = fruTextCount(*name.area) + customNumber(name.field) - 1;
         if (index >= draft.area(*name.area).texts.size()) {
             throw DataError(fmt::format("{}: the area has no such field", name.text));
         }
         texts[*name.area].insert(index);
-        changes.push_back({name.text, draft.image().findField(name.text)->value, ""});
+        changes.push_back({name.text, draft.image().findField(name.text)->value, {}});
     }
 
     FruDraft draft;

@@ -46,7 +46,7 @@ const char* expected(Coding coding)
     case CODING_BINARY:
         return "has other characters than pairs of hex digits";
     case CODING_BCD_PLUS:
-        return "is not an even number of digits, blanks, \"-\" and \".\"";
+        return "has other characters than digits, blanks, \"-\" and \".\"";
     case CODING_SIX_BIT:
         return "has characters that 6-bit text does not have, such as small letters";
     default:
@@ -87,10 +87,7 @@ FruText replaceFruText(const std::string& name, const std::string& value, unsign
     const std::optional<std::string> bytes =
         coding == CODING_TEXT || isUnused ? std::nullopt : encode(value, language, coding);
     if (bytes && bytes->size() <= MAX_FRU_TEXT) {
-        const FruText same = {typeLengthOf(coding, bytes->size()), *bytes};
-        if (fruValue(FRU_ITEM_CUSTOM, true, same.typeLength, language, same.bytes) == value) {
-            return same;
-        }
+        return {typeLengthOf(coding, bytes->size()), *bytes};
     }
     return encodeFruText(name, value, language, CODING_TEXT);
 }

@@ -31,8 +31,8 @@ constexpr unsigned int MAX_FRU_TEXT = 63;
 FruText encodeFruText(const std::string& name, const std::string& value, unsigned char language,
                       Coding coding);
 
-/// A value in place of another one: in its coding if the value is exactly what is read back, as
-/// text otherwise. An empty binary field becomes text, for that is how boards leave fields empty.
+/// A value in place of another one: in its coding if that has the value's characters, as text
+/// otherwise. An empty binary field becomes text, for that is how boards leave fields empty.
 FruText replaceFruText(const std::string& name, const std::string& value, unsigned char language,
                        const FruText& old);
 

@@ -436,8 +436,9 @@ void setRecordField(const std::string& name, FruRecordContent& record, const std
         missing = decode(edited).missing;
     }
     if (missing > before.missing) {
-        throw DataError(fmt::format("{}: the record has {} bytes, with \"{}\" it needs {}",
-                                    fullName, record.data.size(), printable(value), missing));
+        throw DataError(fmt::format("{}: the record has {}, with \"{}\" it needs {}", fullName,
+                                    counted(record.data.size(), "byte"), printable(value),
+                                    missing));
     }
     if (edited.data.size() > MAX_RECORD) {
         throw DataError(fmt::format("{}: the record would have {} bytes, it can have {}", fullName,

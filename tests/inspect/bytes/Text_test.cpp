@@ -25,6 +25,38 @@ TEST(Text, SixBitTextHasTheWholeCharactersOfItsBytes)
     EXPECT_EQ(decodeSixBit(std::string("\x29\xDC\x02", 3)), "IPM ");
 }
 
+TEST(Text, BcdPlusIsWrittenWithABlankForAnOddCharacter)
+{
+    EXPECT_EQ(toBcdPlus("0123456789 -."), "\x01\x23\x45\x67\x89\xAB\xCA");
+    EXPECT_EQ(toBcdPlus("0123456789 -.0"), "\x01\x23\x45\x67\x89\xAB\xC0");
+    EXPECT_EQ(toBcdPlus(""), "");
+    // The three characters that FRU images reserve are read, not written.
+    for (const char* const text : {":", ",", "_", "A", "1a", "\xC3\xA4", "/"}) {
+        EXPECT_FALSE(toBcdPlus(text)) << text;
+    }
+}
+
+TEST(Text, SixBitTextIsWrittenAsItIsRead)
+{
+    EXPECT_EQ(toSixBit("IPMI"), "\x29\xDC\xA6");
+    EXPECT_EQ(toSixBit("IPM"), std::string("\x29\xDC\x02"));
+    EXPECT_EQ(toSixBit(""), "");
+    EXPECT_EQ(toSixBit(" _"), std::string("\xC0\x0F", 2));
+    for (const char* const text : {"\x1F", "`", "a", "\x7F", "\xC3\xA4"}) {
+        EXPECT_FALSE(toSixBit(text)) << text;
+    }
+    for (std::size_t length = 0; length < 12; ++length) {
+        const std::string text = std::string("X-42 _AZ09!?").substr(0, length);
+        EXPECT_EQ(decodeSixBit(*toSixBit(text)), length % 4 == 3 ? text + " " : text);
+    }
+}
+
+TEST(Text, Latin1BecomesUtf16WithTheLowByteFirst)
+{
+    EXPECT_EQ(toUtf16("A\xE9"), std::string("A\0\xE9\0", 4));
+    EXPECT_EQ(toUtf16(""), "");
+}
+
 TEST(Text, Latin1IsReadFromUtf8)
 {
     EXPECT_EQ(toLatin1("aZ\xC2\x80\xC3\xBF"), "aZ\x80\xFF");
