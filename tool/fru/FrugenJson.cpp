@@ -58,9 +58,11 @@ FruText autoText(const std::string& path, const std::string& value)
 {
     const std::optional<std::string> digits = toBcdPlus(value);
     const std::optional<std::string> sixBit = toSixBit(value);
+    // Others would read back with one more blank.
+    const bool isBcd = digits && decodeBcdPlus(*digits) == value;
     const bool isSixBit = sixBit && decodeSixBit(*sixBit) == value;
     const Coding coding = value.empty() ? CODING_TEXT
-                          : digits      ? CODING_BCD_PLUS
+                          : isBcd       ? CODING_BCD_PLUS
                           : isSixBit    ? CODING_SIX_BIT
                                         : CODING_TEXT;
     return encodeFruText(path, value, ENGLISH, coding);
@@ -74,12 +76,9 @@ FruText readText(const JsonReader& json)
     json.allow({"type", "data"});
     const std::string type = json.has("type") ? json.member("type").text() : "auto";
     const JsonReader data = json.member("data");
-    std::string value = data.text();
+    const std::string value = data.text();
     if (type == "auto") {
         return autoText(data.getPath(), value);
-    }
-    if (type == "bcdplus" && value.size() % 2 != 0) {
-        value += ' ';
     }
     const Coding coding = type == "text"        ? CODING_TEXT
                           : type == "6bitascii" ? CODING_SIX_BIT

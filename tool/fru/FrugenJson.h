@@ -20,8 +20,8 @@ namespace recordkit::tool {
 ///
 /// A field is a text or {"type": T, "data": text} with T auto (which also a text is), text,
 /// 6bitascii, bcdplus or binary (hex digits). auto becomes BCD plus or 6-bit text where that reads
-/// back as given, otherwise 8-bit text. An odd number of characters in BCD plus is filled up with a
-/// blank. Texts are stored as in English, whatever lang says, and so is the language.
+/// back as given, otherwise 8-bit text. Texts are stored as in English, whatever lang says, and so
+/// is the language.
 ///
 /// A date is "DD/MM/YYYY HH:MM:SS", with or without seconds, in UTC; `now` (seconds since 1970) if
 /// it is missing or "auto". Throws DataError, whose text begins with the path of what is wrong.

@@ -130,8 +130,10 @@ TEST(FrugenJson, EverySubtypeIsAManagementAccessRecord)
 TEST(FrugenJson, TextsHaveTheCodingThatIsAskedForOrFits)
 {
     EXPECT_EQ(custom(R"("12-34.")"), "BCD plus 12-34.");
+    EXPECT_EQ(custom(R"("123")"), "text 123"); // BCD plus would read back with a blank
+    EXPECT_EQ(custom(R"("1")"), "6-bit 1");
     EXPECT_EQ(custom(R"("ABC-")"), "6-bit ABC-");
-    EXPECT_EQ(custom(R"("ABC")"), "text ABC"); // 6-bit text would read back with a blank
+    EXPECT_EQ(custom(R"("ABC")"), "text ABC"); // and so would 6-bit text
     EXPECT_EQ(custom(R"("A")"), "6-bit A");
     EXPECT_EQ(custom(R"("abcd")"), "text abcd");
     EXPECT_EQ(custom(R"("")"), "text ");
