@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// A FRU image taken apart and edited. An edit that is not refused leaves an image with the new
-// value and no more problems than before.
+// A FRU image taken apart, edited, repaired and resized. An edit that is not refused leaves an
+// image with the new value and no more problems than before; a repair leaves nothing to repair.
 #include <algorithm>
 
 #include <recordkit/inspect/fru/FruEdit.h>
 #include <recordkit/inspect/fru/FruImage.h>
+#include <recordkit/inspect/fru/FruLayout.h>
+#include <recordkit/inspect/fru/FruParts.h>
+#include <recordkit/inspect/fru/FruRepair.h>
 
 #include "Fuzz.h"
 
@@ -25,6 +28,70 @@ void edit(const std::string& bytes, const FruImage& before, const FruEdit& chang
         fuzz::expect(after.findField(change.field) != nullptr);
         fuzz::expect(after.findField(change.field)->value == change.value);
         fuzz::expect(after.allProblems().size() <= before.allProblems().size());
+    });
+}
+
+void expectNoWorse(const std::string& bytes, const FruImage& before)
+{
+    const FruImage after = parseFruImage(bytes);
+    fuzz::expect(after.isFru && after.header.isRight());
+    fuzz::expect(after.allProblems().size() <= before.allProblems().size());
+}
+
+/// Sets every field of the records to what it is, and takes each record away.
+void editRecords(const std::string& bytes, const FruImage& before)
+{
+    for (const FruMultiRecord& record : before.records) {
+        const std::string& name = record.content.name;
+        for (const MultiRecordField& field : record.content.fields) {
+            fuzz::attempt([&] {
+                const std::string same =
+                    editFruImage(bytes, {{name + "." + field.name, field.text}}, {}).bytes;
+                expectNoWorse(same, before);
+            });
+        }
+        fuzz::attempt([&] {
+            const std::string without = removeFromFruImage(bytes, {name}, {}).bytes;
+            expectNoWorse(without, before);
+            fuzz::expect(parseFruImage(without).records.size() + 1 == before.records.size());
+        });
+    }
+}
+
+/// Adds parts, and takes areas and custom fields away.
+void changeParts(const std::string& bytes, const FruImage& before, const FruEditOptions& options)
+{
+    for (const char* const part : {"chassis", "board.custom", "dc-load", "module-current"}) {
+        fuzz::attempt([&] {
+            expectNoWorse(addToFruImage(bytes, {{part, ""}}, options).bytes, before);
+        });
+    }
+    for (const char* const part : {"product", "chassis.custom1", "internal"}) {
+        fuzz::attempt(
+            [&] { expectNoWorse(removeFromFruImage(bytes, {part}, options).bytes, before); });
+    }
+}
+
+void repair(const std::string& bytes)
+{
+    fuzz::attempt([&] {
+        const FruRepair repaired = repairFruImage(bytes);
+        fuzz::expect(repaired.bytes.size() == bytes.size());
+        fuzz::expect(repaired.repairs.empty() == (repaired.bytes == bytes));
+        fuzz::expect(repairFruImage(repaired.bytes).repairs.empty());
+    });
+}
+
+void resize(const std::string& bytes, const FruImage& before, std::size_t size)
+{
+    fuzz::attempt([&] {
+        const std::string resized = resizeFruImage(bytes, size);
+        fuzz::expect(resized.size() == size);
+        fuzz::expect(resized.substr(0, std::min(size, bytes.size())) ==
+                     bytes.substr(0, std::min(size, bytes.size())));
+        if (before.allProblems().empty()) {
+            fuzz::expect(parseFruImage(resized).allProblems().empty());
+        }
     });
 }
 
@@ -56,5 +123,11 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
             }
         }
     }
+    FruEditOptions options;
+    options.repairsChecksums = (choice & 0x80) != 0;
+    editRecords(bytes, plain);
+    changeParts(bytes, plain, options);
+    repair(bytes);
+    resize(bytes, plain, choice * 16UL);
     return 0;
 }

@@ -50,6 +50,8 @@ Command sdrShowCommand();
 Command sdrEventsCommand();
 Command sdrCheckCommand();
 Command spdShowCommand();
+Command spdDiffCommand();
+Command spdAuditCommand();
 Command eepromCreateCommand();
 Command settingListCommand();
 Command settingReadCommand();

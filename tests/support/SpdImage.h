@@ -134,6 +134,54 @@ inline Bytes ddr5Module()
     return image;
 }
 
+/// An LPDDR4 module (LP-DIMM) of 4 GB with a value in every field, and right CRCs.
+inline Bytes lpddr4Module()
+{
+    Bytes image(512, 0);
+    put(image, 0, {0x23, 0x11, 0x10, 0x07});
+    // 8 banks, 8 Gbit; 15 rows, 10 columns; 2 dies of 2 channels
+    put(image, 4, {0x15, 0x19, 0x95, 0x08, 0x00, 0x60});
+    put(image, 12, {0x0A, 0x22, 0x80});       // two ranks of 16 bits; 2 channels of 32 bits; sensor
+    put(image, 16, {0x8A, 0x00});             // loads 4, 2, 4; 125 ps, 1 ps
+    put(image, 18, {0x04, 0x0C});             // cycles
+    put(image, 20, {0x92, 0x54, 0x05, 0x00}); // CAS latencies
+    // tAA, latency sets, tRCD, tRPab, tRPpb, tRFCab, tRFCpb
+    put(image, 24, {0x87, 0x05, 0x90, 0xA8, 0x91, 0xC0, 0x08, 0x60, 0x04});
+    // Fine corrections of tRPpb, tRPab, tRCD, tAA, tCKmax, tCKmin
+    put(image, 120, {0x01, 0xFF, 0x02, 0xE5, 0xFE, 0xE1});
+    writeSpdCrc(image, 0, 126, 126);
+    put(image, 128, {0x11, 0x21, 0x23});
+    writeSpdCrc(image, 128, 126, 254);
+    put(image, 320, {0x80, 0xCE, 0x02, 0x19, 0x27, 0x12, 0x34, 0x56, 0x78});
+    put(image, 329, textBytes("RK-LPDDR4-PART      "));
+    put(image, 349, {0x31, 0x80, 0xAD, 0x41});
+    return image;
+}
+
+/// An LPDDR5X module (CAMM2) of 32 GB with a value in every field, and a right CRC.
+inline Bytes lpddr5Module()
+{
+    Bytes image(1024, 0);
+    put(image, 0, {0x30, 0x10, 0x15, 0x08});
+    // 4 x 4 banks, 16 Gbit; 16 rows, 6 columns; 2 dies; repair
+    put(image, 4, {0x86, 0x21, 0x91, 0x00, 0x00, 0x60});
+    put(image, 12, {0x0A, 0x01}); // two ranks of 16 bits
+    put(image, 16, {0x48, 0x00}); // loads 2, 2, 1; 125 ps, 1 ps
+    put(image, 18, {0x08, 0xFF}); // cycles
+    // tAA; tRCD, tRPab, tRPpb, tRFCab, tRFCpb
+    put(image, 24, {0xAD, 0x00, 0x90, 0xA8, 0x91, 0xC0, 0x08, 0x60, 0x04});
+    // Fine corrections of tRPpb, tRPab, tRCD, tAA, tCKmax, tCKmin
+    put(image, 120, {0x01, 0xFF, 0x02, 0xB6, 0x00, 0xC1});
+    put(image, 192, {0x10, 0x00, 0x80, 0xB3, 0x80, 0x21, 0x8A, 0x8C, 0x85, 0x14}); // hub, PMIC
+    put(image, 210, {0x80, 0xB3, 0xC0, 0x11});                                     // sensors
+    put(image, 230, {0x11, 0x21, 0x23, 0x06, 0x08, 0x61}); // 8 channels of 16 bits
+    writeSpdCrc(image, 0, 510, 510);
+    put(image, 512, {0x80, 0xAD, 0x03, 0x23, 0x09, 0x12, 0x34, 0x56, 0x78});
+    put(image, 521, textBytes("RK-LPDDR5-PART                "));
+    put(image, 551, {0x32, 0x80, 0xCE, 0x50});
+    return image;
+}
+
 }
 
 #endif

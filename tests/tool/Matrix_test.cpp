@@ -79,6 +79,8 @@ const std::vector<Row> ROWS = {
     {"sdr events", {"INPUT"}, SDR},
     {"sdr check", {"INPUT"}, "SENSOR RECORD"},
     {"spd show", {"INPUT"}, SPD},
+    {"spd diff", {"INPUT", SPD}, SPD},
+    {"spd audit", {"INPUT"}, SPD},
     {"eeprom create", {"ROOT/more"}, "", true},
     {"eeprom setting list", {"--images", "ROOT/images"}},
     {"eeprom setting read", {"0", "--images", "ROOT/images"}},

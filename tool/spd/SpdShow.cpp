@@ -5,7 +5,6 @@
 
 #include <fmt/format.h>
 
-#include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/memory/Spd.h>
 
@@ -15,6 +14,7 @@
 #include "../print/Listing.h"
 #include "../print/Output.h"
 #include "../print/Problems.h"
+#include "SpdFile.h"
 
 namespace recordkit::tool {
 
@@ -94,7 +94,9 @@ constexpr Column<Module> OWN_COLUMNS[] = {
      [](const Module& module) { return numberCell(module.spd.deviceWidth, " bits"); }},
     {"bus_width", "BUS", 11, [](const Module& module) { return known(module.spd.busWidth); },
      [](const Module& module) {
-         return numberCell(module.spd.busWidth, module.spd.eccWidth == 0 ? " bits" : " + 8 bits");
+         const unsigned int ecc = module.spd.eccWidth;
+         return numberCell(module.spd.busWidth,
+                           ecc == 0 ? " bits" : fmt::format(" + {} bits", ecc).c_str());
      }},
     {"ecc_width", nullptr, 0, [](const Module& module) { return Value(module.spd.eccWidth); }},
     {"density_mbit", "DENSITY", 10,
@@ -165,24 +167,6 @@ std::vector<Wish> wishes()
             {"speed", 9},         {"maker", 8}};
 }
 
-std::vector<std::string> wrongIn(const Spd& spd)
-{
-    std::vector<std::string> wrong;
-    if (!spd.isCrcRight()) {
-        wrong.push_back(
-            fmt::format("the CRC is {:04X}h, expected {:04X}h", spd.storedCrc, spd.expectedCrc));
-    }
-    if (spd.moduleCrc && !spd.moduleCrc->isRight()) {
-        wrong.push_back(fmt::format("the CRC of bytes {} to {} is {:04X}h, expected {:04X}h",
-                                    spd.moduleCrc->first, spd.moduleCrc->last,
-                                    spd.moduleCrc->stored, spd.moduleCrc->expected));
-    }
-    if (spd.hasRepeatedPages) {
-        wrong.push_back("every page is the first one: the dump did not switch pages");
-    }
-    return wrong;
-}
-
 void run(const Arguments& arguments)
 {
     const Columns columns{std::make_index_sequence<FACTS>()};
@@ -193,16 +177,11 @@ void run(const Arguments& arguments)
     for (const std::string& file : arguments.texts("FILE")) {
         const std::string name = inputName(file);
         problems.run(name, [&]() -> std::vector<std::string> {
-            const Bytes image = parseImage(name, readInput(file, DUMP_LIMIT));
-            if (image.size() > SPD_LIMIT) {
-                throw DataError(fmt::format("{} bytes, expected at most {}", image.size(),
-                                            std::size_t{SPD_LIMIT}));
-            }
-            const Spd spd = parseSpd(image);
+            const Spd spd = parseSpd(readSpdFile(file));
             listing.add({file, name, spd});
             ++modules;
             megabytes += spd.megabytes;
-            return wrongIn(spd);
+            return spdProblems(spd);
         });
     }
     listing.finish();
@@ -218,7 +197,7 @@ Command spdShowCommand()
 {
     return {
         "spd show",
-        "Show DDR3, DDR4 and DDR5 modules: capacity, ranks, speed, maker, part number",
+        "Show DDR3 to DDR5 and LPDDR3 to LPDDR5X modules: capacity, ranks, speed, maker, part",
         "recordkit spd show dimm0.bin; i2cdump -y 0 0x50 | recordkit spd show -",
         {argument("FILE", "SPD image, or a hex dump of one; - for standard input").many()},
         Answer::TABLE,

@@ -230,7 +230,10 @@ FruDraftResult FruDraft::finish(bool growing)
     if (internal != blocks.end() && !internal->second.empty()) {
         put(FRU_AREA_INTERNAL_A, internal->second);
     }
-    if (isMoving) {
+    const bool isRemoving = std::any_of(blocks.begin(), blocks.end(),
+                                        [](const auto& block) { return block.second.empty(); });
+    // Without an area, the internal use area before it reaches further.
+    if (isMoving || isRemoving) {
         checkMovable();
     }
     FruDraftResult result = {placeFruBlocks(bytes, blocks), notes};

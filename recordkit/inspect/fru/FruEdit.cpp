@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <map>
 #include <set>
 
 #include <recordkit/inspect/bytes/Error.h>
@@ -117,6 +118,7 @@ private:
         const MultiRecordField* const field = record->content.findField(name.field);
         const auto index = static_cast<std::size_t>(record - draft.image().records.data());
         setRecordField(name.owner, draft.records()[index], name.field, edit.value);
+        changedRecords[edit.field] = {index, name.field, edit.value};
         result.changes.push_back({edit.field, field == nullptr ? "" : field->text, ""});
     }
 
@@ -175,24 +177,31 @@ private:
     {
         const FruImage edited = parseFruImage(result.bytes);
         for (FruChange& change : result.changes) {
-            const std::size_t dot = change.field.find('.');
-            const FruMultiRecord* const record = edited.findRecord(change.field.substr(0, dot));
-            if (dot == std::string::npos) {
-                change.after = counted(edited.internalUse.front().bytes.size(), "byte");
-            } else if (record != nullptr) {
+            const auto record = changedRecords.find(change.field);
+            if (record != changedRecords.end()) {
+                // Another manufacturer or type can make it a record of another kind.
                 const MultiRecordField* const field =
-                    record->content.findField(change.field.substr(dot + 1));
-                change.after = field == nullptr ? "" : field->text;
+                    edited.records[record->second.index].content.findField(record->second.field);
+                change.after = field == nullptr ? record->second.value : field->text;
+            } else if (change.field == fruAreaName(FRU_AREA_INTERNAL_A)) {
+                change.after = counted(edited.internalUse.front().bytes.size(), "byte");
             } else {
                 change.after = edited.findField(change.field)->value;
             }
         }
     }
 
+    struct RecordStep {
+        std::size_t index;
+        std::string field;
+        std::string value;
+    };
+
     FruDraft draft;
     const FruEditOptions options;
     std::set<std::string> names;
     std::vector<AreaStep> steps;
+    std::map<std::string, RecordStep> changedRecords; ///< by the name of the change
     FruEditResult result;
 };
 

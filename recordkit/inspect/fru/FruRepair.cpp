@@ -95,6 +95,15 @@ private:
         return limit;
     }
 
+    /// Whether an area begins in another one.
+    static bool isInside(const FruImage& image, unsigned int offset)
+    {
+        return std::any_of(image.extents.begin(), image.extents.end(),
+                           [offset](const FruExtent& extent) {
+                               return extent.offset < offset && offset < extent.end();
+                           });
+    }
+
     /// Where the texts of an area begin.
     static unsigned int startOfTexts(FRU_AREA id, unsigned int offset)
     {
@@ -123,40 +132,39 @@ private:
         return ((sum - at(offset + 1) + length) & 0xFF) == 0;
     }
 
-    /// The size of an area with this end marker; 0 if there is no room before the limit.
+    /// The smallest size by which the area's checksum is right; 0 if there is none.
     unsigned int sizeWith(unsigned int offset, unsigned int end, unsigned int limit) const
     {
         constexpr unsigned int LARGEST = 0xFF * FRU_LENGTH_UNIT;
-        const unsigned int smallest = toLengthUnit(end + 2 - offset); // marker and checksum
         const unsigned int largest = std::min(limit - offset, LARGEST);
-        for (unsigned int size = smallest; size <= largest; size += FRU_LENGTH_UNIT) {
-            if (isBalanced(offset, size)) {
-                return size;
-            }
+        unsigned int size = toLengthUnit(end + 2 - offset); // marker and checksum
+        while (size <= largest && !isBalanced(offset, size)) {
+            size += FRU_LENGTH_UNIT;
         }
-        return smallest <= largest ? smallest : 0;
+        return size <= largest ? size : 0;
     }
 
     void repairArea(FRU_AREA id)
     {
         const FruImage image = parseFruImage(bytes);
         const FruAreaImage* const area = image.findArea(id);
-        if (area == nullptr || area->extent.offset + 1 >= bytes.size()) {
+        if (area == nullptr || area->extent.offset + 1 >= bytes.size() ||
+            isInside(image, area->extent.offset)) {
             return;
         }
         const std::string name = area->extent.name + " area: ";
         const unsigned int offset = area->extent.offset;
         const unsigned int limit = limitOf(image, offset);
-        unsigned int size = area->extent.size;
+        const unsigned int size = area->extent.size;
         const bool isCut = size == 0 || offset + size > limit;
+        const bool isArea = (at(offset) & FORMAT_BITS) == AREA_FORMAT;
         const auto end = findEnd(id, offset, limit);
-        if (end && (isCut || *end + 1 >= offset + size)) {
-            size = sizeWith(offset, *end, limit);
-            if (size != 0) {
+        if (isArea && end && (isCut || *end + 1 >= offset + size)) {
+            if (const unsigned int right = sizeWith(offset, *end, limit)) {
                 set(name + "length byte", offset + 1,
-                    static_cast<unsigned char>(size / FRU_LENGTH_UNIT));
+                    static_cast<unsigned char>(right / FRU_LENGTH_UNIT));
             }
-        } else if (!end && !isCut) {
+        } else if (isArea && !end && !isCut) {
             addEndMarker(name, id, offset, offset + size - 1);
         }
         repairAreaBytes(name, id);
@@ -203,7 +211,8 @@ private:
         const FruImage image = parseFruImage(bytes);
         for (const auto* const extents : {&image.extents, &image.lost}) {
             for (const FruExtent& extent : *extents) {
-                if (extent.name == fruAreaName(FRU_AREA_MULTIRECORD)) {
+                if (extent.name == fruAreaName(FRU_AREA_MULTIRECORD) &&
+                    !isInside(image, extent.offset)) {
                     repairRecordsAt(extent.offset, limitOf(image, extent.offset));
                 }
             }
@@ -241,12 +250,21 @@ private:
         const FruChecksum header = headerChecksum(offset);
         const FruChecksum data = checksumOf(bytes, offset + RECORD_HEADER, at(offset + 2),
                                             offset + RECORD_DATA_CHECKSUM);
-        if (!header.isRight() && !data.isRight()) {
+        const bool isLast = (at(offset + 1) & LAST_RECORD) != 0;
+        const unsigned int next = offset + RECORD_HEADER + at(offset + 2);
+        if (!header.isRight() && (!data.isRight() || !(isLast || isRecord(next, limit)))) {
             return false;
         }
         set(name + "data checksum", data.offset, data.expected);
         setHeaderChecksum(name, offset);
         return true;
+    }
+
+    /// Whether there is a record's header, which is right.
+    bool isRecord(unsigned int offset, unsigned int limit) const
+    {
+        return offset <= limit && limit - offset >= RECORD_HEADER &&
+               (at(offset + 1) & FORMAT_BITS) == RECORD_FORMAT && headerChecksum(offset).isRight();
     }
 
     FruChecksum headerChecksum(unsigned int record) const

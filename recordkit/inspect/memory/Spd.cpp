@@ -15,7 +15,10 @@ namespace {
 constexpr std::size_t LEAST_SIZE = 128;
 constexpr std::size_t PAGE = 256;
 constexpr std::size_t DEVICE_TYPE = 2;
+constexpr unsigned char LPDDR3_AS_DDR3 = 0xF1;
 constexpr unsigned char DDR5 = 0x12;
+constexpr unsigned char LPDDR5 = 0x13;
+constexpr unsigned char LPDDR5X = 0x15;
 constexpr std::size_t LEAST_DDR5_SIZE = 512; // its only CRC is at the end of them
 
 constexpr const char* KEYS[] = {"memory_type",
@@ -26,6 +29,11 @@ constexpr const char* KEYS[] = {"memory_type",
                                 "package",
                                 "dies",
                                 "channels",
+                                "die_channels",
+                                "byte_mode",
+                                "data_loads",
+                                "command_loads",
+                                "select_loads",
                                 "bank_groups",
                                 "banks",
                                 "row_bits",
@@ -33,6 +41,8 @@ constexpr const char* KEYS[] = {"memory_type",
                                 "voltages",
                                 "speed_mts",
                                 "cas_latencies",
+                                "write_latencies",
+                                "read_dbi",
                                 "timebases",
                                 "tck_min_ps",
                                 "tck_max_ps",
@@ -42,6 +52,8 @@ constexpr const char* KEYS[] = {"memory_type",
                                 "trcd_clocks",
                                 "trp_ps",
                                 "trp_clocks",
+                                "trp_pb_ps",
+                                "trp_pb_clocks",
                                 "tras_ps",
                                 "tras_clocks",
                                 "trc_ps",
@@ -54,6 +66,8 @@ constexpr const char* KEYS[] = {"memory_type",
                                 "trfc4_clocks",
                                 "trfc_sb_ps",
                                 "trfc_sb_clocks",
+                                "trfc_pb_ps",
+                                "trfc_pb_clocks",
                                 "tfaw_ps",
                                 "tfaw_clocks",
                                 "trrd_ps",
@@ -133,7 +147,7 @@ const char* deviceTypeName(unsigned char type)
     case 0x0E:
         return "DDR4E SDRAM";
     case 0x0F:
-    case 0xF1:
+    case LPDDR3_AS_DDR3:
         return "LPDDR3 SDRAM";
     case 0x10:
         return "LPDDR4 SDRAM";
@@ -141,9 +155,9 @@ const char* deviceTypeName(unsigned char type)
         return "LPDDR4X SDRAM";
     case DDR5:
         return "DDR5 SDRAM";
-    case 0x13:
+    case LPDDR5:
         return "LPDDR5 SDRAM";
-    case 0x15:
+    case LPDDR5X:
         return "LPDDR5X SDRAM";
     default:
         return nullptr;
@@ -153,15 +167,23 @@ const char* deviceTypeName(unsigned char type)
 using Reader = void (*)(Spd& spd, ByteView image);
 
 /// What decodes a kind of memory; nullptr for one that is not supported.
-Reader readerOf(unsigned char type)
+Reader readerOf(ByteView image)
 {
-    switch (type) {
+    switch (image[DEVICE_TYPE]) {
     case 0x0B:
+    case LPDDR3_AS_DDR3:
         return readDdr3;
     case 0x0C:
         return readDdr4;
+    case 0x0F:
+    case 0x10:
+    case 0x11:
+        return readLpddr;
     case DDR5:
         return readDdr5;
+    case LPDDR5:
+    case LPDDR5X:
+        return isAnnexM(image) ? readLpddr : readLpddr5;
     default:
         return nullptr;
     }
@@ -192,7 +214,7 @@ Spd parseSpd(ByteView bytes)
     if (name == nullptr) {
         throw DataError(fmt::format("not SPD data: unknown device type {:02X}h at offset 2", type));
     }
-    const Reader read = readerOf(type);
+    const Reader read = readerOf(bytes);
     if (read == nullptr) {
         throw DataError(
             fmt::format("not supported: {} (device type {:02X}h at offset 2)", name, type));
@@ -201,7 +223,7 @@ Spd parseSpd(ByteView bytes)
     spd.hasRepeatedPages = repeatsPages(bytes);
     set(spd, SpdFact::MEMORY_TYPE, std::string(name));
     const ByteView known = spd.hasRepeatedPages ? bytes.part(0, PAGE) : bytes;
-    if (type == DDR5 && known.size() < LEAST_DDR5_SIZE) {
+    if ((read == readDdr5 || read == readLpddr5) && known.size() < LEAST_DDR5_SIZE) {
         throw DataError(
             fmt::format("not the whole data of {}: {} different bytes, expected at least {}", name,
                         known.size(), LEAST_DDR5_SIZE));
@@ -213,6 +235,24 @@ Spd parseSpd(ByteView bytes)
 const char* spdFactKey(SpdFact fact)
 {
     return KEYS[static_cast<std::size_t>(fact)];
+}
+
+std::vector<std::string> spdProblems(const Spd& spd)
+{
+    std::vector<std::string> wrong;
+    if (!spd.isCrcRight()) {
+        wrong.push_back(
+            fmt::format("the CRC is {:04X}h, expected {:04X}h", spd.storedCrc, spd.expectedCrc));
+    }
+    if (spd.moduleCrc && !spd.moduleCrc->isRight()) {
+        wrong.push_back(fmt::format("the CRC of bytes {} to {} is {:04X}h, expected {:04X}h",
+                                    spd.moduleCrc->first, spd.moduleCrc->last,
+                                    spd.moduleCrc->stored, spd.moduleCrc->expected));
+    }
+    if (spd.hasRepeatedPages) {
+        wrong.push_back("every page is the first one: the dump did not switch pages");
+    }
+    return wrong;
 }
 
 unsigned short spdCrc(ByteView bytes)

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <recordkit/inspect/bytes/ByteView.h>
 #include <recordkit/inspect/fields/Value.h>
@@ -17,30 +18,39 @@ namespace recordkit::inspect {
 /// number, "code 7h". Times are numbers of picoseconds, rounded to the nearest; the fact after a
 /// time is the same in clocks of the module's shortest cycle.
 enum class SpdFact : unsigned char {
-    MEMORY_TYPE,   ///< "DDR4 SDRAM"
-    REVISION,      ///< of the data's format, "1.1"
-    BYTES_USED,    ///< of the device
-    BYTES_TOTAL,   ///< of the device
-    HYBRID,        ///< other media on the module
-    PACKAGE,       ///< of the memory devices
-    DIES,          ///< in a package
-    CHANNELS,      ///< of the module
-    BANK_GROUPS,   ///< 1 without groups
-    BANKS,         ///< in all groups
-    ROW_BITS,      ///< of an address
-    COLUMN_BITS,   ///< of an address
-    VOLTAGES,      ///< "1.5 V, 1.35 V"
-    SPEED,         ///< transfers per microsecond, as such modules are named: 2133
-    CAS_LATENCIES, ///< a list, the shortest first
-    TIMEBASES,     ///< units of the times: "125 ps, 1 ps"
-    TCK_MIN,       ///< the shortest cycle
-    TCK_MAX,       ///< the longest cycle
-    TAA,           ///< CAS latency
+    MEMORY_TYPE,     ///< "DDR4 SDRAM"
+    REVISION,        ///< of the data's format, "1.1"
+    BYTES_USED,      ///< of the device
+    BYTES_TOTAL,     ///< of the device
+    HYBRID,          ///< other media on the module
+    PACKAGE,         ///< of the memory devices
+    DIES,            ///< in a package
+    CHANNELS,        ///< of the module
+    DIE_CHANNELS,    ///< of a die
+    BYTE_MODE,       ///< whether two devices of 8 bits form a channel of 16
+    DATA_LOADS,      ///< dies of a package on a data signal
+    COMMAND_LOADS,   ///< on a command, address or clock signal
+    SELECT_LOADS,    ///< on a chip select
+    BANK_GROUPS,     ///< 1 without groups
+    BANKS,           ///< in all groups
+    ROW_BITS,        ///< of an address
+    COLUMN_BITS,     ///< of an address
+    VOLTAGES,        ///< "1.5 V, 1.35 V"
+    SPEED,           ///< transfers per microsecond, as such modules are named: 2133
+    CAS_LATENCIES,   ///< a list, the shortest first
+    WRITE_LATENCIES, ///< the set of write latencies that they are for: "A" or "B"
+    READ_DBI,        ///< whether they are for reading with data bus inversion
+    TIMEBASES,       ///< units of the times: "125 ps, 1 ps"
+    TCK_MIN,         ///< the shortest cycle
+    TCK_MAX,         ///< the longest cycle
+    TAA,             ///< CAS latency
     TAA_CLOCKS,
     TRCD, ///< RAS to CAS
     TRCD_CLOCKS,
-    TRP, ///< precharge of a row
+    TRP, ///< precharge of a row; of LPDDR memory of all banks
     TRP_CLOCKS,
+    TRP_PB, ///< precharge of one bank
+    TRP_PB_CLOCKS,
     TRAS, ///< active to precharge
     TRAS_CLOCKS,
     TRC, ///< active to active or refresh
@@ -51,8 +61,10 @@ enum class SpdFact : unsigned char {
     TRFC2_CLOCKS,
     TRFC4, ///< the same at fourfold rate
     TRFC4_CLOCKS,
-    TRFC_SB, ///< the same of one bank
+    TRFC_SB, ///< the same of one bank in each group
     TRFC_SB_CLOCKS,
+    TRFC_PB, ///< the same of one bank
+    TRFC_PB_CLOCKS,
     TFAW, ///< four activates
     TFAW_CLOCKS,
     TRRD, ///< row active to row active; of different bank groups
@@ -131,8 +143,11 @@ struct SpdCrc {
     bool isRight() const { return stored == expected; }
 };
 
-/// A memory module, decoded from its serial presence detect data (JEDEC 21-C, annexes K for DDR3
-/// and L for DDR4; JESD400-5 for DDR5).
+/// A memory module, decoded from its serial presence detect data (JEDEC 21-C, annexes K for DDR3,
+/// L for DDR4 and M for LPDDR3, LPDDR4 and LPDDR4X; JESD400-5 for DDR5; JESD406-5 for LPDDR5 and
+/// LPDDR5X). Firmware of boards with soldered memory makes such data itself: LPDDR5 and LPDDR5X in
+/// the layout of annex M (module type 0Eh), and LPDDR3 in that of annex K (device type F1h), are
+/// decoded as well. Such data often describe one of the memory's channels, and so does `megabytes`.
 struct Spd {
     bool hasManufacturerData = false; ///< the image is long enough for serial and part number
     bool hasCodes = false;            ///< rankField, dimmSize and dramSize; DDR3 only
@@ -161,10 +176,14 @@ struct Spd {
     const Value& get(SpdFact fact) const { return facts[static_cast<std::size_t>(fact)]; }
 };
 
-/// Reads an image: 128 bytes or more, of DDR5 512 or more, or pages of 256 bytes one after another.
+/// Reads an image: 128 bytes or more, 512 or more by JESD400-5 and JESD406-5, or pages of 256 bytes
+/// one after another.
 /// Throws DataError for what is not a module; the text says "not supported" for a module of another
 /// known kind.
 Spd parseSpd(ByteView bytes);
+
+/// What is wrong with the data of a module: CRCs, and pages that were not read.
+std::vector<std::string> spdProblems(const Spd& spd);
 
 /// CRC-16 as JEDEC defines it: polynomial 1021h, from 0.
 unsigned short spdCrc(ByteView bytes);

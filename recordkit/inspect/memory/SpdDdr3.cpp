@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// DDR3 modules: JEDEC 21-C, Annex K.
+// DDR3 modules: JEDEC 21-C, Annex K. Firmware of boards with soldered LPDDR3 memory describes it in
+// the same layout, with F1h as the type of device.
 #include <recordkit/inspect/memory/SpdRows.h>
 
 #include <algorithm>
@@ -22,6 +23,7 @@ using F = SpdFact;
 
 enum Offset {
     BYTES_USED = 0,
+    DEVICE_TYPE = 2,
     MODULE_TYPE = 3,
     DENSITY = 4,
     ORGANIZATION = 7,
@@ -31,6 +33,8 @@ enum Offset {
     CAS_LATENCIES = 14,
     CRC = 126,
 };
+
+constexpr unsigned char DDR3 = 0x0B;
 
 // Module types (byte 3, bits 3..0) with bytes of their own.
 enum ModuleType {
@@ -139,7 +143,6 @@ constexpr SpdRow ROWS[] = {
     {F::BANKS, bitsAt(DENSITY, 6, 4), doubledFrom<8, 0, 3>},
     {F::COLUMN_BITS, bitsAt(5, 2, 0), countFrom<9, 3>},
     {F::ROW_BITS, bitsAt(5, 5, 3), countFrom<12, 4>},
-    {F::VOLTAGES, bytesAt(6), voltages},
     {F::TIMEBASES, bytesAt(FINE_TIMEBASE, 3), timebases},
     {F::RZQ6, bitAt(30, 0), isSet},
     {F::RZQ7, bitAt(30, 1), isSet},
@@ -159,6 +162,11 @@ constexpr SpdRow ROWS[] = {
     {F::BACK, bitsAt(61, 7, 4), countFrom<1, 15>},
     {F::REFERENCE_CARD, bytesAt(62), referenceCard},
     {F::PROFILES, bytesAt(176, 4), profiles},
+};
+
+// LPDDR3 in this layout has other voltages.
+constexpr SpdRow DDR3_ROWS[] = {
+    {F::VOLTAGES, bytesAt(6), voltages},
 };
 
 constexpr SpdRow UNBUFFERED_ROWS[] = {
@@ -209,11 +217,12 @@ bool isUnbuffered(unsigned int type)
 
 void readDdr3(Spd& spd, ByteView image)
 {
+    const bool isDdr3 = image[DEVICE_TYPE] == DDR3;
     MemorySPDData memory;
     Bytes padded = image.copy();
     padded.resize(std::max<std::size_t>(padded.size(), memory.getSerializedSize()), 0);
     TAVLib::setSerializedPadded(memory, padded);
-    spd.hasCodes = true;
+    spd.hasCodes = isDdr3;
     spd.rankField = memory.getRankNum();
     spd.dimmSize = memory.getDIMMSize();
     spd.dramSize = memory.getDRAMSize();
@@ -227,10 +236,13 @@ void readDdr3(Spd& spd, ByteView image)
     spd.deviceWidth = widthOf(codeAt(image, bitsAt(ORGANIZATION, 2, 0)), 4);
     spd.busWidth = widthOf(codeAt(image, bitsAt(BUS_WIDTH, 2, 0)), 8);
     spd.eccWidth = codeAt(image, bitsAt(BUS_WIDTH, 4, 3)) == 1 ? 8 : 0;
-    spd.megabytes = capacityOf(spd);
+    spd.megabytes = capacityOf(spd, spd.densityMegabits);
     const unsigned int type = codeAt(image, bitsAt(MODULE_TYPE, 3, 0));
     spd.moduleType = moduleTypeName(type);
     readFacts(spd, image, ROWS);
+    if (isDdr3) {
+        readFacts(spd, image, DDR3_ROWS);
+    }
     if (isUnbuffered(type)) {
         readFacts(spd, image, UNBUFFERED_ROWS);
     } else if (type == RDIMM || type == MINI_RDIMM || type == SO_RDIMM) {

@@ -223,7 +223,7 @@ void readDdr4(Spd& spd, ByteView image)
     // The ranks of an asymmetrical module have different devices, of which this describes the
     // first.
     const bool isAsymmetrical = codeAt(image, bitAt(ORGANIZATION, 6)) != 0;
-    spd.megabytes = isAsymmetrical ? 0 : capacityOf(spd);
+    spd.megabytes = isAsymmetrical ? 0 : capacityOf(spd, spd.densityMegabits);
 
     readFacts(spd, image, ROWS);
     if (type == RDIMM || type == LRDIMM || type == MINI_RDIMM || type == SO_RDIMM) {

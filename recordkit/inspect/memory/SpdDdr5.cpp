@@ -123,7 +123,8 @@ Value hubType(ByteView image, const Place& place)
 
 Value pmicType(ByteView image, const Place& place)
 {
-    constexpr const char* NAMES[] = {"PMIC5000", "PMIC5010", "PMIC5100"};
+    constexpr const char* NAMES[] = {"PMIC5000", "PMIC5010", "PMIC5100", "PMIC5020",
+                                     "PMIC5120", "PMIC5200", "PMIC5030"};
     return isInstalled(image, place.offset) ? nameOf(codeAt(image, place), NAMES) : Value();
 }
 
@@ -146,9 +147,7 @@ Value profiles(ByteView image, const Place& /*place*/)
 }
 
 constexpr SpdRow ROWS[] = {
-    {F::BYTES_TOTAL, bitsAt(0, 6, 4), bytesTotal},
     {F::REVISION, bytesAt(1), revision},
-    {F::HYBRID, bitsAt(MODULE_TYPE, 7, 4), hybrid},
     {F::PACKAGE, bitsAt(DENSITY, 7, 5), package},
     {F::DIES, bitsAt(DENSITY, 7, 5), dies},
     {F::ROW_BITS, bitsAt(5, 4, 0), countFrom<16, 2>},
@@ -156,6 +155,14 @@ constexpr SpdRow ROWS[] = {
     {F::BANK_GROUPS, bitsAt(BANKS, 7, 5), doubledFrom<1, 0, 3>},
     {F::BANKS, bytesAt(BANKS), banks},
     {F::VOLTAGES, bytesAt(VDD, 3), voltages},
+    {F::CHANNELS, bitsAt(BUS_WIDTH, 7, 5), countFrom<1, 1>},
+    {F::PROFILES, bytesAt(0), profiles},
+};
+
+// Of the module; the same in JESD406-5.
+constexpr SpdRow MODULE_ROWS[] = {
+    {F::BYTES_TOTAL, bitsAt(0, 6, 4), bytesTotal},
+    {F::HYBRID, bitsAt(MODULE_TYPE, 7, 4), hybrid},
     {F::HUB_MAKER, bytesAt(194, 2), deviceMaker},
     {F::HUB_TYPE, bitsAt(196, 3, 0), hubType},
     {F::HUB_REVISION, bytesAt(197), deviceRevision},
@@ -169,8 +176,6 @@ constexpr SpdRow ROWS[] = {
     {F::REFERENCE_CARD, bytesAt(232), referenceCard},
     {F::DEVICE_ROWS, bitsAt(233, 1, 0), registers},
     {F::HEAT_SPREADER, bitAt(233, 2), isSet},
-    {F::CHANNELS, bitsAt(BUS_WIDTH, 7, 5), countFrom<1, 1>},
-    {F::PROFILES, bytesAt(0), profiles},
 };
 
 constexpr SpdRow REGISTERED_ROWS[] = {
@@ -216,12 +221,6 @@ unsigned int densityOf(unsigned int code)
     return code < std::size(GIGABITS) ? GIGABITS[code] * 1024 : 0;
 }
 
-unsigned int eccWidthOf(unsigned int code)
-{
-    constexpr unsigned int BITS[] = {0, 4, 8};
-    return code < std::size(BITS) ? BITS[code] : 0;
-}
-
 Value latenciesOf(ByteView image)
 {
     const unsigned long long high = image[CAS_LATENCIES + 4];
@@ -230,12 +229,29 @@ Value latenciesOf(ByteView image)
 
 }
 
+std::string moduleTypeOfDdr5(unsigned int type)
+{
+    return type < std::size(MODULE_TYPES) && MODULE_TYPES[type] != nullptr
+               ? MODULE_TYPES[type]
+               : fmt::format("type {:X}h", type);
+}
+
+unsigned int eccWidthOfDdr5(unsigned int code)
+{
+    constexpr unsigned int BITS[] = {0, 4, 8};
+    return code < std::size(BITS) ? BITS[code] : 0;
+}
+
+void readModuleOfDdr5(Spd& spd, ByteView image)
+{
+    readFacts(spd, image, MODULE_ROWS);
+    readOrigin(spd, image, ORIGIN);
+}
+
 void readDdr5(Spd& spd, ByteView image)
 {
     const unsigned int type = codeAt(image, bitsAt(MODULE_TYPE, 3, 0));
-    spd.moduleType = type < std::size(MODULE_TYPES) && MODULE_TYPES[type] != nullptr
-                         ? MODULE_TYPES[type]
-                         : fmt::format("type {:X}h", type);
+    spd.moduleType = moduleTypeOfDdr5(type);
     const unsigned int channelCode = codeAt(image, bitsAt(BUS_WIDTH, 7, 5));
     const unsigned int channels = channelCode <= 1 ? channelCode + 1 : 0;
     spd.densityMegabits = densityOf(codeAt(image, bitsAt(DENSITY, 4, 0)));
@@ -243,13 +259,14 @@ void readDdr5(Spd& spd, ByteView image)
                 diesOf(codeAt(image, bitsAt(DENSITY, 7, 5)));
     spd.deviceWidth = widthOf(codeAt(image, bitsAt(IO_WIDTH, 7, 5)), 4);
     spd.busWidth = widthOf(codeAt(image, bitsAt(BUS_WIDTH, 2, 0)), 8) * channels;
-    spd.eccWidth = eccWidthOf(codeAt(image, bitsAt(BUS_WIDTH, 4, 3))) * channels;
+    spd.eccWidth = eccWidthOfDdr5(codeAt(image, bitsAt(BUS_WIDTH, 4, 3))) * channels;
     // The ranks of an asymmetrical module have different devices, of which this describes the
     // first.
     const bool isAsymmetrical = codeAt(image, bitAt(ORGANIZATION, 6)) != 0;
-    spd.megabytes = isAsymmetrical ? 0 : capacityOf(spd);
+    spd.megabytes = isAsymmetrical ? 0 : capacityOf(spd, spd.densityMegabits);
 
     readFacts(spd, image, ROWS);
+    readModuleOfDdr5(spd, image);
     if (type == RDIMM || type == LRDIMM) {
         readFacts(spd, image, REGISTERED_ROWS);
     }
@@ -258,7 +275,6 @@ void readDdr5(Spd& spd, ByteView image)
     }
     set(spd, F::CAS_LATENCIES, latenciesOf(image));
     readTimes(spd, image, TIMES, SpdTimebases{1, 1, 1, 1}, DDR5_ROUNDING);
-    readOrigin(spd, image, ORIGIN);
     const SpdCrc crc = crcAt(image, 0, CRC - 1, CRC);
     spd.storedCrc = crc.stored;
     spd.expectedCrc = crc.expected;

@@ -245,12 +245,12 @@ void readOrigin(Spd& spd, ByteView image, const SpdOrigin& origin)
     }
 }
 
-unsigned int capacityOf(const Spd& spd)
+unsigned int capacityOf(const Spd& spd, unsigned int megabits)
 {
     if (spd.deviceWidth == 0 || spd.busWidth == 0) {
         return 0;
     }
-    return spd.densityMegabits / 8 * spd.busWidth / spd.deviceWidth * spd.ranks;
+    return megabits / 8 * spd.busWidth / spd.deviceWidth * spd.ranks;
 }
 
 SpdCrc crcAt(ByteView image, unsigned short first, unsigned short last, std::size_t offset)

@@ -106,7 +106,6 @@ struct SpdRounding {
 };
 constexpr SpdRounding DDR3_ROUNDING = {1000, 999}; ///< up, from a thousandth of a clock on
 constexpr SpdRounding DDR4_ROUNDING = {1000, 974}; ///< Annex L, rounding algorithm
-
 constexpr SpdRounding DDR5_ROUNDING = {997, 1000}; ///< JESD400-5, rounding algorithm
 
 /// Whole clocks that a time takes.
@@ -145,13 +144,31 @@ inline unsigned int widthOf(unsigned int code, unsigned int first, unsigned int 
     return code < known ? first << code : 0;
 }
 
-/// Megabytes of all ranks; 0 if a reserved code leaves it open.
-unsigned int capacityOf(const Spd& spd);
+/// Megabytes of all ranks, by the megabits of a device; 0 if a reserved code leaves it open.
+unsigned int capacityOf(const Spd& spd, unsigned int megabits);
+
+/// The name of a module type (byte 3, bits 3..0) of JESD400-5 and JESD406-5.
+std::string moduleTypeOfDdr5(unsigned int type);
+
+/// Bits beside the data of a channel, by bits 4..3 of byte 235 of JESD400-5 and JESD406-5.
+unsigned int eccWidthOfDdr5(unsigned int code);
+
+/// Bytes 192 to 239 and 512 to 554, which are the same in JESD400-5 and JESD406-5: the devices of
+/// the module, its size, its maker.
+void readModuleOfDdr5(Spd& spd, ByteView image);
+
+/// What annex M and JESD406-5 have in common: bytes 1 to 34 and 120 to 125.
+void readLpddrBase(Spd& spd, ByteView image);
+
+/// Whether data of LPDDR5 have the layout of annex M: their module type is only in that one.
+bool isAnnexM(ByteView image);
 
 /// The generations.
-void readDdr3(Spd& spd, ByteView image);
+void readDdr3(Spd& spd, ByteView image); ///< and LPDDR3 in its layout
 void readDdr4(Spd& spd, ByteView image);
 void readDdr5(Spd& spd, ByteView image);
+void readLpddr(Spd& spd, ByteView image); ///< LPDDR3, LPDDR4, LPDDR4X, and LPDDR5 in their layout
+void readLpddr5(Spd& spd, ByteView image);
 
 }
 

@@ -98,12 +98,9 @@ TEST(FruRepair, LengthIsThatWithARightChecksum)
     expectRepaired(damaged({{25, 5}}), {"board area: length byte at offset 25: 05h to 04h"});
     expectRepaired(damaged({{25, 2}}), {"board area: length byte at offset 25: 02h to 04h"});
     expectRepaired(damaged({{9, 1}}), {"chassis area: length byte at offset 9: 01h to 02h"});
-    // A length with a wrong checksum as well: the smallest, and its checksum.
-    const FruRepair both = repair(damaged({{25, 0}, {55, 0x42}}));
-    EXPECT_EQ(both.left, Lines());
-    EXPECT_EQ(both.repairs.size(), 2U);
-    EXPECT_EQ(both.repairs[0], "board area: length byte at offset 25: 00h to 03h");
-    EXPECT_EQ(parseFruImage(both.bytes).findField("board.custom2")->value, "b2x");
+    // With a wrong checksum as well, nothing tells the length.
+    EXPECT_EQ(repair(damaged({{25, 0}, {55, 0x42}})).repairs, Lines());
+    EXPECT_EQ(repair(damaged({{25, 0}, {24, 4}})).repairs, Lines());
     // Without an end marker before the next area there is no length.
     Bytes endless = damaged({{25, 0}});
     std::fill(endless.begin() + 35, endless.begin() + 56, static_cast<unsigned char>(0x01));
@@ -144,6 +141,10 @@ TEST(FruRepair, FormatByteIsRepairedWhereTheChecksumIsRightWithIt)
 TEST(FruRepair, RecordsAreRepairedWhereHeaderOrDataIsRight)
 {
     expectRepaired(damaged({{60, 0}}), {"multirecord 1: header checksum at offset 60: 00h to 40h"});
+    expectRepaired(damaged({{68, 0}}), {"multirecord 2: header checksum at offset 68: 00h to C8h"});
+    // Without a record after it, unless it is the last one, its length is not certain.
+    EXPECT_EQ(repair(damaged({{60, 0}, {65, 3}})).repairs, Lines());
+    EXPECT_EQ(repair(damaged({{60, 0}, {68, 0}})).repairs, Lines());
     // The data itself stays.
     const FruRepair data = repair(damaged({{62, 9}}));
     EXPECT_EQ(data.left, Lines());
@@ -159,6 +160,21 @@ TEST(FruRepair, RecordsAreRepairedWhereHeaderOrDataIsRight)
          {damaged({{60, 0}, {62, 9}}), damaged({{57, 3}}), damaged({{58, 200}})}) {
         EXPECT_EQ(repair(image).left.size(), 1U);
     }
+}
+
+TEST(FruRepair, AreaInAnotherOneStaysAsItIs)
+{
+    // The board area begins in the chassis area, whose text it is.
+    const Bytes outer = areaOf(32, Bytes({0x17, 0xC0, 0xC0, 0xD4, 'x', 'x', 1, 2, 0x19, 0, 0, 0}) +
+                                       Bytes({0xC1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x42, 0x43, 0xC1}));
+    const Bytes image = withChecksum({1, 0, 1, 2, 0, 0, 0}) + outer;
+    EXPECT_EQ(repair(image).repairs, Lines());
+    EXPECT_NE(repair(image).left, Lines());
+    const Bytes records =
+        withChecksum({1, 0, 1, 0, 0, 2, 0}) +
+        areaOf(32, Bytes({0x17, 0xC0, 0xC0, 0xD4, 'x', 'x', 0xC1, 0x82, 3, 0xFA}) +
+                       Bytes({0, 1, 2, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xC1}));
+    EXPECT_EQ(repair(records).repairs, Lines());
 }
 
 TEST(FruRepair, ListOfRecordsEndsBeforeBlankBytes)

@@ -201,7 +201,11 @@ TEST(SpdDdr5, ReservedCodesAreShownAsNumbers)
     EXPECT_EQ(with(196, 0x00, F::HUB_MAKER), NONE);
     EXPECT_EQ(with(196, 0x00, F::HUB_REVISION), NONE);
     EXPECT_EQ(with(200, 0x82, F::PMIC_TYPE), words("PMIC5100"));
-    EXPECT_EQ(with(200, 0x83, F::PMIC_TYPE), words("code 3h"));
+    EXPECT_EQ(with(200, 0x83, F::PMIC_TYPE), words("PMIC5020"));
+    EXPECT_EQ(with(200, 0x84, F::PMIC_TYPE), words("PMIC5120"));
+    EXPECT_EQ(with(200, 0x85, F::PMIC_TYPE), words("PMIC5200"));
+    EXPECT_EQ(with(200, 0x86, F::PMIC_TYPE), words("PMIC5030"));
+    EXPECT_EQ(with(200, 0x87, F::PMIC_TYPE), words("code 7h"));
     EXPECT_EQ(with(200, 0x01, F::PMIC_MAKER), NONE);
     EXPECT_EQ(with(212, 0x40, F::THERMAL_SENSOR), Value(true));
     EXPECT_EQ(with(212, 0x3F, F::THERMAL_SENSOR), Value(false));

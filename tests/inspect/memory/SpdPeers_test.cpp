@@ -377,12 +377,113 @@ Lines ddr3Lines()
     return lines;
 }
 
+/// Annex K, byte 0 of 91h: 256 bytes, of which 128 are used. Annex M, byte 0 of 24h: 512 bytes, all
+/// of them used; of 23h: 384 of 512. It reads the byte of kinds that it does not know, and of
+/// LPDDR3, as that of other kinds.
+Ours sizeOf(F which, const std::set<std::pair<std::string, std::string>>& theirsAndOurs)
+{
+    return [which, theirsAndOurs](const Spd& spd, const std::string& theirs) {
+        const std::string ours = plain(spd.get(which));
+        return theirsAndOurs.count({theirs, ours}) != 0 ? theirs : ours;
+    };
+}
+
+/// What it prints of memory that it does not decode.
+Lines undecodedLines()
+{
+    return {
+        {"EEPROM CRC of bytes 0-116", of(firstCrc)},
+        {"EEPROM CRC of bytes 0-125", of(firstCrc)},
+        {"# of bytes written to SDRAM EEPROM",
+         sizeOf(F::BYTES_USED, {{"176", "128"}, {"256", "512"}, {"256", "384"}})},
+        {"Total number of bytes in EEPROM",
+         sizeOf(F::BYTES_TOTAL, {{"128", "256"}, {"1024", "512"}})},
+        {"SPD Revision", fact(F::REVISION)},
+        // F1h is not a number of JEDEC.
+        {"Fundamental Memory type",
+         [](const Spd& spd, const std::string& theirs) {
+             const std::string ours = plain(spd.get(F::MEMORY_TYPE));
+             return theirs == "Unknown (0xf1)" && ours == "LPDDR3 SDRAM" ? theirs : ours;
+         }},
+        {"Module Type", of([](const Spd& spd) {
+             return std::string(spd.moduleType == "non-DIMM" ? "Reserved (0x0E)" : spd.moduleType);
+         })},
+        // Bytes of other kinds: the fine corrections (Annex M, bytes 117 to 125), and zeroes.
+        {"Manufacturer", as},
+        {"Module Manufacturer", as},
+        {"Assembly Serial Number", as},
+        {"Part Number", as},
+    };
+}
+
+/// Annex M, which it reads as DDR4. Those that have other places or units there are left as they
+/// are: byte 25 is the latency sets, bytes 27 to 33 are precharge and refresh recovery of all banks
+/// and of one, and there are no others. Latencies are not a range.
+Lines lpddr4Lines()
+{
+    Lines lines = ddr4Lines();
+    for (const char* const other :
+         {"AA-RCD-RP-RAS (cycles)", "Supported CAS Latencies", "Minimum RAS to CAS Delay (tRCD)",
+          "Minimum Row Precharge Delay (tRP)", "Minimum Active to Precharge Delay (tRAS)",
+          "Minimum Active to Auto-Refresh Delay (tRC)", "Minimum Recovery Delay (tRFC1)",
+          "Minimum Recovery Delay (tRFC2)", "Minimum Recovery Delay (tRFC4)",
+          "Minimum Four Activate Window Delay (tFAW)",
+          "Minimum Row Active to Row Active Delay (tRRD_S)",
+          "Minimum Row Active to Row Active Delay (tRRD_L)", "Minimum CAS to CAS Delay (tCCD_L)",
+          "Module Nominal Voltage"}) {
+        lines[other] = as;
+    }
+    for (auto& [name, ours] : lines) {
+        if (name.rfind("AA-RCD-RP-RAS (cycles) as ", 0) == 0) {
+            ours = as;
+        }
+    }
+    const Lines more = {
+        {"Module Type", of([](const Spd& spd) {
+             return std::string(spd.moduleType == "non-DIMM" ? "Reserved (0x0E)" : spd.moduleType);
+         })},
+        // Only an LP-DIMM has a second block.
+        {"EEPROM CRC of bytes 128-253", as},
+        // The speed is named by its grade, 4267 (JESD209-4), of which 469 ps are rounded.
+        {"Maximum module speed",
+         [](const Spd& spd, const std::string& theirs) {
+             return number(spd, F::SPEED) == 4267 && number(spd, F::TCK_MIN) == 469
+                        ? theirs
+                        : plain(spd.get(F::SPEED));
+         }},
+        // Annex M, byte 13: bits 7..5 are the channels, of which it shows one.
+        {"Size", of([](const Spd& spd) {
+             return text("%lld MB", spd.megabytes / number(spd, F::CHANNELS));
+         })},
+        {"Primary Bus Width", of([](const Spd& spd) {
+             return text("%lld bits", spd.busWidth / number(spd, F::CHANNELS));
+         })},
+        {"Banks x Rows x Columns x Bits", of([](const Spd& spd) {
+             return text("%lld x %lld x %lld x %lld", number(spd, F::BANKS),
+                         number(spd, F::ROW_BITS), number(spd, F::COLUMN_BITS),
+                         spd.busWidth / number(spd, F::CHANNELS));
+         })},
+        {"Minimum CAS Latency Time (tAA)", time(F::TAA)},
+        // Annex M, byte 6: the loads are an index, of which 0 is not defined.
+        {"Package Type",
+         of([](const Spd& spd) { return text("Unknown (%lld dies)", number(spd, F::DIES)); })},
+        {"Part Number",
+         [](const Spd& spd, const std::string& theirs) {
+             return withoutPadding(spd.partNumber).empty() ? theirs : spd.partNumber;
+         }},
+    };
+    for (const auto& [name, ours] : more) {
+        lines[name] = ours;
+    }
+    return lines;
+}
+
 /// What begins a line that says nothing of the image.
 bool isFrame(const std::string& line)
 {
-    for (const char* start :
-         {"---=== ", "# decode-dimms version", "Memory Serial Presence Detect", "By Philip",
-          "Jean Delvare", "Decoding EEPROM: ", "Number of SDRAM DIMMs"}) {
+    for (const char* start : {"---=== ", "# decode-dimms version", "Memory Serial Presence Detect",
+                              "By Philip", "Jean Delvare", "Decoding EEPROM: ",
+                              "Number of SDRAM DIMMs", "[stderr] ", "Use of uninitialized value"}) {
         if (line.rfind(start, 0) == 0) {
             return true;
         }
@@ -611,4 +712,31 @@ TEST(SpdPeers, EveryLineOfDecodeDimmsForDdr4)
         {"Total number of bytes in EEPROM", 17},
     };
     EXPECT_EQ(compared.lines, expected);
+}
+
+TEST(SpdPeers, EveryLineOfDecodeDimmsForLpddr)
+{
+    if (!haveSamples()) {
+        GTEST_SKIP() << "the public samples are not at " RECORDKIT_PUBLIC_DATA;
+    }
+    const Compared inLayoutOfDdr3 = compareAll(0xF1, undecodedLines(), {});
+    EXPECT_EQ(inLayoutOfDdr3.images, 3U);
+    const std::map<std::string, int> few = {
+        {"# of bytes written to SDRAM EEPROM", 3},
+        {"EEPROM CRC of bytes 0-116", 3},
+        {"Fundamental Memory type", 3},
+        {"Manufacturer", 3},
+        {"Part Number", 3},
+        {"Total number of bytes in EEPROM", 3},
+    };
+    EXPECT_EQ(inLayoutOfDdr3.lines, few);
+    const Compared lpddr3 = compareAll(0x0F, undecodedLines(), {});
+    EXPECT_EQ(lpddr3.images, 2U);
+    EXPECT_EQ(lpddr3.lines.size(), 9U);
+    const Compared lpddr4 = compareAll(0x11, lpddr4Lines(), {});
+    EXPECT_EQ(lpddr4.images, 1U);
+    EXPECT_EQ(lpddr4.lines.size(), 44U);
+    const Compared lpddr5 = compareAll(0x13, undecodedLines(), {});
+    EXPECT_EQ(lpddr5.images, 1U);
+    EXPECT_EQ(lpddr5.lines.size(), 6U);
 }

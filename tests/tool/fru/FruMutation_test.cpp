@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
-// 10,000 images mutated from the samples, with fixed seeds, through show, verify and set: no
-// crash, no hang, and no file that comes out worse than it went in.
+// 10,000 images mutated from the samples, with fixed seeds, through show, verify and every
+// sub-command that changes an image: no crash, no hang, and no file that comes out worse than it
+// went in.
 #include <cstdio>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <random>
 #include <unistd.h>
 
+#include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/inspect/fru/FruImage.h>
+#include <recordkit/inspect/fru/FruParts.h>
+#include <recordkit/inspect/fru/FruRepair.h>
 
 #include "support/Process.h"
 #include "support/SampleImages.h"
@@ -15,8 +19,8 @@
 #include "tool/Run.h"
 
 using namespace testing_support;
-using recordkit::inspect::FruImage;
-using recordkit::inspect::parseFruImage;
+using namespace recordkit::inspect;
+using Arguments = testing_support::Arguments;
 
 namespace {
 
@@ -151,13 +155,109 @@ protected:
         return files;
     }
 
+    /// Runs a sub-command on a file. Unless it is refused, and leaves the file as it was, nothing
+    /// is worse than it was.
+    bool change(const std::string& file, Arguments words)
+    {
+        const Bytes before = readFile(file);
+        if (below(random, 4) == 0 && words[1] != "repair" && words[1] != "resize") {
+            words.push_back("--ignore-checksum");
+        }
+        const int status = runSilently(words);
+        const Bytes after = readFile(file);
+        if (status != 0) {
+            EXPECT_EQ(status, 1) << file;
+            EXPECT_EQ(after, before) << file << ": refused, and changed";
+            return false;
+        }
+        expectNoWorse(after, before);
+        return true;
+    }
+
+    static void expectNoWorse(const Bytes& after, const Bytes& before)
+    {
+        EXPECT_LE(parse(after).allProblems().size(), parse(before).allProblems().size());
+    }
+
+    /// As a sub-command, without a file.
+    template <typename Work> static void changeInMemory(const Bytes& before, const Work& work)
+    {
+        try {
+            const std::string after = work(std::string(before.begin(), before.end()));
+            expectNoWorse(Bytes(after.begin(), after.end()), before);
+        } catch (const Error&) {
+            return;
+        }
+    }
+
+    /// Whether a text could be set.
+    bool setText(const std::string& file)
+    {
+        const char* const FIELDS[] = {"board.serial", "product.serial", "chassis.serial",
+                                      "board.custom1", "product.asset-tag"};
+        const std::string field = FIELDS[below(random, std::size(FIELDS))];
+        const std::string value(2 + below(random, 20), 'v');
+        Arguments set = {"fru", "set", file, field + "=" + value};
+        if (below(random, 2) == 0) {
+            set.push_back("--grow");
+        }
+        const std::size_t size = readFile(file).size();
+        if (!change(file, set)) {
+            return false;
+        }
+        const FruImage image = parse(readFile(file));
+        EXPECT_EQ(image.size, size);
+        EXPECT_EQ(image.findField(field) == nullptr ? "" : image.findField(field)->value, value);
+        EXPECT_TRUE(image.header.isRight());
+        return true;
+    }
+
+    static void changePartsInMemory(const Bytes& image)
+    {
+        FruEditOptions options;
+        options.repairsChecksums = true;
+        for (const char* const part : {"board.custom", "dc-load", "product"}) {
+            changeInMemory(image, [&](const std::string& bytes) {
+                return addToFruImage(bytes, {{part, ""}}, options).bytes;
+            });
+        }
+        for (const char* const part : {"board", "board.custom1", "dc-output1", "internal"}) {
+            changeInMemory(image, [&](const std::string& bytes) {
+                return removeFromFruImage(bytes, {part}, options).bytes;
+            });
+        }
+        for (const char* const field : {"dc-output1.max-current", "fmc1.tck-max", "oem1.data"}) {
+            changeInMemory(image, [&](const std::string& bytes) {
+                return editFruImage(bytes, {{field, "10"}}, options).bytes;
+            });
+        }
+        changeInMemory(image, [](const std::string& bytes) { return repairFruImage(bytes).bytes; });
+    }
+
+    void changeParts(const std::string& file)
+    {
+        change(file, {"fru", "add", file, "board.custom=4711"});
+        change(file, {"fru", "add", file, "dc-load", "dc-load.output=1"});
+        change(file, {"fru", "set", file, "dc-load1.max-current=100"});
+        change(file, {"fru", "set", file, "dc-output1.max-current=100", "--page", "16"});
+        change(file, {"fru", "remove", file, below(random, 2) == 0 ? "product" : "board.custom1"});
+        change(file, {"fru", "remove", file, "dc-output1"});
+        repaired += change(file, {"fru", "repair", file}) ? 1 : 0;
+        // A larger image can show more of what is wrong.
+        if (parse(readFile(file)).allProblems().empty()) {
+            change(file,
+                   {"fru", "resize", file, "--size", std::to_string(8 + below(random, 2048))});
+        }
+    }
+
     ScratchRoot root;
     Random random{GetParam()};
+    unsigned int repaired = 0;
 };
 
 }
 
-TEST_P(FruMutation, ShowVerifyAndSetHoldOut)
+TEST_P(FruMutation, EverySubCommandHoldsOut)
 {
     const std::vector<std::string> files = writeImages();
     Arguments show = {"fru", "show"};
@@ -170,38 +270,18 @@ TEST_P(FruMutation, ShowVerifyAndSetHoldOut)
     const std::string listed = verified.out.substr(0, verified.out.find("note: "));
     EXPECT_EQ(std::count(listed.begin(), listed.end(), '\n'), IMAGES + 1);
 
-    const char* const FIELDS[] = {"board.serial", "product.serial", "chassis.serial",
-                                  "board.custom1", "product.asset-tag"};
     unsigned int edited = 0;
     for (const std::string& file : files) {
-        const Bytes before = readFile(file);
-        const std::string field = FIELDS[below(random, std::size(FIELDS))];
-        const std::string value(2 + below(random, 20), 'v');
-        Arguments set = {"fru", "set", file, field + "=" + value};
-        if (below(random, 2) == 0) {
-            set.push_back("--grow");
+        changePartsInMemory(readFile(file));
+        edited += setText(file) ? 1 : 0;
+        if (below(random, 16) == 0) {
+            changeParts(file);
         }
-        if (below(random, 4) == 0) {
-            set.push_back("--ignore-checksum");
-        }
-        const int status = runSilently(set);
-        const Bytes after = readFile(file);
-        ASSERT_EQ(after.size(), before.size());
-        if (status != 0) {
-            ASSERT_EQ(status, 1) << file;
-            ASSERT_EQ(after, before) << file << ": refused, and changed";
-            continue;
-        }
-        ++edited;
-        const FruImage image = parse(after);
-        ASSERT_NE(image.findField(field), nullptr);
-        EXPECT_EQ(image.findField(field)->value, value);
-        // Nothing is worse than it was.
-        EXPECT_LE(image.allProblems().size(), parse(before).allProblems().size()) << file;
-        EXPECT_TRUE(image.header.isRight());
     }
     // Many are sound enough to be edited, so that the edit is tried as well as the refusal.
     EXPECT_GE(edited, IMAGES / 50);
+    // Some were repaired by chance, and some of those that are left can be.
+    EXPECT_GE(repaired, 1U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, FruMutation, testing::Range(1U, BATCHES + 1));
