@@ -50,6 +50,8 @@ std::vector<Command> commands()
         fruRemoveCommand(),
         fruRepairCommand(),
         fruResizeCommand(),
+        fruCreateCommand(),
+        fruExportCommand(),
         cpuCommand(),
         nodeCommand(),
         decodeCommand(),
