@@ -34,6 +34,8 @@ prepare() {
     cp "$data/fru/ascii-all.bin" board.bin
     cp board.bin bench.bin
     recordkit fru resize bench.bin --size 256
+    recordkit fru export board.bin >board.json
+    echo '{"board": {"mfg": "Example Works", "serial": "SN4711", "date": "1/10/2017 12:58:00"}}' >frugen.json
     cp board.bin damaged.bin
     printf '\0' | dd of=damaged.bin bs=1 seek=7 conv=notrunc status=none
     mkdir fleet

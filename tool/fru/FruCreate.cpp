@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <recordkit/inspect/bytes/Numbers.h>
+#include <recordkit/inspect/fru/FruLayout.h>
 
 #include "../Commands.h"
 #include "../Files.h"
@@ -54,7 +55,7 @@ Command fruCreateCommand()
             {text("--from", "FILE", "JSON with the fields of the image; - for standard input")
                  .required(),
              text("-o", "IMAGE", "File for the image, which is replaced").required(),
-             number("--size", "BYTES", LEAST_FRU_SIZE, MOST_FRU_SIZE,
+             number("--size", "BYTES", FRU_HEADER_SIZE, FRU_LIMIT,
                     "Size of the image (default: what the JSON says, or as few as needed)"),
              choice("--format", "FORM", {"recordkit", "frugen"},
                     "Whose JSON it is: ours, as fru export prints it, or frugen's")

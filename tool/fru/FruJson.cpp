@@ -16,6 +16,7 @@
 #include <recordkit/inspect/words/ChassisTypes.h>
 #include <recordkit/inspect/words/Languages.h>
 
+#include "../Files.h"
 #include "JsonReader.h"
 
 namespace recordkit::tool {
@@ -450,7 +451,7 @@ FruDescription fruFromJson(const Value& json, unsigned int now)
     }
     if (whole.has(SIZE)) {
         result.size =
-            static_cast<std::size_t>(whole.member(SIZE).number(LEAST_FRU_SIZE, MOST_FRU_SIZE));
+            static_cast<std::size_t>(whole.member(SIZE).number(FRU_HEADER_SIZE, FRU_LIMIT));
     }
     if (whole.has(FILL)) {
         content.blank = readFill(whole.member(FILL));

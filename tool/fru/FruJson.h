@@ -50,10 +50,6 @@ struct FruDescription {
     std::size_t size = 0; ///< 0: as small as possible
 };
 
-/// The smallest and the largest size that an image can be created with.
-constexpr long long LEAST_FRU_SIZE = 8;
-constexpr long long MOST_FRU_SIZE = 65536;
-
 /// Reads the form above. `now` is what the date "now" means, in seconds since 1970. Throws
 /// DataError, whose text begins with the path of what is wrong.
 FruDescription fruFromJson(const Value& json, unsigned int now);

@@ -45,21 +45,13 @@ std::vector<FRU_AREA> orderOf(const FruImage& fru)
     return isThatOfHeader ? std::vector<FRU_AREA>() : order;
 }
 
-/// Where the common header has the offset of an area.
-std::size_t headerOffset(FRU_AREA id)
-{
-    const auto& all = headerAreas();
-    return static_cast<std::size_t>(std::find(all.begin(), all.end(), id) - all.begin()) + 1;
-}
-
 /// An area's offset as the header has it.
 unsigned int checkedUnits(FRU_AREA id, unsigned int offset)
 {
-    constexpr unsigned int LARGEST = 0xFF * FRU_LENGTH_UNIT;
-    if (offset > LARGEST) {
+    if (offset > MAX_UNIT_BYTES) {
         throw DataError(fmt::format("{} area: it would begin at offset {}, the header can say {} "
                                     "at most",
-                                    fruAreaName(id), offset, LARGEST));
+                                    fruAreaName(id), offset, MAX_UNIT_BYTES));
     }
     return offset / FRU_LENGTH_UNIT;
 }
@@ -75,13 +67,6 @@ std::string encodeRecord(const FruRecordContent& record, bool isLast)
     return header + record.data;
 }
 
-}
-
-const std::vector<FRU_AREA>& headerAreas()
-{
-    static const std::vector<FRU_AREA> all = {FRU_AREA_INTERNAL_A, FRU_AREA_CHASSIS, FRU_AREA_BOARD,
-                                              FRU_AREA_PRODUCT, FRU_AREA_MULTIRECORD};
-    return all;
 }
 
 unsigned char FruAreaContent::language() const
@@ -102,10 +87,9 @@ std::string encodeFruArea(const FruAreaContent& area)
 {
     const std::size_t size =
         toLengthUnit(area.usedSize() + static_cast<unsigned int>(area.unused.size()) + 1);
-    constexpr std::size_t LARGEST = 0xFF * FRU_LENGTH_UNIT;
-    if (size > LARGEST) {
+    if (size > MAX_UNIT_BYTES) {
         throw DataError(fmt::format("{} area: {} bytes needed, an area has at most {}",
-                                    fruAreaName(area.id), size, LARGEST));
+                                    fruAreaName(area.id), size, MAX_UNIT_BYTES));
     }
     std::string bytes;
     bytes += static_cast<char>(area.format);

@@ -44,10 +44,6 @@ struct FruContent {
     unsigned char blank = 0x00;       ///< in bytes outside all areas
 };
 
-/// The areas in the order in which the common header has their offsets; the internal use area is
-/// FRU_AREA_INTERNAL_A.
-const std::vector<FRU_AREA>& headerAreas();
-
 /// The bytes of an area, with more unused bytes up to a multiple of 8. Throws DataError for more
 /// bytes than the length byte can say.
 std::string encodeFruArea(const FruAreaContent& area);

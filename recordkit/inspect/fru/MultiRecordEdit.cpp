@@ -430,11 +430,10 @@ void setRecordField(const std::string& name, FruRecordContent& record, const std
     }
     FruRecordContent edited = record;
     edited.data = withValue(record.data, *found, isRest, fullName, value);
-    unsigned int missing = decode(edited).missing;
-    while (missing != 0 && missing <= MAX_RECORD && size == RecordSize::EXTENDED) {
-        edited.data.resize(missing, '\0');
-        missing = decode(edited).missing;
+    if (size == RecordSize::EXTENDED) {
+        complete(edited);
     }
+    const unsigned int missing = decode(edited).missing;
     if (missing > before.missing) {
         throw DataError(fmt::format("{}: the record has {}, with \"{}\" it needs {}", fullName,
                                     counted(record.data.size(), "byte"), printable(value),
