@@ -167,6 +167,15 @@ TEST(FruJson, TextsHaveTheirCoding)
               (Bytes{26 - 4, 0xC0, 0xC3, 0x41, 0x42, 0x43, 0xC0, 0xC4, 'a', 0, 'b'}));
 }
 
+TEST(FruJson, TextsThatNoValueStandsForAreExportedAsBytes)
+{
+    const std::string json =
+        R"({"size":40,"product":{"language":"de","manufacturer":"",)"
+        R"("name":{"bytes":"414243","coding":"text"},"part-number":{"bytes":"DEF0","coding":"BCD plus"},)"
+        R"("version":"ab","serial":"","asset-tag":"","file-id":{"value":"AB","coding":"binary"}}})";
+    EXPECT_EQ(exported(text(created(json))), json);
+}
+
 TEST(FruJson, AreasHaveTheirSizeAndUnusedBytes)
 {
     const Bytes small = created(R"({"chassis": {"unused": "0A0B"}})");
