@@ -41,7 +41,7 @@ void run(const Arguments& arguments)
         printBytes(indentedJson(json));
         std::vector<std::string> lost = lostByJson(bytes, created);
         for (std::string& each : lost) {
-            each = "not in the JSON: " + each;
+            each.insert(0, "not in the JSON: ");
         }
         return lost;
     });

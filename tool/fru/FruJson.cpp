@@ -410,7 +410,7 @@ Value jsonOfRecord(const FruRecordContent& record)
     const MultiRecord decodedRecord = decodeMultiRecords({{record.type, 0, record.data}}).front();
     // A word that several numbers have does not express its number.
     for (const Words words : {Words::SHOWN, Words::NUMBERS}) {
-        const Value json = jsonOfFields(record, decodedRecord, words);
+        Value json = jsonOfFields(record, decodedRecord, words);
         if (isRecordOf(json, record)) {
             return json;
         }

@@ -6,15 +6,13 @@
 
 #include <recordkit/fru/FRUTables.h>
 #include <recordkit/inspect/bytes/Error.h>
+#include <recordkit/inspect/fru/FruFormat.h>
 #include <recordkit/inspect/fru/FruLayout.h>
 #include <recordkit/inspect/fru/FruNames.h>
 
 namespace recordkit::inspect {
 
 namespace {
-
-constexpr unsigned int AREA_START = 2; ///< format and length
-constexpr unsigned char LAST_RECORD = 0x80;
 
 /// The byte that makes all of them add up to 0.
 char balanceOf(const std::string& bytes)
@@ -60,7 +58,7 @@ std::string encodeRecord(const FruRecordContent& record, bool isLast)
 {
     std::string header;
     header += static_cast<char>(record.type);
-    header += static_cast<char>(record.format | (isLast ? LAST_RECORD : 0));
+    header += static_cast<char>(record.format | (isLast ? MULTIRECORD_LAST : 0));
     header += static_cast<char>(record.data.size());
     header += balanceOf(record.data);
     header += balanceOf(header);
@@ -76,7 +74,7 @@ unsigned char FruAreaContent::language() const
 
 unsigned int FruAreaContent::usedSize() const
 {
-    std::size_t size = AREA_START + start.size() + 1;
+    std::size_t size = FRU_AREA_START + start.size() + 1;
     for (const FruText& text : texts) {
         size += 1 + text.bytes.size();
     }
@@ -122,7 +120,7 @@ FruAreaContent contentOf(const FruAreaImage& area, ByteView image)
     const auto coded = std::find_if(area.fields.begin(), area.fields.end(),
                                     [](const FruField& field) { return field.isCoded; });
     const unsigned int end = area.extent.end() - 1 - area.unused;
-    const unsigned int from = area.extent.offset + AREA_START;
+    const unsigned int from = area.extent.offset + FRU_AREA_START;
     const unsigned int to = coded == area.fields.end() ? end - 1 : coded->offset;
     content.start = image.part(from, to - from).text();
     for (auto field = coded; field != area.fields.end(); ++field) {
@@ -134,8 +132,8 @@ FruAreaContent contentOf(const FruAreaImage& area, ByteView image)
 
 FruRecordContent contentOf(const FruMultiRecord& record, ByteView image)
 {
-    const unsigned char format = image[record.extent.offset + 1];
-    return {record.type, static_cast<unsigned char>(format & ~LAST_RECORD), record.bytes};
+    const unsigned char format = image[record.extent.offset + MULTIRECORD_FORMAT_BYTE];
+    return {record.type, static_cast<unsigned char>(format & ~MULTIRECORD_LAST), record.bytes};
 }
 
 FruContent contentOf(const FruImage& fru, ByteView image)
@@ -188,7 +186,7 @@ std::string buildFruImage(const FruContent& content, std::size_t size)
     std::vector<FRU_AREA> order = content.order;
     order.insert(order.end(), headerAreas().begin(), headerAreas().end());
     std::string header(FRU_HEADER_SIZE - 1, '\0');
-    header[0] = 1;
+    header[0] = FRU_FORMAT;
     std::string areas;
     for (const FRU_AREA id : order) {
         const auto block = blocks.find(id);

@@ -8,6 +8,7 @@
 
 #include <recordkit/fru/FRUItem.h>
 #include <recordkit/inspect/bytes/ByteView.h>
+#include <recordkit/inspect/fru/FruFormat.h>
 #include <recordkit/inspect/fru/FruImage.h>
 #include <recordkit/inspect/fru/FruText.h>
 
@@ -18,10 +19,10 @@ namespace recordkit::inspect {
 /// A chassis, board or product area.
 struct FruAreaContent {
     FRU_AREA id = FRU_AREA_BOARD;
-    unsigned char format = 1;   ///< its first byte
-    std::string start;          ///< language, chassis type or date: what is before the texts
-    std::vector<FruText> texts; ///< in the order of fruFieldNames, then the custom fields
-    std::string unused = {};    ///< between end marker and checksum
+    unsigned char format = FRU_FORMAT; ///< its first byte
+    std::string start;                 ///< language, chassis type or date: what is before the texts
+    std::vector<FruText> texts;        ///< in the order of fruFieldNames, then the custom fields
+    std::string unused = {};           ///< between end marker and checksum
 
     unsigned char language() const;
     /// Up to the end marker.
@@ -31,7 +32,8 @@ struct FruAreaContent {
 /// A record of the multirecord area.
 struct FruRecordContent {
     unsigned char type = 0;
-    unsigned char format = 2; ///< with the reserved bits; not that of the last record
+    unsigned char format =
+        MULTIRECORD_FORMAT; ///< with the reserved bits; not that of the last record
     std::string data;
 };
 

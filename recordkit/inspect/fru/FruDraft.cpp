@@ -156,7 +156,7 @@ std::string FruDraft::encode(FruAreaContent area)
 {
     const FruAreaImage* const old = fru.findArea(area.id);
     if (old == nullptr) {
-        const std::string encoded = encodeFruArea(area);
+        std::string encoded = encodeFruArea(area);
         if (encoded.size() > MAX_AREA_SIZE) {
             throw DataError(
                 fmt::format("{} area: {} bytes needed, and an area has at most {} bytes",

@@ -9,6 +9,7 @@
 #include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/fru/FruDraft.h>
+#include <recordkit/inspect/fru/FruFormat.h>
 #include <recordkit/inspect/fru/FruImage.h>
 #include <recordkit/inspect/fru/FruNames.h>
 #include <recordkit/inspect/fru/MfgDate.h>
@@ -19,8 +20,6 @@
 namespace recordkit::inspect {
 
 namespace {
-
-constexpr unsigned int AREA_START = 2; ///< format and length
 
 /// A field of an area to change: where it is, and to which value.
 struct AreaStep {
@@ -127,7 +126,7 @@ private:
         if (!step.field->isCoded) {
             const std::string value = encodeFixedField(step.edit, options.now);
             FruAreaContent& area = draft.area(step.area->id);
-            area.start.replace(step.field->offset - step.area->extent.offset - AREA_START,
+            area.start.replace(step.field->offset - step.area->extent.offset - FRU_AREA_START,
                                value.size(), value);
         }
     }

@@ -9,6 +9,7 @@
 #include <recordkit/fru/FRUTables.h>
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Text.h>
+#include <recordkit/inspect/fru/FruFormat.h>
 #include <recordkit/inspect/fru/FruNames.h>
 #include <recordkit/inspect/fru/ImageDevice.h>
 #include <recordkit/inspect/fru/MfgDate.h>
@@ -17,12 +18,6 @@
 namespace recordkit::inspect {
 
 namespace {
-
-constexpr unsigned int HEADER_SIZE = 8;
-constexpr unsigned int HEADER_PAD = 6;
-constexpr unsigned int AREA_LENGTH = 1;
-constexpr unsigned char FORMAT_VERSION = 1;
-constexpr unsigned char FORMAT_BITS = 0x0F;
 
 unsigned char sumOf(ByteView bytes)
 {
@@ -58,7 +53,7 @@ public:
         }
         area.checksum = checksumOf(bytes, area.extent.offset, area.extent.size - 1, last());
         const unsigned char format = bytes[area.extent.offset];
-        if ((format & FORMAT_BITS) != FORMAT_VERSION) {
+        if ((format & FRU_FORMAT_BITS) != FRU_FORMAT) {
             problem(fmt::format("format version {:02X}h at offset {}, expected 01h", format,
                                 area.extent.offset));
         }
@@ -80,14 +75,14 @@ private:
     bool findExtent()
     {
         FruExtent& extent = area.extent;
-        if (extent.offset + AREA_LENGTH >= bytes.size()) {
+        if (extent.offset + FRU_AREA_LENGTH >= bytes.size()) {
             problem(fmt::format("starts at offset {}, past the end of the {}-byte image",
                                 extent.offset, bytes.size()));
             return false;
         }
-        const unsigned int size = bytes[extent.offset + AREA_LENGTH] * FRU_LENGTH_UNIT;
+        const unsigned int size = bytes[extent.offset + FRU_AREA_LENGTH] * FRU_LENGTH_UNIT;
         if (size == 0) {
-            problem(fmt::format("length byte at offset {} is 0", extent.offset + AREA_LENGTH));
+            problem(fmt::format("length byte at offset {} is 0", extent.offset + FRU_AREA_LENGTH));
             return false;
         }
         if (size > bytes.size() - extent.offset) {
@@ -222,27 +217,27 @@ private:
 
     bool readHeader()
     {
-        if (bytes.size() < HEADER_SIZE) {
+        if (bytes.size() < FRU_HEADER_SIZE) {
             headerProblem(
                 fmt::format("no FRU image: {} bytes, expected a common header of {} at offset 0",
-                            bytes.size(), HEADER_SIZE));
+                            bytes.size(), FRU_HEADER_SIZE));
             return false;
         }
-        if ((bytes[0] & FORMAT_BITS) != FORMAT_VERSION) {
+        if ((bytes[0] & FRU_FORMAT_BITS) != FRU_FORMAT) {
             headerProblem(fmt::format(
                 "no FRU image: format version {:02X}h at offset 0, expected 01h", bytes[0]));
             return false;
         }
         image.isFru = true;
-        image.header = checksumOf(bytes, 0, HEADER_SIZE - 1, HEADER_SIZE - 1);
+        image.header = checksumOf(bytes, 0, FRU_HEADER_SIZE - 1, FRU_HEADER_SIZE - 1);
         if (!image.header.isRight()) {
             headerProblem("common header: " + wrongChecksum(image.header));
         }
-        if (bytes[HEADER_PAD] != 0) {
+        if (bytes[FRU_HEADER_PAD] != 0) {
             headerProblem(fmt::format("common header: pad byte {:02X}h at offset {}, expected 00h",
-                                      bytes[HEADER_PAD], HEADER_PAD));
+                                      bytes[FRU_HEADER_PAD], FRU_HEADER_PAD));
         }
-        addExtent({"header", 0, HEADER_SIZE});
+        addExtent({"header", 0, FRU_HEADER_SIZE});
         return true;
     }
 
@@ -271,27 +266,24 @@ private:
 
     void readRecords(unsigned int offset)
     {
-        constexpr unsigned int RECORD_HEADER = 5;
-        constexpr unsigned char RECORD_FORMAT = 2;
-        constexpr unsigned char END_OF_LIST = 0x80;
         unsigned int at = offset;
         for (bool isLast = false; !isLast;) {
             const std::string name = fmt::format("multirecord {}", image.records.size() + 1);
-            if (at > bytes.size() || bytes.size() - at < RECORD_HEADER) {
+            if (at > bytes.size() || bytes.size() - at < MULTIRECORD_HEADER) {
                 problem(fmt::format("{}: no room for its header at offset {} in {} bytes", name, at,
                                     bytes.size()));
                 break;
             }
             FruMultiRecord record;
             record.type = bytes[at];
-            record.format = bytes[at + 1] & FORMAT_BITS;
-            record.isLast = isLast = (bytes[at + 1] & END_OF_LIST) != 0;
-            const unsigned int length = bytes[at + 2];
-            record.extent = {name, at, RECORD_HEADER + length};
-            record.header = checksumOf(bytes, at, RECORD_HEADER - 1, at + RECORD_HEADER - 1);
-            if (record.format != RECORD_FORMAT) {
+            record.format = bytes[at + MULTIRECORD_FORMAT_BYTE] & FRU_FORMAT_BITS;
+            record.isLast = isLast = (bytes[at + MULTIRECORD_FORMAT_BYTE] & MULTIRECORD_LAST) != 0;
+            const unsigned int length = bytes[at + MULTIRECORD_LENGTH];
+            record.extent = {name, at, MULTIRECORD_HEADER + length};
+            record.header = checksumOf(bytes, at, MULTIRECORD_CHECKSUM, at + MULTIRECORD_CHECKSUM);
+            if (record.format != MULTIRECORD_FORMAT) {
                 problem(fmt::format("{}: format {} at offset {}, expected {}", name, record.format,
-                                    at + 1, RECORD_FORMAT));
+                                    at + MULTIRECORD_FORMAT_BYTE, MULTIRECORD_FORMAT));
                 break;
             }
             if (!record.header.isRight()) {
@@ -303,11 +295,12 @@ private:
                                     name, record.extent.size, at, bytes.size()));
                 break;
             }
-            record.data = checksumOf(bytes, at + RECORD_HEADER, length, at + 3);
+            record.data =
+                checksumOf(bytes, at + MULTIRECORD_HEADER, length, at + MULTIRECORD_DATA_CHECKSUM);
             if (!record.data.isRight()) {
                 problem(fmt::format("{}: data {}", name, wrongChecksum(record.data)));
             }
-            record.bytes = bytes.part(at + RECORD_HEADER, length).text();
+            record.bytes = bytes.part(at + MULTIRECORD_HEADER, length).text();
             image.records.push_back(record);
             at = record.extent.end();
         }

@@ -8,11 +8,9 @@
 #include <vector>
 
 #include <recordkit/fru/FRUTables.h>
+#include <recordkit/inspect/fru/FruFormat.h>
 
 namespace recordkit::inspect {
-
-/// The size of the common header.
-constexpr unsigned int FRU_HEADER_SIZE = 8;
 
 /// The largest area that FRUArea can store: its size has eight bits.
 constexpr unsigned int MAX_AREA_SIZE = 248;

@@ -8,6 +8,7 @@
 
 #include <recordkit/fru/FRUTables.h>
 #include <recordkit/inspect/bytes/Error.h>
+#include <recordkit/inspect/fru/FruFormat.h>
 #include <recordkit/inspect/fru/FruImage.h>
 #include <recordkit/inspect/fru/FruLayout.h>
 #include <recordkit/inspect/fru/FruNames.h>
@@ -15,14 +16,6 @@
 namespace recordkit::inspect {
 
 namespace {
-
-constexpr unsigned int HEADER_PAD = 6;
-constexpr unsigned char FORMAT_BITS = 0x0F;
-constexpr unsigned char AREA_FORMAT = 1;
-constexpr unsigned char RECORD_FORMAT = 2;
-constexpr unsigned char LAST_RECORD = 0x80;
-constexpr unsigned int RECORD_HEADER = 5;
-constexpr unsigned int RECORD_DATA_CHECKSUM = 3;
 
 bool isAll(ByteView bytes, unsigned char value)
 {
@@ -65,12 +58,12 @@ private:
     /// Whether the header's offsets can be relied on then.
     bool repairHeader(const FruImage& image)
     {
-        const auto pad = at(HEADER_PAD);
+        const auto pad = at(FRU_HEADER_PAD);
         const unsigned char withoutPad = static_cast<unsigned char>(image.header.expected + pad);
         if (!image.header.isRight() && image.header.stored != withoutPad && !areAllRight(image)) {
             return false; // an offset may be what is wrong
         }
-        set("common header: pad byte", HEADER_PAD, 0);
+        set("common header: pad byte", FRU_HEADER_PAD, 0);
         set("common header: checksum", image.header.offset, withoutPad);
         return true;
     }
@@ -129,7 +122,7 @@ private:
         const ByteView area = ByteView(bytes).part(offset, size);
         const unsigned int sum = std::accumulate(area.begin(), area.end(), 0U);
         const unsigned int length = size / FRU_LENGTH_UNIT;
-        return ((sum - at(offset + 1) + length) & 0xFF) == 0;
+        return ((sum - at(offset + FRU_AREA_LENGTH) + length) & 0xFF) == 0;
     }
 
     /// The smallest size by which the area's checksum is right; 0 if there is none.
@@ -147,7 +140,7 @@ private:
     {
         const FruImage image = parseFruImage(bytes);
         const FruAreaImage* const area = image.findArea(id);
-        if (area == nullptr || area->extent.offset + 1 >= bytes.size() ||
+        if (area == nullptr || area->extent.offset + FRU_AREA_LENGTH >= bytes.size() ||
             isInside(image, area->extent.offset)) {
             return;
         }
@@ -156,11 +149,11 @@ private:
         const unsigned int limit = limitOf(image, offset);
         const unsigned int size = area->extent.size;
         const bool isCut = size == 0 || offset + size > limit;
-        const bool isArea = (at(offset) & FORMAT_BITS) == AREA_FORMAT;
+        const bool isArea = (at(offset) & FRU_FORMAT_BITS) == FRU_FORMAT;
         const auto end = findEnd(id, offset, limit);
         if (end && (isCut || *end + 1 >= offset + size)) {
             if (const unsigned int right = sizeWith(offset, *end, limit)) {
-                set(name + "length byte", offset + 1,
+                set(name + "length byte", offset + FRU_AREA_LENGTH,
                     static_cast<unsigned char>(right / FRU_LENGTH_UNIT));
             }
         } else if (isArea && !end && !isCut) {
@@ -193,13 +186,13 @@ private:
             return;
         }
         const unsigned char format = at(area.extent.offset);
-        if ((format & FORMAT_BITS) != AREA_FORMAT) {
-            const auto change = static_cast<unsigned char>(AREA_FORMAT - format);
+        if ((format & FRU_FORMAT_BITS) != FRU_FORMAT) {
+            const auto change = static_cast<unsigned char>(FRU_FORMAT - format);
             if (static_cast<unsigned char>(area.checksum.expected - change) !=
                 area.checksum.stored) {
                 return; // what it is remains unknown
             }
-            set(name + "format byte", area.extent.offset, AREA_FORMAT);
+            set(name + "format byte", area.extent.offset, FRU_FORMAT);
             return;
         }
         set(name + "checksum", area.checksum.offset, area.checksum.expected);
@@ -225,32 +218,36 @@ private:
             const std::string name = fmt::format("multirecord {}: ", number);
             if (isBlank(ByteView(bytes).part(offset, limit - offset))) {
                 if (last) {
-                    set(fmt::format("multirecord {}: end of list", number - 1), *last + 1,
-                        at(*last + 1) | LAST_RECORD);
+                    set(fmt::format("multirecord {}: end of list", number - 1),
+                        *last + MULTIRECORD_FORMAT_BYTE,
+                        at(*last + MULTIRECORD_FORMAT_BYTE) | MULTIRECORD_LAST);
                     setHeaderChecksum(fmt::format("multirecord {}: ", number - 1), *last);
                 }
                 return;
             }
-            if (!repairRecord(name, offset, limit) || (at(offset + 1) & LAST_RECORD) != 0) {
+            if (!repairRecord(name, offset, limit) ||
+                (at(offset + MULTIRECORD_FORMAT_BYTE) & MULTIRECORD_LAST) != 0) {
                 return;
             }
             last = offset;
-            offset += RECORD_HEADER + at(offset + 2);
+            offset += MULTIRECORD_HEADER + at(offset + MULTIRECORD_LENGTH);
         }
     }
 
     /// Whether it is a record now.
     bool repairRecord(const std::string& name, unsigned int offset, unsigned int limit)
     {
-        if (limit - offset < RECORD_HEADER || (at(offset + 1) & FORMAT_BITS) != RECORD_FORMAT ||
-            limit - offset - RECORD_HEADER < at(offset + 2)) {
+        if (limit - offset < MULTIRECORD_HEADER ||
+            (at(offset + MULTIRECORD_FORMAT_BYTE) & FRU_FORMAT_BITS) != MULTIRECORD_FORMAT ||
+            limit - offset - MULTIRECORD_HEADER < at(offset + MULTIRECORD_LENGTH)) {
             return false;
         }
         const FruChecksum header = headerChecksum(offset);
-        const FruChecksum data = checksumOf(bytes, offset + RECORD_HEADER, at(offset + 2),
-                                            offset + RECORD_DATA_CHECKSUM);
-        const bool isLast = (at(offset + 1) & LAST_RECORD) != 0;
-        const unsigned int next = offset + RECORD_HEADER + at(offset + 2);
+        const FruChecksum data =
+            checksumOf(bytes, offset + MULTIRECORD_HEADER, at(offset + MULTIRECORD_LENGTH),
+                       offset + MULTIRECORD_DATA_CHECKSUM);
+        const bool isLast = (at(offset + MULTIRECORD_FORMAT_BYTE) & MULTIRECORD_LAST) != 0;
+        const unsigned int next = offset + MULTIRECORD_HEADER + at(offset + MULTIRECORD_LENGTH);
         if (!header.isRight() && (!data.isRight() || !(isLast || isRecord(next, limit)))) {
             return false;
         }
@@ -262,13 +259,14 @@ private:
     /// Whether there is a record's header, which is right.
     bool isRecord(unsigned int offset, unsigned int limit) const
     {
-        return offset <= limit && limit - offset >= RECORD_HEADER &&
-               (at(offset + 1) & FORMAT_BITS) == RECORD_FORMAT && headerChecksum(offset).isRight();
+        return offset <= limit && limit - offset >= MULTIRECORD_HEADER &&
+               (at(offset + MULTIRECORD_FORMAT_BYTE) & FRU_FORMAT_BITS) == MULTIRECORD_FORMAT &&
+               headerChecksum(offset).isRight();
     }
 
     FruChecksum headerChecksum(unsigned int record) const
     {
-        return checksumOf(bytes, record, RECORD_HEADER - 1, record + RECORD_HEADER - 1);
+        return checksumOf(bytes, record, MULTIRECORD_CHECKSUM, record + MULTIRECORD_CHECKSUM);
     }
 
     void setHeaderChecksum(const std::string& name, unsigned int record)

@@ -346,7 +346,7 @@ struct RecordBuilder {
                 return;
             }
             if (!lacksField || !addElement()) {
-                throw *refusal;
+                throw DataError(refusal->what());
             }
         }
         throw DataError(fmt::format("{}: its values contradict each other", name));

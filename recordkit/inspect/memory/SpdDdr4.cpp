@@ -45,18 +45,6 @@ unsigned int ranksOfPackage(ByteView image)
                : 1;
 }
 
-Value bytesUsed(ByteView image, const Place& place)
-{
-    const unsigned int code = codeAt(image, place);
-    return code == 0 ? Value() : code <= 4 ? Value(128LL * code) : reservedCode(code);
-}
-
-Value bytesTotal(ByteView image, const Place& place)
-{
-    const unsigned int code = codeAt(image, place);
-    return code == 0 ? Value() : code <= 2 ? Value(256LL * code) : reservedCode(code);
-}
-
 Value hybrid(ByteView image, const Place& place)
 {
     const unsigned int code = codeAt(image, place); // bit 7: the module is hybrid; 6..4: the media

@@ -50,18 +50,6 @@ bool isLpddr5(ByteView image)
     return image[DEVICE_TYPE] == LPDDR5 || image[DEVICE_TYPE] == LPDDR5X;
 }
 
-Value bytesUsed(ByteView image, const Place& place)
-{
-    const unsigned int code = codeAt(image, place);
-    return code == 0 ? Value() : code <= 4 ? Value(128LL * code) : reservedCode(code);
-}
-
-Value bytesTotal(ByteView image, const Place& place)
-{
-    const unsigned int code = codeAt(image, place);
-    return code == 0 ? Value() : code <= 2 ? Value(256LL * code) : reservedCode(code);
-}
-
 Value hybrid(ByteView image, const Place& place)
 {
     const unsigned int code = codeAt(image, place); // bit 7: the module is hybrid; 6..4: the media

@@ -114,6 +114,18 @@ Value registers(ByteView image, const Place& place)
     return code == 0 ? Value() : Value(1LL << (code - 1));
 }
 
+Value bytesUsed(ByteView image, const Place& place)
+{
+    const unsigned int code = codeAt(image, place);
+    return code == 0 ? Value() : code <= 4 ? Value(128LL * code) : reservedCode(code);
+}
+
+Value bytesTotal(ByteView image, const Place& place)
+{
+    const unsigned int code = codeAt(image, place);
+    return code == 0 ? Value() : code <= 2 ? Value(256LL * code) : reservedCode(code);
+}
+
 Value maker(ByteView image, const Place& place)
 {
     std::string name = memoryMakerName(image[place.offset], image[place.offset + 1]);

@@ -86,7 +86,9 @@ Value referenceCard(ByteView image, const Place& place);  ///< one byte, and its
 Value mapping(ByteView image, const Place& place);
 Value registers(ByteView image, const Place& place); ///< none for code 0
 Value maker(ByteView image, const Place& place);
-Value nibbles(ByteView image, const Place& place); ///< "3.1"; none for FFh
+Value bytesUsed(ByteView image, const Place& place);  ///< DDR4, and LPDDR by the same bits
+Value bytesTotal(ByteView image, const Place& place); ///< the same
+Value nibbles(ByteView image, const Place& place);    ///< "3.1"; none for FFh
 
 /// Sets the facts of a table.
 void readFacts(Spd& spd, ByteView image, const SpdRow* rows, std::size_t count);
