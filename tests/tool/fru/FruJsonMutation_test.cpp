@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // 1,000 JSON texts mutated from what fru export prints, with fixed seeds, through fru create: each
-// becomes an image that parses without a problem, or nothing is written and the text is named.
+// becomes an image that parses without a problem, or nothing is written and the text is named. Ten
+// times as many are read in memory.
 #include <gtest/gtest.h>
 #include <random>
 
@@ -9,9 +10,13 @@
 #include "support/Process.h"
 #include "support/SampleImages.h"
 #include "support/ScratchRoot.h"
+#include "tool/fru/FruJson.h"
+#include "tool/fru/FrugenJson.h"
+#include "tool/print/Json.h"
+#include "tool/print/JsonInput.h"
 
 using namespace testing_support;
-using recordkit::inspect::parseFruImage;
+using namespace recordkit::tool;
 
 namespace {
 
@@ -148,4 +153,39 @@ TEST_P(FruJsonMutation, CreatesAnImageOrNothing)
     }
     EXPECT_GT(done, 0U);
     EXPECT_LT(done, TEXTS);
+}
+
+TEST_P(FruJsonMutation, IsReadOrRefusedInMemory)
+{
+    constexpr unsigned int NOW = 1795000000;
+    constexpr unsigned int MORE_TEXTS = 1000;
+    Random random(BATCHES + GetParam());
+    std::vector<std::string> texts;
+    for (const std::string& path : sampleImages()) {
+        const auto file = readFile(path);
+        const std::string bytes(file.begin(), file.end());
+        const auto image = parseFruImage(bytes);
+        if (image.allProblems().empty()) {
+            texts.push_back(indentedJson(jsonOfFru({contentOf(image, bytes), bytes.size()})));
+        }
+    }
+    unsigned int done = 0;
+    for (unsigned int i = 0; i < MORE_TEXTS; ++i) {
+        const std::string text = mutated(random, texts[below(random, texts.size())]);
+        try {
+            const FruDescription read = fruFromJson(readJson(text), NOW);
+            const std::string built = buildFruImage(read.content, read.size);
+            ASSERT_TRUE(parseFruImage(built).isFru);
+            ++done;
+        } catch (const Error& e) {
+            ASSERT_STRNE(e.what(), "");
+        }
+        try {
+            static_cast<void>(fruFromFrugenJson(readJson(text, JsonComments::SKIPPED), NOW));
+        } catch (const Error& e) {
+            ASSERT_STRNE(e.what(), "");
+        }
+    }
+    EXPECT_GT(done, 0U);
+    EXPECT_LT(done, MORE_TEXTS);
 }
