@@ -40,6 +40,8 @@ Command fruAddCommand();
 Command fruRemoveCommand();
 Command fruRepairCommand();
 Command fruResizeCommand();
+Command fruCreateCommand();
+Command fruExportCommand();
 Command cpuCommand();
 Command nodeCommand();
 Command decodeCommand();

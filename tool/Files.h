@@ -14,6 +14,7 @@ enum InputLimit : std::size_t {
     DUMP_LIMIT = 65536, ///< an SPD image as text
     ROM_LIMIT = 65536,
     RULES_LIMIT = 1UL << 20,
+    FRU_JSON_LIMIT = 16UL << 20, ///< a FRU image as JSON
     EEPROM_LIMIT = 65536,
     LARGE_LIMIT = 64UL << 20, ///< repositories, event records, documents
 };

@@ -7,7 +7,8 @@
 #
 # In an indented block, a line that begins with "$ " is run, and what it prints is what follows up
 # to the next such line or the end of the block; a line that begins with "recordkit " is run and
-# must end with 0. Each page starts in a folder of its own with samples: event records, images of a
+# must end with 0. So must the commands in the tables of docs/peers.md, in which each row names a test.
+# Each page starts in a folder of its own with samples: event records, images of a
 # board, a processor and two memory modules, EEPROM images, and the root of a machine whose board 1
 # has events.
 set -eu
@@ -33,6 +34,8 @@ prepare() {
     cp "$data/fru/ascii-all.bin" board.bin
     cp board.bin bench.bin
     recordkit fru resize bench.bin --size 256
+    recordkit fru export board.bin >board.json
+    echo '{"board": {"mfg": "Example Works", "serial": "SN4711", "date": "1/10/2017 12:58:00"}}' >frugen.json
     cp board.bin damaged.bin
     printf '\0' | dd of=damaged.bin bs=1 seek=7 conv=notrunc status=none
     mkdir fleet
@@ -75,9 +78,22 @@ render() {
         *)
             state=text
             printf '%s\n' "$line"
+            case "$1: $line" in "docs/peers.md: | "*\`*) peers_row "$line" ;; esac
             ;;
         esac
     done <"$source/$1"
+}
+
+# A row of docs/peers.md: its commands, and that it names a test.
+peers_row() {
+    local cell output
+    printf '%s\n' "$1" | grep -oE '`(recordkit|ipmi-fru) [^`]*`' | tr -d '`' | while IFS= read -r cell; do
+        command -v "${cell%% *}" >/dev/null || continue
+        output=$(eval "$cell" 2>&1) && [ -n "$output" ] ||
+            echo "docs: docs/peers.md: failed: $cell" >&2
+    done
+    printf '%s\n' "$1" | grep -qE '`[A-Z][A-Za-z]*[.][A-Z][A-Za-z0-9]*` \|$|`[A-Z][A-Za-z]*[.][A-Z][A-Za-z0-9]*`, ' ||
+        echo "docs: docs/peers.md: a row without a test: $1" >&2
 }
 
 status=0

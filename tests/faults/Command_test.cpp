@@ -39,6 +39,7 @@ const SubCommand COMMANDS[] = {
     {"FruSetInPlace",     {"fru", "set", "ROOT/board.bin", "board.serial=SN4711", "--in-place"}},
     {"FruSetPaged",       {"fru", "set", "ROOT/board.bin", "board.serial=SN4711", "--page", "8"}},
     {"FruAdd",            {"fru", "add", "ROOT/board.bin", "board.custom=4711"}},
+    {"FruCreate",         {"fru", "create", "--from", "ROOT/board.json", "-o", "ROOT/created.bin"}},
     {"EepromCreate",      {"eeprom", "create", "ROOT/new"}},
     {"SettingInit",       {"eeprom", "setting", "init", "--images", "ROOT/images"}},
     {"SettingWrite",      {"eeprom", "setting", "write", "0", "ROOT/one.hex", "--images", "ROOT/images"}},
@@ -79,6 +80,7 @@ protected:
         if (GetParam().name == std::string("SelRepair")) {
             fs::resize_file(world.at("/var/tav/fmem/ipmi/sb1_bmc_sel2"), 50000);
         }
+        writeFile(world.at("/board.json"), R"({"board": {"serial": "SN4711"}})");
         writeFile(world.at("/one.hex"), "0100027856341220000404010157a16c\n");
         Bytes event = {0xFF, 0xFF, 0x01, 0x00, 0x02, 0x78, 0x56, 0x34, 0x12, 0x20,
                        0x00, 0x04, 0x04, 0x01, 0x01, 0x57, 0xA1, 0x6C, 0x0D};

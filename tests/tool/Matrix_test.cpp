@@ -69,6 +69,8 @@ const std::vector<Row> ROWS = {
     {"fru remove", {"INPUT", "product"}, FRU, true, false, false, true},
     {"fru repair", {"INPUT"}, "DAMAGED FRU", true, false, false, true},
     {"fru resize", {"INPUT", "--size", "512"}, FRU, true, false, false, true},
+    {"fru create", {"--from", "INPUT", "-o", "ROOT/created"}, "FRU JSON", true},
+    {"fru export", {"INPUT"}, FRU},
     {"cpu", {"INPUT"}, ROM},
     {"node", {}},
     {"decode", {"PSUStatus", "INPUT"}, "TWO BYTES"},
@@ -117,6 +119,7 @@ protected:
         writeFile(at + "/index.json",
                   R"([{"number": 0, "eeprom": 4, "offset": 1024, "size": 256}])");
         writeFile(at + "/two-bytes", Bytes{1, 3});
+        writeFile(at + "/fru.json", R"({"board": {"serial": "SN1"}})");
         Bytes record = compactSdr(1, "PS1");
         record[8] = 10; // its entity
         writeFile(at + "/one.sdr", record);
@@ -144,11 +147,10 @@ protected:
     /// A file with a good input, which may be changed.
     std::string good(const std::string& name = "/good") const
     {
-        const std::map<std::string, std::string> made = {{"TWO BYTES", "/two-bytes"},
-                                                         {"INDEX", "/index.json"},
-                                                         {"EVENTS", "/tmp/sb0_bmc_sel0"},
-                                                         {"SENSOR RECORD", "/one.sdr"},
-                                                         {"DAMAGED FRU", "/damaged.bin"}};
+        const std::map<std::string, std::string> made = {
+            {"TWO BYTES", "/two-bytes"},     {"INDEX", "/index.json"},
+            {"EVENTS", "/tmp/sb0_bmc_sel0"}, {"SENSOR RECORD", "/one.sdr"},
+            {"DAMAGED FRU", "/damaged.bin"}, {"FRU JSON", "/fru.json"}};
         const auto found = made.find(GetParam().input);
         const std::string from = found == made.end() ? GetParam().input : root.at(found->second);
         writeFile(root.at(name), readFile(from));

@@ -26,6 +26,36 @@ char balanceOf(const std::string& bytes)
     return static_cast<char>(0U - sum);
 }
 
+/// Where areas are, in their order.
+std::vector<FRU_AREA> orderOf(const FruImage& fru)
+{
+    std::vector<FRU_AREA> order;
+    for (const FruExtent& extent : fru.extents) {
+        for (const FRU_AREA id : headerAreas()) {
+            if (extent.name == fruAreaName(id)) {
+                order.push_back(id);
+            }
+        }
+    }
+    const auto& all = headerAreas();
+    const bool isThatOfHeader =
+        std::is_sorted(order.begin(), order.end(), [&all](FRU_AREA a, FRU_AREA b) {
+            return std::find(all.begin(), all.end(), a) < std::find(all.begin(), all.end(), b);
+        });
+    return isThatOfHeader ? std::vector<FRU_AREA>() : order;
+}
+
+/// An area's offset as the header has it.
+unsigned int checkedUnits(FRU_AREA id, unsigned int offset)
+{
+    if (offset > MAX_UNIT_BYTES) {
+        throw DataError(fmt::format("{} area: it would begin at offset {}, the header can say {} "
+                                    "at most",
+                                    fruAreaName(id), offset, MAX_UNIT_BYTES));
+    }
+    return offset / FRU_LENGTH_UNIT;
+}
+
 std::string encodeRecord(const FruRecordContent& record, bool isLast)
 {
     std::string header;
@@ -57,10 +87,9 @@ std::string encodeFruArea(const FruAreaContent& area)
 {
     const std::size_t size =
         toLengthUnit(area.usedSize() + static_cast<unsigned int>(area.unused.size()) + 1);
-    constexpr std::size_t LARGEST = 0xFF * FRU_LENGTH_UNIT;
-    if (size > LARGEST) {
+    if (size > MAX_UNIT_BYTES) {
         throw DataError(fmt::format("{} area: {} bytes needed, an area has at most {}",
-                                    fruAreaName(area.id), size, LARGEST));
+                                    fruAreaName(area.id), size, MAX_UNIT_BYTES));
     }
     std::string bytes;
     bytes += static_cast<char>(area.format);
@@ -135,27 +164,53 @@ FruContent contentOf(const FruImage& fru, ByteView image)
     for (const FruInternalUse& internal : fru.internalUse) {
         content.internalUse = internal.bytes;
     }
+    content.order = orderOf(fru);
+    for (const FruExtent& extent : fru.map(image)) {
+        if (extent.name == FREE_BYTES) {
+            content.blank = image[extent.end() - 1];
+        }
+    }
     return content;
 }
 
 std::string buildFruImage(const FruContent& content, std::size_t size)
 {
     FruBlocks blocks;
-    unsigned int end = FRU_HEADER_SIZE;
-    const auto add = [&blocks, &end](FRU_AREA id, const std::string& bytes) {
-        blocks[id] = bytes;
-        end = toLengthUnit(end) + static_cast<unsigned int>(bytes.size());
-    };
     if (content.internalUse) {
-        add(FRU_AREA_INTERNAL_A, *content.internalUse);
+        blocks[FRU_AREA_INTERNAL_A] = *content.internalUse;
     }
     for (const FruAreaContent& area : content.areas) {
-        add(area.id, encodeFruArea(area));
+        blocks[area.id] = encodeFruArea(area);
     }
     if (!content.records.empty()) {
-        add(FRU_AREA_MULTIRECORD, encodeFruRecords(content.records));
+        blocks[FRU_AREA_MULTIRECORD] = encodeFruRecords(content.records);
     }
-    return placeFruBlocks(emptyFruImage(size == 0 ? toLengthUnit(end) : size), blocks);
+    std::vector<FRU_AREA> order = content.order;
+    order.insert(order.end(), headerAreas().begin(), headerAreas().end());
+    std::string header(FRU_HEADER_SIZE - 1, '\0');
+    header[0] = 1;
+    std::string areas;
+    for (const FRU_AREA id : order) {
+        const auto block = blocks.find(id);
+        if (block == blocks.end()) {
+            continue;
+        }
+        const unsigned int offset =
+            toLengthUnit(FRU_HEADER_SIZE + static_cast<unsigned int>(areas.size()));
+        header[headerOffset(id)] = static_cast<char>(checkedUnits(id, offset));
+        areas.resize(offset - FRU_HEADER_SIZE, static_cast<char>(content.blank));
+        areas += block->second;
+        blocks.erase(block);
+    }
+    header += balanceOf(header);
+    std::string image = header + areas;
+    if (size != 0 && image.size() > size) {
+        throw DataError(
+            fmt::format("the areas would take {} bytes, the image has {}", image.size(), size));
+    }
+    image.resize(size == 0 ? toLengthUnit(static_cast<unsigned int>(image.size())) : size,
+                 static_cast<char>(content.blank));
+    return image;
 }
 
 }

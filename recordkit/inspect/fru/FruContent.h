@@ -40,6 +40,8 @@ struct FruContent {
     std::optional<std::string> internalUse;
     std::vector<FruAreaContent> areas; ///< in the order of informationAreas
     std::vector<FruRecordContent> records;
+    std::vector<FRU_AREA> order = {}; ///< of the areas' places; others follow in headerAreas' order
+    unsigned char blank = 0x00;       ///< in bytes outside all areas
 };
 
 /// The bytes of an area, with more unused bytes up to a multiple of 8. Throws DataError for more
@@ -53,13 +55,14 @@ std::string encodeFruRecords(const std::vector<FruRecordContent>& records);
 FruAreaContent contentOf(const FruAreaImage& area, ByteView image);
 FruRecordContent contentOf(const FruMultiRecord& record, ByteView image);
 
-/// Everything that an image says. Throws DataError for an image with a problem that hides some of
-/// it: a wrong checksum or a record that is too short for its fields is none.
+/// Everything that an image says; the order of its areas, if it is not that of headerAreas; as its
+/// blank byte the last one of those outside all areas. Throws DataError for an image with a problem
+/// that hides some of it: a wrong checksum or a record that is too short for its fields is none.
 FruContent contentOf(const FruImage& fru, ByteView image);
 
-/// An image of the content: common header, internal use, chassis, board, product and multirecord
-/// area, each at the next multiple of 8 bytes, then zero bytes up to the size. Size 0 is as small
-/// as possible. Throws DataError if the content needs more.
+/// An image of the content: common header and areas, each at the next multiple of 8 bytes, then
+/// blank bytes up to the size. Size 0 is as small as possible. Throws DataError if the content
+/// needs more, or an area would begin where the header cannot say it.
 std::string buildFruImage(const FruContent& content, std::size_t size);
 
 }

@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 #include <vector>
 
-#include <recordkit/fru/FRUTables.h>
 #include <recordkit/inspect/bytes/Error.h>
 #include <recordkit/inspect/fru/FruImage.h>
 #include <recordkit/inspect/fru/FruNames.h>
@@ -13,8 +12,6 @@
 namespace recordkit::inspect {
 
 namespace {
-
-constexpr unsigned int LARGEST_OFFSET = 0xFF * FRU_LENGTH_UNIT;
 
 /// An area on its way to its place.
 struct Block {
@@ -26,24 +23,6 @@ struct Block {
 
     unsigned int end() const { return offset + static_cast<unsigned int>(bytes.size()); }
 };
-
-/// In the order in which new ones are placed.
-constexpr FRU_AREA BLOCKS[] = {FRU_AREA_INTERNAL_A, FRU_AREA_CHASSIS, FRU_AREA_BOARD,
-                               FRU_AREA_PRODUCT, FRU_AREA_MULTIRECORD};
-
-/// Where the common header has the offset of an area.
-unsigned int headerOffset(FRU_AREA id)
-{
-    const FRU_ITEM item = id == FRU_AREA_INTERNAL_A    ? FRU_ITEM_INTERNAL_OFFSET
-                          : id == FRU_AREA_MULTIRECORD ? FRU_ITEM_MULTIRECORD_OFFSET
-                                                       : findFRUArea(id)->offsetItem;
-    unsigned int offset = 0;
-    for (const FRUMemberTbl* row = findFRUArea(FRU_AREA_COMMON_HEADER)->members; row->item != item;
-         ++row) {
-        offset += row->size;
-    }
-    return offset;
-}
 
 void setHeader(std::string& image, FRU_AREA id, unsigned int offset)
 {
@@ -61,7 +40,7 @@ std::vector<Block> keptBlocks(const FruImage& image, const std::string& bytes,
                               const FruBlocks& changed)
 {
     std::vector<Block> blocks;
-    for (const FRU_AREA id : BLOCKS) {
+    for (const FRU_AREA id : headerAreas()) {
         for (const FruExtent& extent : image.extents) {
             if (extent.name == fruAreaName(id)) {
                 const auto found = changed.find(id);
@@ -115,7 +94,7 @@ void checkRoom(const std::vector<Block>& blocks, std::size_t size)
     for (const Block& block : blocks) {
         if (block.isTouched && !block.bytes.empty()) {
             end = std::max(end, block.end());
-            isFar = isFar || block.offset > LARGEST_OFFSET;
+            isFar = isFar || block.offset > MAX_UNIT_BYTES;
         }
     }
     if (end > size) {
@@ -124,7 +103,7 @@ void checkRoom(const std::vector<Block>& blocks, std::size_t size)
     if (isFar) {
         throw DataError(fmt::format("an area would begin after offset {}, the last that the common "
                                     "header can say",
-                                    LARGEST_OFFSET));
+                                    MAX_UNIT_BYTES));
     }
 }
 
@@ -137,7 +116,7 @@ void checkOverwritten(const std::vector<Block>& blocks, const FruImage& image,
             continue;
         }
         for (const Block& block : blocks) {
-            if (block.isTouched && block.offset < other.end() && other.offset < block.end()) {
+            if (block.offset < other.end() && other.offset < block.end()) {
                 throw DataError(fmt::format("bytes {} to {} would be written over; they belong to "
                                             "no area, but are not blank",
                                             other.offset, other.end() - 1));
@@ -146,6 +125,19 @@ void checkOverwritten(const std::vector<Block>& blocks, const FruImage& image,
     }
 }
 
+}
+
+const std::vector<FRU_AREA>& headerAreas()
+{
+    static const std::vector<FRU_AREA> all = {FRU_AREA_INTERNAL_A, FRU_AREA_CHASSIS, FRU_AREA_BOARD,
+                                              FRU_AREA_PRODUCT, FRU_AREA_MULTIRECORD};
+    return all;
+}
+
+std::size_t headerOffset(FRU_AREA id)
+{
+    const auto& all = headerAreas();
+    return static_cast<std::size_t>(std::find(all.begin(), all.end(), id) - all.begin()) + 1;
 }
 
 unsigned int toLengthUnit(unsigned int bytes)
@@ -158,7 +150,7 @@ std::string placeFruBlocks(const std::string& bytes, const FruBlocks& changed)
     const FruImage image = parseFruImage(bytes);
     std::vector<Block> blocks = keptBlocks(image, bytes, changed);
     place(blocks);
-    for (const FRU_AREA id : BLOCKS) {
+    for (const FRU_AREA id : headerAreas()) {
         const auto found = changed.find(id);
         const bool isKept = std::any_of(blocks.begin(), blocks.end(),
                                         [id](const Block& block) { return block.id == id; });
@@ -183,18 +175,6 @@ std::string placeFruBlocks(const std::string& bytes, const FruBlocks& changed)
     }
     setHeaderChecksum(result);
     return result;
-}
-
-std::string emptyFruImage(std::size_t size)
-{
-    if (size < FRU_HEADER_SIZE) {
-        throw DataError(fmt::format("{} bytes, expected at least {} for the common header", size,
-                                    FRU_HEADER_SIZE));
-    }
-    std::string image(size, '\0');
-    image[0] = 1;
-    setHeaderChecksum(image);
-    return image;
 }
 
 std::string resizeFruImage(const std::string& bytes, std::size_t size)

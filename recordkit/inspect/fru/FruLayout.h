@@ -5,8 +5,9 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <vector>
 
-#include <recordkit/fru/FRUItem.h>
+#include <recordkit/fru/FRUTables.h>
 
 namespace recordkit::inspect {
 
@@ -16,11 +17,20 @@ constexpr unsigned int FRU_HEADER_SIZE = 8;
 /// The largest area that FRUArea can store: its size has eight bits.
 constexpr unsigned int MAX_AREA_SIZE = 248;
 
+/// The most bytes that a length or an offset in units can say.
+constexpr unsigned int MAX_UNIT_BYTES = 0xFF * FRU_LENGTH_UNIT;
+
+/// The areas in the order in which the common header has their offsets; the internal use area is
+/// FRU_AREA_INTERNAL_A.
+const std::vector<FRU_AREA>& headerAreas();
+
+/// Where the common header has the offset of an area.
+std::size_t headerOffset(FRU_AREA id);
+
 /// Rounds a number of bytes up to the unit of area lengths.
 unsigned int toLengthUnit(unsigned int bytes);
 
-/// Bytes for areas, without any for an area that the image shall not have. The internal use area is
-/// FRU_AREA_INTERNAL_A.
+/// Bytes for areas, without any for an area that the image shall not have.
 using FruBlocks = std::map<FRU_AREA, std::string>;
 
 /// The image with these bytes in its areas; header and checksum are updated. An area keeps its
@@ -31,9 +41,6 @@ using FruBlocks = std::map<FRU_AREA, std::string>;
 /// The image must have a common header, and areas of known extents that do not overlap. Throws
 /// DataError if there is no room.
 std::string placeFruBlocks(const std::string& bytes, const FruBlocks& blocks);
-
-/// An image without areas. Throws DataError for fewer bytes than a common header has.
-std::string emptyFruImage(std::size_t size);
 
 /// The image with another size: bytes after its last area go, or follow in the value that the last
 /// byte has if it is 00h or FFh, and as 00h otherwise. Throws DataError if areas or bytes that are

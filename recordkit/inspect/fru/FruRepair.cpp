@@ -135,8 +135,7 @@ private:
     /// The smallest size by which the area's checksum is right; 0 if there is none.
     unsigned int sizeWith(unsigned int offset, unsigned int end, unsigned int limit) const
     {
-        constexpr unsigned int LARGEST = 0xFF * FRU_LENGTH_UNIT;
-        const unsigned int largest = std::min(limit - offset, LARGEST);
+        const unsigned int largest = std::min(limit - offset, MAX_UNIT_BYTES);
         unsigned int size = toLengthUnit(end + 2 - offset); // marker and checksum
         while (size <= largest && !isBalanced(offset, size)) {
             size += FRU_LENGTH_UNIT;
@@ -159,7 +158,7 @@ private:
         const bool isCut = size == 0 || offset + size > limit;
         const bool isArea = (at(offset) & FORMAT_BITS) == AREA_FORMAT;
         const auto end = findEnd(id, offset, limit);
-        if (isArea && end && (isCut || *end + 1 >= offset + size)) {
+        if (end && (isCut || *end + 1 >= offset + size)) {
             if (const unsigned int right = sizeWith(offset, *end, limit)) {
                 set(name + "length byte", offset + 1,
                     static_cast<unsigned char>(right / FRU_LENGTH_UNIT));

@@ -27,8 +27,9 @@ struct FruRepair {
 ///   right and a record follows, unless it is the last one: otherwise its length is not certain;
 /// - the end of the list of records, on the last one before blank bytes.
 ///
-/// An area that begins in another one is left as it is. Fields keep their bytes. What a repaired checksum covers may be damaged itself: nobody can tell.
-/// Throws DataError for an image without a common header.
+/// An area that begins in another one is left as it is. Fields keep their bytes. What a repaired
+/// checksum covers may be damaged itself: nobody can tell. Throws DataError for an image without a
+/// common header.
 FruRepair repairFruImage(const std::string& bytes);
 
 }

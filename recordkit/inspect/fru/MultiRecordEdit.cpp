@@ -252,7 +252,8 @@ std::string withValue(const std::string& data, const MultiRecordField& field, bo
     const Bytewise parsed = parseBytewise(row, value);
     std::string bytes = orThrow(parsed.bytes, refused(parsed.expected));
     const std::string old = data.substr(field.offset, field.width);
-    if (row.kind == Kind::TEXT && old.find('\0') != std::string::npos) {
+    if (row.kind == Kind::TEXT && old.find('\0') != std::string::npos &&
+        bytes.find('\0') == std::string::npos) {
         bytes += '\0'; // as it ended before
     }
     if (!isRest && bytes.size() != field.width) {
@@ -260,6 +261,160 @@ std::string withValue(const std::string& data, const MultiRecordField& field, bo
     }
     return result.replace(field.offset, field.width, bytes);
 }
+
+/// What a kind of records begins with.
+std::optional<FruRecordContent> startOfRecord(const std::string& kind)
+{
+    for (const auto startOfKind : {standardRecordStart, vitaRecordStart, picmgRecordStart}) {
+        if (const std::optional<MultiRecordStart> start = startOfKind(kind)) {
+            FruRecordContent record;
+            record.type = start->type;
+            record.data.assign(start->data.begin(), start->data.end());
+            return record;
+        }
+    }
+    return std::nullopt;
+}
+
+/// Adds the zero bytes that a record lacks, as long as it may have them; whether there were any.
+bool complete(FruRecordContent& record)
+{
+    const std::size_t before = record.data.size();
+    unsigned int missing = decode(record).missing;
+    while (missing != 0 && missing <= MAX_RECORD) {
+        record.data.resize(missing, '\0');
+        missing = decode(record).missing;
+    }
+    if (missing != 0) {
+        record.data.resize(missing, '\0'); // which is refused
+    }
+    return record.data.size() != before;
+}
+
+std::string expectedOf(const MultiRecordRow& row)
+{
+    return row.kind == Kind::FLAG ? "expected true or false"
+           : isNumber(row)        ? expectedNumber(row)
+                                  : parseBytewise(row, "").expected;
+}
+
+/// A value as withValue reads it; nothing for a type that the row does not have.
+std::optional<std::string> textFor(const MultiRecordRow& row, const Value& value)
+{
+    if (const auto* const text = std::get_if<std::string>(&value)) {
+        return *text;
+    }
+    if (!isNumber(row)) {
+        return std::nullopt;
+    }
+    if (const auto* const flag = std::get_if<bool>(&value)) {
+        return row.kind == Kind::FLAG ? std::optional<std::string>(*flag ? "yes" : "no")
+                                      : std::nullopt;
+    }
+    if (row.kind == Kind::FLAG) {
+        return std::nullopt;
+    }
+    if (const auto* const number = std::get_if<long long>(&value)) {
+        return std::to_string(*number);
+    }
+    if (const auto* const number = std::get_if<double>(&value)) {
+        return fmt::format("{}", *number);
+    }
+    return isNone(value) && row.hasNone ? std::optional<std::string>("unspecified") : std::nullopt;
+}
+
+/// A record on its way from its first bytes to all of its values. Values decide which other fields
+/// exist and what they mean, so that all are set again until nothing changes.
+struct RecordBuilder {
+    const std::string& name;
+    const std::vector<FruRecordValue>& values;
+    FruRecordContent record;
+    std::optional<DataError> refusal = {}; ///< the first one of the last round
+    bool lacksField = false;
+
+    void build()
+    {
+        constexpr int MOST_ROUNDS = 2000;
+        for (int i = 0; i < MOST_ROUNDS; ++i) {
+            const bool isChanged = setAll();
+            const bool isLonger = complete(record);
+            checkSize();
+            if (isChanged || isLonger) {
+                continue;
+            }
+            if (!refusal) {
+                return;
+            }
+            if (!lacksField || !addElement()) {
+                throw *refusal;
+            }
+        }
+        throw DataError(fmt::format("{}: its values contradict each other", name));
+    }
+
+private:
+    void checkSize() const
+    {
+        if (record.data.size() > MAX_RECORD) {
+            throw DataError(fmt::format("{}: the record would have {} bytes, it can have {}", name,
+                                        record.data.size(), MAX_RECORD));
+        }
+    }
+
+    /// Sets each field that the record has; whether anything changed.
+    bool setAll()
+    {
+        const MultiRecord decoded = decode(record);
+        const std::string before = record.data;
+        refusal.reset();
+        lacksField = false;
+        for (const FruRecordValue& each : values) {
+            try {
+                set(decoded, each);
+            } catch (const DataError& e) {
+                refusal = refusal ? refusal : e;
+            }
+        }
+        return record.data != before;
+    }
+
+    void set(const MultiRecord& decoded, const FruRecordValue& each)
+    {
+        const std::string fullName = name + "." + each.field;
+        const bool isRest = decoded.rest && decoded.rest->name == each.field;
+        const MultiRecordField* const field =
+            isRest ? &*decoded.rest : decoded.findField(each.field);
+        if (field == nullptr || !field->row) {
+            lacksField = true;
+            throw DataError(fmt::format("{}: the record has no such field", fullName));
+        }
+        const std::string text = orThrow(textFor(*field->row, each.value),
+                                         DataError(fmt::format("{}: a value of another type, {}",
+                                                               fullName, expectedOf(*field->row))));
+        record.data = withValue(record.data, *field, isRest, fullName, text);
+    }
+
+    /// Adds an element to a list up to the end of the record; false if none of the missing fields
+    /// would be in it.
+    bool addElement()
+    {
+        const MultiRecord before = decode(record);
+        FruRecordContent longer = record;
+        longer.data += '\0';
+        complete(longer);
+        const MultiRecord after = decode(longer);
+        const bool isElement =
+            longer.data.size() <= MAX_RECORD &&
+            std::any_of(values.begin(), values.end(), [&](const FruRecordValue& each) {
+                const MultiRecordField* const field = after.findField(each.field);
+                return before.findField(each.field) == nullptr && field != nullptr && field->row;
+            });
+        if (isElement) {
+            record = longer;
+        }
+        return isElement;
+    }
+};
 
 }
 
@@ -275,11 +430,10 @@ void setRecordField(const std::string& name, FruRecordContent& record, const std
     }
     FruRecordContent edited = record;
     edited.data = withValue(record.data, *found, isRest, fullName, value);
-    unsigned int missing = decode(edited).missing;
-    while (missing != 0 && missing <= MAX_RECORD && size == RecordSize::EXTENDED) {
-        edited.data.resize(missing, '\0');
-        missing = decode(edited).missing;
+    if (size == RecordSize::EXTENDED) {
+        complete(edited);
     }
+    const unsigned int missing = decode(edited).missing;
     if (missing > before.missing) {
         throw DataError(fmt::format("{}: the record has {}, with \"{}\" it needs {}", fullName,
                                     counted(record.data.size(), "byte"), printable(value),
@@ -294,18 +448,40 @@ void setRecordField(const std::string& name, FruRecordContent& record, const std
 
 std::optional<FruRecordContent> newRecord(const std::string& kind)
 {
-    for (const auto startOfKind : {standardRecordStart, vitaRecordStart, picmgRecordStart}) {
-        if (const std::optional<MultiRecordStart> start = startOfKind(kind)) {
-            FruRecordContent record;
-            record.type = start->type;
-            record.data.assign(start->data.begin(), start->data.end());
-            while (const unsigned int missing = decode(record).missing) {
-                record.data.resize(missing, '\0');
+    std::optional<FruRecordContent> record = startOfRecord(kind);
+    if (record) {
+        complete(*record);
+    }
+    return record;
+}
+
+std::vector<std::string> multiRecordKinds()
+{
+    std::vector<std::string> all;
+    for (const auto kindsOf : {standardRecordKinds, vitaRecordKinds, picmgRecordKinds}) {
+        for (const std::string& kind : kindsOf()) {
+            if (std::find(all.begin(), all.end(), kind) == all.end()) {
+                all.push_back(kind);
             }
-            return record;
         }
     }
-    return std::nullopt;
+    return all;
+}
+
+FruRecordContent newRecord(const std::string& name, const std::string& kind,
+                           const std::vector<FruRecordValue>& values)
+{
+    RecordBuilder builder = {
+        name, values,
+        orThrow(startOfRecord(kind),
+                DataError(fmt::format("{}: \"{}\" is not a kind of records with fields", name,
+                                      printable(kind))))};
+    builder.build();
+    if (kindOf(decode(builder.record)) != kind) {
+        throw DataError(
+            fmt::format("{}: with these values it is not a record of the kind {}", name, kind));
+    }
+    return builder.record;
 }
 
 }

@@ -4,7 +4,9 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include <recordkit/inspect/fields/Value.h>
 #include <recordkit/inspect/fru/FruContent.h>
 
 namespace recordkit::inspect {
@@ -25,6 +27,25 @@ void setRecordField(const std::string& name, FruRecordContent& record, const std
 
 /// A record of a kind, such as "dc-output", with zero bytes in all fields; nothing for other kinds.
 std::optional<FruRecordContent> newRecord(const std::string& kind);
+
+/// The kinds that newRecord knows.
+std::vector<std::string> multiRecordKinds();
+
+/// A field of a record and its value: a number, yes or no, none for "unspecified", or a text as
+/// setRecordField reads it.
+struct FruRecordValue {
+    std::string field;
+    Value value;
+};
+
+/// A record of a kind with these values, in any order, and zero bytes in all other fields; it is as
+/// large as they need. Elements of a list with a count exist as the count says, those of a list up
+/// to the end of the record one after another from the first.
+///
+/// Throws DataError as setRecordField does, for a kind that newRecord does not know, and for values
+/// that make it a record of another kind.
+FruRecordContent newRecord(const std::string& name, const std::string& kind,
+                           const std::vector<FruRecordValue>& values);
 
 }
 

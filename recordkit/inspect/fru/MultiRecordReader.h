@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <recordkit/inspect/fru/MultiRecordRow.h>
 #include <recordkit/inspect/fru/MultiRecords.h>
@@ -124,6 +125,11 @@ MultiRecordStart startOf(unsigned char type, unsigned int manufacturer, const By
 std::optional<MultiRecordStart> standardRecordStart(const std::string& kind);
 std::optional<MultiRecordStart> vitaRecordStart(const std::string& kind);
 std::optional<MultiRecordStart> picmgRecordStart(const std::string& kind);
+
+/// The kinds with such a start; one with several versions has a name for each.
+std::vector<std::string> standardRecordKinds();
+std::vector<std::string> vitaRecordKinds();
+std::vector<std::string> picmgRecordKinds();
 
 }
 

@@ -425,4 +425,13 @@ std::optional<MultiRecordStart> picmgRecordStart(const std::string& kind)
     return std::nullopt;
 }
 
+std::vector<std::string> picmgRecordKinds()
+{
+    std::vector<std::string> kinds;
+    for (const PicmgRecord& record : RECORDS) {
+        kinds.emplace_back(record.name);
+    }
+    return kinds;
+}
+
 }

@@ -195,4 +195,13 @@ std::optional<MultiRecordStart> standardRecordStart(const std::string& kind)
     return std::nullopt;
 }
 
+std::vector<std::string> standardRecordKinds()
+{
+    std::vector<std::string> kinds;
+    for (const StandardRecord& record : RECORDS) {
+        kinds.emplace_back(record.name);
+    }
+    return kinds;
+}
+
 }

@@ -110,4 +110,13 @@ std::optional<MultiRecordStart> vitaRecordStart(const std::string& kind)
     return std::nullopt;
 }
 
+std::vector<std::string> vitaRecordKinds()
+{
+    std::vector<std::string> kinds;
+    for (const VitaRecord& record : RECORDS) {
+        kinds.emplace_back(record.name);
+    }
+    return kinds;
+}
+
 }

@@ -30,6 +30,8 @@ const Bytes RECORDS = withChecksum({6, 0x82, 3, 0xFA}) + Bytes({1, 2, 3});
 const Bytes IMAGE =
     withChecksum({1, 0, 1, 4, 9, 11, 0}) + CHASSIS + BOARD + PRODUCT + RECORDS + Bytes(16, 0xFF);
 
+const Bytes PRODUCT_IMAGE = withChecksum({1, 0, 0, 0, 1, 0, 0}) + PRODUCT;
+
 FruEditResult edit(const Bytes& image, const std::vector<FruEdit>& edits, bool mayGrow = false,
                    bool repairs = false)
 {
@@ -184,6 +186,9 @@ TEST(FruEdit, FieldsThatAreNotThereAreRefused)
         "2: \"boards.serial\" is not a field, expected AREA.FIELD with one of the areas chassis, "
         "board, product, or RECORD.FIELD with a record such as dc-output1");
     EXPECT_EQ(refusal(IMAGE, {{"serial", "XY"}}).substr(0, 26), "2: \"serial\" is not a field");
+    EXPECT_EQ(refusal(IMAGE, {{".serial", "XY"}}).substr(0, 27), "2: \".serial\" is not a field");
+    EXPECT_EQ(refusal(IMAGE, {{"dc-load1.output", "1"}}),
+              "1: dc-load1.output: the image has no record dc-load1");
     EXPECT_EQ(refusal(IMAGE, {{"chassis.asset-tag", "XY"}}),
               "2: \"chassis.asset-tag\": the chassis area has no field \"asset-tag\", but type, "
               "part-number, serial and custom1, custom2, ...");
@@ -262,6 +267,58 @@ TEST(FruEdit, AreaThatHoldsTheOffsetOfAnUnreadableOneIsRefused)
     const Bytes image = withChecksum({1, 0, 3, 1, 0, 0, 0}) + BOARD;
     EXPECT_EQ(refusal(image, {{"board.serial", "SN-4711"}}, false, true),
               "1: board (8 to 47) and chassis (24 to 24) overlap");
+}
+
+TEST(FruEdit, RecordsAndInternalUseInAnAreaAreRefused)
+{
+    // The records begin in the chassis area's text, the internal use area in the board area.
+    const Bytes text1 = {0xC1, 0x82, 3, 0xFA, 0xC0, 1, 2, 3};
+    const Bytes chassis = areaOf(24, Bytes({0x17, 0xC0, 0xC0, 0xCA, 'a', 'b'}) + text1);
+    const Bytes image = withChecksum({1, 0, 1, 0, 0, 2, 0}) + chassis;
+    ASSERT_EQ(parseFruImage(text(image)).records.size(), 1U);
+    EXPECT_EQ(refusal(image, {{"oem1.data", ""}}),
+              "1: multirecord (16 to 23) and chassis (8 to 31) overlap");
+    const Bytes inside = withChecksum({1, 2, 0, 1, 0, 0, 0}) + BOARD;
+    EXPECT_EQ(refusal(inside, {{"internal", "x"}}),
+              "1: internal (16 to 47) and board (8 to 47) overlap");
+    EXPECT_EQ(refusal(IMAGE, {{"internal", "x"}}),
+              "1: internal: the image has no internal use area (fru add adds one)");
+}
+
+TEST(FruEdit, LanguageChangesWithTheTextsThatDependOnIt)
+{
+    EXPECT_EQ(
+        refusal(PRODUCT_IMAGE, {{"product.language", "ja"}}),
+        "1: product.language: product.manufacturer would be read with 16 bits a character, it "
+        "must be set at the same time");
+    EXPECT_EQ(
+        refusal(PRODUCT_IMAGE,
+                {{"product.manufacturer", ""}, {"product.name", ""}, {"product.language", "ja"}})
+            .substr(0, 40),
+        "1: product.language: product.part-number");
+    const FruEditResult result = edit(PRODUCT_IMAGE, {{"product.manufacturer", "M"},
+                                                      {"product.part-number", ""},
+                                                      {"product.language", "ja"},
+                                                      {"product.name", "N"}});
+    EXPECT_EQ(valueOf(result.bytes, "product.manufacturer"), "M");
+    EXPECT_EQ(parseFruImage(result.bytes).findField("product.name")->bytes, std::string("N\0", 2));
+    // Empty texts, and those of other codings, are the same in every language.
+    const Bytes plain = withChecksum({1, 0, 0, 0, 1, 0, 0}) +
+                        areaOf(16, {0x19, 0xC0, 0x82, 0xA1, 0x08, 0x41, 0x12, 0xC1});
+    EXPECT_EQ(refusal(plain, {{"product.language", "ja"}}), "none");
+}
+
+TEST(FruEdit, NewCodingIsNoted)
+{
+    const Bytes image = withChecksum({1, 0, 0, 0, 1, 0, 0}) +
+                        areaOf(24, {0x19, 0x00, 0x82, 0xA1, 0x08, 0x02, 0xDE, 0xAD, 0xC1});
+    EXPECT_EQ(edit(image, {{"product.manufacturer", "AB"}}).notes,
+              Lines({"product area: 10 bytes free"}));
+    EXPECT_EQ(edit(image, {{"product.name", "ab"}}).notes,
+              Lines({"product area: 12 bytes free", "product.name: stored as text, it was 6-bit"}));
+    EXPECT_EQ(edit(image, {{"product.part-number", "xy"}}).notes,
+              Lines({"product area: 12 bytes free",
+                     "product.part-number: stored as text, it was binary"}));
 }
 
 TEST(FruEdit, GrowingMovesWhatIsBehind)

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <recordkit/inspect/bytes/Error.h>
+#include <recordkit/inspect/fru/FruContent.h>
 #include <recordkit/inspect/fru/FruImage.h>
 
 #include "fru/MemoryDevice.h"
@@ -56,24 +57,28 @@ TEST(FruLayout, ImageIsCutWhereItIsBlank)
               "internal (8 to 15) would be cut off at 8 bytes");
 }
 
-TEST(FruLayout, EmptyImageHasAHeader)
+TEST(FruLayout, AreaThatGoesLeavesItsPlaceToANewOne)
 {
-    EXPECT_EQ(emptyFruImage(10), text(Bytes({1, 0, 0, 0, 0, 0, 0, 0xFF, 0, 0})));
-    EXPECT_EQ(emptyFruImage(8).size(), 8U);
-    EXPECT_THROW(emptyFruImage(7), DataError);
+    const Bytes image = withChecksum({1, 0, 1, 0, 0, 3, 0}) + CHASSIS + textBytes(RECORD);
+    const Bytes product = areaOf(16, {0x19, 0xC0, 0xC0, 0xC0, 0xC0, 0xC0, 0xC0, 0xC0, 0xC1});
+    EXPECT_EQ(
+        placeFruBlocks(text(image), {{FRU_AREA_CHASSIS, ""}, {FRU_AREA_PRODUCT, text(product)}}),
+        text(withChecksum({1, 0, 0, 0, 1, 3, 0}) + product + textBytes(RECORD)));
 }
 
 TEST(FruLayout, WhatDoesNotChangeStaysWhereItIsEvenIfItIsDamaged)
 {
     // Two areas that overlap, and one that is edited elsewhere.
-    const Bytes image = withChecksum({1, 0, 1, 2, 5, 0, 0}) + CHASSIS + Bytes(16, 0x55) + CHASSIS;
+    const Bytes image = withChecksum({1, 0, 1, 2, 5, 0, 0}) + part(CHASSIS, 0, 8) +
+                        Bytes({1, 2, 0x19}) + Bytes(21, 0x55) + CHASSIS;
+    ASSERT_EQ(parseFruImage(text(image)).extents.size(), 4U);
     const std::string placed = placeFruBlocks(text(image), {{FRU_AREA_PRODUCT, text(Bytes(8, 7))}});
     EXPECT_EQ(placed, text(part(image, 0, 40) + Bytes(8, 7) + Bytes(8, 0)));
 }
 
 TEST(FruLayout, LastOffsetThatTheHeaderCanSayIsUsed)
 {
-    std::string image = emptyFruImage(4096);
+    std::string image = buildFruImage({}, 4096);
     image =
         placeFruBlocks(image, {{FRU_AREA_CHASSIS, text(areaOf(2032, {0x17, 0xC0, 0xC0, 0xC1}))}});
     // 8 + 2032 = 2040 is the largest offset.
@@ -81,7 +86,7 @@ TEST(FruLayout, LastOffsetThatTheHeaderCanSayIsUsed)
     EXPECT_EQ(parseFruImage(two).size, 4096U);
     EXPECT_EQ(static_cast<unsigned char>(two[5]), 0xFF);
     EXPECT_EQ(two.substr(2040, 8), RECORD);
-    std::string larger = emptyFruImage(4096);
+    std::string larger = buildFruImage({}, 4096);
     larger = placeFruBlocks(larger, {{FRU_AREA_MULTIRECORD, RECORD}});
     try {
         placeFruBlocks(larger, {{FRU_AREA_MULTIRECORD, RECORD},

@@ -168,6 +168,22 @@ TEST(FruParts, AreasAreAddedInTheFirstGap)
         "p1");
 }
 
+TEST(FruParts, NewAreaHasAtMostTheBytesThatTheLibraryReads)
+{
+    // 3 + 7 + 1 + 1 bytes, and four texts.
+    std::vector<FruEdit> parts = {{"product", ""}};
+    for (int i = 0; i < 3; ++i) {
+        parts.push_back({"product.custom", std::string(63, 'x')});
+    }
+    parts.push_back({"product.custom", std::string(43, 'x')});
+    const FruEditResult result = add(IMAGE + Bytes(300, 0), parts);
+    EXPECT_EQ(parseFruImage(result.bytes).areas[2].extent.size, 248U);
+    EXPECT_EQ(parseFruImage(result.bytes).areas[2].unused, 0U);
+    parts.back().value += 'x';
+    EXPECT_EQ(addRefusal(IMAGE + Bytes(300, 0), parts),
+              "1: product area: 256 bytes needed, and an area has at most 248 bytes");
+}
+
 TEST(FruParts, RecordsAreAddedAtTheEndOfTheList)
 {
     const FruEditResult result =

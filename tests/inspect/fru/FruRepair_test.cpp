@@ -72,6 +72,9 @@ TEST(FruRepair, HeaderIsRepairedWhereItsOffsetsLeadToAreas)
     expectRepaired(damaged({{6, 9}}), {"common header: pad byte at offset 6: 09h to 00h"});
     expectRepaired(damaged({{6, 9}, {7, 0}}), {"common header: pad byte at offset 6: 09h to 00h",
                                                "common header: checksum at offset 7: 00h to F4h"});
+    expectRepaired(damaged({{6, 9}, {55, 0x42}}),
+                   {"common header: pad byte at offset 6: 09h to 00h",
+                    "board area: checksum at offset 55: 42h to 80h"});
     // An offset that leads to something else: it may be what is damaged, not the checksum.
     expectLeft(damaged({{3, 4}}), {}, 2);
     expectLeft(damaged({{7, 0}, {55, 0x42}}), {}, 2);
@@ -98,6 +101,18 @@ TEST(FruRepair, LengthIsThatWithARightChecksum)
     expectRepaired(damaged({{25, 5}}), {"board area: length byte at offset 25: 05h to 04h"});
     expectRepaired(damaged({{25, 2}}), {"board area: length byte at offset 25: 02h to 04h"});
     expectRepaired(damaged({{9, 1}}), {"chassis area: length byte at offset 9: 01h to 02h"});
+    // An end marker in the place of the checksum is one that the length leaves out.
+    const Bytes twenty4 = withChecksum({1, 0, 1, 0, 0, 0, 0}) +
+                          areaOf(24, Bytes({0x17, 0xC0, 0xCA}) + Bytes(10, 'x') + Bytes({0xC1}));
+    Bytes sixteen = twenty4;
+    sixteen[9] = 2;
+    ASSERT_EQ(sixteen[23], 0xC1);
+    EXPECT_EQ(repair(sixteen).bytes, text(twenty4));
+    // An area past the end of the image has none.
+    const Bytes outside = withChecksum({1, 0, 0, 9, 0, 0, 0}) + Bytes(8, 0);
+    EXPECT_EQ(repair(outside).repairs, Lines());
+    EXPECT_EQ(repair(outside).left,
+              Lines({"board area: starts at offset 72, past the end of the 16-byte image"}));
     // With a wrong checksum as well, nothing tells the length.
     EXPECT_EQ(repair(damaged({{25, 0}, {55, 0x42}})).repairs, Lines());
     EXPECT_EQ(repair(damaged({{25, 0}, {24, 4}})).repairs, Lines());
@@ -112,6 +127,7 @@ TEST(FruRepair, EndMarkerIsPutWhereOnlyBlankBytesFollow)
 {
     // The area's checksum is right with the marker: only that byte was damaged.
     expectRepaired(damaged({{46, 0}}), {"board area: end marker at offset 46: 00h to C1h"});
+    EXPECT_EQ(repair(damaged({{46, 0}, {24, 4}})).repairs, Lines());
     // FFh after the fields.
     const Bytes erased =
         withChecksum({1, 0, 1, 0, 0, 0, 0}) +
@@ -152,6 +168,11 @@ TEST(FruRepair, RecordsAreRepairedWhereHeaderOrDataIsRight)
                                    "multirecord 1: header checksum at offset 60: 40h to 47h"}));
     EXPECT_EQ(data.bytes[62], 9);
     EXPECT_EQ(data.bytes.substr(64), text(IMAGE).substr(64));
+    // A right header whose data the area does not have.
+    const Bytes tooLong = withChecksum({0xC1, 0x02, 200, 0xFA});
+    Bytes cut = IMAGE;
+    std::copy(tooLong.begin(), tooLong.end(), cut.begin() + 56);
+    EXPECT_EQ(repair(cut).repairs, Lines());
     // Both wrong, another format, a length past the area: not certain enough.
     EXPECT_EQ(repair(damaged({{60, 0}, {62, 9}})).repairs, Lines());
     EXPECT_EQ(repair(damaged({{57, 3}})).repairs, Lines());
