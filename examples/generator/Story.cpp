@@ -77,7 +77,7 @@ struct State {
     unsigned char data3 = UNSPECIFIED;
 };
 
-/// A time span of a day's or the whole week's noise.
+/// From a crossing or another state to its end.
 struct Span {
     unsigned int from;
     unsigned int to;
