@@ -80,6 +80,10 @@ show fru show "$scratch/board.bin" | head -n 14
 show fru set "$scratch/board.bin" board.serial=SN-4711
 show fru verify "$scratch/board.bin"
 
+step "A week of a server: what is still wrong at its end."
+echo "$ recordkit --root $examples/board --boards 2 sel list --board all --still-asserted"
+"$recordkit" --root "$examples/board" --boards 2 sel list --board all --still-asserted
+
 step "A processor's information ROM."
 echo "$ recordkit --root $examples/board cpu $examples/data/cpu/sample.bin"
 "$recordkit" --root "$examples/board" cpu "$examples/data/cpu/sample.bin" | head -n 8
