@@ -48,7 +48,7 @@ public:
             constexpr void (Edits::*KINDS[])() = {
                 &Edits::setText,   &Edits::setRecord,    &Edits::addCustom, &Edits::removeCustom,
                 &Edits::addRecord, &Edits::removeRecord, &Edits::addArea,   &Edits::removeArea,
-                &Edits::resize,    &Edits::setInternal};
+                &Edits::resize,    &Edits::setInternal,  &Edits::setFixed};
             try {
                 const std::size_t kind = below(std::size(KINDS));
                 (this->*KINDS[kind])();
@@ -108,11 +108,38 @@ private:
             throw DataError("not a text");
         }
         const std::string name = area.extent.name + "." + field.name;
-        const FruEditResult result = editFruImage(bytes, {{name, word()}}, options());
+        FruEditOptions chosen = options();
+        if (below(2) == 0) {
+            chosen.coding = below(2) == 0 ? CODING_TEXT : CODING_SIX_BIT;
+        }
+        const FruEditResult result = editFruImage(bytes, {{name, word()}}, chosen);
+        EXPECT_TRUE(!chosen.coding ||
+                    codingOf(parseFruImage(result.bytes).findField(name)->typeLength) ==
+                        *chosen.coding);
         FruSnapshot expected(bytes);
         FruSnapshot now(result.bytes);
         *expected.find(area.extent.name, field.name) = *now.find(area.extent.name, field.name);
         expectConserved(result.bytes, expected, name);
+    }
+
+    void setFixed()
+    {
+        const FruImage image = parseFruImage(bytes);
+        const FruAreaImage& area = any(image.areas);
+        const FruField& field = any(area.fields);
+        if (field.isCoded) {
+            throw DataError("a text");
+        }
+        const std::string name = area.extent.name + "." + field.name;
+        const char* const value = field.item == FRU_ITEM_MFG_DATE_TIME   ? "2026-11-21 08:00"
+                                  : field.item == FRU_ITEM_LANGUAGE_CODE ? "0"
+                                                                         : "blade";
+        const FruEditResult result = editFruImage(bytes, {{name, value}}, options());
+        FruSnapshot expected(bytes);
+        FruSnapshot now(result.bytes);
+        *expected.find(area.extent.name, field.name) = *now.find(area.extent.name, field.name);
+        expectConserved(result.bytes, expected, name);
+        EXPECT_EQ(result.bytes.size(), bytes.size());
     }
 
     void setRecord()
@@ -263,7 +290,7 @@ private:
     std::mt19937 random;
     std::vector<std::string> samples;
     std::string bytes;
-    unsigned int done[10] = {};
+    unsigned int done[11] = {};
 };
 
 class FruRandomEdits : public testing::TestWithParam<unsigned int> {};
