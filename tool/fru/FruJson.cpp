@@ -38,7 +38,6 @@ constexpr const char* TYPE = "type";
 constexpr const char* DATA = "data";
 
 constexpr Coding CODINGS[] = {CODING_BINARY, CODING_BCD_PLUS, CODING_SIX_BIT, CODING_TEXT};
-constexpr long long MOST_AREA_SIZE = 0xFF * FRU_LENGTH_UNIT;
 
 /// An area as its key says it.
 std::string keyOf(FRU_AREA area)
@@ -172,15 +171,15 @@ void readUnused(const JsonReader& json, FruAreaContent& area)
         area.unused = json.member(UNUSED).bytes();
     }
     const unsigned int needed = sizeOf(area);
-    if (needed > MOST_AREA_SIZE) {
+    if (needed > MAX_UNIT_BYTES) {
         throw json.error(
-            fmt::format("{} bytes needed, an area has at most {}", needed, MOST_AREA_SIZE));
+            fmt::format("{} bytes needed, an area has at most {}", needed, MAX_UNIT_BYTES));
     }
     if (!json.has(SIZE)) {
         return;
     }
     const JsonReader given = json.member(SIZE);
-    const long long size = given.number(needed, MOST_AREA_SIZE);
+    const long long size = given.number(needed, MAX_UNIT_BYTES);
     if (size % FRU_LENGTH_UNIT != 0) {
         throw given.wrong(fmt::format("a multiple of {}", FRU_LENGTH_UNIT));
     }

@@ -16,7 +16,7 @@ namespace recordkit::inspect {
 /// the first such rule:
 ///
 ///     sensor-type=C7h offset=3 data2=10h/F0h severity=critical "fan tray {data2[3:0]} is missing"
-///     manufacturer=002A7Ch data1=1 "board {data2} was reset by {data3:h}"
+///     manufacturer=007ED9h data1=1 "board {data2} was reset by {data3:h}"
 ///
 /// | condition     | meets it                                                                    |
 /// |---------------|-----------------------------------------------------------------------------|

@@ -95,14 +95,17 @@ private:
     {
         const FruAreaImage* const area = draft.image().findArea(*name.area);
         if (area == nullptr) {
-            throw DataError(fmt::format("{}: the image has no {} area", edit.field, name.owner));
+            throw DataError(fmt::format("{}: the image has no {} area (fru add adds one)",
+                                        edit.field, name.owner));
         }
         const FruField* const field = draft.image().findField(edit.field);
         if (field == nullptr) {
-            throw DataError(area->isWhole
-                                ? fmt::format("{}: the {} area at offset {} has no such field",
-                                              edit.field, area->extent.name, area->extent.offset)
-                                : area->problems.front());
+            throw DataError(
+                area->isWhole
+                    ? fmt::format(
+                          "{}: the {} area at offset {} has no such field (fru add adds one)",
+                          edit.field, area->extent.name, area->extent.offset)
+                    : area->problems.front());
         }
         steps.push_back({edit, area, field});
         result.changes.push_back({edit.field, field->value, ""});

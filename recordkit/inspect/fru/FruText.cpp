@@ -69,8 +69,8 @@ FruText encodeFruText(const std::string& name, const std::string& value, unsigne
                 DataError(fmt::format("{}: \"{}\" {}", name, printable(value), expected(coding))));
     if (typeLengthOf(coding, bytes.size()) == FRU_END_OF_FIELDS) {
         throw DataError(fmt::format("{}: a value of one character cannot be stored, its "
-                                    "type/length byte would end the fields",
-                                    name));
+                                    "type/length byte would end the fields{}",
+                                    name, toSixBit(value) ? " (6-bit text can have one)" : ""));
     }
     if (bytes.size() > MAX_FRU_TEXT) {
         throw DataError(fmt::format("{}: {} bytes needed, a field has at most {}", name,

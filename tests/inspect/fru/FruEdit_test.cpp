@@ -154,7 +154,7 @@ TEST(FruEdit, ValuesThatCannotBeStoredAreRefused)
 {
     EXPECT_EQ(refusal(IMAGE, {{"board.serial", "X"}}),
               "1: board.serial: a value of one character cannot be stored, its type/length byte "
-              "would end the fields");
+              "would end the fields (6-bit text can have one)");
     EXPECT_EQ(refusal(IMAGE, {{"board.serial", "\xC3\xA9"}}).substr(0, 40),
               "1: board.serial: a value of one characte");
     EXPECT_EQ(refusal(IMAGE, {{"board.serial", std::string(64, 'x')}}),
@@ -175,12 +175,13 @@ TEST(FruEdit, ValuesThatCannotBeStoredAreRefused)
 TEST(FruEdit, FieldsThatAreNotThereAreRefused)
 {
     EXPECT_EQ(refusal(IMAGE, {{"product.serial", "XY"}}),
-              "1: product.serial: the product area at offset 72 has no such field");
+              "1: product.serial: the product area at offset 72 has no such field (fru add adds "
+              "one)");
     EXPECT_EQ(refusal(IMAGE, {{"board.custom3", "XY"}}),
-              "1: board.custom3: the board area at offset 32 has no such field");
+              "1: board.custom3: the board area at offset 32 has no such field (fru add adds one)");
     const Bytes alone = withChecksum({1, 0, 1, 0, 0, 0, 0}) + CHASSIS;
     EXPECT_EQ(refusal(alone, {{"board.serial", "XY"}}),
-              "1: board.serial: the image has no board area");
+              "1: board.serial: the image has no board area (fru add adds one)");
     EXPECT_EQ(
         refusal(IMAGE, {{"boards.serial", "XY"}}),
         "2: \"boards.serial\" is not a field, expected AREA.FIELD with one of the areas chassis, "

@@ -71,6 +71,9 @@ TEST(FruText, LengthIsLimitedFromBothSides)
     // One character as text is the end marker C1h; in other codings it is not.
     EXPECT_EQ(encoded("X", CODING_TEXT),
               "board.name: a value of one character cannot be stored, its type/length byte would "
+              "end the fields (6-bit text can have one)");
+    EXPECT_EQ(encoded("x", CODING_TEXT),
+              "board.name: a value of one character cannot be stored, its type/length byte would "
               "end the fields");
     EXPECT_EQ(encoded("X", CODING_SIX_BIT), "\x81\x38");
     EXPECT_EQ(encoded("X", CODING_TEXT, JAPANESE), std::string("\xC2X\0", 3));

@@ -374,7 +374,8 @@ TEST_F(FruCommand, SetIsAllOrNothing)
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(outcome.err, "recordkit: " + path +
                                ": board.name: a value of one character cannot be stored, its "
-                               "type/length byte would end the fields\n");
+                               "type/length byte would end the fields (6-bit text can have "
+                               "one)\n");
     EXPECT_EQ(readFile(path), before);
     EXPECT_EQ(fru({"set", path, "board.colour=red"}).status, 2);
     EXPECT_EQ(fru({"set", path, "board.serial"}).status, 2);

@@ -239,7 +239,7 @@ TEST(FruJson, SaysWhatIsWrongAndWhere)
         {R"({"board": {"serial": 4711}})", "board.serial: 4711, expected a text or an object"},
         {R"({"board": {"serial": "5"}})",
          "board.serial: a value of one character cannot be stored, its type/length byte would end "
-         "the fields"},
+         "the fields (6-bit text can have one)"},
         {R"({"board": {"serial": "\u20ac1"}})",
          "board.serial: \"€1\" has characters outside Latin-1"},
         {R"({"board": {"serial": {"value": "abc", "coding": "6-bit"}}})",

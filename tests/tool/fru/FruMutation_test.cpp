@@ -20,7 +20,6 @@
 
 using namespace testing_support;
 using namespace recordkit::inspect;
-using Arguments = testing_support::Arguments;
 
 namespace {
 
