@@ -13,6 +13,19 @@ constexpr unsigned int SECONDS = 60;
 constexpr unsigned int ROLL_OVER = 1U << 24;
 constexpr unsigned int FIRST_COUNT = (START_OF_2006 - START_OF_1996) / SECONDS;
 
+/// Nothing for a time that the count cannot express.
+std::optional<MfgDate> dateAt(unsigned int seconds)
+{
+    if (seconds < START_OF_2006 || seconds % SECONDS != 0) {
+        return std::nullopt;
+    }
+    const unsigned int count = (seconds - START_OF_1996) / SECONDS;
+    if (count == ROLL_OVER || count >= ROLL_OVER + FIRST_COUNT) {
+        return std::nullopt;
+    }
+    return MfgDate(count % ROLL_OVER);
+}
+
 }
 
 MfgDate::MfgDate(ByteView bytes) : minutes(bytes.le24(0))
@@ -61,16 +74,11 @@ std::optional<MfgDate> parseMfgDate(const std::string& text, unsigned int now)
     if (text == "unspecified") {
         return MfgDate(0U);
     }
-    const std::optional<unsigned int> seconds =
-        text == "now" ? now - now % SECONDS : parseTime(text);
-    if (!seconds || *seconds < START_OF_2006 || *seconds % SECONDS != 0) {
-        return std::nullopt;
+    if (text == "now") {
+        return dateAt(now - now % SECONDS);
     }
-    const unsigned int count = (*seconds - START_OF_1996) / SECONDS;
-    if (count == ROLL_OVER || count >= ROLL_OVER + FIRST_COUNT) {
-        return std::nullopt;
-    }
-    return MfgDate(count % ROLL_OVER);
+    const std::optional<unsigned int> seconds = parseTime(text);
+    return seconds ? dateAt(*seconds) : std::nullopt;
 }
 
 }
