@@ -200,9 +200,9 @@ void FruDraft::put(FRU_AREA id, const std::string& content)
     blocks[id] = content;
 }
 
-/// With a damaged record, an overlap or an area of unknown place, it is unknown which bytes may be
-/// moved.
-void FruDraft::checkMovable() const
+/// With a damaged record, an overlap or an area of unknown size, it is unknown which bytes belong
+/// to what.
+void FruDraft::requireKnownPlaces(const char* otherwise) const
 {
     std::vector<std::string> obstacles = fru.problems;
     for (const FruAreaImage& area : fru.areas) {
@@ -211,7 +211,7 @@ void FruDraft::checkMovable() const
         }
     }
     if (!obstacles.empty()) {
-        throw DataError("the areas cannot be moved: " + obstacles.front());
+        throw DataError(fmt::format("{}: {}", otherwise, obstacles.front()));
     }
 }
 
@@ -232,9 +232,12 @@ FruDraftResult FruDraft::finish(bool growing)
     }
     const bool isRemoving = std::any_of(blocks.begin(), blocks.end(),
                                         [](const auto& block) { return block.second.empty(); });
+    if (isMoving) {
+        requireKnownPlaces("the areas cannot be moved");
+    }
     // Without an area, the internal use area before it reaches further.
-    if (isMoving || isRemoving) {
-        checkMovable();
+    if (isRemoving) {
+        requireKnownPlaces("no area can be removed");
     }
     FruDraftResult result = {placeFruBlocks(bytes, blocks), notes};
     const FruImage after = parseFruImage(result.bytes);

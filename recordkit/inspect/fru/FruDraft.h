@@ -53,7 +53,7 @@ private:
     const FruExtent* findExtent(FRU_AREA id) const;
     void requireExtent(FRU_AREA id) const;
     void checkApart(const FruExtent& area) const;
-    void checkMovable() const;
+    void requireKnownPlaces(const char* otherwise) const;
     std::string encode(FruAreaContent area);
     void put(FRU_AREA id, const std::string& content);
     void requireGrowth(const std::string& need) const;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <recordkit/inspect/fru/FruText.h>
 
-#include <algorithm>
 #include <fmt/format.h>
 
 #include <recordkit/fru/FRUTables.h>

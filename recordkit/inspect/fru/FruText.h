@@ -36,7 +36,7 @@ FruText encodeFruText(const std::string& name, const std::string& value, unsigne
 FruText replaceFruText(const std::string& name, const std::string& value, unsigned char language,
                        const FruText& old);
 
-/// "6-bit" and the others of codingName; the names of the choices of an option.
+/// The coding with this name of codingName.
 std::optional<Coding> findCoding(const std::string& name);
 
 }

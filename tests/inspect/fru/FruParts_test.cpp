@@ -327,6 +327,12 @@ TEST(FruParts, AreasAreRemoved)
               withChecksum({1, 0, 0, 3, 0, 0, 0}) + Bytes(16, 0) + BOARD);
     const Bytes overlap = withChecksum({1, 0, 1, 2, 0, 0, 0}) + CHASSIS + Bytes(32, 0);
     EXPECT_NE(removeRefusal(overlap, {"chassis"}), "none");
+    // The internal use area would reach over an area of unknown size.
+    const Bytes unknown =
+        withChecksum({1, 1, 0, 2, 9, 0, 0}) + sequence(8, 1) + BOARD + Bytes(40, 0);
+    EXPECT_EQ(removeRefusal(unknown, {"board"}),
+              "1: no area can be removed: product area: length byte at offset 73 is 0");
+    EXPECT_EQ(removeRefusal(unknown, {"board.custom1"}), "none");
 }
 
 TEST(FruParts, WhatIsAddedAndRemovedAgainLeavesEverySampleAsItWas)
