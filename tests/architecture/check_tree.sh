@@ -30,6 +30,7 @@ allowed_rooms() {
     fields) echo "fields words bytes" ;;
     event | fru | sensor | memory | eeprom) echo "$1 fields words bytes" ;;
     log) echo "log event words bytes" ;;
+    report) echo "report log event fru sensor memory eeprom fields words bytes" ;;
     *) echo "" ;;
     esac
 }

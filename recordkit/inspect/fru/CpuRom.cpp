@@ -141,6 +141,17 @@ std::vector<CpuBlock> readBlocks(CpuRom& rom, FRUData& fru, const std::string& b
     return blocks;
 }
 
+/// The byte of the header that contains the offset of a block.
+unsigned int offsetByteOf(const FRUAreaTbl& block)
+{
+    unsigned int at = 0;
+    for (const FRUMemberTbl* row = findFRUArea(FRU_AREA_CPU_HEADER)->members;
+         row->item != block.offsetItem; ++row) {
+        at += row->size;
+    }
+    return at;
+}
+
 /// Throws DataError for bytes that do not look like a ROM.
 void requireRom(const FruChecksum& header, const std::vector<CpuBlock>& blocks)
 {
@@ -175,6 +186,37 @@ CpuRom readCpuRom(const std::string& bytes, unsigned char board)
                             })});
     }
     return rom;
+}
+
+unsigned int countRightCpuBlocks(ByteView bytes)
+{
+    const unsigned int headerSize = findFRUArea(FRU_AREA_CPU_HEADER)->size;
+    if (bytes.size() < headerSize ||
+        bytes[offsetByteOf(*findFRUArea(FRU_AREA_CPU_PROCESSOR))] == 0) {
+        return 0;
+    }
+    std::vector<FruExtent> parts = {{"header", 0, headerSize}};
+    for (const BlockName& block : BLOCKS) {
+        const FRUAreaTbl& row = *findFRUArea(block.area);
+        const unsigned int offset = bytes[offsetByteOf(row)];
+        if (offset != 0) {
+            parts.push_back({block.name, offset, row.size});
+        }
+    }
+    std::sort(parts.begin(), parts.end(),
+              [](const FruExtent& a, const FruExtent& b) { return a.offset < b.offset; });
+    unsigned int right = 0;
+    unsigned int end = 0; // of what counts
+    for (const FruExtent& each : parts) {
+        const ByteView part = bytes.part(each.offset, each.size);
+        if (each.offset >= end && part.size() == each.size &&
+            checksumOf(part, 0, each.size - 1, each.size - 1).isRight() &&
+            std::any_of(part.begin(), part.end(), [](unsigned char byte) { return byte != 0; })) {
+            ++right;
+            end = each.end();
+        }
+    }
+    return right;
 }
 
 }

@@ -48,6 +48,10 @@ struct CpuRom {
 /// the header and of more than half of the blocks.
 CpuRom readCpuRom(const std::string& bytes, unsigned char board);
 
+/// How many of header and blocks, by the header's offsets, have a right checksum: of those that are
+/// not only zeroes and overlap none that counts. 0 for a header without a processor block.
+unsigned int countRightCpuBlocks(ByteView bytes);
+
 }
 
 #endif

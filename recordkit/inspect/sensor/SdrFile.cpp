@@ -86,24 +86,8 @@ SdrFile walk(ByteView content, std::size_t prefix)
     return file;
 }
 
-}
-
-SdrFile parseSdrFile(ByteView content, SdrFormat format)
-{
-    if (format == SdrFormat::DUMP) {
-        return walk(content, 0);
-    }
-    if (format == SdrFormat::RESPONSES) {
-        return walk(content, NEXT_ID);
-    }
-    SdrFile dump = walk(content, 0);
-    SdrFile responses = walk(content, NEXT_ID);
-    const bool isDump = dump.problems.size() <= responses.problems.size() &&
-                        dump.records.size() >= responses.records.size();
-    return isDump || responses.records.empty() ? dump : responses;
-}
-
-std::string sdrTypeName(unsigned char type)
+/// Nullptr for a type without a name.
+const char* knownTypeName(unsigned char type)
 {
     switch (type) {
     case SDR_FULL:
@@ -129,8 +113,36 @@ std::string sdrTypeName(unsigned char type)
     case SDR_OEM:
         return "OEM";
     default:
-        return fmt::format("type {:02X}h", type);
+        return nullptr;
     }
+}
+
+}
+
+SdrFile parseSdrFile(ByteView content, SdrFormat format)
+{
+    if (format == SdrFormat::DUMP) {
+        return walk(content, 0);
+    }
+    if (format == SdrFormat::RESPONSES) {
+        return walk(content, NEXT_ID);
+    }
+    SdrFile dump = walk(content, 0);
+    SdrFile responses = walk(content, NEXT_ID);
+    const bool isDump = dump.problems.size() <= responses.problems.size() &&
+                        dump.records.size() >= responses.records.size();
+    return isDump || responses.records.empty() ? dump : responses;
+}
+
+bool isKnownSdrType(unsigned char type)
+{
+    return knownTypeName(type) != nullptr;
+}
+
+std::string sdrTypeName(unsigned char type)
+{
+    const char* const name = knownTypeName(type);
+    return name == nullptr ? fmt::format("type {:02X}h", type) : name;
 }
 
 }

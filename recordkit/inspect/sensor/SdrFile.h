@@ -49,6 +49,9 @@ struct SdrFile {
 /// Nothing in the content is trusted; every step advances.
 SdrFile parseSdrFile(ByteView content, SdrFormat format = SdrFormat::AUTO);
 
+/// Whether a type is one of SdrType.
+bool isKnownSdrType(unsigned char type);
+
 /// "full", "compact", "event-only", ...; "OEM" and "type 2Ah" for those without a name.
 std::string sdrTypeName(unsigned char type);
 
