@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// Writes the part for events of a report's document; DOCUMENT.md describes it.
+
+import { Buffer } from 'node:buffer';
+
+export const SEVERITIES = ['non-recoverable', 'critical', 'warning', 'monitor', 'informational', 'unrated', 'none'];
+export const DIRECTIONS = ['', 'asserted', 'deasserted'];
+export const STATES = ['regular', 'unreachable', 'damaged', 'backup'];
+export const NO_TIME = 0xFFFFFFFF;
+
+const WIDTHS = { u8: 1, u16: 2, u32: 4 };
+
+function column(values, type) {
+    const width = WIDTHS[type];
+    const bytes = Buffer.alloc(values.length * width);
+    values.forEach((value, index) => bytes.writeUIntLE(value, index * width, width));
+    return { type, data: bytes.toString('base64') };
+}
+
+const narrowest = (values) => {
+    const most = values.reduce((a, b) => Math.max(a, b), 0);
+    return most < 0x100 ? 'u8' : most < 0x10000 ? 'u16' : 'u32';
+};
+
+const SYSTEM_EVENT = [
+    { name: 'record_id', offset: 0, width: 2 },
+    { name: 'record_type', offset: 2, width: 1 },
+    { name: 'timestamp', offset: 3, width: 4, as: 'time' },
+    { name: 'generator_id_1', offset: 7, width: 1 },
+    { name: 'generator_id_2', offset: 8, width: 1 },
+    { name: 'evm_revision', offset: 9, width: 1 },
+    { name: 'sensor_type', offset: 10, width: 1, as: 'word' },
+    { name: 'sensor_number', offset: 11, width: 1 },
+    { name: 'deassertion', offset: 12, width: 1, bits: [7, 7], as: 'number' },
+    { name: 'event_type', offset: 12, width: 1, bits: [6, 0], as: 'word' },
+    { name: 'event_data_1', offset: 13, width: 1 },
+    { name: 'event_data_2', offset: 14, width: 1 },
+    { name: 'event_data_3', offset: 15, width: 1 },
+];
+
+/// The first row whose range contains the record type describes the record (IPMI v2.0, section 32).
+export const FIELDS = [
+    { first: 0x02, last: 0x02, kind: 'system-event', fields: SYSTEM_EVENT },
+    {
+        first: 0xC0, last: 0xDF, kind: 'oem-timestamped', fields: [
+            ...SYSTEM_EVENT.slice(0, 3),
+            { name: 'manufacturer_id', offset: 7, width: 3 },
+            { name: 'oem_data', offset: 10, width: 6, as: 'bytes' },
+        ],
+    },
+    {
+        first: 0xE0, last: 0xFF, kind: 'oem-untimestamped', fields: [
+            ...SYSTEM_EVENT.slice(0, 2),
+            { name: 'oem_data', offset: 3, width: 13, as: 'bytes' },
+        ],
+    },
+    { first: 0x00, last: 0xFF, kind: 'other', fields: [...SYSTEM_EVENT.slice(0, 3), { name: 'data', offset: 7, width: 9, as: 'bytes' }] },
+];
+
+/// A table in which each different row exists once.
+class Table {
+    constructor() {
+        this.rows = [];
+        this.index = new Map();
+    }
+
+    put(row) {
+        const key = JSON.stringify(row);
+        if (!this.index.has(key)) {
+            this.index.set(key, this.rows.length);
+            this.rows.push(row);
+        }
+        return this.index.get(key);
+    }
+}
+
+/// `list` is what `sel list --board all --json` prints; `asserted` contains "board/log" of what is
+/// still asserted; `traces` are rotations and gaps.
+export function encodeEvents(list, asserted, traces) {
+    const sensors = new Table();
+    const texts = new Table();
+    const blocks = new Table();
+    const words = { sensor_type: {}, event_type: {} };
+    const columns = { time: [], severity: [], direction: [], flags: [], state: [], file: [], slot: [], log: [], sensor: [], text: [], block: [] };
+    for (const event of list) {
+        columns.time.push(event.time === null ? NO_TIME : event.timestamp);
+        columns.severity.push(SEVERITIES.indexOf(event.severity ?? 'none'));
+        columns.direction.push(DIRECTIONS.indexOf(event.direction ?? ''));
+        columns.flags.push((asserted.has(`${event.board}/${event.log}`) ? 1 : 0) | (event.pre_init ? 2 : 0));
+        columns.state.push(Math.max(0, STATES.indexOf(event.state)));
+        columns.file.push(event.file ?? 0);
+        columns.slot.push(event.slot ?? 0);
+        columns.log.push(event.log ?? 0);
+        columns.sensor.push(sensors.put({
+            log: event.board ?? 255, board: event.board, source: event.source, generator: event.generator,
+            type: event.sensor_type, type_name: event.sensor_type_name, number: event.sensor,
+            name: event.sensor_name, entity: event.entity, entity_name: event.entity_name,
+        }));
+        columns.text.push(texts.put([event.event ?? '', event.cause]));
+        columns.block.push(blocks.put({
+            image: event.extended === null ? null : Buffer.from(event.extended, 'hex').toString('base64'),
+            partitions: event.partitions, part_number: event.part_number, serial_number: event.serial_number,
+        }));
+        if (event.sensor_type !== null) {
+            words.sensor_type[event.sensor_type] = event.sensor_type_name;
+            words.event_type[event.event_type] = event.event_type_name;
+        }
+    }
+    const encoded = Object.fromEntries(Object.entries(columns).map(([name, values]) =>
+        [name, column(values, name === 'time' ? 'u32' : narrowest(values))]));
+    encoded.record = { type: 'bytes', data: Buffer.concat(list.map((event) => Buffer.from(event.record, 'hex'))).toString('base64') };
+    return {
+        count: list.length, severities: SEVERITIES, directions: DIRECTIONS, states: STATES, columns: encoded,
+        sensors: sensors.rows, texts: texts.rows, blocks: blocks.rows, fields: FIELDS, words, traces,
+    };
+}
+
+/// Rotations, from the files that the events are in, and gaps, where record ids are missing.
+export function findTraces(list) {
+    const traces = [];
+    const before = new Map();
+    for (const event of list) {
+        const last = before.get(event.board);
+        if (last !== undefined && event.time !== null) {
+            if (last.file !== event.file) {
+                traces.push({ kind: 'rotation', log: event.board, from: event.timestamp, to: event.timestamp });
+            }
+            const missing = (event.id - last.id + 0xFFFF) % 0xFFFF - 1;
+            if (missing > 0) {
+                traces.push({ kind: 'gap', log: event.board, from: last.timestamp, to: event.timestamp, missing });
+            }
+        }
+        if (event.time !== null || last === undefined) {
+            before.set(event.board, event);
+        } else {
+            last.id = event.id;
+        }
+    }
+    return traces;
+}

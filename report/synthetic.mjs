@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// Prints a document with invented events, the same for each seed: by default as many as 16 boards store.
+//
+//   node synthetic.mjs [COUNT [SEED]] > document.json
+
+import { Buffer } from 'node:buffer';
+import { pathToFileURL } from 'node:url';
+import { encodeEvents, SEVERITIES } from './encode.mjs';
+
+const KINDS = [
+    ['Fan', 4, 'Fan', 1, 'threshold', 'RPM'],
+    ['Inlet Temp', 1, 'Temperature', 1, 'threshold', 'degrees C'],
+    ['12 V', 2, 'Voltage', 1, 'threshold', 'Volts'],
+    ['DIMM', 12, 'Memory', 111, 'sensor-specific', null],
+    ['CPU', 7, 'Processor', 111, 'sensor-specific', null],
+];
+const TEXTS = ['Correctable ECC', 'Uncorrectable ECC', 'Presence detected', 'IERR', 'Thermal Trip'];
+
+export function synthetic(count = 102400, seed = 1, lanes = 40, boards = 16) {
+    let state = seed >>> 0;
+    const random = (below) => {
+        state = (Math.imul(state, 1664525) + 1013904223) >>> 0;
+        return Math.floor(state / 4294967296 * below);
+    };
+    const from = 1763000000;
+    const step = 31536000 / count;
+    const list = [];
+    const logs = new Uint32Array(boards);
+    const block = `0d${'00'.repeat(119)}`;
+    for (let index = 0; index < count; index++) {
+        const lane = Math.min(random(lanes), random(lanes));
+        const board = lane % boards;
+        const [name, type, typeName, eventType, eventTypeName, units] = KINDS[lane % KINDS.length];
+        const luck = random(10000);
+        const severity = luck < 3 ? 0 : luck < 150 ? 1 : luck < 5000 ? 2 : luck < 7000 ? 3 : luck < 9000 ? 4 : 5;
+        const dated = random(500) > 0;
+        const time = Math.floor(from + index * step);
+        const reading = random(256);
+        const log = ++logs[board];
+        const record = Buffer.alloc(16);
+        record.writeUInt16LE(log % 0xFFFF, 0);
+        record[2] = 2;
+        record.writeUInt32LE(dated ? time : random(600), 3);
+        record[7] = 0x20;
+        record[9] = 4;
+        record[10] = type;
+        record[11] = lane;
+        record[12] = eventType | (index % 2 ? 0x80 : 0);
+        record[13] = random(12);
+        record[14] = reading;
+        record[15] = 100;
+        list.push({
+            board, log, file: 7 - Math.floor((log - 1) / 800) % 8, slot: (log - 1) % 800, state: 'regular', source: null, id: log,
+            time: dated ? 'dated' : null, timestamp: time, pre_init: !dated, severity: SEVERITIES[severity], generator: '2000',
+            sensor_type: type, sensor_type_name: typeName, sensor: lane, event_type: eventType, event_type_name: eventTypeName,
+            direction: index % 2 ? 'deasserted' : 'asserted', partitions: [board], part_number: 'EX-SB-2100', serial_number: `SB26A${String(board).padStart(5, '0')}`,
+            event: units === null ? TEXTS[random(TEXTS.length)] : `Upper Critical - going high, reading ${reading} > threshold ${100 + lane} ${units}`,
+            cause: units === null ? `unit ${random(16)}` : null, sensor_name: `${name} ${lane}`, entity: `7.${board}`, entity_name: 'system board',
+            record: record.toString('hex'), extended: block,
+        });
+    }
+    const traces = [];
+    for (let board = 0; board < boards; board++) {
+        traces.push({ kind: 'rotation', log: board, from: from + board * 1e6, to: from + board * 1e6 });
+    }
+    traces.push({ kind: 'gap', log: 0, from: from + 5e6, to: from + 7e6, missing: 12 });
+    const last = list.findLastIndex((event) => event.severity === 'critical');
+    return {
+        format: 'recordkit-report', version: 1, title: 'Health of an invented server',
+        made: { time: '2026-11-21T00:00:00Z', program: 'recordkit' },
+        verdict: { level: last < 0 ? 'good' : 'critical', text: last < 0 ? 'Nothing is still asserted' : 'Critical: 1 still asserted', reasons: last < 0 ? [] : [{ row: last }] },
+        events: encodeEvents(list, new Set(last < 0 ? [] : [`${list[last].board}/${list[last].log}`]), traces),
+    };
+}
+
+if (process.argv[1] && import.meta.url === pathToFileURL(process.argv[1]).href) {
+    const [count, seed] = process.argv.slice(2).map(Number);
+    process.stdout.write(JSON.stringify(synthetic(count, seed)));
+}
