@@ -17,25 +17,30 @@ const KINDS = [
 ];
 const TEXTS = ['Correctable ECC', 'Uncorrectable ECC', 'Presence detected', 'IERR', 'Thermal Trip'];
 
-export function synthetic(count = 102400, seed = 1, lanes = 40, boards = 16) {
+const FROM = 1763000000;
+const BOARDS = 16;
+const LANES = 40;
+const COUNT = 102400;
+
+/// The events as `sel list --board all --json` prints them.
+export function syntheticList(count = COUNT, seed = 1) {
     let state = seed >>> 0;
     const random = (below) => {
         state = (Math.imul(state, 1664525) + 1013904223) >>> 0;
         return Math.floor(state / 4294967296 * below);
     };
-    const from = 1763000000;
     const step = 31536000 / count;
     const list = [];
-    const logs = new Uint32Array(boards);
+    const logs = new Uint32Array(BOARDS);
     const block = `0d${'00'.repeat(119)}`;
     for (let index = 0; index < count; index++) {
-        const lane = Math.min(random(lanes), random(lanes));
-        const board = lane % boards;
+        const lane = Math.min(random(LANES), random(LANES));
+        const board = lane % BOARDS;
         const [name, type, typeName, eventType, eventTypeName, units] = KINDS[lane % KINDS.length];
         const luck = random(10000);
         const severity = luck < 3 ? 0 : luck < 150 ? 1 : luck < 5000 ? 2 : luck < 7000 ? 3 : luck < 9000 ? 4 : 5;
         const dated = random(500) > 0;
-        const time = Math.floor(from + index * step);
+        const time = Math.floor(FROM + index * step);
         const reading = random(256);
         const log = ++logs[board];
         const record = Buffer.alloc(16);
@@ -60,11 +65,16 @@ export function synthetic(count = 102400, seed = 1, lanes = 40, boards = 16) {
             record: record.toString('hex'), extended: block,
         });
     }
+    return list;
+}
+
+export function synthetic(count = COUNT, seed = 1) {
+    const list = syntheticList(count, seed);
     const traces = [];
-    for (let board = 0; board < boards; board++) {
-        traces.push({ kind: 'rotation', log: board, from: from + board * 1e6, to: from + board * 1e6 });
+    for (let board = 0; board < BOARDS; board++) {
+        traces.push({ kind: 'rotation', log: board, from: FROM + board * 1e6, to: FROM + board * 1e6 });
     }
-    traces.push({ kind: 'gap', log: 0, from: from + 5e6, to: from + 7e6, missing: 12 });
+    traces.push({ kind: 'gap', log: 0, from: FROM + 5e6, to: FROM + 7e6, missing: 12 });
     const last = list.findLastIndex((event) => event.severity === 'critical');
     return {
         format: 'recordkit-report', version: 1, title: 'Health of an invented server',

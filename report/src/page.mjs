@@ -42,7 +42,7 @@ function fillControls(events) {
     events.severity.forEach((one) => numbers[one]++);
     events.severities.forEach((name, index) => {
         if (numbers[index] > 0) {
-            const input = element('input', { type: 'checkbox', checked: true, name: 'severity', value: String(index) });
+            const input = element('input', { type: 'checkbox', defaultChecked: true, name: 'severity', value: String(index) });
             box.append(element('label', {}, input, severityMark(name), `${name} (${count(numbers[index])})`));
         }
     });
@@ -142,7 +142,7 @@ function start() {
 
     form.addEventListener('input', apply);
     form.addEventListener('submit', (event) => event.preventDefault());
-    byId('reset').addEventListener('click', reset);
+    byId('reset-all').addEventListener('click', reset);
     byId('zoom-in').addEventListener('click', () => timeline.zoom(0.5));
     byId('zoom-out').addEventListener('click', () => timeline.zoom(2));
     byId('earlier').addEventListener('click', () => timeline.move(-0.5));

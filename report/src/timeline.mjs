@@ -39,6 +39,10 @@ export class Timeline {
         this.redraw();
     }
 
+    get length() {
+        return this.period[1] - this.period[0];
+    }
+
     get zoomed() {
         return this.period[0] > this.whole[0] || this.period[1] < this.whole[1];
     }
@@ -111,7 +115,7 @@ export class Timeline {
     }
 
     move(part) {
-        const by = (this.period[1] - this.period[0]) * part;
+        const by = this.length * part;
         this.setPeriod(this.period[0] + by, this.period[1] + by);
     }
 
@@ -161,7 +165,7 @@ export class Timeline {
     sortIntoCells({ left, right }) {
         const { events, laneOfSensor } = this;
         const { place, time, severity, sensor } = events;
-        const [from, to] = this.period;
+        const [from] = this.period;
         const width = right - left;
         const columns = Math.max(1, Math.floor(width / CELL));
         const barCount = Math.max(1, Math.floor(width / BAR));
@@ -170,7 +174,7 @@ export class Timeline {
         const numbers = new Uint32Array(columns * this.lanes.length);
         const bars = new Uint32Array(barCount * kinds);
         const totals = new Uint32Array(kinds);
-        const length = to - from;
+        const { length } = this;
         for (const row of this.rows) {
             const part = (place[row] - from) / length;
             if (part < 0 || part >= 1) {
@@ -319,7 +323,7 @@ export class Timeline {
 
     /// A date or a time of day, as exact as the period is short.
     tickText(date) {
-        const days = (this.period[1] - this.period[0]) / 86400;
+        const days = this.length / 86400;
         const midnight = date.getTime() % 86400000 === 0;
         const form = days > 120 ? '%b %Y' : midnight ? '%d %b' : days > 0.01 ? '%H:%M' : '%H:%M:%S';
         return d3.utcFormat(form)(date);
@@ -402,8 +406,8 @@ export class Timeline {
             0: () => this.showAll(),
             ArrowLeft: () => this.move(-0.25),
             ArrowRight: () => this.move(0.25),
-            Home: () => this.move(-1e9),
-            End: () => this.move(1e9),
+            Home: () => this.setPeriod(this.whole[0], this.whole[0] + this.length),
+            End: () => this.setPeriod(this.whole[1] - this.length, this.whole[1]),
             ArrowDown: () => this.choose((this.chosen + 1) % lanes),
             ArrowUp: () => this.choose((this.chosen + lanes - (this.chosen < 0 ? 0 : 1)) % lanes),
             Enter: () => this.chosen >= 0 && this.chosen !== this.undated && this.changed(this.lanes[this.chosen]),
