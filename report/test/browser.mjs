@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// A headless Chromium, and pages built for a test.
+
+import { execFileSync } from 'node:child_process';
+import { mkdtempSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { pathToFileURL } from 'node:url';
+import { chromium } from 'playwright-core';
+import { buildPage } from '../build.mjs';
+
+const NAMES = ['chromium', 'chromium-browser', 'google-chrome'];
+
+function findChromium() {
+    if (process.env.CHROMIUM) {
+        return process.env.CHROMIUM;
+    }
+    for (const name of NAMES) {
+        try {
+            return execFileSync('sh', ['-c', `command -v ${name}`], { encoding: 'utf8' }).trim();
+        } catch {
+            // The next name.
+        }
+    }
+    throw new Error(`none of ${NAMES.join(', ')} is installed; CHROMIUM may name a browser`);
+}
+
+export class Browser {
+    async start() {
+        this.folder = mkdtempSync(join(tmpdir(), 'recordkit-report-'));
+        this.pages = 0;
+        // Chromium's own sandbox cannot be started by root, as in many containers.
+        const args = process.getuid?.() === 0 ? ['--no-sandbox'] : [];
+        this.browser = await chromium.launch({ executablePath: findChromium(), args });
+    }
+
+    async stop() {
+        await this.browser?.close();
+        rmSync(this.folder, { recursive: true, force: true });
+    }
+
+    /// Builds a page and opens it. Errors, console messages and requests are collected.
+    async open(document, options = {}) {
+        const html = buildPage(document, { library: process.env.D3_FOLDER });
+        const file = join(this.folder, `${this.pages++}.html`);
+        writeFileSync(file, html);
+        const context = await this.browser.newContext({ viewport: { width: 1280, height: 900 }, ...options });
+        context.setDefaultTimeout(5000);
+        const page = await context.newPage();
+        const heard = { errors: [], requests: [], bytes: Buffer.byteLength(html) };
+        page.on('pageerror', (error) => heard.errors.push(error.message));
+        page.on('console', (message) => heard.errors.push(message.text()));
+        page.on('request', (request) => heard.requests.push(request.url()));
+        page.on('dialog', (dialog) => { heard.errors.push(`dialog ${dialog.message()}`); dialog.dismiss(); });
+        heard.url = pathToFileURL(file).href;
+        await page.goto(heard.url);
+        await page.waitForFunction(() => performance.getEntriesByName('first-picture').length > 0);
+        return { page, heard, close: () => context.close() };
+    }
+}

@@ -1,0 +1,389 @@
+// SPDX-License-Identifier: Apache-2.0
+
+import assert from 'node:assert/strict';
+import { createRequire } from 'node:module';
+import { after, before, describe, it } from 'node:test';
+import { joinModules, scriptJson } from '../build.mjs';
+import { encodeEvents } from '../encode.mjs';
+import { synthetic, syntheticList } from '../synthetic.mjs';
+import { Browser } from './browser.mjs';
+
+const AXE = createRequire(import.meta.url).resolve('axe-core/axe.min.js');
+const MOST_BYTES = 12e6;
+const FEW = 2000;
+
+const browser = new Browser();
+before(() => browser.start());
+after(() => browser.stop());
+
+/// The number at the beginning of the line over the table: how many events are listed.
+const listed = async (page) => Number((await page.locator('#found').textContent()).split(' ')[0].replaceAll(',', ''));
+
+const periodOf = async (page) => (await page.locator('#period').textContent()).split(' UTC')[0]
+    .split(' to ').map((text) => Date.parse(text.replace(' ', 'T') + 'Z') / 1000);
+
+const nextPicture = (page) => page.evaluate(() => new Promise((done) => requestAnimationFrame(() => setTimeout(done))));
+
+const event = (more = {}) => ({ ...syntheticList(1, 5)[0], time: 'dated', timestamp: 1763000000, pre_init: false, ...more });
+
+const documentOf = (list, more = {}) => ({
+    title: 'A test', made: { time: '2026-11-21T00:00:00Z', program: 'recordkit' },
+    verdict: { level: 'good', text: 'Nothing is still asserted', reasons: [] },
+    events: encodeEvents(list, new Set(), []), ...more,
+});
+
+describe('a report of few events', () => {
+    const list = syntheticList(FEW);
+    let opened;
+    let page;
+    before(async () => {
+        opened = await browser.open(synthetic(FEW));
+        page = opened.page;
+    });
+    after(() => opened.close());
+
+    const reset = async () => {
+        await page.locator('#reset-all').click();
+        await nextPicture(page);
+    };
+
+    it('loads nothing but itself and reports no error', () => {
+        assert.deepEqual(opened.heard.requests, [opened.heard.url]);
+        assert.deepEqual(opened.heard.errors, []);
+    });
+
+    it('says the verdict and goes to its event', async () => {
+        assert.match(await page.locator('#verdict').innerText(), /Critical: 1 still asserted/);
+        const last = list.findLast((one) => one.severity === 'critical');
+        assert.ok((await page.locator('#reasons li').innerText()).includes(last.event));
+        await page.locator('#reasons button').click();
+        const focused = page.locator('.opener:focus');
+        assert.equal(await focused.getAttribute('aria-expanded'), 'true');
+        assert.ok((await page.locator('tr:has(.opener:focus)').innerText()).includes(last.sensor_name));
+        await reset();
+    });
+
+    it('has only the rows that are seen', async () => {
+        assert.equal(await page.locator('#events-table').getAttribute('aria-rowcount'), String(FEW + 1));
+        const rows = await page.locator('#rows tr').count();
+        assert.ok(rows > 10 && rows < 60, `${rows} rows`);
+        await page.locator('#events-scroller').evaluate((box) => { box.scrollTop = box.scrollHeight; });
+        await page.locator(`tr[aria-rowindex="${FEW + 1}"]`).waitFor();
+        await reset();
+    });
+
+    it('filters by text, severity, sensor and direction', async () => {
+        const expect = async (which) => {
+            await nextPicture(page);
+            assert.equal(await listed(page), list.filter(which).length);
+            await reset();
+            assert.equal(await listed(page), FEW);
+        };
+        await page.locator('#text').fill('uncorrectable');
+        await expect((one) => one.event.toLowerCase().includes('uncorrectable'));
+        await page.locator('#text').fill('SB26A00003');
+        await expect((one) => one.serial_number === 'SB26A00003');
+        await page.getByLabel(/^warning/).uncheck();
+        await expect((one) => one.severity !== 'warning');
+        const sensor = list[0].sensor_name;
+        const option = page.locator('#sensor option').filter({ hasText: new RegExp(`^${sensor} \\(`) });
+        await page.locator('#sensor').selectOption(await option.getAttribute('value'));
+        await expect((one) => one.sensor_name === sensor);
+        await page.locator('#direction').selectOption({ label: 'deasserted' });
+        await expect((one) => one.direction === 'deasserted');
+        await page.locator('#still').check();
+        await expect((one) => one === list.findLast((other) => other.severity === 'critical'));
+        await page.locator('#text').fill('no event says this');
+        await expect(() => false);
+    });
+
+    it('zooms by dragging; histogram and table follow', async () => {
+        const whole = await periodOf(page);
+        const plot = page.locator('#plot');
+        await plot.scrollIntoViewIfNeeded();
+        const box = await plot.boundingBox();
+        await page.mouse.move(box.x + box.width * 0.5, box.y + 40);
+        await page.mouse.down();
+        await page.mouse.move(box.x + box.width * 0.6, box.y + 40, { steps: 3 });
+        assert.equal(await page.locator('#band').isVisible(), true);
+        await page.mouse.up();
+        await nextPicture(page);
+        assert.equal(await page.locator('#band').isVisible(), false);
+        const [from, to] = await periodOf(page);
+        const part = (to - from) / (whole[1] - whole[0]);
+        assert.ok(part > 0.1 && part < 0.15, `the period is ${part} of the whole`);
+        assert.ok(from > whole[0] && to < whole[1]);
+        const inside = list.filter((one) => one.time !== null && one.timestamp >= from && one.timestamp <= to).length;
+        const undated = list.filter((one) => one.time === null).length;
+        const shown = await listed(page);
+        assert.ok(Math.abs(shown - inside) <= undated + 2, `${shown} listed, ${inside} in the period`);
+        assert.ok((await page.locator('#period').textContent()).includes(`: ${shown} events`));
+        await page.locator('#follow').uncheck();
+        assert.equal(await listed(page), FEW);
+        await page.locator('#follow').check();
+        await plot.dblclick({ position: { x: box.width * 0.5, y: 40 } });
+        await nextPicture(page);
+        assert.deepEqual(await periodOf(page), whole);
+        assert.equal(await listed(page), FEW);
+    });
+
+    it('zooms, moves and chooses a lane by keyboard', async () => {
+        const whole = await periodOf(page);
+        await page.locator('#plot').focus();
+        const press = async (key) => {
+            await page.keyboard.press(key);
+            await nextPicture(page);
+            return periodOf(page);
+        };
+        const half = await press('+');
+        assert.ok(Math.abs((half[1] - half[0]) / (whole[1] - whole[0]) - 0.5) < 0.001);
+        const earlier = await press('ArrowLeft');
+        assert.ok(earlier[0] < half[0] && earlier[1] < half[1]);
+        assert.equal((await press('Home'))[0], whole[0]);
+        assert.equal((await press('End'))[1], whole[1]);
+        assert.deepEqual(await press('0'), whole);
+        await press('ArrowDown');
+        const said = await page.locator('#readout').textContent();
+        await press('Enter');
+        const sensor = said.split(' · ')[0];
+        assert.equal(await listed(page), list.filter((one) => one.sensor_name === sensor).length);
+        await reset();
+    });
+
+    it('opens a row with fields and bytes', async () => {
+        const first = page.locator('#rows .opener').first();
+        await first.click();
+        const newest = list.at(-1);
+        const details = await page.locator('.details').innerText();
+        const bytes = newest.record.match(/../g).join(' ');
+        assert.ok(details.includes(`0  ${bytes}`), details);
+        assert.match(details, new RegExp(`event_data_2\\s+${newest.record.slice(28, 30).toUpperCase()}h`));
+        assert.match(details, new RegExp(`sensor_type\\s+0${newest.sensor_type.toString(16).toUpperCase()}h ${newest.sensor_type_name}`));
+        assert.match(details, new RegExp(`stored in\\s+sel${newest.file}, slot ${newest.slot}`));
+        await first.click();
+        assert.equal(await page.locator('.details').count(), 0);
+    });
+
+    it('keeps an opened row in place while the table is scrolled', async () => {
+        await page.locator('#rows .opener').first().click();
+        const scroller = page.locator('#events-scroller');
+        await scroller.evaluate((box) => { box.scrollTop = 20000; });
+        await page.waitForFunction(() => !document.querySelector('.details'));
+        const height = await scroller.evaluate((box) => box.scrollHeight);
+        await scroller.evaluate((box) => { box.scrollTop = 0; });
+        await page.locator('.details').waitFor();
+        assert.equal(await scroller.evaluate((box) => box.scrollHeight), height);
+        await reset();
+    });
+
+    it('is used with the keyboard only', async () => {
+        const { page, heard, close } = await browser.open(synthetic(FEW));
+        const seen = new Set();
+        for (let step = 0; step < 60; step++) {
+            await page.keyboard.press('Tab');
+            const at = await page.evaluate(() => document.activeElement.id || document.activeElement.className || document.activeElement.name);
+            seen.add(at);
+            if (at === 'opener') {
+                break;
+            }
+        }
+        for (const part of ['skip', 'text', 'sensor', 'direction', 'severity', 'plot', 'zoom-in', 'lanes', 'events-scroller', 'sort', 'opener']) {
+            assert.ok(seen.has(part), `${part} is not reached by Tab`);
+        }
+        const index = () => page.evaluate(() => Number(document.activeElement.closest('tr').getAttribute('aria-rowindex')));
+        assert.equal(await index(), 2);
+        await page.keyboard.press('ArrowDown');
+        assert.equal(await index(), 3);
+        await page.keyboard.press('End');
+        assert.equal(await index(), FEW + 1);
+        await page.keyboard.press('Enter');
+        assert.equal(await page.locator('.opener:focus').getAttribute('aria-expanded'), 'true');
+        await page.keyboard.press('PageUp');
+        assert.ok(await index() < FEW - 3);
+        await page.keyboard.press('Home');
+        assert.equal(await index(), 2);
+        await page.locator('#sort').press('Enter');
+        assert.ok((await page.locator('#rows .text').first().innerText()).startsWith(list[0].event));
+        assert.deepEqual(heard.errors, []);
+        await close();
+    });
+
+    it('reported no error meanwhile', () => {
+        assert.deepEqual(opened.heard.requests, [opened.heard.url]);
+        assert.deepEqual(opened.heard.errors, []);
+    });
+});
+
+describe('what is accessible', () => {
+    const looks = [
+        ['light', {}], ['dark', { colorScheme: 'dark' }],
+        ['narrow', { viewport: { width: 360, height: 740 } }], ['wide, dark', { viewport: { width: 2560, height: 1400 }, colorScheme: 'dark' }],
+    ];
+    for (const [name, options] of looks) {
+        it(`${name}: no violation, nothing beside the page`, async () => {
+            const { page, heard, close } = await browser.open(synthetic(300), options);
+            await page.locator('#rows .opener').first().click();
+            // axe-core is added by the browser's debugger, which the policy does not bind.
+            await page.evaluate(await (await import('node:fs/promises')).readFile(AXE, 'utf8'));
+            const result = await page.evaluate(() => axe.run(document, { resultTypes: ['violations'] }));
+            assert.deepEqual(result.violations.map((one) => `${one.id}: ${one.nodes.map((node) => node.html).join(' ')}`), []);
+            assert.ok(result.passes.length > 20);
+            const [inner, outer] = await page.evaluate(() => [document.documentElement.scrollWidth, innerWidth]);
+            assert.ok(inner <= outer, `${inner} px in a window of ${outer} px`);
+            assert.deepEqual(heard.errors, []);
+            await close();
+        });
+    }
+
+    it('moves nothing for a reader who wants no motion', async () => {
+        const { page, close } = await browser.open(synthetic(100), { reducedMotion: 'reduce' });
+        const moving = await page.evaluate(() => [...document.querySelectorAll('*')]
+            .filter((one) => getComputedStyle(one).animationName !== 'none' || getComputedStyle(one).transitionDuration !== '0s').length);
+        assert.equal(moving, 0);
+        await close();
+    });
+});
+
+describe('what the pictures show', () => {
+    /// The colour of the timeline at a time's place in a lane, and the colour of a severity there.
+    const look = (page, part, lane, severity) => page.evaluate(([part, lane, severity]) => {
+        const canvas = document.getElementById('canvas');
+        const scale = canvas.width / canvas.clientWidth;
+        const width = canvas.clientWidth;
+        const left = Math.min(220, Math.max(84, Math.round(width * 0.2)));
+        const columns = Math.floor((width - 12 - left) / 5);
+        const x = left + (Math.floor(part * columns) + 0.5) * (width - 12 - left) / columns;
+        const found = canvas.getContext('2d').getImageData(x * scale, (128 + (lane + 0.5) * 18) * scale, 1, 1).data;
+        const probe = document.createElement('canvas').getContext('2d');
+        probe.fillStyle = getComputedStyle(document.documentElement).getPropertyValue(`--severity-${severity}`);
+        probe.fillRect(0, 0, 1, 1);
+        return [[...found].join(), [...probe.getImageData(0, 0, 1, 1).data].join()];
+    }, [part, lane, severity]);
+
+    it('marks are in their lane, at their time, in their colour; undated events are in the last lane', async () => {
+        const at = 1763000000;
+        const { page, close } = await browser.open(documentOf([
+            event({ log: 1, severity: 'informational', timestamp: at, sensor_name: 'First' }),
+            event({ log: 2, severity: 'critical', timestamp: at + 5000, sensor_name: 'Second' }),
+            event({ log: 3, severity: 'warning', timestamp: 7, time: null, pre_init: true, sensor_name: 'First' }),
+            event({ log: 4, severity: 'informational', timestamp: at + 10000, sensor_name: 'First' }),
+        ]));
+        const part = 5060 / 10120;
+        // A lane's place depends on its most severe event; an undated one counts for its sensor too.
+        for (const [lane, severity] of [[0, 'critical'], [2, 'warning']]) {
+            const [found, expected] = await look(page, part, lane, severity);
+            assert.equal(found, expected, severity);
+        }
+        await page.getByLabel(/^critical/).uncheck();
+        await nextPicture(page);
+        const [found, hidden] = await look(page, part, 0, 'critical');
+        assert.notEqual(found, hidden);
+        await close();
+    });
+
+    it('prints rows beyond those on the screen, black on white', async () => {
+        const { page, close } = await browser.open(synthetic(500), { colorScheme: 'dark' });
+        await page.evaluate(() => dispatchEvent(new Event('beforeprint')));
+        assert.equal(await page.locator('#rows tr').count(), 200);
+        assert.match(await page.locator('#printed').textContent(), /first 200/);
+        const grey = await page.evaluate(() => {
+            const canvas = document.getElementById('canvas');
+            const { data } = canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height);
+            for (let at = 0; at < data.length; at += 4) {
+                if (data[at] !== data[at + 1] || data[at] !== data[at + 2]) {
+                    return false;
+                }
+            }
+            return true;
+        });
+        assert.equal(grey, true);
+        assert.ok((await page.pdf({ format: 'A4' })).length > 10000);
+        await close();
+    });
+});
+
+describe('hostile strings', () => {
+    const EVIL = '</script><script>window.stolen = 1</script><img src=x onerror="window.stolen = 1"><!--<script>\u2028"\'&amp;';
+
+    it('are shown as text', async () => {
+        const list = [event({ log: 1, event: EVIL, cause: EVIL, sensor_name: EVIL, part_number: EVIL, serial_number: EVIL, entity_name: EVIL, sensor_type_name: EVIL })];
+        const { page, heard, close } = await browser.open(documentOf(list, {
+            title: EVIL, verdict: { level: 'critical', text: EVIL, reasons: [{ row: 0 }, { text: EVIL }] },
+        }));
+        await page.locator('#rows .opener').first().click();
+        await page.locator('#plot').press('ArrowDown');
+        assert.equal(await page.locator('h1').textContent(), EVIL);
+        assert.equal(await page.title(), EVIL);
+        assert.equal(await page.locator('#rows .text').textContent(), EVIL);
+        assert.equal(await page.locator('#rows .sensor').textContent(), EVIL);
+        assert.ok((await page.locator('.details').textContent()).includes(EVIL));
+        assert.ok((await page.locator('#sensor').textContent()).includes(EVIL));
+        assert.equal(await page.locator('img').count(), 0);
+        assert.equal(await page.evaluate(() => window.stolen), undefined);
+        assert.deepEqual(heard.errors, []);
+        assert.deepEqual(heard.requests, [heard.url]);
+        await close();
+    });
+
+    it('do not end the script element', () => {
+        assert.equal(scriptJson({ a: EVIL }).includes('<'), false);
+        assert.equal(JSON.parse(scriptJson({ a: EVIL })).a, EVIL);
+    });
+
+    it('would reach neither a server nor a handler in markup', async () => {
+        const { page, heard, close } = await browser.open(synthetic(10));
+        const reached = await page.evaluate(async () => {
+            document.body.insertAdjacentHTML('beforeend', '<img alt="" src="data:," onerror="window.stolen = 1">');
+            const answer = await fetch('data:text/plain,x').then(() => true, () => false);
+            return [answer, window.stolen];
+        });
+        assert.deepEqual(reached, [false, undefined]);
+        assert.ok(heard.errors.some((text) => text.includes('Content Security Policy')));
+        await close();
+    });
+
+    it('no module makes markup of a string', () => {
+        assert.doesNotMatch(joinModules(), /innerHTML|outerHTML|insertAdjacentHTML|document\.write|\beval\(|new Function/);
+    });
+});
+
+describe('an empty log', () => {
+    it('has a page', async () => {
+        const { page, heard, close } = await browser.open(documentOf([]));
+        assert.equal(await listed(page), 0);
+        await page.locator('#plot').press('+');
+        assert.deepEqual(heard.errors, []);
+        await close();
+    });
+
+    it('of events without a date has one as well', async () => {
+        const { page, heard, close } = await browser.open(documentOf([event({ time: null, pre_init: true })]));
+        assert.equal(await listed(page), 1);
+        assert.ok((await page.locator('#rows .opener').innerText()).includes('before the clock was set'));
+        assert.deepEqual(heard.errors, []);
+        await close();
+    });
+});
+
+describe('102,400 events', () => {
+    it('fit, are drawn within 1.5 s and filtered within 100 ms', async (context) => {
+        const { page, heard, close } = await browser.open(synthetic());
+        assert.ok(heard.bytes < MOST_BYTES, `${heard.bytes} bytes`);
+        const first = await page.evaluate(() => performance.getEntriesByName('first-picture')[0].startTime);
+        context.diagnostic(`${heard.bytes} bytes, first picture after ${Math.round(first)} ms`);
+        assert.ok(first < 1500, `first picture after ${first} ms`);
+        for (const [id, value] of [['text', 'critical'], ['text', 'e'], ['text', ''], ['direction', '1'], ['sensor', '3'], ['sensor', '-1']]) {
+            // From the user's input to the end of the picture that shows its effect.
+            const took = await page.evaluate(([id, value]) => new Promise((done) => {
+                document.getElementById(id).value = value;
+                const begin = performance.now();
+                document.getElementById('filters').dispatchEvent(new Event('input'));
+                requestAnimationFrame(() => setTimeout(() => done(performance.now() - begin)));
+            }), [id, value]);
+            context.diagnostic(`${id} "${value}": ${Math.round(took)} ms`);
+            assert.ok(took < 100, `filter ${id} ${value} took ${took} ms`);
+        }
+        assert.deepEqual(heard.errors, []);
+        await close();
+    });
+});
