@@ -75,14 +75,46 @@ class Table {
     }
 }
 
+/// Sorted texts, each as the number of characters that it shares with the one before it, and the rest.
+/// Only ASCII characters are shared: their number is the same in every coding.
+function frontCode(sorted) {
+    let before = '';
+    return sorted.flatMap((text) => {
+        let shared = 0;
+        while (shared < before.length && shared < text.length && text[shared] === before[shared] && text.charCodeAt(shared) < 0x80) {
+            shared++;
+        }
+        before = text;
+        return [shared, text.slice(shared)];
+    });
+}
+
+/// The different ones of `values`, coded, and for each value its number among them.
+function textTable(values) {
+    const sorted = [...new Set(values)].sort();
+    const index = new Map(sorted.map((text, at) => [text, at]));
+    return { coded: frontCode(sorted), indexes: values.map((text) => index.get(text)) };
+}
+
+// Blocks of the management board are nearly always the same for each part. Where they are not, the
+// document contains the images of so many, and part and serial numbers of twice as many.
+const MOST_BLOCKS = 4096;
+
+function putBlock(blocks, event) {
+    const part = { partitions: event.partitions, part_number: event.part_number, serial_number: event.serial_number };
+    if (blocks.rows.length < MOST_BLOCKS) {
+        return blocks.put({ image: event.extended === null ? null : Buffer.from(event.extended, 'hex').toString('base64'), ...part });
+    }
+    return blocks.put(blocks.rows.length < 2 * MOST_BLOCKS ? { omitted: true, ...part } : { omitted: true });
+}
+
 /// `list` is what `sel list --board all --json` prints; `asserted` contains "board/log" of what is
 /// still asserted; `traces` are rotations and gaps.
 export function encodeEvents(list, asserted, traces) {
     const sensors = new Table();
-    const texts = new Table();
     const blocks = new Table();
     const words = { sensor_type: {}, event_type: {} };
-    const columns = { time: [], severity: [], direction: [], flags: [], state: [], file: [], slot: [], log: [], sensor: [], text: [], block: [] };
+    const columns = { time: [], severity: [], direction: [], flags: [], state: [], file: [], slot: [], log: [], sensor: [], block: [] };
     for (const event of list) {
         columns.time.push(event.time === null ? NO_TIME : event.timestamp);
         columns.severity.push(SEVERITIES.indexOf(event.severity ?? 'none'));
@@ -97,26 +129,30 @@ export function encodeEvents(list, asserted, traces) {
             type: event.sensor_type, type_name: event.sensor_type_name, number: event.sensor,
             name: event.sensor_name, entity: event.entity, entity_name: event.entity_name,
         }));
-        columns.text.push(texts.put([event.event ?? '', event.cause]));
-        columns.block.push(blocks.put({
-            image: event.extended === null ? null : Buffer.from(event.extended, 'hex').toString('base64'),
-            partitions: event.partitions, part_number: event.part_number, serial_number: event.serial_number,
-        }));
+        columns.block.push(putBlock(blocks, event));
         if (event.sensor_type !== null) {
             words.sensor_type[event.sensor_type] = event.sensor_type_name;
             words.event_type[event.event_type] = event.event_type_name;
         }
     }
+    const texts = textTable(list.map((event) => event.event ?? ''));
+    const causes = textTable(list.map((event) => event.cause ?? ''));
+    columns.text = texts.indexes;
+    columns.cause = causes.indexes;
     const encoded = Object.fromEntries(Object.entries(columns).map(([name, values]) =>
         [name, column(values, name === 'time' ? 'u32' : narrowest(values))]));
     encoded.record = { type: 'bytes', data: Buffer.concat(list.map((event) => Buffer.from(event.record, 'hex'))).toString('base64') };
     return {
         count: list.length, severities: SEVERITIES, directions: DIRECTIONS, states: STATES, columns: encoded,
-        sensors: sensors.rows, texts: texts.rows, blocks: blocks.rows, fields: FIELDS, words, traces,
+        sensors: sensors.rows, texts: texts.coded, causes: causes.coded, blocks: blocks.rows, fields: FIELDS, words, traces,
     };
 }
 
-/// Rotations, from the files that the events are in, and gaps, where record ids are missing.
+// Record ids are 0001h to FFFEh (IPMI v2.0, section 31.5); after the last the first comes again.
+const IDS = 0xFFFE;
+
+/// Rotations, from the files that the events are in, and gaps, where record ids are missing. Ids that
+/// go back are those of a log that was cleared.
 export function findTraces(list) {
     const traces = [];
     const before = new Map();
@@ -126,8 +162,8 @@ export function findTraces(list) {
             if (last.file !== event.file) {
                 traces.push({ kind: 'rotation', log: event.board, from: event.timestamp, to: event.timestamp });
             }
-            const missing = (event.id - last.id + 0xFFFF) % 0xFFFF - 1;
-            if (missing > 0) {
+            const missing = (event.id - last.id + IDS) % IDS - 1;
+            if (missing > 0 && missing < IDS / 2) {
                 traces.push({ kind: 'gap', log: event.board, from: last.timestamp, to: event.timestamp, missing });
             }
         }

@@ -26,6 +26,17 @@ function column(stored, count, name) {
     return new type(bytes.buffer, 0, count);
 }
 
+/// The texts of a front-coded table: a number of characters of the text before, and the rest.
+function decodeTexts(coded) {
+    const texts = [];
+    let text = '';
+    for (let at = 0; at < coded.length; at += 2) {
+        text = text.slice(0, coded[at]) + coded[at + 1];
+        texts.push(text);
+    }
+    return texts;
+}
+
 export const RECORD_SIZE = 16;
 export const NO_TIME = 0xFFFFFFFF;
 export const STILL_ASSERTED = 1;
@@ -34,7 +45,7 @@ export const PRE_INIT = 2;
 /// The events of a document: its tables, and a typed array for each column.
 export function readEvents(stored) {
     const { count } = stored;
-    const events = { ...stored, columns: undefined };
+    const events = { ...stored, columns: undefined, texts: decodeTexts(stored.texts), causes: decodeTexts(stored.causes) };
     for (const [name, values] of Object.entries(stored.columns)) {
         events[name] = name === 'record' ? bytesOf(values.data) : column(values, count, name);
     }

@@ -11,33 +11,30 @@ export class Filter {
         this.events = events;
         this.found = new Uint32Array(events.count);
         const lower = (...parts) => parts.filter((part) => part).join('\n').toLowerCase();
-        this.texts = events.texts.map((text) => lower(...text));
+        this.texts = events.texts.map((text) => lower(text));
+        this.causes = events.causes.map((cause) => lower(cause));
         this.sensors = events.sensors.map((sensor) =>
             lower(sensor.name, sensor.type_name, sensor.entity_name, sensor.source, sensor.board === null ? '' : `board ${sensor.board}`));
         this.blocks = events.blocks.map((block) => lower(block.part_number, block.serial_number));
     }
 
     /// The rows let through, in the order of the document. `wanted`: {text, severities: a Set of
-    /// indexes, sensor: index or -1, direction: index or -1, stillAsserted, from, to: seconds or null}.
+    /// indexes, sensor: index or -1, direction: index or -1, stillAsserted}.
     rows(wanted) {
         const { events } = this;
-        const { count, severity, direction, sensor, text, block, time, flags } = events;
+        const { count, severity, direction, sensor, text, cause, block, flags } = events;
         const severities = Uint8Array.from(events.severities, (name, index) => (wanted.severities.has(index) ? 1 : 0));
         const words = wanted.text.toLowerCase().trim();
         const matches = (table) => Uint8Array.from(table, (one) => (one.includes(words) ? 1 : 0));
-        const [inText, inSensor, inBlock] = words === ''
-            ? [] : [matches(this.texts), matches(this.sensors), matches(this.blocks)];
-        const from = wanted.from ?? 0;
-        const to = wanted.to ?? NO_TIME;
-        const everything = wanted.from === null;
+        const [inText, inCause, inSensor, inBlock] = words === ''
+            ? [] : [matches(this.texts), matches(this.causes), matches(this.sensors), matches(this.blocks)];
         let length = 0;
         for (let row = 0; row < count; row++) {
             if (severities[severity[row]] === 0
                 || (wanted.sensor >= 0 && sensor[row] !== wanted.sensor)
                 || (wanted.direction >= 0 && direction[row] !== wanted.direction)
                 || (wanted.stillAsserted && (flags[row] & STILL_ASSERTED) === 0)
-                || (!everything && (events.place[row] < from || events.place[row] > to))
-                || (words !== '' && !inText[text[row]] && !inSensor[sensor[row]] && !inBlock[block[row]])) {
+                || (words !== '' && !inText[text[row]] && !inCause[cause[row]] && !inSensor[sensor[row]] && !inBlock[block[row]])) {
                 continue;
             }
             this.found[length++] = row;

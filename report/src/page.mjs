@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-import { STILL_ASSERTED, readEvents } from './document.mjs';
+import { readEvents } from './document.mjs';
 import { byId, count, counted, element, timeText } from './dom.mjs';
 import { EventTable } from './table.mjs';
 import { Filter, placeEvents } from './filter.mjs';
@@ -27,7 +27,7 @@ function showVerdict(report, events, goTo) {
             show.setAttribute('aria-label', `Show the event of ${name}, ${log}`);
             show.addEventListener('click', () => goTo(reason.row));
             item.append(severityMark(severity), element('strong', {}, `${name} (${log})`),
-                ` ${events.texts[events.text[reason.row]][0]}, since ${timeText(events.place[reason.row])} `, show);
+                ` ${events.texts[events.text[reason.row]]}, since ${timeText(events.place[reason.row])} `, show);
         }
         list.append(item);
     }
@@ -93,8 +93,6 @@ function start() {
         sensor: Number(byId('sensor').value),
         direction: Number(byId('direction').value),
         stillAsserted: byId('still').checked,
-        from: null,
-        to: null,
     });
 
     const apply = () => {

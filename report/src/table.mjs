@@ -114,7 +114,8 @@ export class EventTable {
         const row = this.rowAt(position);
         const sensor = events.sensors[events.sensor[row]];
         const severity = events.severities[events.severity[row]];
-        const [text, cause] = events.texts[events.text[row]];
+        const text = events.texts[events.text[row]];
+        const cause = events.causes[events.cause[row]];
         const opened = this.open.has(position);
         const button = element('button', { type: 'button', className: 'opener', 'aria-expanded': String(opened) }, this.timeOf(row));
         button.addEventListener('click', () => this.toggle(position));
@@ -148,6 +149,7 @@ export class EventTable {
         };
         add('log number', events.log[row] ? String(events.log[row]) : null);
         add('stored in', sensor.board === null ? sensor.source : `sel${events.file[row]}, slot ${events.slot[row]}`);
+        add('cause', events.causes[events.cause[row]]);
         add('state', events.states[events.state[row]]);
         add('sensor name', sensor.name);
         add('entity', [sensor.entity, sensor.entity_name].filter((part) => part).join(' '));
@@ -155,6 +157,7 @@ export class EventTable {
         add('part number', block.part_number);
         add('serial number', block.serial_number);
         fieldsOf(events, row).forEach((field) => add(field.name, field.value));
+        add('other bytes', block.omitted ? 'not in this page, which would become too large' : null);
         const dump = [hexDump(recordOf(events, row))];
         if (block.image) {
             dump.push(hexDump(bytesOf(block.image), 16));

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: Apache-2.0
+
+import assert from 'node:assert/strict';
+import { describe, it } from 'node:test';
+import { scriptJson } from '../build.mjs';
+import { encodeEvents, findTraces } from '../encode.mjs';
+import { bytesOf, fieldsOf, hexDump, readEvents, recordOf } from '../src/document.mjs';
+import { placeEvents } from '../src/filter.mjs';
+import { syntheticList } from '../synthetic.mjs';
+
+const MOST_BYTES = 9e6;
+const ALL = 102400;
+const NO_TIME = 0xFFFFFFFF;
+
+const read = (list, asserted = new Set()) => readEvents(JSON.parse(scriptJson(encodeEvents(list, asserted, []))));
+const hexOf = (bytes) => Buffer.from(bytes).toString('hex');
+const bytes = (hex) => Uint8Array.from(Buffer.from(hex, 'hex'));
+
+describe('events', () => {
+    it('come back as they were', () => {
+        const list = syntheticList(3000, 7);
+        const events = read(list, new Set([`${list[5].board}/${list[5].log}`]));
+        assert.equal(events.count, 3000);
+        list.forEach((one, row) => {
+            const sensor = events.sensors[events.sensor[row]];
+            assert.deepEqual({
+                time: events.time[row], severity: events.severities[events.severity[row]], direction: events.directions[events.direction[row]],
+                event: events.texts[events.text[row]], cause: events.causes[events.cause[row]], file: events.file[row], slot: events.slot[row],
+                log: events.log[row], board: sensor.board, sensor_name: sensor.name, flags: events.flags[row],
+                record: hexOf(recordOf(events, row)), extended: hexOf(bytesOf(events.blocks[events.block[row]].image)),
+            }, {
+                time: one.time === null ? NO_TIME : one.timestamp, severity: one.severity, direction: one.direction, event: one.event,
+                cause: one.cause ?? '', file: one.file, slot: one.slot, log: one.log, board: one.board, sensor_name: one.sensor_name,
+                flags: (row === 5 ? 1 : 0) | (one.pre_init ? 2 : 0), record: one.record, extended: one.extended,
+            });
+        });
+    });
+
+    it('have texts of any characters', () => {
+        const texts = ['', 'é', 'éa', 'a\u{1F525}', 'a\u{1F526}', 'ab', 'a', '</script>', '\u2028'];
+        const events = read(syntheticList(texts.length).map((one, row) => ({ ...one, event: texts[row], cause: texts.at(-1 - row) })));
+        assert.deepEqual(Array.from(events.text, (text) => events.texts[text]), texts);
+        assert.deepEqual(Array.from(events.cause, (cause) => events.causes[cause]), texts.toReversed());
+    });
+
+    it('are refused where a column is too short', () => {
+        const stored = encodeEvents(syntheticList(10), new Set(), []);
+        stored.count = 11;
+        assert.throws(() => readEvents(stored), /column time does not have 11 values/);
+    });
+
+    it('without a date follow the dated event before them in their log', () => {
+        const [one] = syntheticList(1);
+        const at = (board, log, timestamp) => ({ ...one, board, log, timestamp: timestamp ?? 3, time: timestamp === null ? null : 'dated' });
+        const events = read([at(0, 1, null), at(0, 2, 1000), at(1, 1, 2000), at(0, 3, null), at(1, 2, null), at(0, 4, 3000)]);
+        placeEvents(events);
+        assert.deepEqual([...events.place], [1000, 1000, 2000, 1000, 2000, 3000]);
+        assert.deepEqual([events.first, events.last], [1000, 3000]);
+    });
+
+    it('leave traces of rotations and of missing record ids', () => {
+        const [one] = syntheticList(1);
+        const at = (id, file, timestamp) => ({ ...one, board: 0, id, file, timestamp, time: 'dated' });
+        assert.deepEqual(findTraces([at(65533, 1, 0), at(65534, 1, 10), at(1, 1, 20), at(5, 1, 30), at(6, 0, 40), at(2, 0, 50)]), [
+            { kind: 'gap', log: 0, from: 20, to: 30, missing: 3 },
+            { kind: 'rotation', log: 0, from: 40, to: 40 },
+        ]);
+    });
+});
+
+describe('fields', () => {
+    const fields = (record) => Object.fromEntries(fieldsOf(read([{ ...syntheticList(1)[0], record }]), 0).map((field) => [field.name, field.value]));
+
+    it('of a system event', () => {
+        const found = fields('01000244acf76a2000040453815061ff');
+        assert.equal(found.record_id, '0001h');
+        assert.equal(found.timestamp, '1794616388 (2026-11-14T00:33:08Z)');
+        assert.equal(found.sensor_number, '53h');
+        assert.equal(found.deassertion, '1');
+        assert.match(found.event_type, /^01h/);
+        assert.equal(found.event_data_3, 'FFh');
+    });
+
+    it('of OEM records and others', () => {
+        assert.equal(fields('b900e110020100000000000000000000').oem_data, '10 02 01 00 00 00 00 00 00 00 00 00 00');
+        assert.equal(fields('b900c044acf76ad97e00010203040506').manufacturer_id, '007ED9h');
+        assert.equal(fields('b9000344acf76a010203040506070809').data, '01 02 03 04 05 06 07 08 09');
+    });
+});
+
+describe('a dump', () => {
+    it('shows offset, bytes and text', () => {
+        assert.equal(hexDump(bytes('41423c00ff7e7f'), 16), `   16  41 42 3c 00 ff 7e 7f${' '.repeat(27)}  AB<..~.`);
+        assert.equal(hexDump(bytes('00'.repeat(17))).split('\n').length, 2);
+    });
+});
+
+describe('102,400 events are below 9 MB', () => {
+    const list = syntheticList(ALL);
+    const size = (change) => Buffer.byteLength(scriptJson(encodeEvents(list.map(change), new Set(), [])));
+
+    it('of 40 sensors', () => assert.ok(size((one) => one) < 6e6));
+
+    it('each with a text of its own', () => {
+        assert.ok(size((one, row) => ({ ...one, event: `Upper Critical - going high, reading ${row} > threshold 12345 degrees C` })) < MOST_BYTES);
+    });
+
+    it('each with other bytes in its slot: the document leaves some of them out and says so', () => {
+        const change = (one, row) => ({ ...one, extended: `0d${row.toString(16).padStart(8, '0')}${'00'.repeat(115)}` });
+        assert.ok(size(change) < MOST_BYTES);
+        const { blocks, columns } = encodeEvents(list.map(change), new Set(), []);
+        assert.equal(blocks.filter((block) => block.image).length, 4096);
+        assert.ok(blocks.some((block) => block.omitted && block.serial_number === list.at(-1).serial_number));
+        assert.equal(columns.block.type, 'u16');
+    });
+});
