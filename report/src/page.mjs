@@ -153,4 +153,9 @@ function start() {
     performance.mark('first-picture');
 }
 
-start();
+try {
+    start();
+} catch (failure) {
+    byId('verdict-word').textContent = `This report cannot be shown: ${failure.message}`;
+    throw failure;
+}

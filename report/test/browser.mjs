@@ -40,8 +40,9 @@ export class Browser {
         rmSync(this.folder, { recursive: true, force: true });
     }
 
-    /// Builds a page and opens it. Errors, console messages and requests are collected.
-    async open(document, options = {}) {
+    /// Builds a page, opens it and waits until it has an element. Errors, console messages and
+    /// requests are collected.
+    async open(document, options = {}, ready = '#axes .tick') {
         const html = buildPage(document, { library: process.env.D3_FOLDER });
         const file = join(this.folder, `${this.pages++}.html`);
         writeFileSync(file, html);
@@ -55,7 +56,7 @@ export class Browser {
         page.on('dialog', (dialog) => { heard.errors.push(`dialog ${dialog.message()}`); dialog.dismiss(); });
         heard.url = pathToFileURL(file).href;
         await page.goto(heard.url);
-        await page.waitForFunction(() => performance.getEntriesByName('first-picture').length > 0);
+        await page.locator(ready).first().waitFor({ state: 'attached' });
         return { page, heard, close: () => context.close() };
     }
 }

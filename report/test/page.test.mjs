@@ -83,6 +83,8 @@ describe('a report of few events', () => {
         await expect((one) => one.event.toLowerCase().includes('uncorrectable'));
         await page.locator('#text').fill('SB26A00003');
         await expect((one) => one.serial_number === 'SB26A00003');
+        await page.locator('#text').fill('unit 3');
+        await expect((one) => one.cause === 'unit 3');
         await page.getByLabel(/^warning/).uncheck();
         await expect((one) => one.severity !== 'warning');
         const sensor = list[0].sensor_name;
@@ -245,40 +247,95 @@ describe('what is accessible', () => {
 });
 
 describe('what the pictures show', () => {
-    /// The colour of the timeline at a time's place in a lane, and the colour of a severity there.
-    const look = (page, part, lane, severity) => page.evaluate(([part, lane, severity]) => {
-        const canvas = document.getElementById('canvas');
-        const scale = canvas.width / canvas.clientWidth;
-        const width = canvas.clientWidth;
+    /// Where the mark of an event at a part of the period is, in px of the plot.
+    const placeOf = async (page, part, lane) => {
+        const { width } = await page.locator('#plot').boundingBox();
         const left = Math.min(220, Math.max(84, Math.round(width * 0.2)));
         const columns = Math.floor((width - 12 - left) / 5);
-        const x = left + (Math.floor(part * columns) + 0.5) * (width - 12 - left) / columns;
-        const found = canvas.getContext('2d').getImageData(x * scale, (128 + (lane + 0.5) * 18) * scale, 1, 1).data;
+        return { x: left + (Math.floor(part * columns) + 0.5) * (width - 12 - left) / columns, y: 128 + (lane + 0.5) * 18 };
+    };
+
+    /// The colour of the timeline at a place, and the colour of a severity.
+    const look = (page, place, severity) => page.evaluate(([{ x, y }, severity]) => {
+        const canvas = document.getElementById('canvas');
+        const scale = canvas.width / canvas.clientWidth;
+        const found = canvas.getContext('2d').getImageData(x * scale, y * scale, 1, 1).data;
         const probe = document.createElement('canvas').getContext('2d');
         probe.fillStyle = getComputedStyle(document.documentElement).getPropertyValue(`--severity-${severity}`);
         probe.fillRect(0, 0, 1, 1);
         return [[...found].join(), [...probe.getImageData(0, 0, 1, 1).data].join()];
-    }, [part, lane, severity]);
+    }, [place, severity]);
 
     it('marks are in their lane, at their time, in their colour; undated events are in the last lane', async () => {
         const at = 1763000000;
         const { page, close } = await browser.open(documentOf([
             event({ log: 1, severity: 'informational', timestamp: at, sensor_name: 'First' }),
             event({ log: 2, severity: 'critical', timestamp: at + 5000, sensor_name: 'Second' }),
+            event({ log: 3, severity: 'informational', timestamp: at + 5001, sensor_name: 'Second' }),
             event({ log: 3, severity: 'warning', timestamp: 7, time: null, pre_init: true, sensor_name: 'First' }),
             event({ log: 4, severity: 'informational', timestamp: at + 10000, sensor_name: 'First' }),
         ]));
         const part = 5060 / 10120;
         // A lane's place depends on its most severe event; an undated one counts for its sensor too.
         for (const [lane, severity] of [[0, 'critical'], [2, 'warning']]) {
-            const [found, expected] = await look(page, part, lane, severity);
+            const [found, expected] = await look(page, await placeOf(page, part, lane), severity);
             assert.equal(found, expected, severity);
         }
+        await page.locator('#plot').hover({ position: await placeOf(page, part, 0) });
+        assert.match(await page.locator('#readout').textContent(), /^Second · board \d+, 2025-11-13 0\d:\d\d:\d\d: 2 events, the worst critical$/);
         await page.getByLabel(/^critical/).uncheck();
         await nextPicture(page);
-        const [found, hidden] = await look(page, part, 0, 'critical');
+        const [found, hidden] = await look(page, await placeOf(page, part, 0), 'critical');
         assert.notEqual(found, hidden);
         await close();
+    });
+
+    it('bars of the histogram are where their events are', async () => {
+        const at = 1763000000;
+        const list = [event({ log: 1, severity: 'critical', timestamp: at }), event({ log: 2, severity: 'warning', timestamp: at + 10000 })];
+        const { page, close } = await browser.open(documentOf(list));
+        const colours = await page.evaluate(() => {
+            const canvas = document.getElementById('canvas');
+            const { width, data } = canvas.getContext('2d').getImageData(0, 0, canvas.width, 104);
+            const probe = document.createElement('canvas').getContext('2d');
+            const where = (severity) => {
+                probe.fillStyle = getComputedStyle(document.documentElement).getPropertyValue(`--severity-${severity}`);
+                probe.fillRect(0, 0, 1, 1);
+                const [red, green, blue] = probe.getImageData(0, 0, 1, 1).data;
+                const found = [];
+                for (let pixel = 0; pixel < data.length / 4; pixel++) {
+                    if (data[pixel * 4] === red && data[pixel * 4 + 1] === green && data[pixel * 4 + 2] === blue && data[pixel * 4 + 3] === 255) {
+                        found.push(pixel % width / width);
+                    }
+                }
+                return { number: found.length, least: Math.min(...found), most: Math.max(...found) };
+            };
+            return [where('critical'), where('warning')];
+        });
+        assert.ok(colours[0].number > 100 && colours[0].most < 0.3, JSON.stringify(colours));
+        assert.ok(colours[1].number > 100 && colours[1].least > 0.9, JSON.stringify(colours));
+        await close();
+    });
+
+    it('rotations and gaps are marked in the lanes of their log', async () => {
+        const at = 1763000000;
+        const list = [0, 1].flatMap((board) => [event({ board, log: 1, timestamp: at }), event({ board, log: 2, timestamp: at + 10000 })]);
+        const events = encodeEvents(list, new Set(), []);
+        const strips = async (traces) => {
+            const { page, close } = await browser.open(documentOf(list, { events: { ...events, traces } }));
+            const found = await page.evaluate(() => [0, 1].map((lane) => {
+                const canvas = document.getElementById('canvas');
+                return canvas.getContext('2d').getImageData(0, 128 + lane * 18, canvas.width, 18).data.join();
+            }));
+            await close();
+            return found;
+        };
+        const without = await strips([]);
+        for (const trace of [{ kind: 'rotation', log: 1, from: at + 3000, to: at + 3000 }, { kind: 'gap', log: 1, from: at + 3000, to: at + 4000, missing: 2 }]) {
+            const found = await strips([trace]);
+            assert.equal(found[0], without[0], `${trace.kind} in the lane of another log`);
+            assert.notEqual(found[1], without[1], `${trace.kind} not in its lane`);
+        }
     });
 
     it('prints rows beyond those on the screen, black on white', async () => {
@@ -361,6 +418,17 @@ describe('an empty log', () => {
         assert.equal(await listed(page), 1);
         assert.ok((await page.locator('#rows .opener').innerText()).includes('before the clock was set'));
         assert.deepEqual(heard.errors, []);
+        await close();
+    });
+});
+
+describe('a damaged document', () => {
+    it('is said to be so', async () => {
+        const damaged = synthetic(10);
+        damaged.events.columns.time.data = '';
+        const { page, heard, close } = await browser.open(damaged, {}, '#verdict-word:not(:empty)');
+        assert.match(await page.locator('#verdict').innerText(), /cannot be shown: column time does not have 10 values/);
+        assert.equal(heard.errors.length, 1);
         await close();
     });
 });
