@@ -21,6 +21,7 @@ export class EventTable {
             above: byId('rows-above'), body: byId('rows'), below: byId('rows-below'),
         };
         this.rowHeight = 32;
+        this.printing = false;
         this.redraw = beforeNextPicture(() => this.draw());
         this.listen();
     }
@@ -72,10 +73,19 @@ export class EventTable {
         return low;
     }
 
-    draw(first = null, last = null) {
+    /// The positions whose rows the page contains: on paper, where nothing scrolls, the first ones.
+    range() {
+        const { scroller } = this.parts;
+        if (this.printing) {
+            return [0, Math.min(PRINTED, this.rows.length)];
+        }
+        return [Math.max(0, this.positionAt(scroller.scrollTop) - BEYOND),
+            Math.min(this.rows.length, this.positionAt(scroller.scrollTop + scroller.clientHeight) + BEYOND)];
+    }
+
+    draw() {
         const { scroller, above, below, body } = this.parts;
-        const from = first ?? Math.max(0, this.positionAt(scroller.scrollTop) - BEYOND);
-        const to = last ?? Math.min(this.rows.length, this.positionAt(scroller.scrollTop + scroller.clientHeight) + BEYOND);
+        const [from, to] = this.range();
         const focused = [...this.shown].find(([, [tr]]) => tr.contains(document.activeElement))?.[0];
         for (const [position, trs] of this.shown) {
             if (position < from || position >= to) {
@@ -243,10 +253,13 @@ export class EventTable {
             }
         });
         window.addEventListener('beforeprint', () => {
-            const printed = Math.min(PRINTED, this.rows.length);
-            byId('printed').textContent = printed < this.rows.length ? `Only the first ${printed} are printed.` : '';
-            this.draw(0, printed);
+            this.printing = true;
+            byId('printed').textContent = PRINTED < this.rows.length ? `Only the first ${PRINTED} are printed.` : '';
+            this.draw();
         });
-        window.addEventListener('afterprint', this.redraw);
+        window.addEventListener('afterprint', () => {
+            this.printing = false;
+            this.redraw();
+        });
     }
 }
