@@ -3,12 +3,16 @@
 // A headless Chromium, and pages built for a test.
 
 import { execFileSync } from 'node:child_process';
-import { mkdtempSync, rmSync, writeFileSync } from 'node:fs';
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
-import { pathToFileURL } from 'node:url';
+import { fileURLToPath, pathToFileURL } from 'node:url';
 import { chromium } from 'playwright-core';
-import { buildPage } from '../build.mjs';
+import { fillPage, scriptJson } from '../fill.mjs';
+
+/// What join.cmake wrote.
+export const TEMPLATE = readFileSync(process.env.REPORT_TEMPLATE
+    ?? fileURLToPath(new URL('../../build/dev/report/page.html', import.meta.url)), 'utf8');
 
 const NAMES = ['chromium', 'chromium-browser', 'google-chrome'];
 
@@ -40,10 +44,10 @@ export class Browser {
         rmSync(this.folder, { recursive: true, force: true });
     }
 
-    /// Builds a page, opens it and waits until it has an element. Errors, console messages and
-    /// requests are collected.
+    /// Opens the page with a document, an object or a text, and waits until it has an element. Errors,
+    /// console messages and requests are collected.
     async open(document, options = {}, ready = '#axes .tick') {
-        const html = buildPage(document, { library: process.env.D3_FOLDER });
+        const html = fillPage(TEMPLATE, typeof document === 'string' ? document : scriptJson(document));
         const file = join(this.folder, `${this.pages++}.html`);
         writeFileSync(file, html);
         const context = await this.browser.newContext({ viewport: { width: 1280, height: 900 }, ...options });

@@ -2,7 +2,7 @@
 
 import assert from 'node:assert/strict';
 import { describe, it } from 'node:test';
-import { scriptJson } from '../build.mjs';
+import { scriptJson } from '../fill.mjs';
 import { encodeEvents, findTraces } from '../encode.mjs';
 import { bytesOf, fieldsOf, hexDump, readEvents, recordOf } from '../src/document.mjs';
 import { placeEvents } from '../src/filter.mjs';
