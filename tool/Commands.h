@@ -15,6 +15,7 @@ std::vector<Group> groups();
 std::vector<Command> commands();
 
 // One function per sub-command, in the file named after it.
+Command reportCommand();
 Command selInitCommand();
 Command selAddCommand();
 Command selListCommand();

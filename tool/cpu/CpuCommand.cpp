@@ -4,6 +4,7 @@
 #include <recordkit/host/Machine.h>
 #include <recordkit/inspect/fru/CpuRom.h>
 
+#include "../Answers.h"
 #include "../Commands.h"
 #include "../Files.h"
 #include "../cli/Arguments.h"
@@ -60,29 +61,6 @@ constexpr Column<CpuBlock> BLOCKS[] = {
      }},
 };
 
-Object objectOf(const CpuRom& rom, std::size_t size)
-{
-    Object object;
-    for (const Fact& fact : factsOf(rom)) {
-        object.push_back({fact.key, fact.value});
-    }
-    Object core;
-    for (const CpuCoreField& field : rom.core) {
-        core.push_back({field.name, orNull(field.bytes)});
-    }
-    object.push_back({"core", core});
-    object.push_back({"rom_size", size});
-    object.push_back({"blocks", listOf(rom.blocks, [](const CpuBlock& block) {
-                          return Object{
-                              {"name", block.name},
-                              {"offset", block.offset},
-                              {"size", orNull(block.size)},
-                              {"checksum_right", valueIf(block.size.has_value(), block.isRight())}};
-                      })});
-    object.push_back({"problems", rom.problems});
-    return object;
-}
-
 void printText(const CpuRom& rom)
 {
     std::string text;
@@ -106,7 +84,7 @@ void run(const Arguments& arguments)
     const CpuRom rom = naming(file + ": not a processor ROM",
                               [&] { return readCpuRom(bytes, arguments.board()); });
     if (arguments.isJson()) {
-        print(indentedJson(objectOf(rom, bytes.size())));
+        print(indentedJson(processorObject(rom, bytes.size())));
     } else {
         printText(rom);
     }
@@ -115,6 +93,29 @@ void run(const Arguments& arguments)
     problems.finish();
 }
 
+}
+
+Object processorObject(const CpuRom& rom, std::size_t size)
+{
+    Object object;
+    for (const Fact& fact : factsOf(rom)) {
+        object.push_back({fact.key, fact.value});
+    }
+    Object core;
+    for (const CpuCoreField& field : rom.core) {
+        core.push_back({field.name, orNull(field.bytes)});
+    }
+    object.push_back({"core", core});
+    object.push_back({"rom_size", size});
+    object.push_back({"blocks", listOf(rom.blocks, [](const CpuBlock& block) {
+                          return Object{
+                              {"name", block.name},
+                              {"offset", block.offset},
+                              {"size", orNull(block.size)},
+                              {"checksum_right", valueIf(block.size.has_value(), block.isRight())}};
+                      })});
+    object.push_back({"problems", rom.problems});
+    return object;
 }
 
 Command cpuCommand()

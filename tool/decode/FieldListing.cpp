@@ -5,6 +5,8 @@
 
 #include <recordkit/inspect/fru/FruFields.h>
 
+#include "../Answers.h"
+
 namespace recordkit::tool {
 
 namespace {
@@ -74,6 +76,11 @@ constexpr Column<R> RECORD_COLUMNS[] = {
     {"record", nullptr, 0, [](const R& row) { return Value(row.record); }},
 };
 
+}
+
+List fieldObjects(const inspect::DecodedFields& fields)
+{
+    return objectsOf(fields, COLUMNS);
 }
 
 std::vector<const RecordClass*> decodableClasses()

@@ -4,6 +4,7 @@
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/bytes/Text.h>
 
+#include "../Answers.h"
 #include "../Commands.h"
 #include "../print/Listing.h"
 #include "../print/Output.h"
@@ -41,17 +42,26 @@ constexpr Column<Row> COLUMNS[] = {
      blocksCell},
 };
 
-void run(const Arguments& arguments)
+std::vector<Row> rowsOf(const EfiIndex& index)
 {
-    const EfiIndex index = readEfiIndex(arguments);
     std::string serial = efiSerialOf(index);
     serial.erase(serial.find_last_not_of('\0') + 1);
     serial = toUtf8(serial);
     std::vector<Row> rows;
-    std::size_t marked = 0;
     for (const EfiPlace& place : efiPlaces()) {
         rows.push_back({serial, index.isChecksum(), place, markedBlocks(index, place)});
-        marked += rows.back().marked.size();
+    }
+    return rows;
+}
+
+void run(const Arguments& arguments)
+{
+    const EfiIndex index = readEfiIndex(arguments);
+    const std::vector<Row> rows = rowsOf(index);
+    const std::string& serial = rows.front().serial;
+    std::size_t marked = 0;
+    for (const Row& row : rows) {
+        marked += row.marked.size();
     }
     const bool isTable = arguments.format() == Format::TABLE;
     if (isTable) {
@@ -69,6 +79,11 @@ void run(const Arguments& arguments)
     problems.finish();
 }
 
+}
+
+List efiObjects(const EfiIndex& index)
+{
+    return objectsOf(rowsOf(index), COLUMNS);
 }
 
 Command efiStatusCommand()

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <filesystem>
-
 #include <fmt/format.h>
 
+#include "../Answers.h"
 #include "../Commands.h"
-#include "../Files.h"
 #include "../print/Listing.h"
 #include "../print/Problems.h"
 #include "SettingStore.h"
@@ -37,14 +35,6 @@ constexpr Column<Row> COLUMNS[] = {
     {"index_file", "INDEX FILE", 0, [](const Row& row) { return Value(row.indexFile); }, textCell},
 };
 
-/// The index file's entries; none if the file does not exist.
-std::vector<SettingEntry> readIndexFile()
-{
-    return std::filesystem::exists(settingIndexFile())
-               ? parseSettingIndex(readInput(settingIndexFile(), EEPROM_LIMIT))
-               : std::vector<SettingEntry>();
-}
-
 /// How an entry compares with the master copy, apart from being in use.
 const char* compare(const SettingEntry& entry, const std::vector<SettingEntry>& file)
 {
@@ -58,21 +48,32 @@ const char* compare(const SettingEntry& entry, const std::vector<SettingEntry>& 
     return isSame ? "same" : DIFFERS;
 }
 
-void run(const Arguments& arguments)
+std::vector<Row> rowsOf(const std::vector<SettingEntry>& entries,
+                        const std::vector<SettingEntry>& master)
 {
-    const std::vector<SettingEntry> entries = readSettingIndex(arguments);
-    const std::vector<SettingEntry> file = readIndexFile();
     std::vector<Row> rows;
     rows.reserve(entries.size());
     for (const SettingEntry& entry : entries) {
-        rows.push_back({entry, compare(entry, file)});
+        rows.push_back({entry, compare(entry, master)});
     }
-    printListing(rows, COLUMNS, arguments.layout());
+    return rows;
+}
+
+void run(const Arguments& arguments)
+{
+    const std::vector<SettingEntry> entries = readSettingIndex(arguments);
+    printListing(rowsOf(entries, readSettingIndexFile()), COLUMNS, arguments.layout());
     Problems problems;
     problems.run("index of the setting areas", [&] { return indexProblems(entries); });
     problems.finish();
 }
 
+}
+
+List settingObjects(const std::vector<SettingEntry>& entries,
+                    const std::vector<SettingEntry>& master)
+{
+    return objectsOf(rowsOf(entries, master), COLUMNS);
 }
 
 Command settingListCommand()

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SettingStore.h"
 
+#include <filesystem>
+
 #include <recordkit/eeprom/PanelEEPROMIndex.h>
 #include <recordkit/platform/SystemRoot.h>
+
+#include "../Files.h"
 
 namespace recordkit::tool {
 
@@ -17,6 +21,13 @@ Option settingArea(const char* help)
 std::string settingIndexFile()
 {
     return TAVLib::systemRoot() + PanelEEPROMIndex().getIndexDataFileName();
+}
+
+std::vector<inspect::SettingEntry> readSettingIndexFile()
+{
+    return std::filesystem::exists(settingIndexFile())
+               ? inspect::parseSettingIndex(readInput(settingIndexFile(), EEPROM_LIMIT))
+               : std::vector<inspect::SettingEntry>();
 }
 
 std::vector<inspect::SettingEntry> readSettingIndex(const Arguments& arguments)

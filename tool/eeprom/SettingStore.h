@@ -17,6 +17,9 @@ Option settingArea(const char* help);
 /// The path of the master copy of the index below the system root.
 std::string settingIndexFile();
 
+/// The master copy's entries; none if the file does not exist.
+std::vector<inspect::SettingEntry> readSettingIndexFile();
+
 /// The entries of the index on the images.
 std::vector<inspect::SettingEntry> readSettingIndex(const Arguments& arguments);
 

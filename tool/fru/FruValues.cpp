@@ -7,6 +7,7 @@
 #include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/fru/MfgDate.h>
 
+#include "../Answers.h"
 #include "../Files.h"
 
 namespace recordkit::tool {
@@ -140,6 +141,11 @@ constexpr Column<FruFileField> FIELDS[] = {
     {"unit", nullptr, 0, [](const FruFileField& f) { return textOrNull(f.unit); }},
 };
 
+}
+
+Object fruObject(const FruFile& file)
+{
+    return objectOf(file, IMAGES);
 }
 
 std::string shownValue(const FruField& field)

@@ -13,9 +13,28 @@ namespace recordkit::tool {
 void Problems::add(const std::string& input, const std::string& text, ExitStatus status)
 {
     // Some texts begin with the input's name, and where in it.
-    const bool isNamed = text.compare(0, input.size(), input) == 0;
-    complain(isNamed ? text : input + ": " + text);
+    add(input, text, status, text.compare(0, input.size(), input) == 0);
+}
+
+void Problems::add(const std::string& input, const std::string& text, ExitStatus status,
+                   bool isTextNamed)
+{
+    complain(isTextNamed ? text : input + ": " + text);
+    all.push_back({input, text});
     worst = std::max(worst, status);
+}
+
+std::vector<std::string> Problems::of(const std::string& input) const
+{
+    std::vector<std::string> texts;
+    for (const Problem& each : all) {
+        const std::string name = input + ": ";
+        const bool isNamed = each.text.compare(0, name.size(), name) == 0;
+        if (each.input == input) {
+            texts.push_back(isNamed ? each.text.substr(name.size()) : each.text);
+        }
+    }
+    return texts;
 }
 
 void Problems::add(const Problems& reported)
@@ -35,7 +54,7 @@ void Problems::run(const std::string& input, const std::function<std::vector<std
             ++count;
         }
     } catch (const CommandError& e) {
-        add("", e.what(), e.getStatus());
+        add(input, e.what(), e.getStatus(), true);
         ++count;
     } catch (const Error& e) {
         add(input, e.what(), statusOf(e));

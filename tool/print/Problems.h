@@ -23,10 +23,22 @@ public:
     /// Counts problems that were reported elsewhere.
     void add(const Problems& reported);
 
+    /// What was reported of one input by this object, without the name of the input at the
+    /// beginning.
+    std::vector<std::string> of(const std::string& input) const;
+
     /// Throws Reported if there was a problem.
     void finish() const;
 
 private:
+    struct Problem {
+        std::string input;
+        std::string text;
+    };
+    void add(const std::string& input, const std::string& text, ExitStatus status,
+             bool isTextNamed);
+
+    std::vector<Problem> all;
     std::size_t inputs = 0;
     std::size_t bad = 0;
     ExitStatus worst = EXIT_DONE;

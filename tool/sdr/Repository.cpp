@@ -17,17 +17,8 @@ Repository readRepository(const std::string& path, SdrFormat format)
     repository.name = inputName(path);
     repository.file = parseSdrFile(readInput(path, LARGE_LIMIT), format);
     repository.problems.run(repository.name, [&] {
-        std::vector<std::string> problems = repository.file.problems;
-        if (repository.file.records.empty()) {
-            problems.emplace_back("no sensor data record found");
-        }
-        for (const SdrRecord& record : repository.file.records) {
-            try {
-                repository.sensors.push_back(readSensor(record));
-            } catch (const DataError& e) {
-                problems.emplace_back(e.what());
-            }
-        }
+        std::vector<std::string> problems;
+        repository.sensors = readSensors(repository.file, problems);
         return problems;
     });
     return repository;

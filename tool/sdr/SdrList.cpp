@@ -5,6 +5,7 @@
 #include <recordkit/inspect/words/EventTypes.h>
 #include <recordkit/inspect/words/SensorTypes.h>
 
+#include "../Answers.h"
 #include "../Commands.h"
 #include "../print/Listing.h"
 #include "Repository.h"
@@ -172,6 +173,11 @@ void run(const Arguments& arguments)
     repository.problems.finish();
 }
 
+}
+
+Object sensorObject(const Sensor& sensor)
+{
+    return objectOf(sensor, COLUMNS);
 }
 
 Command sdrListCommand()

@@ -13,6 +13,8 @@ namespace recordkit::tool {
 
 namespace {
 
+constexpr const char* SDR_OPTION = "--sdr";
+constexpr const char* RULES_OPTION = "--rules";
 /// Below the system root.
 constexpr const char* USUAL_REPOSITORY = "/etc/default/config/sdr.bin";
 constexpr const char* USUAL_RULES = "/etc/default/config/events.rules";
@@ -27,16 +29,27 @@ Option filesOption(const char* name, const char* variable, const char* help, con
     return option.many();
 }
 
+std::vector<std::string> filesOf(const Arguments& arguments, const char* option, const char* usual,
+                                 EventNames::Of events)
+{
+    const std::string path = TAVLib::systemRoot() + usual;
+    if (arguments.has(option)) {
+        return arguments.texts(option);
+    }
+    return events == EventNames::BOARDS && isFile(path) ? std::vector<std::string>{path}
+                                                        : std::vector<std::string>();
+}
+
 }
 
 std::vector<Option> eventNameOptions()
 {
     return {
-        filesOption("--sdr", "RECORDKIT_SDR",
+        filesOption(SDR_OPTION, "RECORDKIT_SDR",
                     "Sensor data records that name the sensors of events, as sdr list reads "
                     "them",
                     USUAL_REPOSITORY),
-        filesOption("--rules", "RECORDKIT_RULES",
+        filesOption(RULES_OPTION, "RECORDKIT_RULES",
                     "Rules with texts for a site's own events, such as sensor-type=C7h offset=2 "
                     "\"fan tray {data2} is missing\"; the example events.rules explains them",
                     USUAL_RULES)};
@@ -44,19 +57,22 @@ std::vector<Option> eventNameOptions()
 
 EventNames::EventNames(const Arguments& arguments, Of events)
 {
-    const auto add = [&](const char* option, const char* usual,
-                         void (EventNames::*read)(const std::string& path)) {
-        const std::string path = TAVLib::systemRoot() + usual;
-        if (arguments.has(option)) {
-            for (const std::string& each : arguments.texts(option)) {
-                (this->*read)(each);
-            }
-        } else if (events == BOARDS && isFile(path)) {
-            (this->*read)(path);
-        }
-    };
-    add("--sdr", USUAL_REPOSITORY, &EventNames::addRepository);
-    add("--rules", USUAL_RULES, &EventNames::addRules);
+    for (const std::string& path : repositories(arguments, events)) {
+        addRepository(path);
+    }
+    for (const std::string& path : ruleFiles(arguments, events)) {
+        addRules(path);
+    }
+}
+
+std::vector<std::string> EventNames::repositories(const Arguments& arguments, Of events)
+{
+    return filesOf(arguments, SDR_OPTION, USUAL_REPOSITORY, events);
+}
+
+std::vector<std::string> EventNames::ruleFiles(const Arguments& arguments, Of events)
+{
+    return filesOf(arguments, RULES_OPTION, USUAL_RULES, events);
 }
 
 void EventNames::addRepository(const std::string& path)

@@ -35,6 +35,10 @@ public:
     /// Throws Reported if something was wrong.
     void finish() const { problems.finish(); }
 
+    /// The files of one kind: those of the option, otherwise the usual one if it exists.
+    static std::vector<std::string> repositories(const Arguments& arguments, Of events);
+    static std::vector<std::string> ruleFiles(const Arguments& arguments, Of events);
+
 private:
     void addRepository(const std::string& path);
     void addRules(const std::string& path);

@@ -7,6 +7,7 @@
 #include <recordkit/inspect/log/LogRepair.h>
 #include <recordkit/selfile/SELStoreCheck.h>
 
+#include "../Answers.h"
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Zone.h"
@@ -28,32 +29,13 @@ struct Checked {
     std::vector<std::string> actions;
 };
 
-Object fileObject(const SELStoreCheck::File& file)
-{
-    const bool hasEvents = file.count != 0;
-    return {{"path", file.path},
-            {"missing", file.isMissing},
-            {"size", valueIf(file.size >= 0, file.size)},
-            {"events", file.count},
-            {"first_id", valueIf(hasEvents, file.firstId)},
-            {"last_id", valueIf(hasEvents, file.lastId)},
-            {"first_timestamp", valueIf(file.hasTimes, file.firstTime)},
-            {"last_timestamp", valueIf(file.hasTimes, file.lastTime)},
-            {"damage", textOrNull(file.damage)}};
-}
-
-Object findingObject(const SELStoreCheck::Finding& finding)
-{
-    return {{"damage", finding.isDamage}, {"text", finding.text}};
-}
-
 constexpr Column<Checked> COLUMNS[] = {
     {"board", nullptr, 0, [](const Checked& c) { return Value(c.board); }},
     {"sound", nullptr, 0, [](const Checked& c) { return Value(c.check.isSound()); }},
     {"files", nullptr, 0,
-     [](const Checked& c) { return Value(listOf(c.check.getFiles(), fileObject)); }},
+     [](const Checked& c) { return Value(listOf(c.check.getFiles(), logFileObject)); }},
     {"findings", nullptr, 0,
-     [](const Checked& c) { return Value(listOf(c.check.getFindings(), findingObject)); }},
+     [](const Checked& c) { return Value(listOf(c.check.getFindings(), logFindingObject)); }},
     {"actions", nullptr, 0, [](const Checked& c) { return Value(c.actions); }},
 };
 
@@ -121,6 +103,25 @@ void run(const Arguments& arguments)
     }
 }
 
+}
+
+Object logFileObject(const SELStoreCheck::File& file)
+{
+    const bool hasEvents = file.count != 0;
+    return {{"path", file.path},
+            {"missing", file.isMissing},
+            {"size", valueIf(file.size >= 0, file.size)},
+            {"events", file.count},
+            {"first_id", valueIf(hasEvents, file.firstId)},
+            {"last_id", valueIf(hasEvents, file.lastId)},
+            {"first_timestamp", valueIf(file.hasTimes, file.firstTime)},
+            {"last_timestamp", valueIf(file.hasTimes, file.lastTime)},
+            {"damage", textOrNull(file.damage)}};
+}
+
+Object logFindingObject(const SELStoreCheck::Finding& finding)
+{
+    return {{"damage", finding.isDamage}, {"text", finding.text}};
 }
 
 Command selCheckCommand()

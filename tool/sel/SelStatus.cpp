@@ -5,6 +5,7 @@
 #include <recordkit/inspect/log/LogStatus.h>
 #include <recordkit/selfile/SELFileLayout.h>
 
+#include "../Answers.h"
 #include "../Commands.h"
 #include "../Errors.h"
 #include "../Zone.h"
@@ -72,6 +73,11 @@ void run(const Arguments& arguments)
     problems.finish(LogProblems::SHOWN);
 }
 
+}
+
+Object statusObject(const LogStatus& status)
+{
+    return objectOf(status, COLUMNS);
 }
 
 Command selStatusCommand()

@@ -9,6 +9,7 @@
 #include <recordkit/inspect/event/EventSummary.h>
 #include <recordkit/inspect/words/SensorTypes.h>
 
+#include "../Answers.h"
 #include "../Commands.h"
 #include "../Zone.h"
 #include "../print/Json.h"
@@ -157,29 +158,6 @@ Value stateOrNull(const std::optional<AssertedState>& state)
 Value timeOrNull(const std::optional<Timestamp>& time)
 {
     return time ? Value(time->toIso(chosenZone())) : Value();
-}
-
-Object jsonOf(const EventSummary& summary)
-{
-    std::vector<HourCount> hours;
-    for (const auto& [second, count] : summary.hours) {
-        hours.push_back({Timestamp(second), count});
-    }
-    return {
-        {"events", summary.events},
-        {"undated", summary.undated},
-        {"other_records", summary.otherRecords},
-        {"first", timeOrNull(summary.first)},
-        {"last", timeOrNull(summary.last)},
-        {"severities", objectsOf(summary.severities, SEVERITIES)},
-        {"logs", objectsOf(summary.logs, LOGS)},
-        {"sensors", objectsOf(summary.sensors, SENSORS)},
-        {"hours", objectsOf(hours, HOURS)},
-        {"still_asserted", objectsOf(summary.asserted, STATES)},
-        {"longest", stateOrNull(summary.longest)},
-        {"most_frequent", stateOrNull(summary.mostFrequent)},
-        {"newest", summary.newest == nullptr ? Value() : objectOf(*summary.newest, NEWEST)},
-    };
 }
 
 void fact(const char* name, const std::string& value)
@@ -336,7 +314,7 @@ void run(const Arguments& arguments)
     const std::vector<Event> ofAnyTime = filter.atAnyTime().choose(all);
     const EventSummary summary = summarise(chosen, ofAnyTime, chosenZone());
     if (arguments.isJson()) {
-        print(indentedJson(jsonOf(summary)));
+        print(indentedJson(summaryObject(summary)));
     } else {
         printText(summary, arguments.has("--all"));
     }
@@ -361,6 +339,39 @@ std::vector<Option> options()
     return all;
 }
 
+}
+
+Object summaryObject(const EventSummary& summary)
+{
+    std::vector<HourCount> hours;
+    for (const auto& [second, count] : summary.hours) {
+        hours.push_back({Timestamp(second), count});
+    }
+    return {
+        {"events", summary.events},
+        {"undated", summary.undated},
+        {"other_records", summary.otherRecords},
+        {"first", timeOrNull(summary.first)},
+        {"last", timeOrNull(summary.last)},
+        {"severities", severityObjects(summary.severities)},
+        {"logs", objectsOf(summary.logs, LOGS)},
+        {"sensors", objectsOf(summary.sensors, SENSORS)},
+        {"hours", objectsOf(hours, HOURS)},
+        {"still_asserted", objectsOf(summary.asserted, STATES)},
+        {"longest", stateOrNull(summary.longest)},
+        {"most_frequent", stateOrNull(summary.mostFrequent)},
+        {"newest", summary.newest == nullptr ? Value() : objectOf(*summary.newest, NEWEST)},
+    };
+}
+
+List severityObjects(const SeverityCounts& severities)
+{
+    return objectsOf(severities, SEVERITIES);
+}
+
+Object assertedObject(const AssertedState& state)
+{
+    return objectOf(state, STATES);
 }
 
 Command selSummaryCommand()

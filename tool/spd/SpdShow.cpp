@@ -8,6 +8,7 @@
 #include <recordkit/inspect/bytes/Numbers.h>
 #include <recordkit/inspect/memory/Spd.h>
 
+#include "../Answers.h"
 #include "../Commands.h"
 #include "../Files.h"
 #include "../cli/Arguments.h"
@@ -158,6 +159,11 @@ struct Columns {
     }
 };
 
+Columns allColumns()
+{
+    return Columns{std::make_index_sequence<FACTS>()};
+}
+
 /// What a narrow terminal shows first.
 std::vector<Wish> wishes()
 {
@@ -169,7 +175,7 @@ std::vector<Wish> wishes()
 
 void run(const Arguments& arguments)
 {
-    const Columns columns{std::make_index_sequence<FACTS>()};
+    const Columns columns = allColumns();
     Listing<Module> listing(columns.all, arguments.layout(), wishes());
     Problems problems;
     std::size_t modules = 0;
@@ -191,6 +197,12 @@ void run(const Arguments& arguments)
     problems.finish();
 }
 
+}
+
+Object moduleObject(const std::string& path, const Spd& spd)
+{
+    static const Columns COLUMNS = allColumns();
+    return objectOf(Module{path, inputName(path), spd}, COLUMNS.all);
 }
 
 Command spdShowCommand()

@@ -11,14 +11,6 @@ namespace recordkit::inspect {
 
 namespace {
 
-bool isLogCleared(const Event& event)
-{
-    constexpr unsigned char EVENT_LOGGING_DISABLED = 0x10;
-    constexpr unsigned char LOG_CLEARED = 2;
-    return event.eventType == SENSOR_SPECIFIC_EVENT && event.sensorType == EVENT_LOGGING_DISABLED &&
-           event.offset == LOG_CLEARED && !event.isDeassertion;
-}
-
 /// Whether the assertion of one state of a sensor ends another.
 bool areExclusive(unsigned char eventType, unsigned int one, unsigned int other)
 {
@@ -95,6 +87,23 @@ std::uint64_t stateKey(const Event& event)
         key = key << 8 | byte;
     }
     return key * EVENT_OFFSETS + event.offset;
+}
+
+std::uint64_t sensorKey(const Event& event)
+{
+    constexpr std::uint64_t EVENT_TYPES = 0x100;
+    constexpr std::uint64_t OTHER_RECORDS = std::uint64_t{1} << 63;
+    return event.kind == EventKind::SYSTEM_EVENT ? stateKey(event) / EVENT_OFFSETS / EVENT_TYPES
+                                                 : OTHER_RECORDS | event.log;
+}
+
+bool isLogCleared(const Event& event)
+{
+    constexpr unsigned char EVENT_LOGGING_DISABLED = 0x10;
+    constexpr unsigned char LOG_CLEARED = 2;
+    return event.kind == EventKind::SYSTEM_EVENT && event.eventType == SENSOR_SPECIFIC_EVENT &&
+           event.sensorType == EVENT_LOGGING_DISABLED && event.offset == LOG_CLEARED &&
+           !event.isDeassertion;
 }
 
 void markAsserted(std::vector<Event>& events)

@@ -13,6 +13,13 @@ namespace recordkit::inspect {
 /// the sensor's number and type, the event/reading type and the offset.
 std::uint64_t stateKey(const Event& event);
 
+/// The sensor of a system event, whatever it reports: one log, generator, number and type. The
+/// other records of a log have one together.
+std::uint64_t sensorKey(const Event& event);
+
+/// Whether an event says that the log was cleared (IPMI v2.0, table 42-3, sensor type 10h).
+bool isLogCleared(const Event& event);
+
 /// Marks the events that are still asserted, and no others. The events of each log are in the order
 /// in which they were logged.
 ///

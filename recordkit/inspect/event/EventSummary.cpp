@@ -87,13 +87,6 @@ private:
     std::map<std::uint64_t, EventGroup> groups;
 };
 
-/// Of a sensor in a log, whatever it reports.
-std::uint64_t sensorKey(const Event& event)
-{
-    constexpr std::uint64_t EVENT_TYPES = 0x100;
-    return stateKey(event) / EVENT_OFFSETS / EVENT_TYPES;
-}
-
 /// The states that events assert, by their first assertion.
 class States {
 public:
@@ -124,13 +117,9 @@ class Summary {
 public:
     explicit Summary(Zone hoursZone) : zone(hoursZone)
     {
-        for (int each = SeverityMap::SEV_NONE; each <= SeverityMap::SEV_INFORMATIONAL; ++each) {
-            summary.severities.emplace_back(static_cast<Severity>(each), EventCount());
+        for (const Severity each : worstFirst()) {
+            summary.severities.emplace_back(each, EventCount());
         }
-        std::sort(summary.severities.begin(), summary.severities.end(),
-                  [](const auto& left, const auto& right) {
-                      return left.first != right.first && isAtLeast(left.first, right.first);
-                  });
     }
 
     void add(const Event& event)

@@ -20,6 +20,9 @@ struct EventCount {
     std::size_t stillAsserted = 0; ///< states, not events
 };
 
+/// Of each severity, also of those without an event, the worst first.
+using SeverityCounts = std::vector<std::pair<Severity, EventCount>>;
+
 /// The events of one log, or of one sensor.
 struct EventGroup {
     const Event* newest = nullptr; ///< one of them, which tells what all have in common
@@ -40,8 +43,7 @@ struct EventSummary {
     std::optional<Timestamp> first; ///< the earliest and the latest date; none if there is no date
     std::optional<Timestamp> last;
 
-    /// Of system events, the worst severity first; of each severity, also those without an event.
-    std::vector<std::pair<Severity, EventCount>> severities;
+    SeverityCounts severities;       ///< of system events
     std::size_t otherRecords = 0;    ///< records that are not system events
     std::vector<EventGroup> logs;    ///< in the order of their numbers
     std::vector<EventGroup> sensors; ///< most events first, then by number

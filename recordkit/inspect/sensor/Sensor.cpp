@@ -154,6 +154,23 @@ std::size_t nameOffset(unsigned char recordType)
     }
 }
 
+std::vector<Sensor> readSensors(const SdrFile& file, std::vector<std::string>& problems)
+{
+    std::vector<Sensor> sensors;
+    problems.insert(problems.end(), file.problems.begin(), file.problems.end());
+    if (file.records.empty()) {
+        problems.emplace_back("no sensor data record found");
+    }
+    for (const SdrRecord& record : file.records) {
+        try {
+            sensors.push_back(readSensor(record));
+        } catch (const DataError& e) {
+            problems.emplace_back(e.what());
+        }
+    }
+    return sensors;
+}
+
 std::optional<Conversion> sensorConversion(const SdrRecord& record)
 {
     const ByteView bytes = record.bytes;

@@ -72,6 +72,10 @@ struct Sensor {
 /// Reads a record. Throws DataError for a full or compact one that the library refuses.
 Sensor readSensor(const SdrRecord& record);
 
+/// The sensors of a file. What is wrong with it, and with records that cannot be read, is added to
+/// `problems`.
+std::vector<Sensor> readSensors(const SdrFile& file, std::vector<std::string>& problems);
+
 /// How readings of a record become units; none but for a full record of a threshold sensor.
 std::optional<Conversion> sensorConversion(const SdrRecord& record);
 

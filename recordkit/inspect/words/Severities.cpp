@@ -55,6 +55,15 @@ std::optional<Severity> findSeverity(const std::string& name)
     return found ? std::optional(ROWS[*found].severity) : std::nullopt;
 }
 
+const std::array<Severity, SeverityMap::SEV_INFORMATIONAL + 1>& worstFirst()
+{
+    static constexpr std::array<Severity, SeverityMap::SEV_INFORMATIONAL + 1> ALL = {
+        SeverityMap::SEV_NONRECOVERABLE, SeverityMap::SEV_CRITICAL,
+        SeverityMap::SEV_NONCRITICAL,    SeverityMap::SEV_MONITOR,
+        SeverityMap::SEV_INFORMATIONAL,  SeverityMap::SEV_NONE};
+    return ALL;
+}
+
 bool isAtLeast(Severity severity, Severity least)
 {
     return ROWS[severity].rank >= ROWS[least].rank;

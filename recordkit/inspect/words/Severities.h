@@ -2,6 +2,7 @@
 #ifndef RECORDKIT_INSPECT_WORDS_SEVERITIES_H
 #define RECORDKIT_INSPECT_WORDS_SEVERITIES_H
 
+#include <array>
 #include <optional>
 #include <string>
 
@@ -17,6 +18,9 @@ const char* severityName(Severity severity);
 
 /// The severity with that name, as matchWord takes it.
 std::optional<Severity> findSeverity(const std::string& name);
+
+/// All severities, the worst first.
+const std::array<Severity, SeverityMap::SEV_INFORMATIONAL + 1>& worstFirst();
 
 /// Whether `severity` is `least` or higher: unrated, informational, monitor, warning, critical,
 /// non-recoverable.

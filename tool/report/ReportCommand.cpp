@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <ctime>
+
+#include <fmt/format.h>
+
+#include <recordkit/inspect/bytes/Numbers.h>
+
+#include "../Commands.h"
+#include "../Files.h"
+#include "../OutputFile.h"
+#include "../print/Json.h"
+#include "../print/Output.h"
+#include "ReportDocument.h"
+#include "ReportPage.h"
+#include "ReportSource.h"
+
+namespace recordkit::tool {
+
+namespace {
+
+std::string titleOf(const Arguments& arguments, const Report& report)
+{
+    if (arguments.has("--title")) {
+        return arguments.text("--title");
+    }
+    const std::size_t others = report.inputs.size() - 1;
+    const std::string first = inputName(report.inputs.front().place.path);
+    return fmt::format("Report on {}",
+                       arguments.texts("PATH").size() > 1
+                           ? fmt::format("{} and {}", first, counted(others, "other input"))
+                           : first);
+}
+
+void run(const Arguments& arguments)
+{
+    if (arguments.has("-o") == arguments.isJson()) {
+        throw usageError("expected -o FILE for the page, or --json for its document");
+    }
+    ReportSource source(arguments);
+    const Report& report = source.getReport();
+    const ReportHead head = {titleOf(arguments, report),
+                             static_cast<unsigned int>(std::time(nullptr)), source.chosen()};
+    const Value document = reportDocument(report, head);
+    if (arguments.isJson()) {
+        print(jsonText(document) + "\n");
+    } else {
+        const std::string page = reportPage(document);
+        writeOutput(arguments.text("-o"), page);
+        print(fmt::format("{} written to {}\n", counted(page.size(), "byte"),
+                          inputName(arguments.text("-o"))));
+    }
+    source.finish();
+}
+
+std::vector<Option> options()
+{
+    std::vector<Option> all = reportSourceOptions();
+    all.push_back(text("-o", "FILE", "File for the page, which is replaced"));
+    all.push_back(text("--title", "TEXT", "Heading of the page"));
+    return all;
+}
+
+}
+
+Command reportCommand()
+{
+    return {"report",
+            "Show everything saved from a board as one page for a browser",
+            "recordkit report examples/board -o report.html",
+            options(),
+            Answer::OBJECT,
+            run,
+            "The page is one file without any connection to a network: verdict, timeline, events, "
+            "what failed most, inventory, sensors, stores. Files are recognised by their content, "
+            "records of boards by their names, which begin with the class: SBBoardInfo.sb0.bin. "
+            "What cannot be read or recognised is reported and listed on the page; the status is "
+            "then 1 or 3. --json prints the document of the page, which docs/report.schema.json "
+            "defines."};
+}
+
+}

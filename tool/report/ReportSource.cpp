@@ -1,0 +1,473 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ReportSource.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <utility>
+
+#include <recordkit/eeprom/PanelEEPROMIndex.h>
+#include <recordkit/host/HostRoot.h>
+#include <recordkit/host/Machine.h>
+#include <recordkit/inspect/event/AssertedEvents.h>
+#include <recordkit/inspect/event/EventRules.h>
+#include <recordkit/inspect/log/NewEvents.h>
+#include <recordkit/inspect/log/Timeline.h>
+#include <recordkit/platform/SystemRoot.h>
+
+#include "../Errors.h"
+#include "../Files.h"
+#include "../Zone.h"
+#include "../cli/Globals.h"
+#include "../eeprom/SettingStore.h"
+#include "../print/Output.h"
+#include "../print/Progress.h"
+#include "../sel/EventNames.h"
+#include "../sel/SavedEvents.h"
+#include "../sel/Store.h"
+#include "../spd/SpdFile.h"
+
+namespace recordkit::tool {
+
+namespace fs = std::filesystem;
+using TAVLib::RecordKit::EFIBackupEEPROMIndex;
+using TAVLib::RecordKit::PanelEEPROMIndex;
+using TAVLib::RecordKit::SELStoreCheck;
+
+namespace {
+
+constexpr const char* PATHS = "PATH";
+constexpr const char* EEPROM_KIND = "EEPROM";
+constexpr const char* UNREADABLE_KIND = "not readable";
+constexpr const char* ROOT_KIND = "root";
+
+/// A path without slashes at its end.
+std::string trimmed(std::string path)
+{
+    while (path.size() > 1 && path.back() == '/') {
+        path.pop_back();
+    }
+    return path;
+}
+
+/// A path that the library made, as the user would write it.
+std::string givenPath(const std::string& path, const std::string& root)
+{
+    return root + path.substr(TAVLib::systemRoot().size());
+}
+
+/// Whether a folder has what replaces the system's root: folders for logs, or the configuration.
+bool isRoot(const std::string& folder)
+{
+    for (const char* const part : {"/var/tav", "/etc/tav", "/etc/default/config"}) {
+        if (fs::is_directory(folder + part)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool hasAnyFile(const std::vector<SELStoreCheck::File>& files)
+{
+    return std::any_of(files.begin(), files.end(),
+                       [](const SELStoreCheck::File& file) { return !file.isMissing; });
+}
+
+/// "eeprom11.bin", as folders of images have them.
+bool isEepromName(const std::string& path)
+{
+    const std::string name = fs::path(path).filename();
+    const std::string begin = "eeprom";
+    const std::string end = ".bin";
+    return name.size() > begin.size() + end.size() && name.compare(0, begin.size(), begin) == 0 &&
+           name.compare(name.size() - end.size(), end.size(), end) == 0;
+}
+
+std::vector<SettingEntry> settingEntries(ByteView content)
+{
+    const PanelEEPROMIndex index;
+    const auto size =
+        static_cast<std::size_t>(index.getIndexLastNumber() + 1) * index.getIndexSize();
+    const bool isIndexFile = content.size() == size;
+    return parseSettingIndex(content.part(isIndexFile ? 0 : index.getIndexOffset(), size));
+}
+
+EFIBackupEEPROMIndex efiIndex(ByteView content)
+{
+    EFIBackupEEPROMIndex index;
+    const ByteView bytes = content.part(0, EFIBackupEEPROMIndex::INDEX_SIZE);
+    std::copy(bytes.begin(), bytes.end(), index.getIndexData());
+    index.expandClrFlags();
+    return index;
+}
+
+}
+
+std::vector<Option> reportSourceOptions()
+{
+    std::vector<Option> all = {
+        argument(PATHS, "Roots, folders and files of any kind that recordkit reads (default: the "
+                        "logs and the sensors of the system root)")
+            .optional()
+            .many()};
+    for (const std::vector<Option>& more : {eventNameOptions(), eventFilterOptions()}) {
+        all.insert(all.end(), more.begin(), more.end());
+    }
+    return all;
+}
+
+ReportSource::ReportSource(const Arguments& given) : arguments(given)
+{
+    const std::vector<std::string>& paths = arguments.texts(PATHS);
+    const std::string usualRoot = TAVLib::host::givenSystemRoot();
+    if (paths.empty()) {
+        requireLogs();
+        addRoot(usualRoot);
+        if (!usualRoot.empty()) {
+            addFolder(usualRoot, usualRoot);
+        }
+    }
+    for (const std::string& path : paths) {
+        add(trimmed(path));
+    }
+    Progress progress(files.size());
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        progress.show(i);
+        // Processors are named by tables of their root.
+        chooseRoot(files[i].root.empty() ? usualRoot : files[i].root);
+        read(files[i]);
+    }
+    chooseRoot(usualRoot);
+    addSaved();
+    explainImages();
+    for (ReportInput& input : report.inputs) {
+        input.problems = problems.of(inputName(input.place.path));
+    }
+    takeEvents();
+}
+
+void ReportSource::add(const std::string& path)
+{
+    std::error_code error;
+    if (!fs::is_directory(path, error)) {
+        files.push_back({path, "", true});
+    } else if (isRoot(path)) {
+        addRoot(path);
+        addFolder(path, path);
+    } else {
+        addFolder(path, "");
+    }
+}
+
+void ReportSource::addRoot(const std::string& path)
+{
+    chooseRoot(path);
+    report.inputs.push_back({{path.empty() ? "/" : path, path}, ROOT_KIND, false, {}});
+    nameBoards(path);
+    for (int board = 0; board < TAVLib::host::machine().systemBoards; ++board) {
+        addBoard(static_cast<unsigned char>(board), path);
+    }
+    known.insert(givenPath(settingIndexFile(), path));
+}
+
+void ReportSource::nameBoards(const std::string& root)
+{
+    std::vector<std::string> paths;
+    for (const std::string& path : EventNames::repositories(arguments, EventNames::BOARDS)) {
+        const bool isOfRoot = !arguments.has("--sdr");
+        paths.push_back(isOfRoot ? givenPath(path, root) : path);
+        addRepository(paths.back(), isOfRoot ? root : "");
+    }
+    namesOfRoot[root] = namesFrom(paths);
+}
+
+void ReportSource::addBoard(unsigned char board, const std::string& root)
+{
+    const SELStoreCheck check(board);
+    if (!hasAnyFile(check.getFiles())) {
+        return;
+    }
+    ReportLog log;
+    log.name = "board " + std::to_string(board);
+    log.root = root;
+    log.board = board;
+    log.status = readLogStatus(board);
+    log.files = check.getFiles();
+    log.findings = check.getFindings();
+    log.names = namesOfRoot[root];
+    for (SELStoreCheck::File& file : log.files) {
+        known.insert(givenPath(file.path, root));
+        file.path = asShown(file.path);
+    }
+    for (SELStoreCheck::Finding& finding : log.findings) {
+        finding.text = asShown(finding.text);
+    }
+    std::vector<LogProblem> found;
+    std::vector<Event>& events = logs.emplace_back(NewEvents(board).take(found));
+    for (Event& event : events) {
+        event.log = static_cast<unsigned int>(report.logs.size());
+    }
+    if (log.names != nullptr) {
+        nameSensors(events, *log.names);
+    }
+    applyRules(EventNames::ruleFiles(arguments, EventNames::BOARDS), events);
+    for (LogProblem& problem : found) {
+        problem.path = asShown(problem.path);
+        problem.text = asShown(problem.text);
+    }
+    logProblems.add(board, found);
+    logProblems.report(LogProblems::SHOWN);
+    report.logs.push_back(std::move(log));
+}
+
+void ReportSource::addFolder(const std::string& folder, const std::string& root)
+{
+    std::vector<std::string> paths;
+    std::error_code error;
+    for (auto each = fs::recursive_directory_iterator(folder, error);
+         !error && each != fs::recursive_directory_iterator(); each.increment(error)) {
+        if (!each->is_directory()) {
+            paths.push_back(each->path());
+        }
+    }
+    if (error) {
+        problems.add(inputName(folder), "cannot be read: " + error.message(), EXIT_FILE);
+        report.inputs.push_back({{folder, root}, UNREADABLE_KIND, true, {}});
+    }
+    std::sort(paths.begin(), paths.end());
+    for (const std::string& path : paths) {
+        files.push_back({path, root, false});
+    }
+}
+
+void ReportSource::read(const File& file)
+{
+    if (!known.insert(file.path).second) {
+        return;
+    }
+    const std::string name = inputName(file.path);
+    ReportInput input = {{file.path, file.root}, UNREADABLE_KIND, true, {}};
+    problems.run(name, [&] {
+        if (!file.isNamed && !fs::is_regular_file(file.path)) {
+            throw fileError(name + ": not a regular file");
+        }
+        const std::string content = readInput(file.path, LARGE_LIMIT);
+        const Recognised recognised = recognise(file.path, ByteView(content));
+        input.kind = imageKindName(recognised.kind);
+        return readAs(recognised, file, content, input);
+    });
+    report.inputs.push_back(std::move(input));
+}
+
+std::vector<std::string> ReportSource::readAs(const Recognised& recognised, const File& file,
+                                              const std::string& content, ReportInput& input)
+{
+    const ReportPlace place = {file.path, file.root};
+    std::vector<std::string> found;
+    switch (recognised.kind) {
+    case ImageKind::EVENT_LOG:
+    case ImageKind::EVENT_RECORDS:
+        saved.push_back(file);
+        break;
+    case ImageKind::FRU:
+        report.fru.push_back({place, content, parseFruImage(content)});
+        found = report.fru.back().image.allProblems();
+        break;
+    case ImageKind::SPD:
+        report.memory.push_back({place, parseSpd(readSpdFile(file.path))});
+        found = spdProblems(report.memory.back().spd);
+        break;
+    case ImageKind::SDR:
+        report.repositories.push_back({place, parseSdrFile(ByteView(content)), {}});
+        report.repositories.back().sensors = readSensors(report.repositories.back().file, found);
+        break;
+    case ImageKind::CPU_ROM:
+        report.processors.push_back({place, readCpuRom(content, 0), content.size()});
+        found = report.processors.back().rom.problems;
+        break;
+    case ImageKind::SETTING_INDEX:
+        report.settings.push_back(
+            {place, settingEntries(ByteView(content)), readSettingIndexFile()});
+        found = indexProblems(report.settings.back().entries);
+        break;
+    case ImageKind::EFI_INDEX:
+        report.efi.push_back({place, efiIndex(ByteView(content))});
+        if (!report.efi.back().index.isChecksum()) {
+            found.emplace_back("the checksum of the index record is wrong");
+        }
+        break;
+    case ImageKind::RECORD:
+        report.records.push_back({place, recognised.recordClass,
+                                  decodeRecord(*recognised.recordClass, ByteView(content))});
+        break;
+    case ImageKind::ERASED:
+        break;
+    case ImageKind::TEXT:
+    case ImageKind::EMPTY:
+        if (file.isNamed) {
+            return {std::string(imageKindName(recognised.kind)) + ", expected an image; left out"};
+        }
+        break; // beside the images of a folder there are lists and notes
+    case ImageKind::UNKNOWN:
+        return {}; // until the other files are known
+    }
+    input.isLeftOut = false;
+    return found;
+}
+
+void ReportSource::addRepository(const std::string& path, const std::string& root)
+{
+    if (known.insert(path).second) {
+        ReportInput input = {{path, root}, imageKindName(ImageKind::SDR), true, {}};
+        problems.run(inputName(path), [&] {
+            std::vector<std::string> found;
+            report.repositories.push_back(
+                {{path, root}, parseSdrFile(ByteView(readInput(path, LARGE_LIMIT))), {}});
+            ReportRepository& repository = report.repositories.back();
+            repository.sensors = readSensors(repository.file, found);
+            input.isLeftOut = false;
+            return found;
+        });
+        report.inputs.push_back(std::move(input));
+    }
+}
+
+const SensorNames* ReportSource::namesFrom(const std::vector<std::string>& paths)
+{
+    SensorNames& names = allNames.emplace_back();
+    for (const ReportRepository& repository : report.repositories) {
+        if (std::find(paths.begin(), paths.end(), repository.place.path) != paths.end()) {
+            addNames(repository.sensors, names);
+        }
+    }
+    return paths.empty() ? nullptr : &names;
+}
+
+void ReportSource::applyRules(const std::vector<std::string>& paths, std::vector<Event>& events)
+{
+    for (const std::string& path : paths) {
+        std::vector<std::string> wrong;
+        const EventRules rules(readInput(path, RULES_LIMIT), wrong);
+        rules.apply(events);
+        for (const std::string& problem : wrong) {
+            problems.add(inputName(path), problem);
+        }
+    }
+}
+
+void ReportSource::addSaved()
+{
+    std::vector<std::string> paths;
+    std::map<std::string, std::string> rootOfName;
+    for (const File& file : saved) {
+        paths.push_back(file.path);
+        rootOfName[inputName(file.path)] = file.root;
+    }
+    for (const std::string& path : EventNames::repositories(arguments, EventNames::SAVED_FILES)) {
+        addRepository(path, "");
+    }
+    std::vector<std::string> repositories =
+        EventNames::repositories(arguments, EventNames::SAVED_FILES);
+    for (const ReportRepository& each : report.repositories) {
+        if (repositories.empty() || (each.place.root.empty() && !arguments.has("--sdr"))) {
+            repositories.push_back(each.place.path);
+        }
+    }
+    std::map<unsigned int, SavedLog> byLog;
+    for (Event& event : readSavedEvents(paths, problems)) {
+        SavedLog& log = byLog[event.log];
+        log.root = rootOfName[event.source];
+        log.events.push_back(std::move(event));
+    }
+    const SensorNames* const outside = namesFrom(repositories);
+    for (auto& each : byLog) {
+        SavedLog& found = each.second;
+        ReportLog log;
+        log.name = found.events.back().source;
+        log.root = found.root;
+        log.names = found.root.empty() ? outside : namesOfRoot[found.root];
+        for (Event& event : found.events) {
+            event.log = static_cast<unsigned int>(report.logs.size());
+        }
+        if (log.names != nullptr) {
+            nameSensors(found.events, *log.names);
+        }
+        applyRules(EventNames::ruleFiles(arguments, EventNames::SAVED_FILES), found.events);
+        logs.push_back(std::move(found.events));
+        report.logs.push_back(std::move(log));
+    }
+    for (ReportInput& input : report.inputs) {
+        const std::string name = inputName(input.place.path);
+        const bool isSaved = rootOfName.count(name) != 0;
+        const bool hasEvents = std::any_of(logs.begin(), logs.end(), [&name](const auto& events) {
+            return std::any_of(events.begin(), events.end(),
+                               [&name](const Event& event) { return event.source == name; });
+        });
+        input.isLeftOut = input.isLeftOut || (isSaved && !hasEvents);
+    }
+}
+
+/// EEPROMs whose index is beside them have no mark of their own.
+void ReportSource::explainImages()
+{
+    std::set<std::string> folders;
+    const auto addFolderOf = [&folders](const auto& items) {
+        for (const auto& each : items) {
+            folders.insert(fs::path(each.place.path).parent_path());
+        }
+    };
+    addFolderOf(report.settings);
+    addFolderOf(report.efi);
+    for (ReportInput& input : report.inputs) {
+        if (input.kind != imageKindName(ImageKind::UNKNOWN)) {
+            continue;
+        }
+        if (isEepromName(input.place.path) &&
+            folders.count(fs::path(input.place.path).parent_path()) != 0) {
+            input.kind = EEPROM_KIND;
+            input.isLeftOut = false;
+        } else {
+            problems.add(inputName(input.place.path), "not recognised; left out");
+        }
+    }
+}
+
+void ReportSource::takeEvents()
+{
+    if (report.logs.empty() && report.inputs.empty()) {
+        throw dataError("nothing to report");
+    }
+    report.events = mergeByTime(std::move(logs));
+    markAsserted(report.events);
+    const bool hasNames = std::any_of(report.logs.begin(), report.logs.end(),
+                                      [](const ReportLog& log) { return log.names != nullptr; });
+    filter.emplace(arguments, hasNames);
+    if (!chosen().empty()) {
+        std::vector<Event> kept = filter->choose(report.events);
+        report.leftOut = report.events.size() - kept.size();
+        ofAnyTime = filter->atAnyTime().choose(std::exchange(report.events, std::move(kept)));
+    }
+    report.summary = summarise(report.events, chosen().empty() ? report.events : ofAnyTime);
+    countLogs(report);
+}
+
+std::string ReportSource::chosen() const
+{
+    std::string text;
+    for (const Option& option : eventFilterOptions()) {
+        if (arguments.has(option.name)) {
+            text += (text.empty() ? "" : ", ") + option.name.substr(2);
+            text += option.takesValue() ? " " + arguments.text(option.name) : "";
+        }
+    }
+    return text;
+}
+
+void ReportSource::finish()
+{
+    filter->report();
+    problems.finish();
+    logProblems.finish(LogProblems::SHOWN);
+}
+
+}
