@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr const char* POWER_SUPPLY_MODE_FILE = "/tmp/psumode";
-
 constexpr unsigned int PSMODE_BIT = 0;
 constexpr unsigned int PSUREDMODE_BIT = 1;
 
@@ -46,7 +44,7 @@ unsigned short maskBitOf(unsigned char offset)
 
 std::string powerSupplyModeFile()
 {
-    return TAVLib::systemRoot() + POWER_SUPPLY_MODE_FILE;
+    return TAVLib::systemRoot() + SeverityMap::MODE_FILE;
 }
 
 }

@@ -11,7 +11,7 @@
 /// codes are those of IPMI v2.0, sections 42.1 and 42.2.
 ///
 /// One pair, power unit redundancy (0Bh, 09h), depends on the power supply mode kept in
-/// /tmp/psumode below the system root, one byte: bit 0 psmode, bit 1 psuredmode. With neither set
+/// MODE_FILE, one byte: bit 0 psmode, bit 1 psuredmode. With neither set
 /// the configuration is not redundant, and losing redundancy (offset 3) is not a warning. The file
 /// is read again for every query of that pair; a missing one counts as 0.
 ///
@@ -28,6 +28,9 @@ public:
         SEV_MONITOR = 4,
         SEV_INFORMATIONAL = 5,
     };
+
+    /// The file of the power supply mode, below the system root.
+    static constexpr const char* MODE_FILE = "/tmp/psumode";
 
     /// Alarm status: what an operator's lamp shows.
     enum AlarmStatus : int { ALARM_NONE = 0, ALARM_WARNING = 1, ALARM_ALARM = 2 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The sub-commands that change something, with every system call going wrong once.
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <regex>
 #include <sys/mount.h>
@@ -40,6 +41,7 @@ const SubCommand COMMANDS[] = {
     {"FruSetPaged",       {"fru", "set", "ROOT/board.bin", "board.serial=SN4711", "--page", "8"}},
     {"FruAdd",            {"fru", "add", "ROOT/board.bin", "board.custom=4711"}},
     {"FruCreate",         {"fru", "create", "--from", "ROOT/board.json", "-o", "ROOT/created.bin"}},
+    {"Report",            {"report", "ROOT", "-o", "ROOT/report.html"}},
     {"EepromCreate",      {"eeprom", "create", "ROOT/new"}},
     {"SettingInit",       {"eeprom", "setting", "init", "--images", "ROOT/images"}},
     {"SettingWrite",      {"eeprom", "setting", "write", "0", "ROOT/one.hex", "--images", "ROOT/images"}},
@@ -73,6 +75,9 @@ bool isTemporary(const std::string& path)
 
 class CommandFaults : public testing::TestWithParam<SubCommand> {
 protected:
+    /// A page says when it was made.
+    void SetUp() override { ::setenv("SOURCE_DATE_EPOCH", "1795211546", 1); }
+    void TearDown() override { ::unsetenv("SOURCE_DATE_EPOCH"); }
     void reset()
     {
         world.reset();

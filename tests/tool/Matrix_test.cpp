@@ -44,6 +44,7 @@ void PrintTo(const Row& row, std::ostream* stream)
 }
 
 const std::vector<Row> ROWS = {
+    {"report", {"INPUT", "-o", "ROOT/report.html"}, FRU, true, false, true},
     {"sel init", {}}, // keeps what is there
     {"sel add", {"INPUT", "--board", "1"}, SEL, true},
     {"sel list", {"INPUT"}, SEL},

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
 #include <ctime>
 
 #include <fmt/format.h>
@@ -31,15 +34,32 @@ std::string titleOf(const Arguments& arguments, const Report& report)
                            : first);
 }
 
+/// Now, or what pages that have to be reproducible have instead (SOURCE_DATE_EPOCH, as in the
+/// Reproducible Builds project).
+unsigned int timeOfReport()
+{
+    const char* const given = std::getenv("SOURCE_DATE_EPOCH");
+    if (given == nullptr) {
+        return static_cast<unsigned int>(std::time(nullptr));
+    }
+    unsigned int seconds = 0;
+    const char* const end = given + std::strlen(given);
+    const auto [rest, error] = std::from_chars(given, end, seconds);
+    if (error != std::errc() || rest != end) {
+        throw usageError("SOURCE_DATE_EPOCH: expected seconds since 1970");
+    }
+    return seconds;
+}
+
 void run(const Arguments& arguments)
 {
     if (arguments.has("-o") == arguments.isJson()) {
         throw usageError("expected -o FILE for the page, or --json for its document");
     }
+    const unsigned int now = timeOfReport();
     ReportSource source(arguments);
     const Report& report = source.getReport();
-    const ReportHead head = {titleOf(arguments, report),
-                             static_cast<unsigned int>(std::time(nullptr)), source.chosen()};
+    const ReportHead head = {titleOf(arguments, report), now, source.chosen()};
     const Value document = reportDocument(report, head);
     if (arguments.isJson()) {
         print(jsonText(document) + "\n");
@@ -74,7 +94,8 @@ Command reportCommand()
             "what failed most, inventory, sensors, stores. Files are recognised by their content, "
             "records of boards by their names, which begin with the class: SBBoardInfo.sb0.bin. "
             "What cannot be read or recognised is reported and listed on the page; the status is "
-            "then 1 or 3. --json prints the document of the page, which docs/report.schema.json "
+            "then 1 or 3. SOURCE_DATE_EPOCH replaces the time at which the page was made. --json "
+            "prints the document of the page, which docs/report.schema.json "
             "defines."};
 }
 

@@ -83,6 +83,23 @@ bool isEepromName(const std::string& path)
            name.compare(name.size() - end.size(), end.size(), end) == 0;
 }
 
+/// What a folder contains, sorted; what is found before an error.
+std::vector<fs::directory_entry> entriesOf(const std::string& folder, std::error_code& error)
+{
+    std::vector<fs::directory_entry> entries;
+    const fs::directory_iterator end;
+    do {
+        entries.clear();
+        error.clear();
+        for (auto each = fs::directory_iterator(folder, error); !error && each != end;
+             each.increment(error)) {
+            entries.push_back(*each);
+        }
+    } while (error == std::errc::interrupted);
+    std::sort(entries.begin(), entries.end());
+    return entries;
+}
+
 std::vector<SettingEntry> settingEntries(ByteView content)
 {
     const PanelEEPROMIndex index;
@@ -162,12 +179,18 @@ void ReportSource::add(const std::string& path)
 void ReportSource::addRoot(const std::string& path)
 {
     chooseRoot(path);
-    report.inputs.push_back({{path.empty() ? "/" : path, path}, ROOT_KIND, false, {}});
+    const std::string name = path.empty() ? "/" : path;
+    report.inputs.push_back({{name, path}, ROOT_KIND, false, {}});
     nameBoards(path);
+    const std::size_t others = report.logs.size();
     for (int board = 0; board < TAVLib::host::machine().systemBoards; ++board) {
         addBoard(static_cast<unsigned char>(board), path);
     }
+    if (report.logs.size() == others) {
+        problems.add(inputName(name), "no board has an event log");
+    }
     known.insert(givenPath(settingIndexFile(), path));
+    known.insert(path + SeverityMap::MODE_FILE); // has its part in severities
 }
 
 void ReportSource::nameBoards(const std::string& root)
@@ -222,21 +245,18 @@ void ReportSource::addBoard(unsigned char board, const std::string& root)
 
 void ReportSource::addFolder(const std::string& folder, const std::string& root)
 {
-    std::vector<std::string> paths;
     std::error_code error;
-    for (auto each = fs::recursive_directory_iterator(folder, error);
-         !error && each != fs::recursive_directory_iterator(); each.increment(error)) {
-        if (!each->is_directory()) {
-            paths.push_back(each->path());
+    for (const fs::directory_entry& entry : entriesOf(folder, error)) {
+        std::error_code none;
+        if (entry.is_directory(none) && !entry.is_symlink(none)) {
+            addFolder(entry.path(), root);
+        } else {
+            files.push_back({entry.path(), root, false});
         }
     }
     if (error) {
         problems.add(inputName(folder), "cannot be read: " + error.message(), EXIT_FILE);
         report.inputs.push_back({{folder, root}, UNREADABLE_KIND, true, {}});
-    }
-    std::sort(paths.begin(), paths.end());
-    for (const std::string& path : paths) {
-        files.push_back({path, root, false});
     }
 }
 

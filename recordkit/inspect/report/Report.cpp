@@ -145,7 +145,7 @@ private:
         }
         if (report.leftOut != 0) {
             add({ReportReason::LEFT_OUT, 0, "events",
-                 counted(report.leftOut, "event") + " of another time"});
+                 counted(report.leftOut, "event") + " not chosen"});
         }
     }
 
@@ -156,10 +156,10 @@ private:
             return count == 0 ? "" : fmt::format(", {} {}", count, count == 1 ? one : more);
         };
         const std::string all =
-            part(ReportReason::ASSERTED, "state is still asserted", "states are still asserted") +
-            part(ReportReason::DAMAGED, "thing is damaged", "things are damaged") +
-            part(ReportReason::ODD, "value is odd", "values are odd") +
-            part(ReportReason::LEFT_OUT, "thing was left out", "things were left out");
+            part(ReportReason::ASSERTED, "state still asserted", "states still asserted") +
+            part(ReportReason::DAMAGED, "problem", "problems") +
+            part(ReportReason::ODD, "oddity", "oddities") +
+            part(ReportReason::LEFT_OUT, "omission", "omissions");
         return all.empty() ? "Nothing of severity warning or worse is still asserted, nothing is "
                              "damaged or odd, nothing was left out"
                            : all.substr(2);
