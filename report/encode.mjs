@@ -108,25 +108,25 @@ function putBlock(blocks, event) {
     return blocks.put(blocks.rows.length < 2 * MOST_BLOCKS ? { omitted: true, ...part } : { omitted: true });
 }
 
-/// `list` is what `sel list --board all --json` prints; `asserted` contains "board/log" of what is
-/// still asserted; `traces` are rotations and gaps.
+/// `list` is what `sel list --board all --json` prints; `asserted` contains
+/// "log/number" of what is still asserted.
 export function encodeEvents(list, asserted, traces) {
     const sensors = new Table();
     const blocks = new Table();
     const words = { sensor_type: {}, event_type: {} };
-    const columns = { time: [], severity: [], direction: [], flags: [], state: [], file: [], slot: [], log: [], sensor: [], block: [] };
+    const columns = { time: [], severity: [], direction: [], flags: [], state: [], file: [], slot: [], number: [], sensor: [], block: [] };
     for (const event of list) {
+        const log = event.board ?? 0;
         columns.time.push(event.time === null ? NO_TIME : event.timestamp);
         columns.severity.push(SEVERITIES.indexOf(event.severity ?? 'none'));
         columns.direction.push(DIRECTIONS.indexOf(event.direction ?? ''));
-        columns.flags.push((asserted.has(`${event.board}/${event.log}`) ? 1 : 0) | (event.pre_init ? 2 : 0));
+        columns.flags.push((asserted.has(`${log}/${event.log}`) ? 1 : 0) | (event.pre_init ? 2 : 0));
         columns.state.push(Math.max(0, STATES.indexOf(event.state)));
         columns.file.push(event.file ?? 0);
         columns.slot.push(event.slot ?? 0);
-        columns.log.push(event.log ?? 0);
+        columns.number.push(event.log ?? 0);
         columns.sensor.push(sensors.put({
-            log: event.board ?? 255, board: event.board, source: event.source, generator: event.generator,
-            type: event.sensor_type, type_name: event.sensor_type_name, number: event.sensor,
+            log, generator: event.generator, type: event.sensor_type, type_name: event.sensor_type_name, number: event.sensor,
             name: event.sensor_name, entity: event.entity, entity_name: event.entity_name,
         }));
         columns.block.push(putBlock(blocks, event));
@@ -151,27 +151,73 @@ export function encodeEvents(list, asserted, traces) {
 // Record ids are 0001h to FFFEh (IPMI v2.0, section 31.5); after the last the first comes again.
 const IDS = 0xFFFE;
 
-/// Rotations, from the files that the events are in, and gaps, where record ids are missing. Ids that
-/// go back are those of a log that was cleared.
+/// Rotations, from the files that the events are in; gaps, where record ids are missing; where ids
+/// begin again, the log was cleared; after events without a date the clock was set.
 export function findTraces(list) {
     const traces = [];
     const before = new Map();
     for (const event of list) {
-        const last = before.get(event.board);
+        const log = event.board ?? 0;
+        const last = before.get(log);
         if (last !== undefined && event.time !== null) {
+            const span = { log, from: last.timestamp, to: event.timestamp };
             if (last.file !== event.file) {
-                traces.push({ kind: 'rotation', log: event.board, from: event.timestamp, to: event.timestamp });
+                traces.push({ ...span, kind: 'rotation', from: event.timestamp });
             }
             const missing = (event.id - last.id + IDS) % IDS - 1;
             if (missing > 0 && missing < IDS / 2) {
-                traces.push({ kind: 'gap', log: event.board, from: last.timestamp, to: event.timestamp, missing });
+                traces.push({ ...span, kind: 'gap', missing });
+            } else if (missing >= IDS / 2) {
+                traces.push({ ...span, kind: 'cleared' });
+            }
+            if (last.unset) {
+                traces.push({ ...span, kind: 'clock' });
             }
         }
         if (event.time !== null || last === undefined) {
-            before.set(event.board, event);
+            before.set(log, { id: event.id, file: event.file, timestamp: event.timestamp, unset: false });
         } else {
             last.id = event.id;
+            last.unset ||= event.pre_init;
         }
     }
     return traces;
+}
+
+const BAD = SEVERITIES.slice(0, 3);
+
+/// The same for a key of events, which is a sensor's or a unit's index: what failed most.
+function failuresBy(list, keyOf, asserted, make) {
+    const found = new Map();
+    list.forEach((event, row) => {
+        const key = keyOf(event);
+        if (key === null || event.direction !== 'asserted' || !BAD.includes(event.severity)) {
+            return;
+        }
+        if (!found.has(key)) {
+            found.set(key, { ...make(event, key), severities: {}, assertions: 0, still_asserted: 0, first_row: row, last_row: row });
+        }
+        const one = found.get(key);
+        one.severities[event.severity] = (one.severities[event.severity] ?? 0) + 1;
+        one.assertions++;
+        one.last_row = row;
+        one.still_asserted += asserted.has(`${event.board ?? 0}/${event.log}`) ? 1 : 0;
+    });
+    return [...found.values()].sort((a, b) => b.assertions - a.assertions);
+}
+
+/// What a document says of events besides themselves: {units, sensor_failures, unit_failures, unitOf}.
+export function failures(list, events, asserted) {
+    const sensorKey = (event) => [event.board ?? 0, event.generator, event.sensor_type, event.sensor, event.sensor_name].join();
+    const sensors = new Map(events.sensors.map((one, index) => [[one.log, one.generator, one.type, one.number, one.name].join(), index]));
+    const units = new Table();
+    const unitOf = (event) => (event.entity === null ? null : units.put({
+        name: `${event.entity_name} ${event.entity.split('.')[1]}`, part_number: event.part_number, serial_number: event.serial_number,
+        entity: event.entity, entity_name: event.entity_name,
+    }));
+    const bySensor = failuresBy(list, sensorKey, asserted, (event, key) => ({ log: event.board ?? 0, sensor: sensors.get(key), unit: unitOf(event) }));
+    const byUnit = failuresBy(list, unitOf, asserted, (event, unit) => ({
+        log: event.board ?? 0, unit, sensors: [...new Set(list.filter((other) => unitOf(other) === unit).map((other) => sensors.get(sensorKey(other))))],
+    }));
+    return { units: units.rows, sensor_failures: bySensor, unit_failures: byUnit, unitOf };
 }

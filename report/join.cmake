@@ -8,7 +8,7 @@
 
 set(LIBRARY array collection color format interpolate time time-format scale selection axis)
 # Each module follows those that it imports.
-set(MODULES dom severity document filter timeline table page)
+set(MODULES dom severity document filter timeline table verdict failures bytemap inventory sensors stores inputs page)
 
 # The text of a file without white space at its ends.
 function(read file result)

@@ -6,7 +6,7 @@
 
 import { Buffer } from 'node:buffer';
 import { pathToFileURL } from 'node:url';
-import { encodeEvents, SEVERITIES } from './encode.mjs';
+import { encodeEvents, failures, SEVERITIES } from './encode.mjs';
 
 const KINDS = [
     ['Fan', 4, 'Fan', 1, 'threshold', 'RPM'],
@@ -76,11 +76,46 @@ export function synthetic(count = COUNT, seed = 1) {
     }
     traces.push({ kind: 'gap', log: 0, from: FROM + 5e6, to: FROM + 7e6, missing: 12 });
     const last = list.findLastIndex((event) => event.severity === 'critical');
+    const still = last < 0 ? [] : [list[last]];
+    const asserted = new Set(still.map((event) => `${event.board}/${event.log}`));
+    const events = encodeEvents(list, asserted, traces);
+    const { unitOf, ...more } = failures(list, events, asserted);
+    const states = still.map((event) => ({
+        since: iso(event.timestamp), severity: event.severity, board: event.board, source: null, sensor_type_name: event.sensor_type_name,
+        sensor: event.sensor, sensor_name: event.sensor_name, newest: iso(event.timestamp), assertions: 1, event: event.event,
+        log: event.board, row: last, since_row: last, unit: unitOf(event),
+    }));
+    return documentOf(list, {
+        title: 'Health of an invented server', events, asserted: states, ...more,
+        verdict: states.length === 0 ? { level: 'good', text: 'Nothing is still asserted', reasons: [] }
+            : { level: 'critical', text: 'Critical: 1 still asserted', reasons: [{ kind: 'asserted', severity: 'critical', state: 0 }] },
+    });
+}
+
+const iso = (seconds) => `${new Date(seconds * 1000).toISOString().slice(0, 19)}Z`;
+
+/// A document of events only, all others of its keys empty unless given.
+export function documentOf(list, more = {}) {
+    const boards = Math.max(1, ...list.map((event) => (event.board ?? 0) + 1));
+    const severitiesOf = (events) => SEVERITIES.slice(0, -1).map((severity) =>
+        ({ severity, events: events.filter((event) => event.severity === severity).length, still_asserted: 0 }));
+    const dated = list.filter((event) => event.time !== null);
     return {
-        format: 'recordkit-report', version: 1, title: 'Health of an invented server',
-        made: { time: '2026-11-21T00:00:00Z', program: 'recordkit' },
-        verdict: { level: last < 0 ? 'good' : 'critical', text: last < 0 ? 'Nothing is still asserted' : 'Critical: 1 still asserted', reasons: last < 0 ? [] : [{ row: last }] },
-        events: encodeEvents(list, new Set(last < 0 ? [] : [`${list[last].board}/${list[last].log}`]), traces),
+        format: 'recordkit-report', version: 1, title: 'A test', made: { time: '2026-11-21T00:00:00Z', program: 'recordkit' },
+        chosen: '', left_out: 0, verdict: { level: 'good', text: 'Nothing is still asserted', reasons: [] }, inputs: [],
+        logs: Array.from({ length: boards }, (_, board) => {
+            const events = list.filter((event) => (event.board ?? 0) === board);
+            return {
+                name: `board ${board}`, root: 'invented', board, events: events.length, still_asserted: 0, severities: severitiesOf(events),
+                status: null, slots: 800, sound: true, files: [], findings: [],
+            };
+        }),
+        summary: {
+            events: list.length, undated: list.length - dated.length, other_records: 0, first: dated.length === 0 ? null : iso(dated[0].timestamp),
+            last: dated.length === 0 ? null : iso(dated.at(-1).timestamp), severities: severitiesOf(list), hours: [],
+        },
+        asserted: [], sensor_failures: [], unit_failures: [], units: [], events: encodeEvents(list, new Set(), []),
+        sensors: [], fru: [], memory: [], processors: [], records: [], settings: [], efi: [], ...more,
     };
 }
 

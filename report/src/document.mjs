@@ -2,6 +2,69 @@
 
 // Reads the report's document; DOCUMENT.md describes it.
 
+// More rows than this would be higher than what a browser lays out.
+const MOST_EVENTS = 500000;
+
+const LISTS = ['inputs', 'logs', 'asserted', 'sensor_failures', 'unit_failures', 'units', 'sensors', 'fru', 'memory', 'processors',
+    'records', 'settings', 'efi'];
+
+const UNSEEN = /[\p{Cc}\p{Cf}\p{Cs}\p{Zl}\p{Zp}]/gu;
+
+/// A text in which characters that are not seen, or change the direction of others, are written as
+/// \xNN or <U+NNNN>.
+export const visible = (text) => text.replace(UNSEEN, (one) => {
+    const hex = one.codePointAt(0).toString(16).toUpperCase();
+    return hex.length > 2 ? `<U+${hex.padStart(4, '0')}>` : one.charCodeAt(0) < 0xA0 ? `\\x${hex.padStart(2, '0')}` : `<U+00${hex}>`;
+});
+
+/// Makes every text below `value` visible; tables that are still coded are left as they are.
+function makeVisible(value) {
+    for (const [key, one] of Object.entries(value)) {
+        if (typeof one === 'string') {
+            value[key] = visible(one);
+        } else if (one !== null && typeof one === 'object' && !CODED.has(key)) {
+            makeVisible(one);
+        }
+    }
+    return value;
+}
+
+const CODED = new Set(['texts', 'causes', 'columns']);
+
+/// The document of a page, from its text. Throws an Error that says what is wrong with it.
+export function readDocument(text) {
+    let report;
+    try {
+        report = JSON.parse(text);
+    } catch (failure) {
+        throw new Error(`its document is damaged or was cut off: ${failure.message}`);
+    }
+    if (report?.format !== 'recordkit-report') {
+        throw new Error('it contains no document of a report');
+    }
+    if (report.version !== 1) {
+        throw new Error(`its document has version ${report.version}; the page reads version 1`);
+    }
+    for (const name of LISTS) {
+        if (!Array.isArray(report[name])) {
+            throw new Error(`its document has no list of ${name}`);
+        }
+    }
+    makeVisible(report);
+    report.events = readEvents(report.events);
+    for (const name of ['asserted', 'sensor_failures', 'unit_failures']) {
+        for (const one of report[name]) {
+            const rows = [one.row, one.since_row, one.first_row, one.last_row];
+            const sensors = [one.sensors ?? (name === 'sensor_failures' ? one.sensor : [])].flat();
+            if (rows.some((row) => row >= report.events.count) || sensors.some((sensor) => !(sensor < report.events.sensors.length))) {
+                throw new Error(`${name} names an event or a sensor that is not in the document`);
+            }
+        }
+    }
+    return report;
+}
+
+
 const ARRAYS = { u8: Uint8Array, u16: Uint16Array, u32: Uint32Array };
 
 /// The bytes of a text in base64 (RFC 4648, section 4).
@@ -32,7 +95,7 @@ function decodeTexts(coded) {
     let text = '';
     for (let at = 0; at < coded.length; at += 2) {
         text = text.slice(0, coded[at]) + coded[at + 1];
-        texts.push(text);
+        texts.push(visible(text));
     }
     return texts;
 }
@@ -44,7 +107,13 @@ export const PRE_INIT = 2;
 
 /// The events of a document: its tables, and a typed array for each column.
 export function readEvents(stored) {
+    if (!Number.isInteger(stored?.count)) {
+        throw new Error('its document has no events');
+    }
     const { count } = stored;
+    if (count > MOST_EVENTS) {
+        throw new Error(`${count} events are more than the ${MOST_EVENTS} that it can show; choose a shorter period`);
+    }
     const events = { ...stored, columns: undefined, texts: decodeTexts(stored.texts), causes: decodeTexts(stored.causes) };
     for (const [name, values] of Object.entries(stored.columns)) {
         events[name] = name === 'record' ? bytesOf(values.data) : column(values, count, name);
@@ -52,7 +121,14 @@ export function readEvents(stored) {
     if (events.record.length !== count * RECORD_SIZE) {
         throw new Error(`column record has ${events.record.length} bytes for ${count} events`);
     }
-    events.rank = new Map(stored.severities.map((name, index) => [name, index]));
+    const tables = {
+        severity: 'severities', direction: 'directions', state: 'states', sensor: 'sensors', text: 'texts', cause: 'causes', block: 'blocks',
+    };
+    for (const [name, table] of Object.entries(tables)) {
+        if (events[name].some((index) => index >= events[table].length)) {
+            throw new Error(`column ${name} has a value beyond its table`);
+        }
+    }
     return events;
 }
 
@@ -60,11 +136,11 @@ export const recordOf = (events, row) => events.record.subarray(row * RECORD_SIZ
 
 const hex = (value, digits) => value.toString(16).toUpperCase().padStart(digits, '0') + 'h';
 
-/// The fields of an event's record by the document's field table: [{name, value}].
+/// The fields of an event's record by the document's field table: [{name, value, offset, width}].
 export function fieldsOf(events, row) {
     const record = recordOf(events, row);
     const kind = events.fields.find((one) => record[2] >= one.first && record[2] <= one.last);
-    return (kind?.fields ?? []).map((field) => ({ name: field.name, value: fieldText(events, record, field) }));
+    return (kind?.fields ?? []).map((field) => ({ ...field, value: fieldText(events, record, field) }));
 }
 
 function fieldText(events, record, field) {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
+import { element, svg } from './dom.mjs';
+
 // Each severity differs from the others in colour, in shape (marks) and in hatching (bars), so that
 // the pictures are readable without colour. The shapes are drawn around 0, 0 in a square of 10 x 10;
 // a hatching is a tile of 6 x 6 in which the rectangles stay empty.
@@ -41,15 +43,34 @@ const LOOKS = {
     },
 };
 
+const GOOD = {
+    shape: (path, x, y) => {
+        path.moveTo(x - 6, y); path.lineTo(x - 4, y - 2); path.lineTo(x - 2, y + 1); path.lineTo(x + 4, y - 6);
+        path.lineTo(x + 6, y - 4); path.lineTo(x - 2, y + 5);
+        path.closePath();
+    },
+    empty: [],
+};
 const UNKNOWN = { shape: (path, x, y) => path.rect(x - 4, y - 1.5, 8, 3), empty: [[0, 1, 6, 4]] };
 
-const lookOf = (name) => LOOKS[name] ?? UNKNOWN;
+const lookOf = (name) => (name === 'good' ? GOOD : Object.hasOwn(LOOKS, name) ? LOOKS[name] : UNKNOWN);
 
-/// The colour of a severity in the current colour scheme, from the style sheet.
-export function severityColour(name) {
-    const known = Object.hasOwn(LOOKS, name) ? name : 'none';
-    return getComputedStyle(document.documentElement).getPropertyValue(`--severity-${known}`).trim();
+let probe = null;
+
+/// A colour of the style sheet, as the current colour scheme and the reader's own colours make it.
+export function colourOf(name) {
+    if (probe === null) {
+        probe = element('span', { className: 'probe', 'aria-hidden': 'true' });
+        document.body.append(probe);
+    }
+    probe.style.color = `var(--${name})`;
+    return getComputedStyle(probe).color;
 }
+
+/// The part of a class or variable that names a severity's look.
+const lookName = (name) => (name === 'good' || Object.hasOwn(LOOKS, name) ? name : 'none');
+
+export const severityColour = (name) => colourOf(`severity-${lookName(name)}`);
 
 export const MARK_SIZE = 14;
 
@@ -79,10 +100,6 @@ export function severityPattern(context, name) {
 
 /// The mark of a severity for use beside its name.
 export function severityMark(name) {
-    const made = document.createElementNS('http://www.w3.org/2000/svg', 'svg');
-    made.setAttribute('viewBox', '-7 -7 14 14');
-    made.setAttribute('aria-hidden', 'true');
-    made.setAttribute('class', `mark severity-${Object.hasOwn(LOOKS, name) ? name : 'none'}`);
     const steps = [];
     const at = (x, y) => `${x} ${y}`;
     lookOf(name).shape({
@@ -92,9 +109,17 @@ export function severityMark(name) {
         rect: (x, y, w, h) => steps.push(`M${at(x, y)}h${w}v${h}h${-w}Z`),
         arc: (x, y, r) => steps.push(`M${at(x + r, y)}A${r} ${r} 0 1 0 ${at(x - r, y)}A${r} ${r} 0 1 0 ${at(x + r, y)}Z`),
     }, 0, 0);
-    const path = document.createElementNS('http://www.w3.org/2000/svg', 'path');
-    path.setAttribute('d', steps.join(''));
-    path.setAttribute('fill-rule', 'evenodd');
-    made.append(path);
-    return made;
+    return svg('svg', { viewBox: '-7 -7 14 14', 'aria-hidden': 'true', class: `mark severity-${lookName(name)}` },
+        svg('path', { d: steps.join(''), 'fill-rule': 'evenodd' }));
+}
+
+/// A mark and the name of a severity.
+export const severityLabel = (name) => element('span', { className: 'nobreak' }, severityMark(name), name ?? 'none');
+
+/// Adds the hatchings to the page for drawings in SVG: fill "url(#hatch-NAME)".
+export function addHatchings() {
+    const hatch = (name, look) => svg('pattern', { id: `hatch-${name}`, width: 6, height: 6, patternUnits: 'userSpaceOnUse', class: `severity-${name}` },
+        svg('path', { 'fill-rule': 'evenodd', d: `M0 0h6v6h-6Z${look.empty.map(([x, y, w, h]) => `M${x} ${y}h${w}v${h}h${-w}Z`).join('')}` }));
+    document.body.append(svg('svg', { class: 'hatchings', 'aria-hidden': 'true', width: 0, height: 0 },
+        svg('defs', {}, ...Object.entries(LOOKS).map(([name, look]) => hatch(name, look)))));
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-import { PRE_INIT, NO_TIME, bytesOf, fieldsOf, hexDump, recordOf } from './document.mjs';
-import { beforeNextPicture, byId, element, timeText } from './dom.mjs';
+import { NO_TIME, PRE_INIT, STILL_ASSERTED, bytesOf, fieldsOf, hexDump, recordOf } from './document.mjs';
+import { beforeNextPicture, byId, element, naturally, timeText, valueList } from './dom.mjs';
+import { sensorName, sortRows } from './filter.mjs';
 import { severityMark } from './severity.mjs';
 
 const BEYOND = 6;
@@ -9,15 +10,17 @@ const PRINTED = 200;
 
 /// The table of events. The page contains only the rows that are seen, and the space of the others.
 export class EventTable {
-    constructor(events) {
+    constructor(events, logs) {
         this.events = events;
-        this.rows = new Uint32Array(0);
-        this.newestFirst = true;
+        this.logs = logs;
+        this.found = this.rows = new Uint32Array(0);
+        this.by = 'time';
+        this.down = true;
         this.open = new Map();
         this.shown = new Map();
         this.current = 0;
         this.parts = {
-            scroller: byId('events-scroller'), table: byId('events-table'), sort: byId('sort'),
+            scroller: byId('events-scroller'), table: byId('events-table'),
             above: byId('rows-above'), body: byId('rows'), below: byId('rows-below'),
         };
         this.rowHeight = 32;
@@ -26,14 +29,50 @@ export class EventTable {
         this.listen();
     }
 
+    /// Shows events; `rows` are ascending.
     show(rows) {
-        this.rows = rows;
+        this.found = rows;
+        this.rows = this.sorted();
         this.open.clear();
         this.forget();
         this.current = 0;
         this.parts.scroller.scrollTop = 0;
         this.parts.table.setAttribute('aria-rowcount', rows.length + 1);
         this.draw();
+    }
+
+    sorted() {
+        if (this.by === 'time') {
+            return this.down ? this.found.slice().reverse() : this.found;
+        }
+        return sortRows(this.found, this.ranks(), this.down);
+    }
+
+    /// Where each event is in the order of a column. The document's tables of severities, texts and
+    /// directions are in order already.
+    ranks() {
+        const { events } = this;
+        if (this.by !== 'log' && this.by !== 'sensor') {
+            return events[this.by];
+        }
+        const key = (sensor) => (this.by === 'log' ? sensor.log : sensorName(sensor));
+        const keys = [...new Set(events.sensors.map(key))].sort((a, b) => (this.by === 'log' ? a - b : naturally(a, b)));
+        const rank = new Map(keys.map((one, index) => [one, index]));
+        const ranks = events.sensors.map((sensor) => rank.get(key(sensor)));
+        return events.sensor.map((sensor) => ranks[sensor]);
+    }
+
+    sortBy(column) {
+        this.down = column === this.by ? !this.down : column === 'time';
+        this.by = column;
+        for (const button of this.parts.table.tHead.querySelectorAll('button')) {
+            const head = button.closest('th');
+            head.removeAttribute('aria-sort');
+            if (button.dataset.by === column) {
+                head.setAttribute('aria-sort', this.down ? 'descending' : 'ascending');
+            }
+        }
+        this.show(this.found);
     }
 
     /// How many columns are seen: a narrow window has fewer.
@@ -47,7 +86,7 @@ export class EventTable {
     }
 
     rowAt(position) {
-        return this.rows[this.newestFirst ? this.rows.length - 1 - position : position];
+        return this.rows[position];
     }
 
     /// Opened rows are few: one walk over them finds how far they push the others down.
@@ -132,8 +171,8 @@ export class EventTable {
         const tr = element('tr', { className: 'event', 'aria-rowindex': position + 2 },
             element('th', { scope: 'row' }, button),
             element('td', { className: 'severity' }, severityMark(severity), severity),
-            element('td', {}, sensor.board === null ? (sensor.source ?? '') : String(sensor.board)),
-            element('td', { className: 'sensor' }, element('span', { className: 'clip' }, sensor.name ?? sensor.type_name ?? '')),
+            element('td', {}, element('span', { className: 'clip' }, this.logs[sensor.log]?.name ?? '')),
+            element('td', { className: 'sensor' }, element('span', { className: 'clip' }, sensorName(sensor))),
             element('td', { className: 'text' }, element('span', { className: 'clip' }, cause && !text.includes(cause) ? `${text} (${cause})` : text)),
             element('td', { className: 'direction' }, events.directions[events.direction[row]]));
         return opened ? [tr, this.makeDetails(row)] : [tr];
@@ -151,31 +190,48 @@ export class EventTable {
         const { events } = this;
         const sensor = events.sensors[events.sensor[row]];
         const block = events.blocks[events.block[row]];
-        const list = element('dl', {});
-        const add = (name, value) => {
-            if (value !== null && value !== undefined && value !== '') {
-                list.append(element('div', {}, element('dt', {}, name), element('dd', {}, value)));
-            }
-        };
-        add('log number', events.log[row] ? String(events.log[row]) : null);
-        add('stored in', sensor.board === null ? sensor.source : `sel${events.file[row]}, slot ${events.slot[row]}`);
-        add('cause', events.causes[events.cause[row]]);
-        add('state', events.states[events.state[row]]);
-        add('sensor name', sensor.name);
-        add('entity', [sensor.entity, sensor.entity_name].filter((part) => part).join(' '));
-        add('partitions', block.partitions?.join(', '));
-        add('part number', block.part_number);
-        add('serial number', block.serial_number);
-        fieldsOf(events, row).forEach((field) => add(field.name, field.value));
-        add('other bytes', block.omitted ? 'not in this page, which would become too large' : null);
-        const dump = [hexDump(recordOf(events, row))];
+        const list = valueList([
+            ['number in the log', events.number[row] || null],
+            ['stored in', this.logs[sensor.log]?.board === null ? this.logs[sensor.log].name : `sel${events.file[row]}, slot ${events.slot[row]}`],
+            ['cause', events.causes[events.cause[row]]],
+            ['state', events.states[events.state[row]]],
+            ['still asserted', events.flags[row] & STILL_ASSERTED ? 'yes' : null],
+            ['sensor name', sensor.name],
+            ['entity', [sensor.entity, sensor.entity_name].filter((part) => part).join(' ')],
+            ['partitions', block.partitions],
+            ['part number', block.part_number],
+            ['serial number', block.serial_number],
+            ...fieldsOf(events, row).map((field) => [field.name, field.value]),
+            ['other bytes', block.omitted ? 'not in this page, which would become too large' : null],
+        ]);
+        const dump = [this.markedDump(row)];
         if (block.image) {
-            dump.push(hexDump(bytesOf(block.image), 16));
+            dump.push(element('pre', {}, hexDump(bytesOf(block.image), 16)));
         }
         return element('tr', { className: 'details' },
             element('td', { colspan: this.columns() }, list,
-                element('div', { className: 'dump', tabIndex: 0, role: 'region', 'aria-label': 'Bytes of the event' },
-                    element('pre', {}, dump.join('\n')))));
+                element('div', { className: 'dump', tabIndex: 0, role: 'region', 'aria-label': 'Bytes of the event' }, ...dump),
+                element('p', {}, element('a', { href: `#event-${row}` }, `Link to event ${row + 1} of this report`))));
+    }
+
+    /// The record's bytes, each with the field that it belongs to.
+    markedDump(row) {
+        const record = recordOf(this.events, row);
+        const fields = fieldsOf(this.events, row);
+        const heads = [];
+        const cells = [];
+        for (let at = 0; at < record.length;) {
+            const here = fields.filter((field) => field.offset <= at && at < field.offset + field.width);
+            const width = Math.max(1, ...here.map((field) => field.offset + field.width - at));
+            heads.push(element('th', { scope: 'col', colSpan: width }, here.map((field) => field.name).join(', ') || 'unused'));
+            cells.push(...Array.from(record.subarray(at, at + width), (byte, index) =>
+                element('td', { className: index === 0 ? 'begins' : '' }, byte.toString(16).padStart(2, '0'))));
+            at += width;
+        }
+        const offsets = cells.map((cell, at) => element('td', { className: cell.className }, String(at)));
+        return element('table', { className: 'bytes' }, element('caption', {}, 'Record'), element('thead', {}, element('tr', {}, element('td', {}), ...heads)),
+            element('tbody', {}, element('tr', {}, element('th', { scope: 'row' }, 'byte'), ...offsets),
+                element('tr', {}, element('th', { scope: 'row' }, 'value'), ...cells)));
     }
 
     toggle(position) {
@@ -196,9 +252,8 @@ export class EventTable {
 
     /// Goes to a row of the document, if it is among those shown, and opens it.
     goTo(row) {
-        const index = this.rows.indexOf(row);
-        if (index >= 0) {
-            const position = this.newestFirst ? this.rows.length - 1 - index : index;
+        const position = this.rows.indexOf(row);
+        if (position >= 0) {
             this.focusRow(position);
             if (!this.open.has(position)) {
                 this.toggle(position);
@@ -221,7 +276,7 @@ export class EventTable {
     }
 
     listen() {
-        const { scroller, sort, body, above, below } = this.parts;
+        const { scroller, body, above, below } = this.parts;
         scroller.addEventListener('scroll', this.redraw);
         new ResizeObserver(() => {
             this.rowHeight = parseFloat(getComputedStyle(this.parts.table).getPropertyValue('--row'));
@@ -235,10 +290,11 @@ export class EventTable {
             }
             this.redraw();
         }).observe(scroller);
-        sort.addEventListener('click', () => {
-            this.newestFirst = !this.newestFirst;
-            sort.closest('th').setAttribute('aria-sort', this.newestFirst ? 'descending' : 'ascending');
-            this.show(this.rows);
+        this.parts.table.tHead.addEventListener('click', (event) => {
+            const button = event.target.closest('button');
+            if (button) {
+                this.sortBy(button.dataset.by);
+            }
         });
         body.addEventListener('keydown', (event) => {
             if (!event.target.classList.contains('opener') || event.ctrlKey || event.altKey || event.metaKey) {
@@ -254,7 +310,7 @@ export class EventTable {
         });
         window.addEventListener('beforeprint', () => {
             this.printing = true;
-            byId('printed').textContent = PRINTED < this.rows.length ? `Only the first ${PRINTED} are printed.` : '';
+            byId('printed').textContent = PRINTED < this.rows.length ? `Only the first ${PRINTED} of them are printed.` : '';
             this.draw();
         });
         window.addEventListener('afterprint', () => {

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
 import { NO_TIME } from './document.mjs';
-import { beforeNextPicture, count, counted, timeText } from './dom.mjs';
-import { MARK_SIZE, severityColour, severityPattern, severityTile } from './severity.mjs';
+import { beforeNextPicture, count, counted, dataTable, folded, timeText } from './dom.mjs';
+import { sensorName } from './filter.mjs';
+import { MARK_SIZE, colourOf, severityColour, severityPattern, severityTile } from './severity.mjs';
 
 const LANE = 18;
 const HISTOGRAM = 96;
@@ -14,17 +15,19 @@ const CELL = 5;
 const MOST_LANES = 48;
 const SHORTEST = 10;
 
-/// The timeline: a histogram of the events by severity, under it a lane for each sensor or board, and
+/// The timeline: a histogram of the events by severity, under it a lane for each sensor or log, and
 /// a lane for events without a date. A canvas shows the marks and bars, an SVG element the axes.
 ///
 /// `changed(period, lane)` is called after the user zoomed or chose a lane; period is null for all.
 export class Timeline {
-    constructor(events, parts, changed) {
+    constructor(events, logs, parts, changed) {
         this.events = events;
+        this.logs = logs;
+        this.log = -1;
         this.parts = parts;
         this.changed = changed;
         this.rows = new Uint32Array(0);
-        this.byBoard = false;
+        this.byLog = false;
         this.chosen = -1;
         this.whole = [events.first - 60, events.last + 60];
         this.period = [...this.whole];
@@ -47,24 +50,42 @@ export class Timeline {
         return this.period[0] > this.whole[0] || this.period[1] < this.whole[1];
     }
 
+    logName(log) {
+        return this.logs[log]?.name ?? `log ${log}`;
+    }
+
+    /// A lane for each sensor, or log, that has dated events; the last lane is that of the others.
     makeLanes() {
         const { events } = this;
-        const key = (sensor) => (this.byBoard ? `${sensor.board ?? sensor.source}` : sensor);
+        const seen = (sensor) => this.log < 0 || sensor.log === this.log;
+        const key = (sensor) => (this.byLog ? sensor.log : sensor);
         const lanes = new Map();
-        const laneOf = events.sensors.map((sensor) => {
-            if (!lanes.has(key(sensor))) {
-                lanes.set(key(sensor), { name: this.laneName(sensor), log: sensor.log, sensors: [], events: 0, rank: 99 });
+        events.sensors.forEach((sensor, index) => {
+            if (seen(sensor)) {
+                if (!lanes.has(key(sensor))) {
+                    const name = this.byLog ? this.logName(sensor.log)
+                        : this.logs.length > 1 ? `${sensorName(sensor)} · ${this.logName(sensor.log)}` : sensorName(sensor);
+                    lanes.set(key(sensor), { name, log: sensor.log, sensors: [], events: 0, rank: events.severities.length });
+                }
+                lanes.get(key(sensor)).sensors.push(index);
             }
-            return lanes.get(key(sensor));
         });
-        events.sensors.forEach((sensor, index) => laneOf[index].sensors.push(index));
+        const laneOf = events.sensors.map((sensor) => lanes.get(key(sensor)));
+        let undated = 0;
         for (let row = 0; row < events.count; row++) {
             const lane = laneOf[events.sensor[row]];
-            lane.events++;
-            lane.rank = Math.min(lane.rank, events.severity[row]);
+            if (lane === undefined) {
+                continue;
+            }
+            if (events.time[row] === NO_TIME) {
+                undated++;
+            } else {
+                lane.events++;
+                lane.rank = Math.min(lane.rank, events.severity[row]);
+            }
         }
-        let list = [...lanes.values()].filter((lane) => lane.events > 0);
-        if (!this.byBoard) {
+        const list = [...lanes.values()].filter((lane) => lane.events > 0);
+        if (!this.byLog) {
             list.sort((a, b) => a.rank - b.rank || b.events - a.events);
             if (list.length > MOST_LANES) {
                 const rest = list.splice(MOST_LANES - 1);
@@ -77,19 +98,39 @@ export class Timeline {
             }
         }
         this.undated = list.length;
-        list.push({ name: 'without a date', sensors: [], log: null, events: events.time.reduce((n, t) => n + (t === NO_TIME), 0) });
+        list.push({ name: 'without a date', sensors: [], log: null, events: undated });
         this.lanes = list;
         this.laneOfSensor = new Uint16Array(events.sensors.length);
         list.forEach((lane, index) => lane.sensors.forEach((sensor) => { this.laneOfSensor[sensor] = index; }));
+        this.listTraces();
     }
 
-    laneName(sensor) {
-        const log = sensor.board === null ? (sensor.source ?? 'saved') : `board ${sensor.board}`;
-        return this.byBoard ? log : `${sensor.name ?? sensor.type_name ?? 'other records'} · ${log}`;
+    /// What the marks of the logs are, for those who do not see them.
+    listTraces() {
+        const traces = this.events.traces.filter((trace) => this.log < 0 || trace.log === this.log);
+        const words = { rotation: 'rotated', gap: 'gap', cleared: 'cleared', clock: 'clock set' };
+        this.parts.traces.replaceChildren(...(traces.length === 0 ? [] : [folded(`Rotations, gaps and other marks of the logs (${count(traces.length)})`,
+            dataTable('Marks of the logs', [
+                { name: 'Log', cell: (trace) => this.logName(trace.log) },
+                { name: 'Mark', cell: (trace) => words[trace.kind] ?? trace.kind },
+                { name: 'From', cell: (trace) => timeText(trace.from) },
+                { name: 'To', cell: (trace) => timeText(trace.to) },
+                { name: 'Missing records', cell: (trace) => (trace.missing ? count(trace.missing) : ''), number: true },
+            ], traces, 100))]));
     }
 
-    setByBoard(byBoard) {
-        this.byBoard = byBoard;
+    /// Only the lanes of one log, or of all (-1).
+    showLog(log) {
+        if (log !== this.log) {
+            this.log = log;
+            this.chosen = -1;
+            this.makeLanes();
+            this.redraw();
+        }
+    }
+
+    setByLog(byLog) {
+        this.byLog = byLog;
         this.chosen = -1;
         this.makeLanes();
         this.redraw();
@@ -144,9 +185,7 @@ export class Timeline {
         canvas.style.height = `${size.height}px`;
         const context = canvas.getContext('2d');
         context.scale(density, density);
-        const style = getComputedStyle(document.documentElement);
-        this.colours = Object.fromEntries(['text', 'quiet', 'line', 'stripe', 'accent']
-            .map((name) => [name, style.getPropertyValue(`--${name}`).trim()]));
+        this.colours = Object.fromEntries(['text', 'quiet', 'line', 'stripe', 'accent'].map((name) => [name, colourOf(name)]));
         this.time = d3.scaleUtc().domain(this.period.map((t) => t * 1000)).range([size.left, size.right]);
         const found = this.sortIntoCells(size);
         this.drawLanes(context, size);
@@ -222,37 +261,49 @@ export class Timeline {
         return letters.join('') + '…';
     }
 
-    /// Rotations as dashed lines, gaps as hatched areas, in the lanes of their log.
+    /// What happened to a log besides its events, in its lanes: rotations as dashed lines, gaps as
+    /// hatched areas, where it was cleared as double lines, where its clock was set with a triangle.
     drawTraces(context, size) {
         const x = (seconds) => this.time(seconds * 1000);
         for (const trace of this.events.traces) {
-            const from = Math.max(x(trace.from), size.left);
             const to = Math.min(x(trace.to), size.right);
+            const from = trace.kind === 'gap' ? Math.max(x(trace.from), size.left) : x(trace.to);
             if (from > size.right || to < size.left) {
                 continue;
             }
             this.lanes.forEach((lane, index) => {
-                if (lane.log !== trace.log && lane.log !== null) {
-                    return;
+                if (lane.log === trace.log || (lane.log === null && (this.log < 0 || this.log === trace.log))) {
+                    this.drawTrace(context, trace.kind, from, to, size.lanesTop + index * LANE);
                 }
-                const y = size.lanesTop + index * LANE;
-                context.strokeStyle = this.colours.quiet;
-                context.lineWidth = 1;
-                context.beginPath();
-                if (trace.kind === 'rotation') {
-                    context.setLineDash([3, 3]);
-                    context.moveTo(from, y);
-                    context.lineTo(from, y + LANE);
-                } else {
-                    context.rect(from, y + 3, Math.max(to - from, 3), LANE - 6);
-                    for (let at = from; at < to; at += 6) {
-                        context.moveTo(at, y + LANE - 3);
-                        context.lineTo(Math.min(at + 6, to), y + 3);
-                    }
-                }
-                context.stroke();
-                context.setLineDash([]);
             });
+        }
+    }
+
+    drawTrace(context, kind, from, to, y) {
+        context.strokeStyle = context.fillStyle = this.colours.quiet;
+        context.lineWidth = 1;
+        context.beginPath();
+        if (kind === 'gap') {
+            context.rect(from, y + 3, Math.max(to - from, 3), LANE - 6);
+            for (let at = from; at < to; at += 6) {
+                context.moveTo(at, y + LANE - 3);
+                context.lineTo(Math.min(at + 6, to), y + 3);
+            }
+        } else {
+            context.setLineDash(kind === 'rotation' ? [3, 3] : []);
+            for (const at of kind === 'cleared' ? [to - 1.5, to + 1.5] : [to]) {
+                context.moveTo(at, y);
+                context.lineTo(at, y + LANE);
+            }
+        }
+        context.stroke();
+        context.setLineDash([]);
+        if (kind === 'clock') {
+            context.beginPath();
+            context.moveTo(to, y + 1);
+            context.lineTo(to + 6, y + 5);
+            context.lineTo(to, y + 9);
+            context.fill();
         }
     }
 
@@ -389,7 +440,9 @@ export class Timeline {
         }, { passive: false });
         plot.addEventListener('keydown', (event) => this.key(event, drop));
         new ResizeObserver(this.redraw).observe(plot);
-        matchMedia('(prefers-color-scheme: dark)').addEventListener('change', this.redraw);
+        for (const change of ['(prefers-color-scheme: dark)', '(forced-colors: active)']) {
+            matchMedia(change).addEventListener('change', this.redraw);
+        }
         window.addEventListener('beforeprint', () => this.draw());
         window.addEventListener('afterprint', this.redraw);
     }
