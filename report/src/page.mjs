@@ -214,6 +214,7 @@ function start() {
         }
     });
     openLink();
+    performance.mark('complete');
 }
 
 try {

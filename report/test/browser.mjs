@@ -11,7 +11,7 @@ import { chromium } from 'playwright-core';
 import { fillPage, scriptJson } from '../fill.mjs';
 
 /// What join.cmake wrote.
-export const TEMPLATE = readFileSync(process.env.REPORT_TEMPLATE
+export const readTemplate = () => readFileSync(process.env.REPORT_TEMPLATE
     ?? fileURLToPath(new URL('../../build/dev/report/page.html', import.meta.url)), 'utf8');
 
 const NAMES = ['chromium', 'chromium-browser', 'google-chrome'];
@@ -44,23 +44,29 @@ export class Browser {
         rmSync(this.folder, { recursive: true, force: true });
     }
 
-    /// Opens the page with a document, an object or a text, and waits until it has an element. Errors,
-    /// console messages and requests are collected.
-    async open(document, options = {}, ready = '#axes .tick') {
-        const html = fillPage(TEMPLATE, typeof document === 'string' ? document : scriptJson(document));
+    /// Opens the page with a document, an object or a text, and waits until it has an element.
+    async open(document, options = {}, ready = '#contents li') {
+        this.template ??= readTemplate();
         const file = join(this.folder, `${this.pages++}.html`);
-        writeFileSync(file, html);
+        writeFileSync(file, fillPage(this.template, typeof document === 'string' ? document : scriptJson(document)));
+        return this.openFile(file, options, ready);
+    }
+
+    /// The same for a page that is there. Errors, console messages and requests are collected.
+    async openFile(file, { hash = '', ...options } = {}, ready = '#contents li') {
         const context = await this.browser.newContext({ viewport: { width: 1280, height: 900 }, ...options });
         context.setDefaultTimeout(5000);
         const page = await context.newPage();
-        const heard = { errors: [], requests: [], bytes: Buffer.byteLength(html) };
+        const heard = { errors: [], requests: [] };
         page.on('pageerror', (error) => heard.errors.push(error.message));
         page.on('console', (message) => heard.errors.push(message.text()));
         page.on('request', (request) => heard.requests.push(request.url()));
         page.on('dialog', (dialog) => { heard.errors.push(`dialog ${dialog.message()}`); dialog.dismiss(); });
         heard.url = pathToFileURL(file).href;
-        await page.goto(heard.url);
+        await page.goto(heard.url + hash);
         await page.locator(ready).first().waitFor({ state: 'attached' });
         return { page, heard, close: () => context.close() };
     }
 }
+
+export const nextPicture = (page) => page.evaluate(() => new Promise((done) => requestAnimationFrame(() => setTimeout(done))));
