@@ -106,7 +106,7 @@ export function byteMap(fru, bytes) {
         const shape = svg('g', { class: 'piece', role: 'img', 'aria-label': label, tabindex: index === 0 ? 0 : -1 },
             svg('path', { d, class: 'piece-back' }),
             svg('path', { d, class: 'piece-fill', fill: Object.hasOwn(HATCHES, piece.part) ? `url(#hatch-${HATCHES[piece.part]})` : 'none' }),
-            svg('path', { d, class: piece.damaged ? 'piece-line piece-damaged' : 'piece-line' }));
+            svg('path', { d, class: 'piece-halo' }), svg('path', { d, class: 'piece-line' }));
         if (piece.damaged) {
             shape.append(svg('path', { class: 'piece-damaged', d: crosses(piece, across) }));
         }
@@ -131,7 +131,7 @@ export function byteMap(fru, bytes) {
     const parts = [...new Set(pieces.map((piece) => piece.part))];
     const key = element('ul', { className: 'marks' }, ...parts.map((part) => element('li', {},
         svg('svg', { viewBox: '0 0 18 12', class: 'swatch', 'aria-hidden': 'true' },
-            svg('rect', { x: 0.5, y: 0.5, width: 17, height: 11, class: 'piece-line', fill: Object.hasOwn(HATCHES, part) ? `url(#hatch-${HATCHES[part]})` : 'none' })),
+            svg('rect', { x: 0.5, y: 0.5, width: 17, height: 11, class: 'swatch-line', fill: Object.hasOwn(HATCHES, part) ? `url(#hatch-${HATCHES[part]})` : 'none' })),
         part)), ...(pieces.some((piece) => piece.damaged) ? [element('li', {},
         svg('svg', { viewBox: '0 0 18 12', class: 'swatch', 'aria-hidden': 'true' }, svg('path', { d: 'M3 1l10 10M13 1l-10 10', class: 'piece-damaged' })), 'damaged')] : []));
     return [drawing, readout, key];

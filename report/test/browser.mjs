@@ -12,7 +12,18 @@ import { fillPage, scriptJson } from '../fill.mjs';
 
 /// What join.cmake wrote.
 export const readTemplate = () => readFileSync(process.env.REPORT_TEMPLATE
-    ?? fileURLToPath(new URL('../../build/dev/report/page.html', import.meta.url)), 'utf8');
+    ?? here('../../build/dev/report/page.html'), 'utf8');
+
+const here = (path) => fileURLToPath(new URL(path, import.meta.url));
+
+/// The document of the example board.
+export function readExample() {
+    if (process.env.REPORT_DOCUMENT) {
+        return JSON.parse(readFileSync(process.env.REPORT_DOCUMENT, 'utf8'));
+    }
+    const command = process.env.REPORT_COMMAND ?? here('../../build/dev/tool/recordkit');
+    return JSON.parse(execFileSync(process.execPath, [here('../example.mjs'), command, here('../../examples/board'), '2'], { encoding: 'utf8', maxBuffer: 1 << 28 }));
+}
 
 const NAMES = ['chromium', 'chromium-browser', 'google-chrome'];
 

@@ -299,31 +299,6 @@ describe('what the pictures show', () => {
             assert.notEqual(found[1], without[1], `${trace.kind} not in its lane`);
         }
     });
-
-    it('prints rows beyond those on the screen, black on white', async () => {
-        const { page, close } = await browser.open(synthetic(500), { colorScheme: 'dark' });
-        await page.evaluate(() => dispatchEvent(new Event('beforeprint')));
-        assert.equal(await page.locator('#rows tr').count(), 200);
-        assert.match(await page.locator('#printed').textContent(), /first 200/);
-        const grey = await page.evaluate(() => {
-            const canvas = document.getElementById('canvas');
-            const { data } = canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height);
-            for (let at = 0; at < data.length; at += 4) {
-                if (data[at] !== data[at + 1] || data[at] !== data[at + 2]) {
-                    return false;
-                }
-            }
-            return true;
-        });
-        assert.equal(grey, true);
-        await page.evaluate(() => dispatchEvent(new Event('afterprint')));
-        await nextPicture(page);
-        assert.ok(await page.locator('#rows tr').count() < 60);
-        const paper = (await page.pdf({ format: 'A4' })).toString('latin1');
-        const pages = paper.match(/\/Type\s*\/Page\b/g).length;
-        assert.ok(pages > 3 && pages < 12, `${pages} pages`);
-        await close();
-    });
 });
 
 describe('an empty log', () => {
