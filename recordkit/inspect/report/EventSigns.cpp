@@ -18,51 +18,65 @@ namespace {
 constexpr std::size_t MOST_RECORDS = 65535;
 constexpr std::size_t MOST_SLOTS = 65536;
 constexpr std::size_t RECORD_SIZE = TAVLib::RecordKit::SELEntry::RECORD_SIZE;
+/// Every fourth record of any bytes has the type of an OEM record, in which nothing else is known:
+/// without a system event, as many records are needed.
+constexpr std::size_t OEM_RECORDS = 4;
 constexpr const char* BLANKS = " \t\r\n\f\v";
 
-/// Records that are taken one after another, as long as they look like events.
+/// Records that are taken one after another, and judged together.
 class EventSeries {
 public:
+    /// False once it cannot be a list of events.
     bool take(const std::string& content, EventForm form)
     {
         try {
             for (const ImportedEvent& imported : importEvents("", content, form)) {
-                if (!take(decodeEvent(imported.message))) {
-                    return false;
-                }
+                add(decodeEvent(imported.message));
             }
         } catch (const DataError&) {
             return false;
         }
-        return true;
+        constexpr std::size_t MOST_ODD = 16;
+        return count <= MOST_RECORDS && odd <= count - odd + MOST_ODD;
     }
 
-    /// Every fourth record of any bytes has the type of an OEM record, in which nothing else is
-    /// known.
-    bool isConvincing() const
+    bool isCertain() const
     {
-        constexpr std::size_t OEM_RECORDS = 4;
-        return hasSystemEvent || (count >= OEM_RECORDS && isRising);
+        return odd == 0 && (systemEvents != 0 || (count >= OEM_RECORDS && isRising));
     }
+    bool isDamaged() const { return systemEvents >= 2 && systemEvents * 2 >= count; }
 
 private:
-    bool take(const Event& event)
+    void add(const Event& event)
     {
-        if (count == MOST_RECORDS || !oddityOf(event).empty()) {
-            return false;
-        }
+        const bool isOdd = !oddityOf(event).empty();
+        odd += isOdd ? 1 : 0;
+        systemEvents += !isOdd && event.kind == EventKind::SYSTEM_EVENT ? 1 : 0;
         isRising = isRising && (count == 0 || event.recordId > last);
         last = event.recordId;
-        hasSystemEvent = hasSystemEvent || event.kind == EventKind::SYSTEM_EVENT;
         ++count;
-        return true;
     }
 
     std::size_t count = 0;
+    std::size_t odd = 0;
+    std::size_t systemEvents = 0;
     unsigned int last = 0;
     bool isRising = true;
-    bool hasSystemEvent = false;
 };
+
+EventSeries seriesOf(ByteView content)
+{
+    EventSeries series;
+    if (content.size() % RECORD_SIZE != 0 || content.size() > MOST_RECORDS * RECORD_SIZE) {
+        return series;
+    }
+    for (std::size_t at = 0; at < content.size(); at += RECORD_SIZE) {
+        if (!series.take(content.part(at, RECORD_SIZE).text(), EventForm::WRITERAW)) {
+            return {};
+        }
+    }
+    return series;
+}
 
 bool areEventLines(const std::string& content)
 {
@@ -77,7 +91,7 @@ bool areEventLines(const std::string& content)
         }
         at = end + 1;
     }
-    return series.isConvincing();
+    return series.isCertain() || series.isDamaged();
 }
 
 /// Takes every member of that name, wherever it is in JSON.
@@ -99,7 +113,7 @@ bool areEventMembers(const std::string& json, const std::string& member)
         }
         at = end;
     }
-    return series.isConvincing();
+    return series.isCertain() || series.isDamaged();
 }
 
 }
@@ -109,23 +123,27 @@ bool isEventLog(ByteView content)
     if (content.size() > MOST_SLOTS * SELFileLayout::SLOT_SIZE || !isEventFile(content)) {
         return false;
     }
-    return !SlotView(content).getEvents().empty() ||
-           (content.size() == SELFileLayout::FILE_SIZE &&
-            SELFileLayout::isEmpty(content.data() + SELFileLayout::LAST_SLOT));
+    const SlotView view(content);
+    if (view.getEvents().empty()) {
+        return content.size() == SELFileLayout::FILE_SIZE &&
+               SELFileLayout::isEmpty(content.data() + SELFileLayout::LAST_SLOT);
+    }
+    return view.getEvents().size() >= OEM_RECORDS ||
+           std::any_of(view.getEvents().begin(), view.getEvents().end(),
+                       [&view](unsigned int slot) {
+                           const Event event = decodeEvent(0, {0, 0, slot, view.slot(slot)});
+                           return event.kind == EventKind::SYSTEM_EVENT && oddityOf(event).empty();
+                       });
 }
 
 bool areEventRecords(ByteView content)
 {
-    if (content.size() % RECORD_SIZE != 0 || content.size() > MOST_RECORDS * RECORD_SIZE) {
-        return false;
-    }
-    EventSeries series;
-    for (std::size_t at = 0; at < content.size(); at += RECORD_SIZE) {
-        if (!series.take(content.part(at, RECORD_SIZE).text(), EventForm::WRITERAW)) {
-            return false;
-        }
-    }
-    return series.isConvincing();
+    return seriesOf(content).isCertain();
+}
+
+bool areDamagedEventRecords(ByteView content)
+{
+    return seriesOf(content).isDamaged();
 }
 
 bool isEventText(const std::string& content)

@@ -13,10 +13,11 @@ namespace recordkit::inspect {
 /// Slots with events, or an event file without any.
 bool isEventLog(ByteView content);
 
-/// Records of 16 bytes, one after another.
+/// Records of 16 bytes, one after another; those that all are events, and those with others.
 bool areEventRecords(ByteView content);
+bool areDamagedEventRecords(ByteView content);
 
-/// Lines of hex digits, or JSON.
+/// Lines of hex digits, or JSON; either of these.
 bool isEventText(const std::string& content);
 
 }

@@ -68,6 +68,12 @@ bool isProof(const SpdCrc& crc, ByteView content)
     return crc.isRight() && !isZero(content.part(crc.first, crc.last + std::size_t{1} - crc.first));
 }
 
+bool isWithin(const Spd& spd, SpdFact fact, long long least, long long most)
+{
+    const auto* const number = std::get_if<long long>(&spd.get(fact));
+    return number != nullptr && *number >= least && *number <= most;
+}
+
 bool isIndexOfSettings(ByteView bytes)
 {
     std::size_t right = 0;
@@ -192,15 +198,11 @@ bool isSpdData(ByteView content)
 
 bool isDamagedSpdData(ByteView content)
 {
-    constexpr std::size_t SIZES[] = {128, 256, 512, 1024};
-    constexpr unsigned char FIRST_REVISION = 0x10;
-    constexpr unsigned char LAST_REVISION = 0x13;
-    if (std::find(std::begin(SIZES), std::end(SIZES), content.size()) == std::end(SIZES) ||
-        content[1] < FIRST_REVISION || content[1] > LAST_REVISION) {
-        return false;
-    }
     const std::optional<Spd> spd = readSpd(content);
-    return spd && spd->megabytes != 0 && !isNone(spd->get(SpdFact::BYTES_TOTAL));
+    // Picoseconds.
+    return spd && spd->megabytes != 0 && !isNone(spd->get(SpdFact::BYTES_TOTAL)) &&
+           isWithin(*spd, SpdFact::TCK_MIN, 200, 3000) &&
+           isWithin(*spd, SpdFact::TAA, 5000, 30000) && isWithin(*spd, SpdFact::TRCD, 8000, 30000);
 }
 
 bool isSettingIndex(ByteView content)
@@ -242,7 +244,9 @@ bool isDamagedEfiIndex(ByteView content)
 bool isRepository(ByteView content)
 {
     const Coverage coverage = coverageOf(content);
-    return coverage.records != 0 && coverage.bytes >= coverage.end;
+    // Zeroes after a header can be the bytes of one record.
+    return (coverage.records >= 2 && coverage.bytes >= coverage.end) ||
+           (coverage.records == 1 && coverage.bytes == content.size());
 }
 
 bool isDamagedRepository(ByteView content)
