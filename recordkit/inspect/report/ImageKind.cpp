@@ -55,6 +55,7 @@ constexpr Sign DAMAGED[] = {
     {ImageKind::SPD, isDamagedSpdData},
     {ImageKind::SDR, isDamagedRepository},
     {ImageKind::EVENT_RECORDS, areDamagedEventRecords},
+    {ImageKind::FRU, hasFruHeader},
 };
 
 template <std::size_t Count> ImageKind firstOf(const Sign (&signs)[Count], ByteView content)
@@ -67,18 +68,14 @@ template <std::size_t Count> ImageKind firstOf(const Sign (&signs)[Count], ByteV
     return ImageKind::UNKNOWN;
 }
 
-/// Texts that other tools print may contain bytes of an image as they are.
 bool isPlainText(ByteView content)
 {
-    std::size_t others = 0;
-    for (const unsigned char byte : content) {
-        const bool isBlank = byte >= '\t' && byte <= '\r';
-        if ((byte < 0x20 && !isBlank) || byte == 0x7F) {
-            return false;
-        }
-        others += byte > 0x7F ? 1 : 0;
-    }
-    return others * 10 <= content.size() || isUtf8(content);
+    return std::all_of(content.begin(), content.end(),
+                       [](unsigned char byte) {
+                           const bool isBlank = byte >= '\t' && byte <= '\r';
+                           return (byte >= 0x20 || isBlank) && byte != 0x7F;
+                       }) &&
+           isUtf8(content);
 }
 
 bool isSpdDump(const std::string& text)

@@ -9,41 +9,50 @@
 
 namespace recordkit::inspect {
 
-/// What a file contains, by its bytes. The first row whose condition is true decides. Marks that
-/// bytes of another kind have by chance in fewer than one of 100,000 files come first, then the
-/// name, and last what is recognised in spite of damage: so a damaged image is never taken for
-/// another kind that is undamaged, and never hidden. Text is decided before that, since no binary
-/// kind is only printable characters.
+/// What a file contains, by its bytes. The first row whose condition is true decides. Text comes
+/// first: no binary kind consists of printable characters only. Then come marks that other bytes
+/// hardly ever have, then the name, which is all that a record has. What is recognised in spite of
+/// damage is last, so that a damaged image neither hides a whole one of another kind nor is hidden
+/// itself.
 ///
-/// | kind          | what must be true |
-/// |---------------|-------------------------------------------------------------------------------|
-/// | EMPTY         | no bytes | | RECORD        | only text, of which a record is made as below |
-/// | EVENT_RECORDS | text: lines of hex digits that are all event records, or JSON with such | | |
-/// images or records                                                             | | SPD | text: a
-/// hex dump of bytes that are SPD data as below                          | | TEXT          | other
-/// UTF-8 text without control characters                                   | | FRU           |
-/// header: format 01h, pad byte 00h, right checksum                              | | CPU_ROM |
-/// header and blocks have three right checksums or more, of bytes that are not 0 | | SPD | known
-/// memory type, and the right CRC of a block                               | | SETTING_INDEX | 432
-/// bytes, or 432 from byte 512 on: of the entries that are not 0, more have  | |               |
-/// the right checksum and their own number than not                              | | EFI_INDEX |
-/// printable serial of 5 characters or more; flags of 0 and 1; zeroes up to byte | | | 256; right
-/// checksum                                                           | | EVENT_LOG     | slots
-/// with events, at least half of which look like one; or 110400 bytes FFh  | | SDR           | only
-/// records of known versions and types, then only bytes 00h and FFh         | | EVENT_RECORDS |
-/// records of 16 bytes that all look like events, one system event among them or | | | four with
-/// rising ids                                                          | | RECORD        | the name
-/// begins with that of a class and a dot, and the class takes all bytes | | ERASED        | only
-/// bytes 00h, or only bytes FFh                                             | | FRU           |
-/// with one byte of the header replaced its checksum is right, and it has a      | | | whole area
-/// or a multirecord with right checksums                              | | EFI_INDEX     | so with
-/// one byte of the index replaced                                        | | SPD           | size,
-/// memory type, revision and capacity are those of a module                | | SDR           | two
-/// records or more as above are at least half of the bytes                   | | UNKNOWN       |
-/// none of these                                                                 |
+/// | kind          | what must be true                                                        |
+/// |---------------|--------------------------------------------------------------------------|
+/// | EMPTY         | no bytes                                                                 |
+/// | RECORD        | only text, but named as below                                            |
+/// | EVENT_RECORDS | text: lines of hex digits that are event records, or JSON with their     |
+/// |               | images or records; as many of them look like events as of binary ones    |
+/// |               | below                                                                    |
+/// | SPD           | text: a hex dump of bytes that are SPD data as below                     |
+/// | TEXT          | other UTF-8 text without control characters                              |
+/// | FRU           | header with format 01h, pad byte 00h and right checksum; and no areas,   |
+/// |               | or a whole area or multirecord with right checksums                      |
+/// | CPU_ROM       | three right checksums of header and blocks, of bytes that are not all 0  |
+/// | SPD           | known memory type, and the right CRC of a block                          |
+/// | SETTING_INDEX | 432 bytes, all of them or from byte 512 on: of the entries that are not  |
+/// |               | all 0, more have a right checksum and their own number than not          |
+/// | EFI_INDEX     | printable serial of 5 characters or more, flags of 0 and 1, zeroes up to |
+/// |               | byte 255, right checksum                                                 |
+/// | EVENT_LOG     | slots with events, at least half of which look like one, a system event  |
+/// |               | among them or four slots; or 110400 bytes FFh                            |
+/// | SDR           | records of known versions and types: one, or several and then only bytes |
+/// |               | 00h and FFh                                                              |
+/// | EVENT_RECORDS | records of 16 bytes that all look like events, a system event among them |
+/// |               | or four with rising ids                                                  |
+/// | RECORD        | the name is that of a class, a dot and more, and the class takes all     |
+/// |               | bytes                                                                    |
+/// | ERASED        | only bytes 00h, or only bytes FFh                                        |
+/// | FRU           | a right checksum with one byte of the header replaced, and then a whole  |
+/// |               | area or multirecord with right checksums                                 |
+/// | EFI_INDEX     | as above with one byte of the index replaced                             |
+/// | SPD           | known memory type; capacity, cycle and two latencies that modules have   |
+/// | SDR           | two records as above or more, which are at least half of the bytes       |
+/// | EVENT_RECORDS | two system events or more are at least half of the records of 16 bytes   |
+/// | FRU           | the header as above, but no right area: a repository can begin with      |
+/// |               | these bytes                                                              |
+/// | UNKNOWN       | none of these                                                            |
 ///
-/// FRU images, ROMs and indexes have at most 64 KiB, SPD data 4 KiB, repositories 1 MiB, event
-/// logs 65536 slots and lists 65535 records, which is as many as there are record ids.
+/// FRU images, ROMs and indexes have at most 64 KiB, SPD data 4 KiB, repositories 1 MiB, event logs
+/// 65536 slots and lists 65535 records, as many as there are record ids.
 enum class ImageKind {
     EVENT_LOG,
     EVENT_RECORDS,

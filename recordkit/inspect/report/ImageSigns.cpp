@@ -162,6 +162,12 @@ Coverage coverageOf(ByteView content)
 
 bool isFruImage(ByteView content)
 {
+    const bool hasAreas = !isZero(content.part(1, FRU_HEADER_PAD - 1));
+    return hasFruHeader(content) && (!hasAreas || hasRightPart(content));
+}
+
+bool hasFruHeader(ByteView content)
+{
     const ByteView header = content.part(0, FRU_HEADER_SIZE);
     return header.size() == FRU_HEADER_SIZE && content.size() <= MOST_EEPROM &&
            header[0] == FRU_FORMAT && header[FRU_HEADER_PAD] == 0 && sumOf(header) == 0;
@@ -199,9 +205,8 @@ bool isSpdData(ByteView content)
 bool isDamagedSpdData(ByteView content)
 {
     const std::optional<Spd> spd = readSpd(content);
-    // Picoseconds.
-    return spd && spd->megabytes != 0 && !isNone(spd->get(SpdFact::BYTES_TOTAL)) &&
-           isWithin(*spd, SpdFact::TCK_MIN, 200, 3000) &&
+    // Times in picoseconds.
+    return spd && spd->megabytes != 0 && isWithin(*spd, SpdFact::TCK_MIN, 200, 3000) &&
            isWithin(*spd, SpdFact::TAA, 5000, 30000) && isWithin(*spd, SpdFact::TRCD, 8000, 30000);
 }
 

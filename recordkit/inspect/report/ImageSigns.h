@@ -11,6 +11,8 @@ namespace recordkit::inspect {
 
 bool isFruImage(ByteView content);
 bool isDamagedFruImage(ByteView content);
+/// By its header only.
+bool hasFruHeader(ByteView content);
 
 bool isProcessorRom(ByteView content);
 
