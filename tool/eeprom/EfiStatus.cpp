@@ -44,9 +44,7 @@ constexpr Column<Row> COLUMNS[] = {
 
 std::vector<Row> rowsOf(const EfiIndex& index)
 {
-    std::string serial = efiSerialOf(index);
-    serial.erase(serial.find_last_not_of('\0') + 1);
-    serial = toUtf8(serial);
+    const std::string serial = efiSerialText(index);
     std::vector<Row> rows;
     for (const EfiPlace& place : efiPlaces()) {
         rows.push_back({serial, index.isChecksum(), place, markedBlocks(index, place)});

@@ -3,6 +3,8 @@
 
 #include <fmt/format.h>
 
+#include <recordkit/inspect/bytes/Text.h>
+
 #include "../Errors.h"
 
 namespace recordkit::tool {
@@ -65,6 +67,13 @@ std::string efiSerialOf(const EfiIndex& index)
 {
     const unsigned char* const first = index.getIndexData() + EfiIndex::SERIAL;
     return std::string(first, first + EfiIndex::SERIAL_SIZE);
+}
+
+std::string efiSerialText(const EfiIndex& index)
+{
+    std::string serial = efiSerialOf(index);
+    serial.erase(serial.find_last_not_of('\0') + 1);
+    return inspect::toUtf8(serial);
 }
 
 std::vector<unsigned int> markedBlocks(const EfiIndex& index, const EfiPlace& place)

@@ -36,6 +36,8 @@ unsigned int efiOffsetOf(const Arguments& arguments, std::size_t length);
 /// The index record on the images, with its flags copied for the queries.
 EfiIndex readEfiIndex(const Arguments& arguments);
 std::string efiSerialOf(const EfiIndex& index);
+/// The same as UTF-8, without the zeroes at its end.
+std::string efiSerialText(const EfiIndex& index);
 
 /// The blocks of an EEPROM that are marked for erasure.
 std::vector<unsigned int> markedBlocks(const EfiIndex& index, const EfiPlace& place);

@@ -2,6 +2,7 @@
 #include "ReportDocument.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <unordered_map>
 
@@ -12,6 +13,7 @@
 
 #include "../Answers.h"
 #include "../Files.h"
+#include "../eeprom/EfiStore.h"
 #include "../fru/FruValues.h"
 #include "../print/Base64.h"
 #include "EventDocument.h"
@@ -78,19 +80,23 @@ private:
     const EventTable& table;
 };
 
-Object reasonObject(const ReportReason& reason)
+Object reasonObject(const ReportReason& reason, const EventSummary& summary)
 {
     if (reason.kind == ReportReason::ASSERTED) {
-        return {{"kind", reasonName(reason.kind)}, {"state", reason.state}};
+        return {{"kind", reasonName(reason.kind)},
+                {"severity", severityName(summary.asserted[reason.state].since->severity)},
+                {"state", reason.state}};
     }
     return {{"kind", reasonName(reason.kind)}, {"where", reason.where}, {"text", reason.text}};
 }
 
-Object verdictObject(const ReportVerdict& verdict)
+Object verdictObject(const ReportVerdict& verdict, const EventSummary& summary)
 {
     return {{"level", verdict.level},
             {"text", verdict.text},
-            {"reasons", listOf(verdict.reasons, reasonObject)}};
+            {"reasons", listOf(verdict.reasons, [&summary](const ReportReason& reason) {
+                 return reasonObject(reason, summary);
+             })}};
 }
 
 Object inputObject(const ReportInput& input)
@@ -241,9 +247,16 @@ Object recordOf(const ReportRecord& each)
             {"fields", fieldObjects(each.fields)}};
 }
 
+/// The folder of the EEPROMs that an index is for.
+std::string folderOf(const ReportPlace& place)
+{
+    const std::string folder = std::filesystem::path(place.path).parent_path();
+    return inputName(folder.empty() ? "." : folder);
+}
+
 Object settingsOf(const ReportSettings& each)
 {
-    return {{FILE_KEY, inputName(each.place.path)},
+    return {{"folder", folderOf(each.place)},
             {ROOT, rootOf(each.place)},
             {"areas", settingObjects(each.entries, each.master)},
             {"problems", indexProblems(each.entries)}};
@@ -251,8 +264,9 @@ Object settingsOf(const ReportSettings& each)
 
 Object efiOf(const ReportEfi& each)
 {
-    return {{FILE_KEY, inputName(each.place.path)},
+    return {{"folder", folderOf(each.place)},
             {ROOT, rootOf(each.place)},
+            {"serial", efiSerialText(each.index)},
             {"checksum_right", each.index.isChecksum()},
             {"banks", efiObjects(each.index)}};
 }
@@ -278,7 +292,7 @@ Value reportDocument(const Report& report, const ReportHead& head)
                         {"program", "recordkit " RECORDKIT_VERSION}}},
         {"chosen", head.chosen},
         {"left_out", report.leftOut},
-        {"verdict", verdictObject(judge(report, head.now))},
+        {"verdict", verdictObject(judge(report, head.now), report.summary)},
         {"inputs", listOf(report.inputs, inputObject)},
         {"logs", listOf(report.logs, logObject)},
         {"summary", without(summaryObject(report.summary), {"logs", "sensors", "still_asserted",

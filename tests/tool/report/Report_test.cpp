@@ -338,6 +338,9 @@ TEST(ReportNumbers, OfRecordsAndEepromsAreThoseOfTheirSubCommands)
     EXPECT_EQ(board()["efi"][0]["banks"],
               answer({"eeprom", "efi", "status", "--images", BOARD + "/eeprom"}));
     EXPECT_EQ(board()["efi"][0]["checksum_right"], true);
+    EXPECT_EQ(board()["efi"][0]["serial"], "CH26A00017");
+    EXPECT_EQ(board()["efi"][0]["folder"], BOARD + "/eeprom");
+    EXPECT_EQ(board()["settings"][0]["folder"], BOARD + "/eeprom");
 }
 
 TEST(ReportNumbers, OfReadingsAreThoseOfTheEvents)
@@ -371,7 +374,8 @@ TEST(ReportDocument, SaysWhatItIsAndWhenItWasMade)
     EXPECT_EQ(board()["made"]["time"], "2026-11-20T21:52:26Z");
     EXPECT_EQ(board()["verdict"]["level"], "critical");
     EXPECT_EQ(board()["verdict"]["text"], "4 states still asserted");
-    EXPECT_EQ(board()["verdict"]["reasons"][0], (Json{{"kind", "asserted"}, {"state", 0}}));
+    EXPECT_EQ(board()["verdict"]["reasons"][0],
+              (Json{{"kind", "asserted"}, {"severity", "critical"}, {"state", 0}}));
     EXPECT_EQ(board()["asserted"][0]["sensor_name"], "Fan 3");
     EXPECT_EQ(board()["chosen"], "");
     EXPECT_EQ(board()["left_out"], 0);
