@@ -9,8 +9,8 @@
 # to the next such line or the end of the block; a line that begins with "recordkit " is run and
 # must end with 0. So must the commands in the tables of docs/peers.md, in which each row names a test.
 # Each page starts in a folder of its own with samples: event records, images of a
-# board, a processor and two memory modules, EEPROM images, and the root of a machine whose board 1
-# has events.
+# board, a processor and two memory modules, EEPROM images, the root of a machine whose board 1 has
+# events, and everything saved from a server.
 set -eu
 action=$1
 source=$(cd "$2" && pwd)
@@ -54,6 +54,7 @@ prepare() {
     rm crashed/tmp/sb2_bmc_sel0
     recordkit eeprom create board
     recordkit eeprom efi init --serial SN4711 --images board
+    cp -r "$source/examples/board" server
 } >/dev/null
 
 # The page, with the current output of its commands.

@@ -64,10 +64,10 @@ void run(const Arguments& arguments)
     if (arguments.isJson()) {
         print(jsonText(document) + "\n");
     } else {
-        const std::string page = reportPage(document);
-        writeOutput(arguments.text("-o"), page);
-        print(fmt::format("{} written to {}\n", counted(page.size(), "byte"),
-                          inputName(arguments.text("-o"))));
+        writeOutput(arguments.text("-o"), reportPage(document));
+        const ReportVerdict verdict = judge(report, now);
+        print(fmt::format("{}: {}: {}\n", inputName(arguments.text("-o")), verdict.level,
+                          verdict.text));
     }
     source.finish();
 }
