@@ -26,7 +26,8 @@ constexpr const char* BLANKS = " \t\r\n\f\v";
 /// Records that are taken one after another, and judged together.
 class EventSeries {
 public:
-    /// False once it cannot be a list of events.
+    /// False for a record of another size, and once others than events prevail: other bytes take
+    /// little time.
     bool take(const std::string& content, EventForm form)
     {
         try {
@@ -67,9 +68,6 @@ private:
 EventSeries seriesOf(ByteView content)
 {
     EventSeries series;
-    if (content.size() % RECORD_SIZE != 0 || content.size() > MOST_RECORDS * RECORD_SIZE) {
-        return series;
-    }
     for (std::size_t at = 0; at < content.size(); at += RECORD_SIZE) {
         if (!series.take(content.part(at, RECORD_SIZE).text(), EventForm::WRITERAW)) {
             return {};
@@ -125,8 +123,7 @@ bool isEventLog(ByteView content)
     }
     const SlotView view(content);
     if (view.getEvents().empty()) {
-        return content.size() == SELFileLayout::FILE_SIZE &&
-               SELFileLayout::isEmpty(content.data() + SELFileLayout::LAST_SLOT);
+        return content.size() == SELFileLayout::FILE_SIZE;
     }
     return view.getEvents().size() >= OEM_RECORDS ||
            std::any_of(view.getEvents().begin(), view.getEvents().end(),

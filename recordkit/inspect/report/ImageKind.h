@@ -24,8 +24,8 @@ namespace recordkit::inspect {
 /// |               | below                                                                    |
 /// | SPD           | text: a hex dump of bytes that are SPD data as below                     |
 /// | TEXT          | other UTF-8 text without control characters                              |
-/// | FRU           | header with format 01h, pad byte 00h and right checksum; and no areas,   |
-/// |               | or a whole area or multirecord with right checksums                      |
+/// | FRU           | header with format 01h, pad byte 00h and right checksum, and a whole     |
+/// |               | area or a multirecord with right checksums                               |
 /// | CPU_ROM       | three right checksums of header and blocks, of bytes that are not all 0  |
 /// | SPD           | known memory type, and the right CRC of a block                          |
 /// | SETTING_INDEX | 432 bytes, all of them or from byte 512 on: of the entries that are not  |
@@ -41,14 +41,12 @@ namespace recordkit::inspect {
 /// | RECORD        | the name is that of a class, a dot and more, and the class takes all     |
 /// |               | bytes                                                                    |
 /// | ERASED        | only bytes 00h, or only bytes FFh                                        |
-/// | FRU           | a right checksum with one byte of the header replaced, and then a whole  |
-/// |               | area or multirecord with right checksums                                 |
-/// | EFI_INDEX     | as above with one byte of the index replaced                             |
+/// | FRU           | as above with one byte of the header replaced                            |
+/// | EFI_INDEX     | as above with one byte of the record replaced                            |
 /// | SPD           | known memory type; capacity, cycle and two latencies that modules have   |
 /// | SDR           | two records as above or more, which are at least half of the bytes       |
 /// | EVENT_RECORDS | two system events or more are at least half of the records of 16 bytes   |
-/// | FRU           | the header as above, but no right area: a repository can begin with      |
-/// |               | these bytes                                                              |
+/// | FRU           | header as above: a repository can begin with these bytes, too            |
 /// | UNKNOWN       | none of these                                                            |
 ///
 /// FRU images, ROMs and indexes have at most 64 KiB, SPD data 4 KiB, repositories 1 MiB, event logs

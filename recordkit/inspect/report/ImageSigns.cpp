@@ -162,8 +162,7 @@ Coverage coverageOf(ByteView content)
 
 bool isFruImage(ByteView content)
 {
-    const bool hasAreas = !isZero(content.part(1, FRU_HEADER_PAD - 1));
-    return hasFruHeader(content) && (!hasAreas || hasRightPart(content));
+    return hasFruHeader(content) && hasRightPart(content);
 }
 
 bool hasFruHeader(ByteView content)
@@ -182,7 +181,7 @@ bool isDamagedFruImage(ByteView content)
     const unsigned char excess = sumOf(content.part(0, FRU_HEADER_SIZE));
     for (std::size_t i = 0; i < FRU_HEADER_SIZE; ++i) {
         image[i] = static_cast<unsigned char>(content[i] - excess);
-        if ((image[0] & FRU_FORMAT_BITS) == FRU_FORMAT && hasRightPart(image)) {
+        if (hasRightPart(image)) {
             return true;
         }
         image[i] = content[i];

@@ -277,10 +277,13 @@ TEST(ImageKind, Text)
     EXPECT_EQ(kindOfText(std::string("a\0b", 3)), ImageKind::UNKNOWN);
     EXPECT_EQ(kindOfText("a\x1B[31m"), ImageKind::UNKNOWN);
     EXPECT_EQ(kindOfText("a\x7F"), ImageKind::UNKNOWN);
+    // The bytes of a sensor data record, too.
+    EXPECT_EQ(kindOfText("SEQ\tN" + std::string('N', '-')), ImageKind::TEXT);
 }
 
 TEST(ImageKind, ARecordIsNamedForItsClassAndHasItsSize)
 {
+    const TraceCapture traces;
     const Bytes status = {0x01, 0x02};
     EXPECT_EQ(kindOf(status, "PSUStatus.power-supply0.bin"), ImageKind::RECORD);
     EXPECT_EQ(kindOf(status, "a/b/PSUStatus.bin"), ImageKind::RECORD);
@@ -302,6 +305,7 @@ TEST(ImageKind, ARecordIsNamedForItsClassAndHasItsSize)
     const ImageKind whole = kindOf(unit, "IOUBoardInfo.bin");
     unit.push_back(0);
     EXPECT_NE(kindOf(unit, "IOUBoardInfo.bin"), whole);
+    EXPECT_TRUE(traces.lines().empty());
     // The content of another kind decides.
     EXPECT_EQ(kindOf(part(spdModule(), 0, 146), "MemorySPDData.bin"), ImageKind::SPD);
 }
@@ -310,7 +314,7 @@ TEST(ImageKind, FruByItsHeader)
 {
     EXPECT_EQ(kindOf(summed({1, 0, 0, 0, 0, 0, 0})), ImageKind::FRU);
     EXPECT_EQ(kindOf(summed({1, 0, 2, 0, 0, 0, 0})), ImageKind::FRU); // its area is cut off
-    EXPECT_EQ(kindOf({1, 0, 0, 0, 0, 0, 0}), ImageKind::UNKNOWN);
+    EXPECT_EQ(kindOf({1, 0, 0xFF, 0, 0, 0, 0}), ImageKind::UNKNOWN);
     EXPECT_EQ(kindOf({1, 0, 0, 0, 0, 0, 0, 0xFE}), ImageKind::UNKNOWN);
     EXPECT_EQ(kindOf(summed({2, 0, 0, 0, 0, 0, 0})), ImageKind::UNKNOWN);
     EXPECT_EQ(kindOf(summed({1, 0, 0, 0, 0, 0, 1})), ImageKind::UNKNOWN);
@@ -341,6 +345,12 @@ TEST(ImageKind, FruWithOneByteOfItsHeaderWrong)
     const Bytes image = fruImage(boardArea({"maker", "name", "serial", "part", "file"}));
     ASSERT_EQ(kindOf(image), ImageKind::FRU);
     EXPECT_EQ(damageEach(image, 8, ImageKind::FRU), 0U);
+    Bytes large = image;
+    large[7] ^= 1;
+    large.resize(65536, 0xFF);
+    EXPECT_EQ(kindOf(large), ImageKind::FRU);
+    large.push_back(0xFF);
+    EXPECT_EQ(kindOf(large), ImageKind::UNKNOWN);
     // Without a right area nothing is left to tell.
     Bytes worse = image;
     worse[7] ^= 1;
@@ -446,6 +456,9 @@ TEST(ImageKind, SpdAsAHexDump)
     EXPECT_EQ(kindOfText(digits), ImageKind::SPD);
     EXPECT_EQ(kindOfText(digits.substr(0, 200)), ImageKind::TEXT);
     EXPECT_EQ(kindOfText(digits + "x"), ImageKind::TEXT);
+    EXPECT_EQ(kindOfText(digits + std::string(65536 - digits.size(), ' ')), ImageKind::SPD);
+    EXPECT_EQ(kindOfText(digits + std::string(65537 - digits.size(), ' ')), ImageKind::TEXT);
+    EXPECT_EQ(kindOfText(toHex(spdModule())), ImageKind::SPD); // without times
     Bytes damaged = ddr3Module();
     damaged[126] ^= 1;
     EXPECT_EQ(kindOfText(toHex(damaged)), ImageKind::SPD);
@@ -500,6 +513,10 @@ TEST(ImageKind, SettingIndexByMostOfItsEntries)
     single.resize(432, 0);
     EXPECT_EQ(kindOf(single), ImageKind::UNKNOWN);
     single = settingEntry(0);
+    single[15] ^= 1;
+    single.resize(432, 0);
+    EXPECT_EQ(kindOf(single), ImageKind::UNKNOWN);
+    single = settingEntry(0);
     single.resize(432, 0);
     EXPECT_EQ(kindOf(single), ImageKind::SETTING_INDEX);
 }
@@ -510,15 +527,14 @@ TEST(ImageKind, EfiIndex)
     EXPECT_EQ(kindOf(efiIndex(144)), ImageKind::EFI_INDEX);
     EXPECT_EQ(kindOf(efiIndex(143)), ImageKind::UNKNOWN);
     EXPECT_EQ(kindOf(efiIndex(65537)), ImageKind::UNKNOWN);
-    // Two bytes wrong, with a right checksum all the same.
+    // Bytes that no index has, with a right checksum.
     const std::pair<std::size_t, unsigned char> changes[] = {
         {2, 0x1F}, {13, 0x7F}, {16, 0x02}, {16, 0x20}, {143, 0x80}};
     for (const auto& [at, byte] : changes) {
         Bytes index = efiIndex();
         const auto change = static_cast<unsigned char>(byte - index[at]);
         index[at] = byte;
-        index[100] = 0x40; // a flag that is none
-        index[0] = static_cast<unsigned char>(index[0] - change - 0x40);
+        index[0] = static_cast<unsigned char>(index[0] - change);
         EXPECT_EQ(kindOf(index), ImageKind::UNKNOWN) << at;
     }
     Bytes index = efiIndex();
@@ -587,6 +603,9 @@ TEST(ImageKind, EventLog)
     EXPECT_EQ(kindOf(three), ImageKind::UNKNOWN);
     EXPECT_EQ(kindOf(three + oemSlot(4)), ImageKind::EVENT_LOG);
     EXPECT_EQ(kindOf(oemSlot(1) + eventSlot(2)), ImageKind::EVENT_LOG);
+    Bytes odd = eventSlot(2);
+    odd[11] = 0x05; // the revision of the event's format
+    EXPECT_EQ(kindOf(oemSlot(1) + odd), ImageKind::UNKNOWN);
     Bytes large;
     for (int i = 0; i < 65536; ++i) {
         large.insert(large.end(), 138, 0xFF);
@@ -604,8 +623,10 @@ TEST(ImageKind, Repository)
     EXPECT_EQ(kindOf(one), ImageKind::SDR);
     EXPECT_EQ(kindOf(one + compactRecord(2)), ImageKind::SDR);
     EXPECT_EQ(kindOf(one + compactRecord(2) + blank), ImageKind::SDR);
+    EXPECT_EQ(kindOf(one + compactRecord(2), "BMCLog.bin"), ImageKind::SDR);
     EXPECT_EQ(kindOf(one + blank), ImageKind::UNKNOWN);
     EXPECT_EQ(kindOf(Bytes{2, 0} + one + Bytes{0xFF, 0xFF} + compactRecord(2)), ImageKind::SDR);
+    EXPECT_EQ(kindOf(Bytes{2, 0} + one), ImageKind::SDR);
     for (const auto& [at, byte] : {std::pair(2, 0x52), std::pair(3, 0x2A), std::pair(4, 26)}) {
         Bytes wrong = one;
         wrong[static_cast<std::size_t>(at)] = static_cast<unsigned char>(byte);
@@ -663,6 +684,17 @@ TEST(ImageKind, EventRecordsAsText)
     EXPECT_EQ(kindOfText(half + toHex(odd16(3)) + "\n"), ImageKind::TEXT);
 }
 
+TEST(ImageKind, AListHasNoMoreRecordsThanThereAreIds)
+{
+    const std::string line = toHex(fan16(1)) + "\n";
+    std::string lines;
+    for (int i = 0; i < 65535; ++i) {
+        lines += line;
+    }
+    EXPECT_EQ(kindOfText(lines), ImageKind::EVENT_RECORDS);
+    EXPECT_EQ(kindOfText(lines + line), ImageKind::TEXT);
+}
+
 TEST(ImageKind, EventRecordsAsJson)
 {
     const std::string slot = toHex(eventSlot(1));
@@ -676,6 +708,8 @@ TEST(ImageKind, EventRecordsAsJson)
     EXPECT_EQ(kindOfText("{\"id\":1}"), ImageKind::TEXT);
     EXPECT_EQ(kindOfText("{\"image\":1}"), ImageKind::TEXT);
     EXPECT_EQ(kindOfText("{\"image\"}"), ImageKind::TEXT);
+    EXPECT_EQ(kindOfText("{\"image\";\"" + slot + "\"}"), ImageKind::TEXT);
+    EXPECT_EQ(kindOfText("{\"image\":x" + slot + "\"}"), ImageKind::TEXT);
     EXPECT_EQ(kindOfText("{\"image\""), ImageKind::TEXT);
     EXPECT_EQ(kindOfText("{\"image\":"), ImageKind::TEXT);
     EXPECT_EQ(kindOfText("{\"image\":\"a photo\"}"), ImageKind::TEXT);
