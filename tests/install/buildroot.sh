@@ -54,6 +54,7 @@ kconfig.syms["BR2_PACKAGE_RECORDKIT_HOST_PLATFORM"].set_value(2)
 found = values()
 for name in ("CLI11", "FMT", "JSON_FOR_MODERN_CPP"):
     assert found["BR2_PACKAGE_" + name] == "y", found
+assert found["BR2_PACKAGE_RECORDKIT_D3_FOLDER"] == "/usr/share/nodejs", found
 undefined = [name for name, symbol in kconfig.syms.items() if name.startswith("BR2_") and not symbol.nodes]
 assert not undefined, undefined
 TEXT
@@ -133,9 +134,10 @@ package static OFF
 [ ! -e "$work/target/usr/lib/librecordkit.so" ] || fail "shared libraries in a static system"
 
 # The host platform is only configured here; yocto.py builds it.
-BR2_PACKAGE_RECORDKIT_HOST_PLATFORM=y make -n -f "$scratch/Makefile" WORK="$scratch/host" SHARED=ON \
+BR2_PACKAGE_RECORDKIT_HOST_PLATFORM=y BR2_PACKAGE_RECORDKIT_D3_FOLDER='"/d3"' make -n -f "$scratch/Makefile" WORK="$scratch/host" SHARED=ON \
     >"$scratch/host.log"
 grep -q -e '-DRECORDKIT_PLATFORM=host' "$scratch/host.log" || fail "the host platform"
+grep -q -e '-DRECORDKIT_D3_FOLDER="/d3"' "$scratch/host.log" || fail "the folder of d3"
 grep -q 'system/recordkit-log.service$' "$scratch/host.log" || fail "the service"
 grep -q 'dependencies: boost cli11 fmt json-for-modern-cpp' "$scratch/host.log" || fail "dependencies"
 echo "buildroot: read, built, installed, linked and run"

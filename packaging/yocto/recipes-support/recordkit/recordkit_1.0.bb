@@ -13,8 +13,10 @@ inherit cmake pkgconfig externalsrc systemd
 EXTERNALSRC = "${RECORDKIT_SOURCE}"
 
 # host: siblings for an ordinary Linux machine, and the command; its dependencies are in meta-oe.
+# A folder of the building machine has d3's modules (Debian: node-d3-scale, node-d3-axis, node-d3-selection).
 PACKAGECONFIG ??= ""
-PACKAGECONFIG[host] = "-DRECORDKIT_PLATFORM=host,-DRECORDKIT_PLATFORM=external,cli11 fmt nlohmann-json"
+RECORDKIT_D3_FOLDER ?= "/usr/share/nodejs"
+PACKAGECONFIG[host] = "-DRECORDKIT_PLATFORM=host -DRECORDKIT_D3_FOLDER=${RECORDKIT_D3_FOLDER},-DRECORDKIT_PLATFORM=external,cli11 fmt nlohmann-json"
 PACKAGECONFIG[static] = "-DBUILD_SHARED_LIBS=OFF,-DBUILD_SHARED_LIBS=ON"
 
 # pkg-config adds the sysroot to the folders itself.
