@@ -6,9 +6,5 @@
 set -eu
 build=$(cd "$1" && pwd)
 cd "$(dirname "$0")"
-# npm writes this file last.
-installed=node_modules/.package-lock.json
-if [ ! -e $installed ] || [ -n "$(find package-lock.json -newer $installed)" ]; then
-    npm ci --ignore-scripts --no-audit --no-fund
-fi
+./install.sh
 REPORT_TEMPLATE=$build/report/page.html REPORT_COMMAND=$build/tool/recordkit npm test
