@@ -59,13 +59,13 @@ export function wideBox(label, ...children) {
 }
 
 /// A table in a box. `columns` are {name, cell: a function of a row that returns a text or node,
-/// number: whether its cells are numbers}; the first column names the row. More rows than `most` are
+/// number: whether its cells are numbers, broad: whether they are long}; the first column names the row. More rows than `most` are
 /// added by a button.
 export function dataTable(caption, columns, rows, most = 20) {
     const body = element('tbody', {});
-    const add = (some) => body.append(...some.map((row) => element('tr', {}, ...columns.map(({ cell, number }, index) => {
+    const add = (some) => body.append(...some.map((row) => element('tr', {}, ...columns.map(({ cell, number, broad }, index) => {
         const shown = cell(row) ?? '';
-        const properties = number ? { className: 'number' } : {};
+        const properties = number || broad ? { className: number ? 'number' : 'broad' } : {};
         return index === 0 ? element('th', { scope: 'row', ...properties }, shown) : element('td', properties, shown);
     }))));
     const head = columns.map(({ name, number }) => element('th', { scope: 'col', ...(number ? { className: 'number' } : {}) }, name));

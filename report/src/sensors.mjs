@@ -28,11 +28,10 @@ export function showSensors(report) {
             + 'triangles: readings in events, larger where there are more.'),
         dataTable('Thresholds and readings', [first,
             { name: 'Range', cell: (sensor) => thresholdBar(sensor, names) },
-            { name: 'Thresholds', cell: (sensor) => known(sensor, names).map((name) => `${words(name)} ${numberText(sensor[name])}`).join(', ') },
+            { name: 'Thresholds', broad: true, cell: (sensor) => known(sensor, names).map((name) => `${words(name)} ${numberText(sensor[name])}`).join(', ') },
             { name: 'Readings in events', cell: (sensor) => readingText(sensor, report.logs) },
             { name: 'Units', cell: (sensor) => sensor.units },
-            { name: 'Type', cell: (sensor) => sensor.sensor_type_name },
-            { name: 'Entity', cell: (sensor) => sensor.entity_name }, ...root,
+            { name: 'Type', cell: (sensor) => [sensor.sensor_type_name, sensor.entity_name].filter((part) => part).join(', ') }, ...root,
         ], drawn, 100));
     }
     if (others.length > 0) {
@@ -74,14 +73,14 @@ function thresholdBar(sensor, names) {
         right = x(sensor[name]);
     }
     for (const name of known(sensor, names)) {
-        nodes.push(svg('path', { d: `M${x(sensor[name])} 4v16`, class: 'tick' }));
+        nodes.push(svg('path', { d: `M${x(sensor[name])} 4v16`, class: 'threshold' }));
     }
     if (known(sensor, OTHERS.slice(1)).length === 2) {
         const [from, to] = [x(sensor.normal_minimum), x(sensor.normal_maximum)];
         nodes.push(svg('rect', { x: from, y: 9, width: Math.max(1, to - from), height: 6, class: 'bar-normal' }));
     }
     if (known(sensor, ['nominal']).length > 0) {
-        nodes.push(svg('path', { d: `M${x(sensor.nominal)} 1v22`, class: 'tick tick-nominal' }));
+        nodes.push(svg('path', { d: `M${x(sensor.nominal)} 1v22`, class: 'threshold threshold-nominal' }));
     }
     const most = Math.max(1, ...readings.map(([, times]) => times));
     for (const [value, times] of readings) {

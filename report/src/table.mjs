@@ -191,6 +191,7 @@ export class EventTable {
         const sensor = events.sensors[events.sensor[row]];
         const block = events.blocks[events.block[row]];
         const list = valueList([
+            ['event', events.texts[events.text[row]]],
             ['number in the log', events.number[row] || null],
             ['stored in', this.logs[sensor.log]?.board === null ? this.logs[sensor.log].name : `sel${events.file[row]}, slot ${events.slot[row]}`],
             ['cause', events.causes[events.cause[row]]],
@@ -223,7 +224,9 @@ export class EventTable {
         for (let at = 0; at < record.length;) {
             const here = fields.filter((field) => field.offset <= at && at < field.offset + field.width);
             const width = Math.max(1, ...here.map((field) => field.offset + field.width - at));
-            heads.push(element('th', { scope: 'col', colSpan: width }, here.map((field) => field.name).join(', ') || 'unused'));
+            heads.push(element('th', { scope: 'col', colSpan: width },
+                // Long names may break after each underscore.
+                ...(here.map((field) => field.name).join(', ') || 'unused').split(/(?<=_)/).flatMap((part) => [part, element('wbr')])));
             cells.push(...Array.from(record.subarray(at, at + width), (byte, index) =>
                 element('td', { className: index === 0 ? 'begins' : '' }, byte.toString(16).padStart(2, '0'))));
             at += width;
@@ -258,6 +261,10 @@ export class EventTable {
             if (!this.open.has(position)) {
                 this.toggle(position);
             }
+            // Its details are below it.
+            this.parts.scroller.scrollTop = Math.max(0, this.topOf(position) - this.rowHeight);
+            this.draw();
+            this.parts.scroller.scrollIntoView({ block: 'nearest' });
         }
     }
 

@@ -223,7 +223,7 @@ describe('the example board', () => {
         assert.equal(rows[index][2], `upper non-critical ${sensor.upper_non_critical}, upper critical ${sensor.upper_critical}`);
         assert.ok(rows[index][3].includes(`${number} readings, ${values[0][0]} to ${values.at(-1)[0]}`), rows[index][3]);
         const places = await page.locator('.thresholds').nth(index).evaluate((bar) => ({
-            ticks: [...bar.querySelectorAll('.tick:not(.tick-nominal)')].map((one) => one.getBBox().x),
+            ticks: [...bar.querySelectorAll('.threshold:not(.threshold-nominal)')].map((one) => one.getBBox().x),
             readings: [...bar.querySelectorAll('.reading')].map((one) => one.getBBox().x + one.getBBox().width / 2),
             zones: [...bar.querySelectorAll('rect[fill]')].map((one) => [one.getAttribute('fill'), one.getBBox().x, one.getBBox().x + one.getBBox().width]),
         }));
