@@ -34,6 +34,9 @@ export function showVerdict(report) {
     if (items.length > LISTED) {
         byId('reasons').append(element('li', {}, folded(`${counted(items.length - LISTED, 'more reason')}`, element('ul', {}, ...items.slice(LISTED)))));
     }
+    const { events, undated, other_records: others, first, last } = report.summary;
+    byId('summary').textContent = `${counted(events, 'event')}${first ? ` from ${isoText(first)} to ${isoText(last)}` : ''}, `
+        + `${count(undated)} without a date, ${counted(others, 'other record')}.`;
     const left = report.left_out > 0 ? `${counted(report.left_out, 'event')} left out` : '';
     byId('chosen').textContent = [report.chosen ? `Only events ${report.chosen}` : '', left].filter((part) => part).join('; ');
 }

@@ -61,6 +61,9 @@ describe('the example board', () => {
     it('says its verdict with the reasons', async () => {
         assert.equal(await page.locator('#verdict').getAttribute('data-level'), report.verdict.level);
         assert.equal(await page.locator('#verdict-word').textContent(), report.verdict.text);
+        const { events, undated, other_records: others, first, last } = report.summary;
+        assert.equal(await page.locator('#summary').textContent(),
+            `${grouped(events)} events from ${isoText(first)} to ${isoText(last)}, ${undated} without a date, ${others} other records.`);
         const reasons = await page.locator('#reasons > li').allTextContents();
         assert.equal(reasons.length, report.verdict.reasons.length);
         report.verdict.reasons.forEach((reason, index) => {
@@ -386,6 +389,7 @@ describe('other documents', () => {
         made.fru[0].areas[0].checksum.right = false;
         made.fru[0].problems = ['chassis area: checksum 1Fh'];
         made.memory[3].crc_right = false;
+        made.memory[1].file = made.memory[1].file.replace(/dimm\d/, 'dimm10');
         made.settings[0].areas[0].checksum_right = false;
         made.inputs.push({ name: 'letter.txt', kind: 'not recognised', root: null, problems: [] }, { name: 'secret', kind: 'not readable', root: null, problems: ['permission denied'] });
     }), async (page) => {
@@ -397,6 +401,7 @@ describe('other documents', () => {
         assert.ok((await page.locator('.piece-damaged').count()) > 0);
         assert.match(await page.locator('#inventory article').first().textContent(), /chassis area: checksum 1Fh/);
         assert.equal(await page.locator('.sockets .problems').count(), 1);
+        assert.equal(await page.locator('.sockets').first().locator('li > strong').last().textContent(), 'dimm10');
         assert.equal((await tableOf(page, 'Setting areas in eeprom'))[0][2], 'wrong');
         assert.deepEqual((await tableOf(page, 'Files')).slice(0, 2).map((row) => row.slice(0, 2)), [['letter.txt', 'not recognised'], ['secret', 'not readable']]);
         assert.match(await page.locator('#inputs').textContent(), / read, 2 not recognised or not readable/);

@@ -127,6 +127,17 @@ describe('colours', () => {
         });
     }
 
+    it('are not needed: each severity has a shape and a hatching of its own', async () => {
+        const { page, close } = await browser.open(documentOf([]));
+        const [shapes, hatches] = await page.evaluate(() => ['#legend path', 'pattern path'].map((paths) =>
+            [...document.querySelectorAll(paths)].map((path) => path.getAttribute('d'))));
+        assert.equal(shapes.length, 7);
+        assert.equal(new Set(shapes).size, 7);
+        assert.equal(hatches.length, 6);
+        assert.equal(new Set(hatches).size, 6);
+        await close();
+    });
+
     it('of the reader are those of the timeline', async () => {
         const { page, close } = await browser.open(report, { forcedColors: 'active', colorScheme: 'dark' });
         const [used, wanted] = await page.evaluate(() => {
