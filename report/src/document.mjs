@@ -31,6 +31,28 @@ function makeVisible(value) {
 
 const CODED = new Set(['texts', 'causes', 'columns']);
 
+const LEVELS = ['good', 'warning', 'critical', 'non-recoverable'];
+
+function requireVerdict({ verdict, asserted, summary }) {
+    if (!LEVELS.includes(verdict?.level) || !Array.isArray(verdict.reasons) || typeof summary !== 'object' || summary === null) {
+        throw new Error('its document has no verdict or no summary');
+    }
+    if (verdict.reasons.some((reason) => reason.kind === 'asserted' && !(reason.state < asserted.length))) {
+        throw new Error('its verdict names a state that is not in the document');
+    }
+}
+
+/// Boards of several roots have the same names; with their roots they are told apart.
+function nameLogs(logs) {
+    const times = new Map();
+    logs.forEach(({ name }) => times.set(name, (times.get(name) ?? 0) + 1));
+    for (const log of logs) {
+        if (times.get(log.name) > 1 && log.root) {
+            log.name = `${log.root}: ${log.name}`;
+        }
+    }
+}
+
 /// The document of a page, from its text. Throws an Error that says what is wrong with it.
 export function readDocument(text) {
     let report;
@@ -50,7 +72,9 @@ export function readDocument(text) {
             throw new Error(`its document has no list of ${name}`);
         }
     }
+    requireVerdict(report);
     makeVisible(report);
+    nameLogs(report.logs);
     report.events = readEvents(report.events);
     for (const name of ['asserted', 'sensor_failures', 'unit_failures']) {
         for (const one of report[name]) {

@@ -97,9 +97,20 @@ describe('a document', () => {
         assert.throws(refused((report) => { report.version = 2; }), /has version 2; the page reads version 1/);
         assert.throws(refused((report) => { delete report.fru; }), /no list of fru/);
         assert.throws(refused((report) => { delete report.events; }), /has no events/);
+        assert.throws(refused((report) => { report.verdict.level = 'fine'; }), /no verdict/);
+        assert.throws(refused((report) => { delete report.verdict.reasons; }), /no verdict/);
+        assert.throws(refused((report) => { delete report.summary; }), /no summary/);
+        assert.throws(refused((report) => { report.verdict.reasons = [{ kind: 'asserted', state: 0 }]; }), /a state that is not in the document/);
         assert.throws(refused((report) => { report.asserted = [{ row: 5 }]; }), /asserted names an event/);
         assert.throws(refused((report) => { report.sensor_failures = [{ sensor: 99, first_row: 0 }]; }), /sensor_failures names an event or a sensor/);
         assert.throws(refused((report) => { report.unit_failures = [{ sensors: [0, 99], first_row: 0 }]; }), /unit_failures names an event or a sensor/);
+    });
+
+    it('tells logs of several roots apart', () => {
+        const report = documentOf(syntheticList(200));
+        assert.deepEqual(readDocument(JSON.stringify(report)).logs.slice(0, 2).map((log) => log.name), ['board 0', 'board 1']);
+        report.logs = [...report.logs.slice(0, 2), { ...report.logs[0], root: 'second' }];
+        assert.deepEqual(readDocument(JSON.stringify(report)).logs.map((log) => log.name), ['invented: board 0', 'board 1', 'second: board 0']);
     });
 
     it('shows characters that are not seen', () => {
