@@ -60,11 +60,17 @@ export class Timeline {
         const seen = (sensor) => this.log < 0 || sensor.log === this.log;
         const key = (sensor) => (this.byLog ? sensor.log : sensor);
         const lanes = new Map();
+        // A name that several logs have is told apart by theirs.
+        const logsOf = new Map();
+        events.sensors.forEach((sensor) => {
+            const name = sensorName(sensor);
+            logsOf.set(name, (logsOf.get(name) ?? new Set()).add(sensor.log));
+        });
         events.sensors.forEach((sensor, index) => {
             if (seen(sensor)) {
                 if (!lanes.has(key(sensor))) {
                     const name = this.byLog ? this.logName(sensor.log)
-                        : this.logs.length > 1 ? `${sensorName(sensor)} · ${this.logName(sensor.log)}` : sensorName(sensor);
+                        : logsOf.get(sensorName(sensor)).size > 1 ? `${sensorName(sensor)} · ${this.logName(sensor.log)}` : sensorName(sensor);
                     lanes.set(key(sensor), { name, log: sensor.log, sensors: [], events: 0, rank: events.severities.length });
                 }
                 lanes.get(key(sensor)).sensors.push(index);
@@ -170,7 +176,7 @@ export class Timeline {
 
     measure() {
         const width = this.parts.plot.clientWidth;
-        const left = Math.min(220, Math.max(84, Math.round(width * 0.2)));
+        const left = Math.min(220, Math.max(104, Math.round(width * 0.2)));
         return { width, left, right: width - RIGHT, lanesTop: TOP + HISTOGRAM + AXIS, height: TOP + HISTOGRAM + AXIS + this.lanes.length * LANE + 4 };
     }
 

@@ -135,7 +135,7 @@ describe('a report of few events', () => {
         await press('ArrowDown');
         const said = await page.locator('#readout').textContent();
         await press('Enter');
-        const sensor = said.split(' · ')[0];
+        const sensor = said.split(/ · |:/)[0];
         assert.equal(await listed(page), list.filter((one) => one.sensor_name === sensor).length);
         await reset();
     });
@@ -212,7 +212,7 @@ describe('what the pictures show', () => {
     /// Where the mark of an event at a part of the period is, in px of the plot.
     const placeOf = async (page, part, lane) => {
         const { width } = await page.locator('#plot').boundingBox();
-        const left = Math.min(220, Math.max(84, Math.round(width * 0.2)));
+        const left = Math.min(220, Math.max(104, Math.round(width * 0.2)));
         const columns = Math.floor((width - 12 - left) / 5);
         return { x: left + (Math.floor(part * columns) + 0.5) * (width - 12 - left) / columns, y: 128 + (lane + 0.5) * 18 };
     };
@@ -243,11 +243,11 @@ describe('what the pictures show', () => {
             assert.equal(found, expected, severity);
         }
         await page.locator('#plot').hover({ position: await placeOf(page, part, 0) });
-        assert.match(await page.locator('#readout').textContent(), /^Second · board \d+, 2025-11-13 0\d:\d\d:\d\d: 2 events, the worst critical$/);
+        assert.match(await page.locator('#readout').textContent(), /^Second, 2025-11-13 0\d:\d\d:\d\d: 2 events, the worst critical$/);
         const lanes = [];
         for (let lane = 0; lane < 3; lane++) {
             await page.locator('#plot').press('ArrowDown');
-            lanes.push((await page.locator('#readout').textContent()).replace(/ · board \d+/, ''));
+            lanes.push(await page.locator('#readout').textContent());
         }
         assert.deepEqual(lanes, ['Second: 2 events', 'First: 2 events', 'without a date: 1 event']);
         // In the lane of its sensor there is nothing at the place of an undated event.
@@ -257,6 +257,18 @@ describe('what the pictures show', () => {
         await nextPicture(page);
         const [found, hidden] = await look(page, await placeOf(page, part, 0), 'critical');
         assert.notEqual(found, hidden);
+        await close();
+    });
+
+    it('lanes of sensors that several logs have are named with the log', async () => {
+        const { page, close } = await browser.open(documentOf([0, 1].flatMap((board) => [
+            event({ board, log: 1, sensor_name: 'Fan' }), event({ board, log: 2, sensor_name: `Own ${board}`, severity: 'unrated' })])));
+        const lanes = [];
+        for (let lane = 0; lane < 4; lane++) {
+            await page.locator('#plot').press('ArrowDown');
+            lanes.push(await page.locator('#readout').textContent());
+        }
+        assert.deepEqual(lanes.sort(), ['Fan · board 0: 1 event', 'Fan · board 1: 1 event', 'Own 0: 1 event', 'Own 1: 1 event']);
         await close();
     });
 
