@@ -140,6 +140,9 @@ describe('colours', () => {
 
     it('of the reader are those of the timeline', async () => {
         const { page, close } = await browser.open(report, { forcedColors: 'active', colorScheme: 'dark' });
+        const own = await page.evaluate(() => [...[...document.styleSheets[0].cssRules].find((rule) => rule.selectorText === ':root').style]
+            .filter((name) => name.startsWith('--') && !/^(Canvas|CanvasText|LinkText)$/.test(getComputedStyle(document.documentElement).getPropertyValue(name))));
+        assert.deepEqual(own, []);
         const [used, wanted] = await page.evaluate(() => {
             const canvas = document.getElementById('canvas');
             const { data } = canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height);
