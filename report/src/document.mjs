@@ -53,6 +53,20 @@ function nameLogs(logs) {
     }
 }
 
+/// Files and folders by their names in their root, which is named only where there are several.
+function nameFiles(report) {
+    const placed = [...report.fru, ...report.memory, ...report.processors, ...report.records, ...report.settings, ...report.efi];
+    const several = new Set(placed.map(({ root }) => root ?? null)).size > 1;
+    const inRoot = (path, root) => (root && path.startsWith(`${root}/`) ? path.slice(root.length + 1) : path);
+    for (const one of placed) {
+        const name = one.file === undefined ? 'folder' : 'file';
+        one[name] = `${several && one.root ? `${one.root}: ` : ''}${inRoot(one[name], one.root)}`;
+    }
+    for (const log of report.logs) {
+        log.files.forEach((file) => { file.path = inRoot(file.path, log.root); });
+    }
+}
+
 /// The document of a page, from its text. Throws an Error that says what is wrong with it.
 export function readDocument(text) {
     let report;
@@ -75,6 +89,7 @@ export function readDocument(text) {
     requireVerdict(report);
     makeVisible(report);
     nameLogs(report.logs);
+    nameFiles(report);
     report.events = readEvents(report.events);
     for (const name of ['asserted', 'sensor_failures', 'unit_failures']) {
         for (const one of report[name]) {

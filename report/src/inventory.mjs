@@ -5,8 +5,6 @@ import { bytesOf, hexDump } from './document.mjs';
 import { byId, count, counted, dataTable, element, folded, naturally, plainText, problemList, valueList } from './dom.mjs';
 import { severityMark } from './severity.mjs';
 
-const rootName = (one) => (one.root ? `${one.root}: ` : '');
-
 /// A heading of the inventory, and what is below it, if there is something.
 function part(section, id, title, nodes) {
     if (nodes.length > 0) {
@@ -49,7 +47,7 @@ function fruCard(fru) {
     const fields = [...fru.areas, ...fru.multirecords].flatMap((area) => area.fields.map((field) => ({ area: area.name, ...field })));
     return element('article', { className: 'card' },
         element('h4', {}, fru.problems.length > 0 ? severityMark('warning') : '', fruField(fru, 'name', 'type') || 'FRU image'),
-        element('p', { className: 'quiet' }, `${rootName(fru)}${fru.file}, ${counted(fru.size, 'byte')}`),
+        element('p', { className: 'quiet' }, `${fru.file}, ${counted(fru.size, 'byte')}`),
         problemList(fru.problems),
         valueList([['manufacturer', fruField(fru, 'manufacturer')], ['part number', fruField(fru, 'part-number')],
             ['serial number', fruField(fru, 'serial')], ['version', fruField(fru, 'version')], ['asset tag', fruField(fru, 'asset-tag')]]),
@@ -72,7 +70,7 @@ function memoryGrids(modules) {
     const groups = new Map();
     for (const module of modules) {
         const at = module.file.lastIndexOf('/');
-        const group = `${rootName(module)}${at < 0 ? 'modules' : module.file.slice(0, at)}`;
+        const group = at < 0 ? 'modules' : module.file.slice(0, at);
         groups.set(group, [...(groups.get(group) ?? []), { ...module, socket: module.file.slice(at + 1).replace(/\.[^.]*$/, '') }]);
     }
     return [...groups].sort((a, b) => naturally(a[0], b[0])).flatMap(([group, members]) => {
@@ -101,7 +99,7 @@ function socketCard(module) {
 
 function processorTable(processors) {
     return dataTable('Processors', [
-        { name: 'File', cell: (one) => `${rootName(one)}${one.file}` },
+        { name: 'File', cell: (one) => one.file },
         { name: 'Model', cell: (one) => one.model_name },
         { name: 'Stepping', cell: (one) => one.stepping },
         { name: 'Speed in MHz', cell: (one) => (one.speed_mhz ? count(one.speed_mhz) : ''), number: true },
@@ -123,7 +121,7 @@ const GROUPS = [
 /// A table for each record; the short ones of firmware are open.
 function recordTables(title, records) {
     return records.map((record) => {
-        const made = folded(`${rootName(record)}${record.file}: ${record.description}`, dataTable(`${record.class} of ${record.file}`, [
+        const made = folded(`${record.file}: ${record.description}`, dataTable(`${record.class} of ${record.file}`, [
             { name: 'Field', cell: (field) => field.name },
             { name: 'Value', cell: (field) => plainText(field.value) },
             { name: 'Meaning', cell: (field) => field.meaning },

@@ -113,6 +113,17 @@ describe('a document', () => {
         assert.deepEqual(readDocument(JSON.stringify(report)).logs.map((log) => log.name), ['invented: board 0', 'board 1', 'second: board 0']);
     });
 
+    it('names files by their root only where there are several', () => {
+        const at = (root, file) => ({ root, file });
+        const report = documentOf([], { memory: [at('/a', '/a/spd/dimm0.bin'), at('/a', '/b/dimm1.bin')], efi: [{ root: '/a', folder: '/a/eeprom' }] });
+        report.logs[0].root = '/a';
+        report.logs[0].files = [{ path: '/a/tmp/sel' }];
+        const names = (one) => [...one.memory.map(({ file }) => file), one.efi[0].folder, one.logs[0].files[0].path];
+        assert.deepEqual(names(readDocument(JSON.stringify(report))), ['spd/dimm0.bin', '/b/dimm1.bin', 'eeprom', 'tmp/sel']);
+        report.memory[1].root = null;
+        assert.deepEqual(names(readDocument(JSON.stringify(report))), ['/a: spd/dimm0.bin', '/b/dimm1.bin', '/a: eeprom', 'tmp/sel']);
+    });
+
     it('shows characters that are not seen', () => {
         assert.equal(visible('a\u202Eb\u0000\x1B\n\x7F\x85\u00AD\u200B\u2028\uFEFF\uD800 é\u{1F525}'),
             'a<U+202E>b\\x00\\x1B\\x0A\\x7F\\x85<U+00AD><U+200B><U+2028><U+FEFF><U+D800> é\u{1F525}');

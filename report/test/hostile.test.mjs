@@ -119,9 +119,8 @@ describe('400 hostile strings', () => {
         const places = placesIn(JSON.stringify({ ...report, events: null }));
         assert.ok(places.size > 55, `${places.size} places`);
         allShown(places, shown);
-        for (const text of HOSTILE.map(visible)) {
-            assert.ok((await page.locator('h1').textContent()).includes(text));
-        }
+        const heading = await page.locator('h1').textContent();
+        assert.deepEqual(HOSTILE.map(visible).filter((text) => !heading.includes(text)), []);
         assert.ok((await page.title()).startsWith('<img src=x onerror=window.stolen=1>'));
         await nothingRan(page, heard);
         await close();
