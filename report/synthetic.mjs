@@ -88,7 +88,7 @@ export function synthetic(count = COUNT, seed = 1) {
     return documentOf(list, {
         title: 'Health of an invented server', events, asserted: states, ...more,
         verdict: states.length === 0 ? { level: 'good', text: 'Nothing is still asserted', reasons: [] }
-            : { level: 'critical', text: 'Critical: 1 still asserted', reasons: [{ kind: 'asserted', severity: 'critical', state: 0 }] },
+            : { level: 'critical', text: '1 state still asserted', reasons: [{ kind: 'asserted', severity: 'critical', state: 0 }] },
     });
 }
 

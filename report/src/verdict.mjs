@@ -43,7 +43,8 @@ export function showVerdict(report) {
 
 function setVerdict(level, text) {
     byId('verdict').dataset.level = level;
-    byId('verdict-word').replaceChildren(severityMark(level), text);
+    const word = level === 'good' ? '' : `${level[0].toUpperCase()}${level.slice(1)}: `;
+    byId('verdict-word').replaceChildren(severityMark(level), `${word}${text}`);
 }
 
 /// A part of the page that could not be drawn is a reason, too.

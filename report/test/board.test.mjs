@@ -63,7 +63,7 @@ describe('the example board', () => {
 
     it('says its verdict with the reasons', async () => {
         assert.equal(await page.locator('#verdict').getAttribute('data-level'), report.verdict.level);
-        assert.equal(await page.locator('#verdict-word').textContent(), report.verdict.text);
+        assert.equal(await page.locator('#verdict-word').textContent(), `Critical: ${report.verdict.text}`);
         const { events, undated, other_records: others, first, last } = report.summary;
         assert.equal(await page.locator('#summary').textContent(),
             `${grouped(events)} events from ${isoText(first)} to ${isoText(last)}, ${undated} without a date, ${others} other records.`);

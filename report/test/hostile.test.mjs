@@ -109,7 +109,7 @@ describe('400 hostile strings', () => {
         assert.deepEqual(missing.slice(0, 5), [], `${missing.length} texts are missing`);
     };
 
-    it('are shown in every place but events, and none of them runs', { timeout: 60000 }, async () => {
+    it('are shown in every place but events, and none of them runs', { timeout: 120000 }, async () => {
         const report = hostileDocument();
         const { page, heard, close } = await browser.open(report);
         const shown = await page.evaluate(() => {
@@ -126,7 +126,7 @@ describe('400 hostile strings', () => {
         await close();
     });
 
-    it('are shown in events, and none of them runs', { timeout: 60000 }, async () => {
+    it('are shown in events, and none of them runs', { timeout: 120000 }, async () => {
         const { page, heard, close } = await browser.open(hostileEvents());
         const shown = await page.evaluate(async () => {
             // Each event of the table is opened, read and closed again.

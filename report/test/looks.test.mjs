@@ -56,6 +56,9 @@ describe('what is accessible', () => {
             table.caption.textContent === '' || [...table.tHead.rows[0].cells].some((cell) => cell.localName !== 'th' || cell.scope !== 'col' || cell.textContent === '')
             || [...table.tBodies[0].rows].some((row) => row.cells[0].localName !== 'th' || row.cells[0].scope !== 'row')).length);
         assert.equal(bare, 0);
+        const heads = await page.locator('#events-table > thead th').evaluateAll((cells) => cells.map((cell) => [cell.scope, cell.textContent]));
+        assert.deepEqual(heads, ['Time', 'Severity', 'Log', 'Sensor', 'Event', 'Direction'].map((name) => ['col', name]));
+        assert.equal(await page.locator('#rows th[scope=row]').count(), await page.locator('#rows tr').count());
         await close();
     });
 

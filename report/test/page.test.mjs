@@ -41,7 +41,7 @@ describe('a report of few events', () => {
     });
 
     it('says the verdict and goes to its event', async () => {
-        assert.match(await page.locator('#verdict').innerText(), /Critical: 1 still asserted/);
+        assert.match(await page.locator('#verdict').innerText(), /Critical: 1 state still asserted/);
         const last = list.findLast((one) => one.severity === 'critical');
         assert.ok((await page.locator('#reasons li').innerText()).includes(last.event));
         await page.locator('#reasons a').click();
