@@ -17,7 +17,7 @@ export function showInputs(report) {
             { name: 'Name', cell: (input) => input.name },
             { name: 'Kind', cell: (input) => element('span', {}, worth(input) === 0 ? severityMark('warning') : '', input.kind) },
             { name: 'From', cell: (input) => input.root },
-            { name: 'Problems', cell: (input) => [...(input.left_out ? ['left out'] : []), ...input.problems].join('; ') },
+            { name: 'Problems', cell: (input) => (input.problems.length === 0 && input.left_out ? 'left out' : input.problems.join('; ')) },
         ], inputs, Math.max(20, inputs.filter((input) => worth(input) === 0).length)));
     }
 }

@@ -21,7 +21,7 @@ function reasonItem(report, reason) {
     const log = report.logs[state.log]?.name ?? '';
     const name = stateName(state);
     return element('li', {}, severityMark(reason.severity), element('strong', {}, `${name} (${log})`),
-        ` ${state.event}, ${reason.severity}, since ${isoText(state.since)} `, eventLink(state.row, 'show the event', `Show the event of ${name}, ${log}`));
+        ` ${state.event}, ${reason.severity}, ${state.since ? `since ${isoText(state.since)}` : 'without a date'} `, eventLink(state.row, 'show the event', `Show the event of ${name}, ${log}`));
 }
 
 /// The verdict and its reasons. It is good only if the document gives no reason and leaves out nothing.

@@ -396,12 +396,14 @@ describe('other documents', () => {
         made.memory[3].crc_right = false;
         made.memory[1].file = made.memory[1].file.replace(/dimm\d/, 'dimm10');
         made.settings[0].areas[0].checksum_right = false;
-        Object.assign(made.inputs[0], { left_out: true, problems: ['too many'] });
+        Object.assign(made.inputs[0], { left_out: true });
+        made.asserted[0].since = null;
         made.inputs.push({ name: 'letter.txt', kind: 'not recognised', root: null, problems: [] }, { name: 'secret', kind: 'not readable', root: null, problems: ['permission denied'] });
     });
 
     it('say what is damaged or missing', () => open(damaged, async (page) => {
         assert.ok((await page.locator('#overview-cards > li').first().textContent()).includes('1 damage'));
+        assert.ok((await page.locator('#reasons > li').first().textContent()).includes(', critical, without a date '));
         const stores = await page.locator('#stores').textContent();
         for (const text of ['Event log board 0: not sound', 'a damaged tail', '3 records lost', '2 gaps: 15 records missing.', 'No record is missing']) {
             assert.ok(stores.includes(text), text);
@@ -412,7 +414,7 @@ describe('other documents', () => {
         assert.equal(await page.locator('.sockets').first().locator('li > strong').last().textContent(), 'dimm10');
         assert.equal((await tableOf(page, 'Setting areas in eeprom'))[0][2], 'wrong');
         const worst = (await tableOf(page, 'Files')).slice(0, 3);
-        assert.deepEqual(worst.map((row) => [row[0], row[1], row[3]]), [[damaged.inputs[0].name, damaged.inputs[0].kind, 'left out; too many'],
+        assert.deepEqual(worst.map((row) => [row[0], row[1], row[3]]), [[damaged.inputs[0].name, damaged.inputs[0].kind, 'left out'],
             ['letter.txt', 'not recognised', ''], ['secret', 'not readable', 'permission denied']]);
         assert.match(await page.locator('#inputs').textContent(), / read, 3 not recognised, not readable or left out/);
     }));
