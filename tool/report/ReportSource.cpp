@@ -50,10 +50,18 @@ std::string trimmed(std::string path)
     return path;
 }
 
-/// A path that the library made, as the user would write it.
-std::string givenPath(const std::string& path, const std::string& root)
+/// A path or text that the library made, with the root as the user wrote it.
+std::string givenPath(std::string text, const std::string& root)
 {
-    return root + path.substr(TAVLib::systemRoot().size());
+    const std::string made = TAVLib::systemRoot();
+    if (made.empty()) {
+        return text;
+    }
+    for (std::size_t at = text.find(made); at != std::string::npos;
+         at = text.find(made, at + root.size())) {
+        text.replace(at, made.size(), root);
+    }
+    return text;
 }
 
 /// Whether a folder has what replaces the system's root: folders for logs, or the configuration.
@@ -219,11 +227,11 @@ void ReportSource::addBoard(unsigned char board, const std::string& root)
     log.findings = check.getFindings();
     log.names = namesOfRoot[root];
     for (SELStoreCheck::File& file : log.files) {
-        known.insert(givenPath(file.path, root));
-        file.path = asShown(file.path);
+        file.path = givenPath(file.path, root);
+        known.insert(file.path);
     }
     for (SELStoreCheck::Finding& finding : log.findings) {
-        finding.text = asShown(finding.text);
+        finding.text = givenPath(finding.text, root);
     }
     std::vector<LogProblem> found;
     std::vector<Event>& events = logs.emplace_back(NewEvents(board).take(found));
@@ -235,8 +243,8 @@ void ReportSource::addBoard(unsigned char board, const std::string& root)
     }
     applyRules(EventNames::ruleFiles(arguments, EventNames::BOARDS), events);
     for (LogProblem& problem : found) {
-        problem.path = asShown(problem.path);
-        problem.text = asShown(problem.text);
+        problem.path = givenPath(problem.path, root);
+        problem.text = givenPath(problem.text, root);
     }
     logProblems.add(board, found);
     logProblems.report(LogProblems::SHOWN);

@@ -479,6 +479,26 @@ TEST(ReportInputs, SavedEventsAreNamedByTheGivenRepository)
     EXPECT_EQ(document["sensors"].size(), 50U);
 }
 
+TEST(ReportInputs, HaveTheNamesThatTheUserGave)
+{
+    const ScratchRoot root;
+    const std::string other = root.path() + "/a board";
+    fs::copy(BOARD, other, fs::copy_options::recursive);
+    fs::resize_file(other + "/tmp/sb0_bmc_sel0", 50000);
+    const Outcome outcome =
+        run(Arguments{"sh", "-c", "cd \"$1\"; shift; exec \"$@\"", "sh", root.path()} +
+            ourCommand({"report", "a board/", "--json"}));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.err.find("recordkit: a board/tmp/sb0_bmc_sel0: "), std::string::npos);
+    EXPECT_EQ(outcome.err.find(root.path()), std::string::npos) << outcome.err;
+    EXPECT_EQ(outcome.out.find(root.path()), std::string::npos);
+    const Json document = Json::parse(outcome.out);
+    EXPECT_EQ(document["logs"][0]["files"][0]["path"], "a board/tmp/sb0_bmc_sel0");
+    EXPECT_EQ(document["inputs"][0]["name"], "a board");
+    EXPECT_EQ(document["title"], "Report on a board");
+    EXPECT_EQ(document["fru"][0]["file"], "a board/fru/chassis.bin");
+}
+
 TEST(ReportInputs, SeveralRootsAreSeveralBoardsWithTheirOwnNames)
 {
     const ScratchRoot root;
