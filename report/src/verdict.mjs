@@ -38,7 +38,7 @@ export function showVerdict(report) {
     byId('summary').textContent = `${counted(events, 'event')}${first ? ` from ${isoText(first)} to ${isoText(last)}` : ''}, `
         + `${count(undated)} without a date, ${counted(others, 'other record')}.`;
     const left = report.left_out > 0 ? `${counted(report.left_out, 'event')} left out` : '';
-    byId('chosen').textContent = [report.chosen ? `Only events ${report.chosen}` : '', left].filter((part) => part).join('; ');
+    byId('chosen').textContent = [report.chosen ? `Not all events, only: ${report.chosen}` : '', left].filter((part) => part).join('; ');
 }
 
 function setVerdict(level, text) {

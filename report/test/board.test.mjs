@@ -363,7 +363,7 @@ describe('other documents', () => {
 
     it('that leave events out are not good', () => open(documentOf([], { chosen: 'since 2026-11-19 00:00', left_out: 1234 }), async (page) => {
         assert.equal(await level(page), 'warning');
-        assert.equal(await page.locator('#chosen').textContent(), 'Only events since 2026-11-19 00:00; 1,234 events left out');
+        assert.equal(await page.locator('#chosen').textContent(), 'Not all events, only: since 2026-11-19 00:00; 1,234 events left out');
     }));
 
     it('with reasons are not good, and fold the long rest of them', () => open(documentOf([], { verdict: {
