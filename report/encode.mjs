@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Writes the part for events of a report's document; DOCUMENT.md describes it.
+// Writes the part for events of a report's document; docs/report.schema.json defines it.
 
 import { Buffer } from 'node:buffer';
 

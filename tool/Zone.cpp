@@ -51,6 +51,11 @@ inspect::Zone chosenZone()
     return zone;
 }
 
+void chooseUtc()
+{
+    zone = nullptr;
+}
+
 void chooseLocalZone()
 {
     ::tzset();

@@ -15,6 +15,9 @@ constexpr std::size_t OFFSET_WIDTH = 6;
 /// The time zone of event times, UTC until one is chosen; nullptr for UTC.
 inspect::Zone chosenZone();
 
+/// Chooses UTC again, for an answer that is in UTC whatever zone its options are in.
+void chooseUtc();
+
 /// Chooses the zone of the machine, or that of the variable TZ.
 void chooseLocalZone();
 

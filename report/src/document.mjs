@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Reads the report's document; DOCUMENT.md describes it.
+// Reads the report's document; docs/report.schema.json defines it.
 
 // More rows than this would be higher than what a browser lays out.
 const MOST_EVENTS = 500000;

@@ -87,7 +87,7 @@ only tool/print/ 'nlohmann' "the JSON library"
 only tool/cli/ 'CLI/|CLI::' "parsing of the command line"
 # Floors of the command: print and cli serve the sub-commands, and cli uses print.
 if grep -nE '#include "(\.\./)?(cli|sel|fru|sdr|spd|eeprom|cpu|node|severity|decode)/' tool/print/* ||
-    grep -nE '#include "\.\./(sel|fru|sdr|spd|eeprom|cpu|node|severity|decode)/' tool/cli/* ||
+    grep -nE '#include "\.\./(sel|fru|sdr|spd|eeprom|cpu|node|severity|decode|report)/' tool/cli/* ||
     grep -nE '#include "\.\./Commands.h"' tool/cli/* tool/print/*; then
     echo "tool/print and tool/cli do not know the sub-commands"
     wrong=1
@@ -97,9 +97,10 @@ if grep -rn '#include [<"]tool/' recordkit; then
     wrong=1
 fi
 
-for file in $(find .ci cmake recordkit tool tests bench fuzz examples docs dev CMakeLists.txt README.md \
-    -type f ! -path 'examples/data/*' ! -path 'examples/board/*' \
-    ! -path 'fuzz/corpus/*'); do
+for file in $(find .ci cmake recordkit tool report tests bench fuzz examples docs dev CMakeLists.txt README.md \
+    -type f ! -path 'examples/data/*' ! -path 'examples/board/*' ! -path 'fuzz/corpus/*' \
+    ! -path 'report/node_modules/*' ! -path 'report/out/*' ! -name 'package*.json' ! -name d3-license.txt \
+    ! -name '*.png'); do
     if ! head -n 3 "$file" | grep -q 'SPDX-License-Identifier: Apache-2.0'; then
         echo "$file: no SPDX line"
         wrong=1

@@ -3,7 +3,8 @@
 # Runs every command line of the documentation, and compares its output with that in the page.
 #
 #   docs.sh check SOURCE-FOLDER COMMAND    fails where they differ
-#   docs.sh write SOURCE-FOLDER COMMAND    puts what is printed into the pages
+#   docs.sh write SOURCE-FOLDER COMMAND    puts what is printed into the pages, and makes the pictures
+#                                          of a report again where the report's tests can run
 #
 # In an indented block, a line that begins with "$ " is run, and what it prints is what follows up
 # to the next such line or the end of the block; a line that begins with "recordkit " is run and
@@ -96,6 +97,15 @@ peers_row() {
     printf '%s\n' "$1" | grep -qE '`[A-Z][A-Za-z]*[.][A-Z][A-Za-z0-9]*` \|$|`[A-Z][A-Za-z]*[.][A-Z][A-Za-z0-9]*`, ' ||
         echo "docs: docs/peers.md: a row without a test: $1" >&2
 }
+
+# The picture of the README is that of a report; the report's own tests compare it.
+if [ "$action" = write ] && [ -d "$source/report/node_modules" ]; then
+    (cd "$source/report" && REPORT_TEMPLATE=$(dirname "$command")/../report/page.html \
+        REPORT_COMMAND=$command npm run --silent screenshots >"$scratch/pictures") || {
+        cat "$scratch/pictures" >&2
+        exit 1
+    }
+fi
 
 status=0
 cd "$source"

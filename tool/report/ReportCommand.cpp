@@ -11,6 +11,7 @@
 #include "../Commands.h"
 #include "../Files.h"
 #include "../OutputFile.h"
+#include "../Zone.h"
 #include "../print/Json.h"
 #include "../print/Output.h"
 #include "ReportDocument.h"
@@ -57,12 +58,16 @@ void run(const Arguments& arguments)
         throw usageError("expected -o FILE for the page, or --json for its document");
     }
     const unsigned int now = timeOfReport();
+    chooseUtc();
     ReportSource source(arguments);
     const Report& report = source.getReport();
     const ReportHead head = {titleOf(arguments, report), now, source.chosen()};
     const Value document = reportDocument(report, head);
     if (arguments.isJson()) {
         print(jsonText(document) + "\n");
+    } else if (report.events.size() > MOST_EVENTS_OF_PAGE) {
+        throw dataError(fmt::format("{}, a page shows at most {}; --since chooses fewer",
+                                    counted(report.events.size(), "event"), MOST_EVENTS_OF_PAGE));
     } else {
         writeOutput(arguments.text("-o"), reportPage(document));
         const ReportVerdict verdict = judge(report, now);
@@ -94,7 +99,8 @@ Command reportCommand()
             "what failed most, inventory, sensors, stores. Files are recognised by their content, "
             "records of boards by their names, which begin with the class: SBBoardInfo.sb0.bin. "
             "What cannot be read or recognised is reported and listed on the page; the status is "
-            "then 1 or 3. SOURCE_DATE_EPOCH replaces the time at which the page was made. --json "
+            "then 1 or 3. Times on it are in UTC; --tz is for those of --since and --until. "
+            "SOURCE_DATE_EPOCH replaces the time at which the page was made. --json "
             "prints the document of the page, which docs/report.schema.json "
             "defines."};
 }

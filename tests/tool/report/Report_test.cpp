@@ -10,6 +10,7 @@
 #include "support/Process.h"
 #include "support/ScratchRoot.h"
 #include "support/SdrRecords.h"
+#include "tool/report/ReportPage.h"
 
 using namespace testing_support;
 namespace fs = std::filesystem;
@@ -625,6 +626,27 @@ TEST(ReportChoice, LeavesEventsOutAndSaysSo)
     }
     EXPECT_EQ(withoutRow, 1U);
     EXPECT_EQ(document["verdict"]["reasons"].back()["kind"], "left out");
+}
+
+TEST(ReportChoice, ReadsTimesInTheChosenZoneAndShowsUtc)
+{
+    const Outcome outcome = command({"--tz", "+05:00", "report", BOARD, "--json", "--since",
+                                     "2026-11-20 19:02:31", "--until", "2026-11-20 19:02:31"});
+    const Json document = Json::parse(outcome.out);
+    EXPECT_EQ(document["summary"]["first"], "2026-11-20T14:02:31Z");
+    EXPECT_EQ(document["asserted"][0]["since"], "2026-11-20T14:02:31Z");
+    EXPECT_EQ(document["logs"][0]["status"], board()["logs"][0]["status"]);
+    EXPECT_EQ(document["summary"]["hours"],
+              Json::parse(R"([{"hour": "2026-11-20T14:00:00Z", "events": 1}])"));
+}
+
+TEST(ReportPage, AreAtMostSoLargeThatTheyCanBeShown)
+{
+    const Bytes bytes = readFile(RECORDKIT_SOURCE "/report/src/document.mjs");
+    const std::string source(bytes.begin(), bytes.end());
+    EXPECT_NE(source.find("const MOST_EVENTS = " +
+                          std::to_string(recordkit::tool::MOST_EVENTS_OF_PAGE) + ";"),
+              std::string::npos);
 }
 
 TEST(ReportPage, ContainsTheDocumentAndNoMarkupOfIt)
