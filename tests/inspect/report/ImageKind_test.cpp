@@ -344,6 +344,8 @@ TEST(ImageKind, FruWithOneByteOfItsHeaderWrong)
 {
     const Bytes image = fruImage(boardArea({"maker", "name", "serial", "part", "file"}));
     ASSERT_EQ(kindOf(image), ImageKind::FRU);
+    ASSERT_LE(image.size(), 135U);
+    EXPECT_EQ(kindOf(image, "BMCLog.bin"), ImageKind::FRU);
     EXPECT_EQ(damageEach(image, 8, ImageKind::FRU), 0U);
     Bytes large = image;
     large[7] ^= 1;
@@ -470,6 +472,11 @@ TEST(ImageKind, ProcessorRomByThreeChecksums)
     EXPECT_EQ(kindOf(cpuRom(1)), ImageKind::UNKNOWN);
     Bytes rom = cpuRom(2);
     rom[40] ^= 1; // in the second block
+    EXPECT_EQ(kindOf(rom), ImageKind::UNKNOWN);
+    // Three blocks, but not that of the processor.
+    rom = summed({2, 0x80, 0, 0, 14, 0, 0, 0, 0, 0, 29, 0, 0}) +
+          summed({0, 0, 0, 0x12, 0x10, 0x27, 0x34, 0x12, 1, 2, 3, 4, 5, 6}) +
+          summed({1, 2, 3, 4, 5, 6, 7, 8}) + Bytes(90, 0);
     EXPECT_EQ(kindOf(rom), ImageKind::UNKNOWN);
     // Blocks of zeroes, and blocks in the place of others, say nothing.
     rom = cpuRom(1);
