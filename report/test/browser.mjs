@@ -16,11 +16,14 @@ export const readTemplate = () => readFileSync(process.env.REPORT_TEMPLATE
 
 const here = (path) => fileURLToPath(new URL(path, import.meta.url));
 
+/// The command of the build.
+export const command = () => process.env.REPORT_COMMAND ?? here('../../build/dev/tool/recordkit');
+
 /// The document of the example board.
 export function readExample() {
     const options = { encoding: 'utf8', maxBuffer: 1 << 28, cwd: here('../..') };
     const report = JSON.parse(process.env.REPORT_DOCUMENT ? readFileSync(process.env.REPORT_DOCUMENT, 'utf8')
-        : execFileSync(process.env.REPORT_COMMAND ?? here('../../build/dev/tool/recordkit'), ['report', 'examples/board', '--json'], options));
+        : execFileSync(command(), ['report', 'examples/board', '--json'], options));
     // The same pictures at any time.
     report.made.time = '2026-11-21T00:00:00Z';
     return report;
@@ -67,7 +70,7 @@ export class Browser {
     /// The same for a page that is there. Errors, console messages and requests are collected.
     async openFile(file, { hash = '', ...options } = {}, ready = '#contents li') {
         const context = await this.browser.newContext({ viewport: { width: 1280, height: 900 }, ...options });
-        context.setDefaultTimeout(5000);
+        context.setDefaultTimeout(60000);
         const page = await context.newPage();
         const heard = { errors: [], requests: [] };
         page.on('pageerror', (error) => heard.errors.push(error.message));

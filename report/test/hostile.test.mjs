@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 
 import assert from 'node:assert/strict';
+import { execFileSync } from 'node:child_process';
+import { mkdirSync, readFileSync, writeFileSync } from 'node:fs';
+import { join } from 'node:path';
 import { after, before, describe, it } from 'node:test';
 import { encodeEvents } from '../encode.mjs';
 import { scriptJson } from '../fill.mjs';
 import { visible } from '../src/document.mjs';
 import { documentOf, syntheticList } from '../synthetic.mjs';
-import { Browser, readTemplate } from './browser.mjs';
+import { Browser, command, readTemplate } from './browser.mjs';
 import { HOSTILE } from './hostile.mjs';
 
 const browser = new Browser();
@@ -109,7 +112,7 @@ describe('400 hostile strings', () => {
         assert.deepEqual(missing.slice(0, 5), [], `${missing.length} texts are missing`);
     };
 
-    it('are shown in every place but events, and none of them runs', { timeout: 120000 }, async () => {
+    it('are shown in every place but events, and none of them runs', { timeout: 300000 }, async () => {
         const report = hostileDocument();
         const { page, heard, close } = await browser.open(report);
         const shown = await page.evaluate(() => {
@@ -126,7 +129,7 @@ describe('400 hostile strings', () => {
         await close();
     });
 
-    it('are shown in events, and none of them runs', { timeout: 120000 }, async () => {
+    it('are shown in events, and none of them runs', { timeout: 300000 }, async () => {
         const { page, heard, close } = await browser.open(hostileEvents());
         const shown = await page.evaluate(async () => {
             // Each event of the table is opened, read and closed again.
@@ -163,6 +166,64 @@ describe('400 hostile strings', () => {
     it('do not end the script element', () => {
         assert.equal(scriptJson(HOSTILE).includes('<'), false);
         assert.deepEqual(JSON.parse(scriptJson(HOSTILE)), HOSTILE);
+    });
+});
+
+/// A compact sensor record with a name (IPMI v2.0, section 43.2).
+function sensorRecord(id, name) {
+    const body = Buffer.alloc(27);
+    body[0] = 0x20; // its owner
+    body[2] = id & 0xFF;
+    body[3] = 10; // its entity
+    body[7] = 8; // power supply
+    body[8] = 0x6F;
+    body[26] = 0xC0 | name.length;
+    const content = Buffer.concat([body, Buffer.from(name, 'latin1')]);
+    return Buffer.concat([Buffer.from([id & 0xFF, id >> 8, 0x51, 2, content.length]), content]);
+}
+
+describe('hostile strings in what a board saved', () => {
+    const folder = () => join(browser.folder, 'saved');
+    // What a field of a FRU image can contain: 8-bit characters, at most 63 of them.
+    const texts = HOSTILE.filter((text) => /^[ -~]{2,63}$/.test(text));
+    // Names of files are UTF-8 here, in which half a surrogate pair is U+FFFD.
+    const names = HOSTILE.map((text, index) => Buffer.from(`${index} ${text.replaceAll('/', '\\').replaceAll('\0', '')}`.slice(0, 80)).toString());
+    const sensors = [...new Set(HOSTILE.map((text) => text.replace(/[^ -~]/g, '').slice(0, 16)).filter((text) => text.length > 1))];
+
+    it('are written by the command as data', { timeout: 300000 }, async () => {
+        assert.ok(texts.length > 200, `${texts.length} texts`);
+        mkdirSync(folder());
+        const recordkit = (words, options = {}) => execFileSync(command(), words, { stdio: 'pipe', maxBuffer: 1 << 28, ...options });
+        const PER_IMAGE = 20;
+        for (let from = 0; from < texts.length; from += PER_IMAGE) {
+            const [part, serial, ...custom] = texts.slice(from, from + PER_IMAGE);
+            recordkit(['fru', 'create', '--from', '-', '-o', join(folder(), `fru${from}.bin`)],
+                { input: JSON.stringify({ product: { 'part-number': part, serial: serial ?? 'SN', name: part, custom } }) });
+        }
+        writeFileSync(join(folder(), 'sdr.bin'), Buffer.concat(sensors.map((name, index) => sensorRecord(index + 1, name))));
+        const image = readFileSync(join(folder(), 'fru0.bin'));
+        for (const name of names) {
+            writeFileSync(join(folder(), name), image);
+        }
+        const page = join(browser.folder, 'saved.html');
+        const title = HOSTILE.map((text) => text.replaceAll('\0', '')).join(' ');
+        try {
+            recordkit(['report', folder(), '--title', title, '-o', page]);
+        } catch (failure) {
+            assert.equal(failure.status, 1, failure.stderr?.toString()); // many images have the same serial number
+        }
+        const { page: shownPage, heard, close } = await browser.openFile(page, {}, 'h1');
+        await shownPage.waitForFunction(() => document.querySelectorAll('#inputs tbody tr').length > 0);
+        const shown = await shownPage.evaluate(() => {
+            document.querySelectorAll('.more').forEach((button) => button.click());
+            return document.documentElement.textContent;
+        });
+        const missing = [...texts, ...sensors, ...names].filter((text) => !shown.includes(visible(text)));
+        assert.deepEqual(missing.slice(0, 5), [], `${missing.length} texts are missing`);
+        assert.equal(await shownPage.evaluate(() => window.stolen), undefined);
+        assert.deepEqual(heard.errors, []);
+        assert.deepEqual(heard.requests, [heard.url]);
+        await close();
     });
 });
 

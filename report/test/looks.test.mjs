@@ -35,7 +35,7 @@ describe('what is accessible', () => {
         ['in colours of the reader', { forcedColors: 'active' }],
     ];
     for (const [name, options] of looks) {
-        it(`${name}: no violation, nothing beside the page`, { timeout: 60000 }, async () => {
+        it(`${name}: no violation, nothing beside the page`, { timeout: 300000 }, async () => {
             const { page, heard, close } = await browser.open(report, options);
             await unfold(page);
             // axe-core is added by the browser's debugger, which the policy does not bind.
@@ -62,7 +62,7 @@ describe('what is accessible', () => {
         await close();
     });
 
-    it('reaches everything that can be used by Tab', { timeout: 60000 }, async () => {
+    it('reaches everything that can be used by Tab', { timeout: 300000 }, async () => {
         const { page, close } = await browser.open(report);
         const wanted = await page.evaluate(() => {
             const seen = [...document.querySelectorAll('a[href], button, input, select, summary, [tabindex="0"]')]
