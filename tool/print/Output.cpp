@@ -32,14 +32,7 @@ void showInsteadOf(const std::string& text, const std::string& shown)
 
 std::string asShown(std::string text)
 {
-    if (hiddenText.empty()) {
-        return text;
-    }
-    for (std::size_t at = text.find(hiddenText); at != std::string::npos;
-         at = text.find(hiddenText, at + shownText.size())) {
-        text.replace(at, hiddenText.size(), shownText);
-    }
-    return text;
+    return inspect::withReplaced(std::move(text), hiddenText, shownText);
 }
 
 void print(const std::string& text)

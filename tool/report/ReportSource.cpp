@@ -8,7 +8,7 @@
 
 #include <recordkit/eeprom/PanelEEPROMIndex.h>
 #include <recordkit/host/HostRoot.h>
-#include <recordkit/host/Machine.h>
+#include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/event/AssertedEvents.h>
 #include <recordkit/inspect/event/EventRules.h>
 #include <recordkit/inspect/log/NewEvents.h>
@@ -41,27 +41,23 @@ constexpr const char* EEPROM_KIND = "EEPROM";
 constexpr const char* UNREADABLE_KIND = "not readable";
 constexpr const char* ROOT_KIND = "root";
 
-/// A path without slashes at its end.
-std::string trimmed(std::string path)
+/// How many boards a root can have: a board's number is one byte.
+constexpr int MOST_BOARDS = 256;
+
+/// A path in the form in which the same file always has the same one.
+std::string normal(const std::string& path)
 {
-    while (path.size() > 1 && path.back() == '/') {
-        path.pop_back();
+    std::string text = fs::path(path).lexically_normal();
+    if (text.size() > 1 && text.back() == '/') {
+        text.pop_back();
     }
-    return path;
+    return text;
 }
 
 /// A path or text that the library made, with the root as the user wrote it.
-std::string givenPath(std::string text, const std::string& root)
+std::string givenPath(const std::string& text, const std::string& root)
 {
-    const std::string made = TAVLib::systemRoot();
-    if (made.empty()) {
-        return text;
-    }
-    for (std::size_t at = text.find(made); at != std::string::npos;
-         at = text.find(made, at + root.size())) {
-        text.replace(at, made.size(), root);
-    }
-    return text;
+    return withReplaced(text, TAVLib::systemRoot(), root);
 }
 
 /// Whether a folder has what replaces the system's root: folders for logs, or the configuration.
@@ -147,13 +143,14 @@ ReportSource::ReportSource(const Arguments& given) : arguments(given)
     const std::string usualRoot = TAVLib::host::givenSystemRoot();
     if (paths.empty()) {
         requireLogs();
-        addRoot(usualRoot);
-        if (!usualRoot.empty()) {
-            addFolder(usualRoot, usualRoot);
+        if (usualRoot.empty()) {
+            addRoot(usualRoot);
+        } else {
+            add(usualRoot);
         }
     }
     for (const std::string& path : paths) {
-        add(trimmed(path));
+        add(normal(path));
     }
     Progress progress(files.size());
     for (std::size_t i = 0; i < files.size(); ++i) {
@@ -176,9 +173,6 @@ void ReportSource::add(const std::string& path)
     std::error_code error;
     if (!fs::is_directory(path, error)) {
         files.push_back({path, "", true});
-    } else if (isRoot(path)) {
-        addRoot(path);
-        addFolder(path, path);
     } else {
         addFolder(path, "");
     }
@@ -191,7 +185,7 @@ void ReportSource::addRoot(const std::string& path)
     report.inputs.push_back({{name, path}, ROOT_KIND, false, {}});
     nameBoards(path);
     const std::size_t others = report.logs.size();
-    for (int board = 0; board < TAVLib::host::machine().systemBoards; ++board) {
+    for (int board = 0; board < MOST_BOARDS; ++board) {
         addBoard(static_cast<unsigned char>(board), path);
     }
     if (report.logs.size() == others) {
@@ -251,8 +245,13 @@ void ReportSource::addBoard(unsigned char board, const std::string& root)
     report.logs.push_back(std::move(log));
 }
 
-void ReportSource::addFolder(const std::string& folder, const std::string& root)
+void ReportSource::addFolder(const std::string& folder, const std::string& outerRoot)
 {
+    const bool isOuter = outerRoot.empty() && isRoot(folder);
+    if (isOuter) {
+        addRoot(folder);
+    }
+    const std::string root = isOuter ? folder : outerRoot;
     std::error_code error;
     for (const fs::directory_entry& entry : entriesOf(folder, error)) {
         std::error_code none;
@@ -397,7 +396,7 @@ void ReportSource::addSaved()
     std::vector<std::string> repositories =
         EventNames::repositories(arguments, EventNames::SAVED_FILES);
     for (const ReportRepository& each : report.repositories) {
-        if (repositories.empty() || (each.place.root.empty() && !arguments.has("--sdr"))) {
+        if (each.place.root.empty() && !arguments.has("--sdr")) {
             repositories.push_back(each.place.path);
         }
     }

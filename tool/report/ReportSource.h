@@ -22,8 +22,8 @@ namespace recordkit::tool {
 std::vector<Option> reportSourceOptions();
 
 /// Reads what a report is about: without a path, the logs and the configuration of the system root;
-/// roots, with everything in them; folders, with every file in them; and files of any kind, which
-/// their content tells.
+/// folders with every file in them, and roots among them with the logs of all their boards; and
+/// files of any kind, which their content tells.
 class ReportSource {
 public:
     explicit ReportSource(const Arguments& arguments);
@@ -53,7 +53,7 @@ private:
     void add(const std::string& path);
     void addRoot(const std::string& path);
     void addBoard(unsigned char board, const std::string& root);
-    void addFolder(const std::string& folder, const std::string& root);
+    void addFolder(const std::string& folder, const std::string& outerRoot);
     void read(const File& file);
     std::vector<std::string> readAs(const Recognised& recognised, const File& file,
                                     const std::string& content, ReportInput& input);

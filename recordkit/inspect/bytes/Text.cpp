@@ -210,6 +210,16 @@ std::string toUtf16(const std::string& latin1)
     return wide;
 }
 
+std::string withReplaced(std::string text, const std::string& what, const std::string& by)
+{
+    std::size_t at = what.empty() ? std::string::npos : text.find(what);
+    while (at != std::string::npos) {
+        text.replace(at, what.size(), by);
+        at = text.find(what, at + by.size());
+    }
+    return text;
+}
+
 std::string printable(const std::string& text)
 {
     const ByteView bytes = text;

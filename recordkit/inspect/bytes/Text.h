@@ -54,6 +54,9 @@ std::optional<std::string> toSixBit(const std::string& text);
 /// Latin-1 characters as 16-bit ones.
 std::string toUtf16(const std::string& latin1);
 
+/// The text with `by` in each place of `what`; the same text if that is empty.
+std::string withReplaced(std::string text, const std::string& what, const std::string& by);
+
 /// The text for a terminal: a backslash, x and two hex digits stand for each control character.
 std::string printable(const std::string& text);
 

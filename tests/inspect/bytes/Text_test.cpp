@@ -94,3 +94,13 @@ TEST(Text, Latin1BecomesUtf8)
 {
     EXPECT_EQ(toUtf8(std::string("a\xE4\xFF")), "a\xC3\xA4\xC3\xBF");
 }
+
+TEST(Text, IsReplacedInEachPlace)
+{
+    EXPECT_EQ(withReplaced("a/b/a", "a", "xa"), "xa/b/xa");
+    EXPECT_EQ(withReplaced("aaa", "aa", "a"), "aa");
+    EXPECT_EQ(withReplaced("abc", "bc", ""), "a");
+    EXPECT_EQ(withReplaced("abc", "d", "x"), "abc");
+    EXPECT_EQ(withReplaced("abc", "", "x"), "abc");
+    EXPECT_EQ(withReplaced("", "a", "x"), "");
+}

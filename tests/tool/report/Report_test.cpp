@@ -522,6 +522,38 @@ TEST(ReportInputs, SeveralRootsAreSeveralBoardsWithTheirOwnNames)
     EXPECT_EQ(document["logs"][3]["severities"], board()["logs"][1]["severities"]);
 }
 
+TEST(ReportInputs, ARootInAFolderIsARoot)
+{
+    const ScratchRoot root;
+    const std::string fleet = root.path() + "/fleet";
+    fs::create_directories(fleet + "/rack7");
+    fs::copy(BOARD, fleet + "/rack7/one", fs::copy_options::recursive);
+    fs::copy(BOARD + "/fru/fan-tray.bin", fleet + "/spare.bin");
+    const Json document = documentOf({fleet, fleet + "/./spare.bin"});
+    ASSERT_EQ(document["logs"].size(), 2U);
+    EXPECT_EQ(document["logs"][0]["root"], fleet + "/rack7/one");
+    EXPECT_EQ(document["logs"][0]["board"], 0);
+    EXPECT_EQ(document["events"]["count"], 2416);
+    EXPECT_EQ(document["fru"].size(), 8U) << "a file that has two names is one";
+    EXPECT_EQ(document["settings"][0]["areas"], board()["settings"][0]["areas"]);
+}
+
+TEST(ReportInputs, AreAllBoardsOfARootWhateverTheMachineHas)
+{
+    const ScratchRoot root;
+    const std::string other = root.path() + "/other";
+    fs::copy(BOARD, other, fs::copy_options::recursive);
+    for (const std::string folder : {"/tmp/", "/var/tav/fmem/ipmi/"}) {
+        fs::copy(other + folder + "sb1_bmc_sel0", other + folder + "sb255_bmc_sel0");
+    }
+    const Outcome outcome = command({"--boards", "1", "report", other, "--json"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    const Json document = Json::parse(outcome.out);
+    ASSERT_EQ(document["logs"].size(), 3U);
+    EXPECT_EQ(document["logs"][2]["name"], "board 255");
+    EXPECT_EQ(document["logs"][2]["events"], 99);
+}
+
 TEST(ReportInputs, ThatAreNotRecognisedAreListedAndReported)
 {
     const ScratchRoot root;
