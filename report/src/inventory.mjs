@@ -74,13 +74,15 @@ function memoryGrids(modules) {
         groups.set(group, [...(groups.get(group) ?? []), { ...module, socket: module.file.slice(at + 1).replace(/\.[^.]*$/, '') }]);
     }
     return [...groups].sort((a, b) => naturally(a[0], b[0])).flatMap(([group, members]) => {
-        const total = members.reduce((sum, one) => sum + (one.capacity_mb ?? 0), 0);
-        return [element('h4', {}, `${group}: ${counted(members.length, 'module')}, ${capacity(total)}`),
+        const known = members.filter((one) => one.capacity_mb !== null);
+        const total = known.reduce((sum, one) => sum + one.capacity_mb, 0);
+        const unknown = members.length - known.length;
+        return [element('h4', {}, `${group}: ${counted(members.length, 'module')}, ${capacity(total)}${unknown > 0 ? ` and ${count(unknown)} of unknown capacity` : ''}`),
             element('ul', { className: 'sockets' }, ...members.sort((a, b) => naturally(a.socket, b.socket)).map(socketCard))];
     });
 }
 
-const capacity = (megabytes) => (megabytes % 1024 === 0 ? `${count(megabytes / 1024)} GB` : `${count(megabytes)} MB`);
+const capacity = (megabytes) => (megabytes === null ? 'unknown capacity' : megabytes % 1024 === 0 ? `${count(megabytes / 1024)} GB` : `${count(megabytes)} MB`);
 
 const SHOWN = ['file', 'root', 'socket', 'file_bytes'];
 
@@ -90,7 +92,7 @@ function socketCard(module) {
         .map(([name, value]) => [name.replaceAll('_', ' '), value]);
     return element('li', { className: 'card' },
         element('strong', {}, wrong.length > 0 ? severityMark('warning') : '', module.socket), ' ',
-        `${capacity(module.capacity_mb ?? 0)} ${[module.memory_type, module.module_type].filter((one) => one).join(' ')}`,
+        `${capacity(module.capacity_mb)} ${[module.memory_type, module.module_type].filter((one) => one).join(' ')}`,
         problemList(wrong.map(([, text]) => text)),
         element('p', { className: 'quiet' }, `${plainText(module.part_number).trim()}, serial ${plainText(module.serial_number)}`
             + `${module.speed_mts ? `, ${count(module.speed_mts)} MT/s` : ''}`),

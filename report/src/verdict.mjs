@@ -5,9 +5,9 @@ import { severityMark } from './severity.mjs';
 
 const LISTED = 12;
 
-/// A link to an event of the table.
+/// A link to an event of the table; only the text for an event that was not chosen.
 export function eventLink(row, text, label) {
-    return element('a', { href: `#event-${row}`, 'aria-label': label ?? text }, text);
+    return row === null ? text : element('a', { href: `#event-${row}`, 'aria-label': label ?? text }, text);
 }
 
 /// What a state that is still asserted is of.
@@ -21,7 +21,7 @@ function reasonItem(report, reason) {
     const log = report.logs[state.log]?.name ?? '';
     const name = stateName(state);
     return element('li', {}, severityMark(reason.severity), element('strong', {}, `${name} (${log})`),
-        ` ${state.event}, ${reason.severity}, ${state.since ? `since ${isoText(state.since)}` : 'without a date'} `, eventLink(state.row, 'show the event', `Show the event of ${name}, ${log}`));
+        ` ${state.event}, ${reason.severity}, ${state.since ? `since ${isoText(state.since)}` : 'without a date'} `, eventLink(state.row, state.row === null ? '(its event was not chosen)' : 'show the event', `Show the event of ${name}, ${log}`));
 }
 
 /// The verdict and its reasons. It is good only if the document gives no reason and leaves out nothing.

@@ -366,6 +366,24 @@ describe('other documents', () => {
         assert.equal(await page.locator('#chosen').textContent(), 'Not all events, only: since 2026-11-19 00:00; 1,234 events left out');
     }));
 
+    it('whose states have events that were not chosen have no links to them', () => open(change((made) => {
+        made.asserted[0].row = null;
+        made.asserted[0].since_row = null;
+    }), async (page) => {
+        assert.match(await page.locator('#reasons > li').first().textContent(), /\(its event was not chosen\)$/);
+        assert.equal(await page.locator('[href*=null]').count(), 0);
+        assert.equal((await tableOf(page, 'Still asserted'))[0][2], report.asserted[0].event);
+        assert.equal(await page.locator('#reasons > li').nth(1).locator('a').getAttribute('href'), `#event-${report.asserted[1].row}`);
+    }));
+
+    it('with modules of unknown capacity say so', () => open(change((made) => {
+        made.memory = made.memory.slice(0, 2);
+        made.memory[1].capacity_mb = null;
+    }), async (page) => {
+        assert.match(await page.locator('#inventory').textContent(), /: 2 modules, 16 GB and 1 of unknown capacity/);
+        assert.match(await page.locator('.sockets li').nth(1).textContent(), /unknown capacity/);
+    }));
+
     it('with reasons are not good, and fold the long rest of them', () => open(documentOf([], { verdict: {
         level: 'good', text: 'fine', reasons: Array.from({ length: 15 }, (_, index) => ({ kind: index ? 'odd' : 'damaged', where: `file${index}`, text: 'looks strange' })),
     } }), async (page) => {
