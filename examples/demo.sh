@@ -84,6 +84,10 @@ step "A week of a server: what is still wrong at its end."
 echo "$ recordkit --root $examples/board --boards 2 sel list --board all --still-asserted"
 "$recordkit" --root "$examples/board" --boards 2 sel list --board all --still-asserted
 
+step "Everything saved from that server as one page; open it in a browser."
+echo "$ recordkit report $examples/board -o $scratch/report.html"
+"$recordkit" report "$examples/board" -o "$scratch/report.html"
+
 step "A processor's information ROM."
 echo "$ recordkit --root $examples/board cpu $examples/data/cpu/sample.bin"
 "$recordkit" --root "$examples/board" cpu "$examples/data/cpu/sample.bin" | head -n 8
