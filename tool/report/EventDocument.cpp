@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <map>
 
-#include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/fields/RecordClass.h>
 #include <recordkit/inspect/log/LogMarks.h>
 #include <recordkit/inspect/words/EventTypes.h>
@@ -68,8 +67,7 @@ List frontCoded(const std::vector<std::string>& texts)
 {
     List coded;
     std::string before;
-    for (const std::string& each : texts) {
-        const std::string text = toUtf8(each);
+    for (const std::string& text : texts) {
         std::size_t shared = 0;
         while (shared < text.size() && shared < before.size() && text[shared] == before[shared] &&
                static_cast<unsigned char>(text[shared]) < 0x80) {

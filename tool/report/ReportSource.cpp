@@ -247,11 +247,10 @@ void ReportSource::addBoard(unsigned char board, const std::string& root)
 
 void ReportSource::addFolder(const std::string& folder, const std::string& outerRoot)
 {
-    const bool isOuter = outerRoot.empty() && isRoot(folder);
-    if (isOuter) {
+    if (isRoot(folder)) {
         addRoot(folder);
     }
-    const std::string root = isOuter ? folder : outerRoot;
+    const std::string root = isRoot(folder) ? folder : outerRoot;
     std::error_code error;
     for (const fs::directory_entry& entry : entriesOf(folder, error)) {
         std::error_code none;
@@ -472,9 +471,10 @@ void ReportSource::takeEvents()
     if (!chosen().empty()) {
         std::vector<Event> kept = filter->choose(report.events);
         report.leftOut = report.events.size() - kept.size();
-        ofAnyTime = filter->atAnyTime().choose(std::exchange(report.events, std::move(kept)));
+        allEvents = std::exchange(report.events, std::move(kept));
     }
-    report.summary = summarise(report.events, chosen().empty() ? report.events : ofAnyTime);
+    // A choice of events does not hide what is still asserted.
+    report.summary = summarise(report.events, chosen().empty() ? report.events : allEvents);
     countLogs(report);
 }
 

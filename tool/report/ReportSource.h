@@ -68,7 +68,7 @@ private:
 
     const Arguments& arguments;
     Report report;
-    std::vector<Event> ofAnyTime; ///< if a filter left events out
+    std::vector<Event> allEvents; ///< also those that a filter left out, if there is one
     std::vector<std::vector<Event>> logs;
     std::vector<File> files;
     std::vector<File> saved;

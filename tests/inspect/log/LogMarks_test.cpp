@@ -98,6 +98,15 @@ TEST(LogMarks, TheClockWasSetWhereDatesGoBackOrBegin)
     EXPECT_EQ(marksOf({at(1, MONDAY), at(2, 0xFFFFFFFF), at(3, MONDAY + 5)}), Texts());
 }
 
+TEST(LogMarks, RecordsWithoutATimeSayNothingOfTheClock)
+{
+    Event untimed = eventOf({0xE0, 1, 2, 3});
+    untimed.recordId = 2;
+    EXPECT_EQ(marksOf({at(1, UNSET), untimed, at(3, MONDAY)}),
+              Texts({"clock in log 0 from +0 to +0"}));
+    EXPECT_EQ(marksOf({at(1, MONDAY), untimed, at(3, MONDAY)}), Texts());
+}
+
 TEST(LogMarks, WaitForTheNextDate)
 {
     EXPECT_EQ(marksOf({at(1, MONDAY, 1), at(2, UNSET, 0), at(3, MONDAY + 9, 0)}),

@@ -498,6 +498,8 @@ TEST(ReportInputs, HaveTheNamesThatTheUserGave)
     EXPECT_EQ(document["inputs"][0]["name"], "a board");
     EXPECT_EQ(document["title"], "Report on a board");
     EXPECT_EQ(document["fru"][0]["file"], "a board/fru/chassis.bin");
+    EXPECT_EQ(document["sensors"].size(), 50U) << "the repository is read once";
+    EXPECT_EQ(document["sensors"][0]["file"], "a board/etc/default/config/sdr.bin");
 }
 
 TEST(ReportInputs, SeveralRootsAreSeveralBoardsWithTheirOwnNames)
@@ -522,6 +524,14 @@ TEST(ReportInputs, SeveralRootsAreSeveralBoardsWithTheirOwnNames)
     EXPECT_EQ(document["logs"][3]["severities"], board()["logs"][1]["severities"]);
 }
 
+TEST(ReportInputs, AnIndexInTheWorkingFolderIsOfThatFolder)
+{
+    const Outcome outcome =
+        run(Arguments{"sh", "-c", "cd \"$1\"; shift; exec \"$@\"", "sh", BOARD + "/eeprom"} +
+            ourCommand({"report", "eeprom10.bin", "--json"}));
+    EXPECT_EQ(Json::parse(outcome.out)["efi"][0]["folder"], ".") << outcome.err;
+}
+
 TEST(ReportInputs, ARootInAFolderIsARoot)
 {
     const ScratchRoot root;
@@ -536,6 +546,206 @@ TEST(ReportInputs, ARootInAFolderIsARoot)
     EXPECT_EQ(document["events"]["count"], 2416);
     EXPECT_EQ(document["fru"].size(), 8U) << "a file that has two names is one";
     EXPECT_EQ(document["settings"][0]["areas"], board()["settings"][0]["areas"]);
+}
+
+TEST(ReportInputs, ARootInARootIsARoot)
+{
+    const ScratchRoot root;
+    const std::string outer = root.path() + "/outer";
+    fs::copy(BOARD, outer, fs::copy_options::recursive);
+    fs::copy(BOARD, outer + "/backup", fs::copy_options::recursive);
+    const Json document = documentOf({outer});
+    ASSERT_EQ(document["logs"].size(), 4U);
+    EXPECT_EQ(document["logs"][2]["root"], outer + "/backup");
+    EXPECT_EQ(document["events"]["count"], 2 * 2416);
+}
+
+TEST(ReportInputs, AFolderWithAConfigurationIsARoot)
+{
+    for (const char* const folder : {"/etc/tav", "/etc/default/config", "/var/tav"}) {
+        const ScratchRoot root;
+        const std::string at = root.path() + "/board";
+        fs::create_directories(at + folder);
+        const Outcome outcome = command({"report", at, "--json"});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.err, "recordkit: " + at + ": no board has an event log\n") << folder;
+        EXPECT_EQ(Json::parse(outcome.out)["inputs"][0]["kind"], "root");
+    }
+}
+
+TEST(ReportInputs, ProcessorsAreNamedByTheirRoot)
+{
+    const ScratchRoot root;
+    const std::string other = root.path() + "/other";
+    fs::copy(BOARD, other, fs::copy_options::recursive);
+    fs::remove_all(other + "/etc/tav/common");
+    const Outcome outcome =
+        command({"report", BOARD, other, BOARD + "/rom/sb0-cpu0.bin", "--json"});
+    const Json document = Json::parse(outcome.out);
+    ASSERT_EQ(document["processors"].size(), 8U);
+    EXPECT_EQ(document["processors"][0]["part_number"], "CA0042-0001");
+    EXPECT_EQ(document["processors"][4]["part_number"], "ROM-PN-0");
+}
+
+TEST(ReportInputs, SavedEventsHaveTheSeveritiesOfTheUsualRoot)
+{
+    const ScratchRoot root;
+    const std::string redundant = root.path() + "/redundant";
+    fs::create_directories(redundant + "/var/tav");
+    fs::create_directories(redundant + "/tmp");
+    writeFile(redundant + "/tmp/psumode", Bytes{3});
+    const std::string event =
+        "0100027856346720000409010b03ffff\n"; // redundancy lost, but sufficient
+    writeFile(root.path() + "/one.hex", event);
+    const auto severity = [&](const Arguments& words) {
+        const Json events = Json::parse(command(words).out)["events"];
+        return events["severities"][column(events, "severity")[0]].get<std::string>();
+    };
+    const std::string usual = severity({"report", root.path() + "/one.hex", "--json"});
+    EXPECT_EQ(severity({"--root", redundant, "report", root.path() + "/one.hex", "--json"}),
+              "warning");
+    EXPECT_NE(usual, "warning");
+    EXPECT_EQ(severity({"report", redundant, root.path() + "/one.hex", "--json"}), usual);
+}
+
+TEST(ReportInputs, ThatAreNoFilesAreReported)
+{
+    const ScratchRoot root;
+    const std::string at = root.path() + "/saved";
+    fs::create_directories(at + "/deeper");
+    fs::create_symlink("..", at + "/deeper/loop");
+    fs::create_symlink("/dev/null", at + "/null");
+    fs::create_symlink("nowhere", at + "/broken");
+    fs::create_symlink(BOARD + "/fru/fan-tray.bin", at + "/fan");
+    const Outcome outcome = command({"report", at, "--json"});
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(kindsOf(Json::parse(outcome.out)),
+              (std::set<std::string>{"loop: not readable, left out", "null: not readable, left out",
+                                     "broken: not readable, left out", "fan: FRU image"}));
+    EXPECT_NE(outcome.err.find(at + "/deeper/loop: not a regular file"), std::string::npos)
+        << outcome.err;
+}
+
+TEST(ReportInputs, DamageOfEachKindIsReported)
+{
+    const ScratchRoot root;
+    const std::string at = root.path();
+    const auto damaged = [&](const std::string& path, std::size_t offset, const std::string& name) {
+        Bytes bytes = readFile(BOARD + path);
+        bytes.at(offset) ^= 1;
+        writeFile(at + "/" + name, bytes);
+        const Outcome outcome = command({"report", at + "/" + name, "--json"});
+        EXPECT_EQ(outcome.status, 1) << name;
+        EXPECT_EQ(outcome.err.find("recordkit: " + at + "/" + name + ": "), 0U) << outcome.err;
+        const Json document = Json::parse(outcome.out);
+        ASSERT_FALSE(document["verdict"]["reasons"].empty()) << name;
+        const Json& reason = document["verdict"]["reasons"][0];
+        EXPECT_EQ(reason["kind"], "damaged") << name;
+        EXPECT_EQ(reason["where"], at + "/" + name);
+        EXPECT_EQ(reason["text"], document["inputs"][0]["problems"][0]);
+        EXPECT_FALSE(document["inputs"][0]["left_out"]) << name;
+    };
+    damaged("/spd/sb0/dimm0.bin", 10, "dimm.bin");
+    damaged("/rom/sb0-cpu0.bin", 30, "cpu.bin");
+    damaged("/eeprom/eeprom10.bin", 30, "eeprom10.bin");
+    damaged("/eeprom/eeprom4.bin", 512 + 16 + 15, "eeprom4.bin");
+    damaged("/etc/default/config/sdr.bin", 978, "sdr.bin"); // a version
+}
+
+TEST(ReportInputs, SavedEventsAreNotNamedByOthersRepositories)
+{
+    const ScratchRoot root;
+    const std::string log = root.path() + "/saved.bin";
+    const std::string sdr = BOARD + "/etc/default/config/sdr.bin";
+    fs::copy(BOARD + "/var/tav/fmem/ipmi/sb1_bmc_sel1", log);
+    const auto namesOf = [&](const Arguments& inputs, unsigned int number) {
+        std::size_t names = 0;
+        const Json document = documentOf(inputs);
+        for (const Json& sensor : document["events"]["sensors"]) {
+            names += sensor["log"] == number && !sensor["name"].is_null() ? 1U : 0U;
+        }
+        return names;
+    };
+    EXPECT_EQ(namesOf({log}, 0), 0U);
+    EXPECT_GT(namesOf({log, sdr}, 0), 0U);
+    EXPECT_EQ(namesOf({BOARD, log}, 2), 0U) << "the repository of the root";
+    const Bytes record = compactSdr(1, "PS1");
+    writeFile(root.path() + "/other.sdr", record);
+    EXPECT_EQ(namesOf({log, sdr, "--sdr", root.path() + "/other.sdr"}, 0), 0U);
+    // A file that was saved inside a root is of that root.
+    const std::string other = root.path() + "/other";
+    fs::copy(BOARD, other, fs::copy_options::recursive);
+    fs::copy(log, other + "/saved.bin");
+    EXPECT_GT(namesOf({other}, 2), 0U);
+}
+
+TEST(ReportInputs, OfTwoRepositoriesTheFirstNamesASensor)
+{
+    const ScratchRoot root;
+    Bytes sdr = readFile(BOARD + "/etc/default/config/sdr.bin");
+    const Bytes name = textBytes("Fan 3");
+    const auto at = std::search(sdr.begin(), sdr.end(), name.begin(), name.end());
+    ASSERT_NE(at, sdr.end());
+    at[2] = 'x';
+    writeFile(root.path() + "/other.bin", sdr);
+    const Json document = documentOf({BOARD, "--sdr", BOARD + "/etc/default/config/sdr.bin",
+                                      "--sdr", root.path() + "/other.bin"});
+    std::map<std::string, std::size_t> readings;
+    for (const Json& sensor : document["sensors"]) {
+        readings[sensor["name"]] += sensor["readings"].size();
+    }
+    EXPECT_EQ(readings["Fan 3"], 1U);
+    EXPECT_EQ(readings["Fax 3"], 0U);
+}
+
+TEST(ReportInputs, AGivenRepositoryIsOfNoRoot)
+{
+    const ScratchRoot root;
+    const std::string sdr = root.path() + "/given.bin";
+    fs::copy(BOARD + "/etc/default/config/sdr.bin", sdr);
+    const Json document = documentOf({BOARD, "--sdr", sdr});
+    for (const Json& sensor : document["sensors"]) {
+        const bool isGiven = sensor["file"] == sdr;
+        EXPECT_EQ(sensor["root"], isGiven ? Json() : Json(BOARD));
+    }
+    EXPECT_EQ(document["sensors"].size(), 100U);
+}
+
+TEST(ReportInputs, SavedEventsHaveTheTextsOfRules)
+{
+    const std::string log = BOARD + "/tmp/sb1_bmc_sel0";
+    const auto has = [](const Json& document, const std::string& wanted) {
+        const std::vector<std::string> texts = textsOf(document["events"]["texts"]);
+        return std::find(texts.begin(), texts.end(), wanted) != texts.end();
+    };
+    const std::string text = "board 1 was reset by a memory error";
+    EXPECT_TRUE(has(board(), text));
+    EXPECT_FALSE(has(documentOf({log}), text));
+    EXPECT_TRUE(
+        has(documentOf({log, "--rules", BOARD + "/etc/default/config/events.rules"}), text));
+}
+
+TEST(ReportInputs, AnEepromNeedsItsIndexBesideIt)
+{
+    const ScratchRoot root;
+    const std::string at = root.path() + "/eeproms";
+    fs::create_directories(at);
+    fs::copy(BOARD + "/eeprom/eeprom11.bin", at + "/eeprom11.bin");
+    const Json alone = documentOf({at}, 1);
+    EXPECT_EQ(kindsOf(alone), (std::set<std::string>{"eeprom11.bin: not recognised, left out"}));
+    fs::copy(BOARD + "/eeprom/eeprom10.bin", at + "/eeprom10.bin");
+    fs::copy(BOARD + "/eeprom/eeprom11.bin", at + "/other11.bin");
+    EXPECT_EQ(kindsOf(documentOf({at}, 1)),
+              (std::set<std::string>{"eeprom10.bin: EFI backup index", "eeprom11.bin: EEPROM",
+                                     "other11.bin: not recognised, left out"}));
+}
+
+TEST(ReportInputs, AnIndexFileIsAnIndexAsWell)
+{
+    const Json document = documentOf({BOARD + "/etc/default/config/panelindex.dat"});
+    ASSERT_EQ(document["settings"].size(), 1U);
+    EXPECT_EQ(document["settings"][0]["areas"][1]["offset"], 1280);
+    EXPECT_EQ(document["settings"][0]["areas"][1]["index_file"], "no file");
 }
 
 TEST(ReportInputs, AreAllBoardsOfARootWhateverTheMachineHas)
@@ -636,6 +846,13 @@ TEST(ReportInputs, ADamagedLogIsShownWithItsFindings)
     EXPECT_TRUE(isReason) << document["verdict"];
 }
 
+TEST(ReportChoice, SaysHowManyEventsHaveNoDate)
+{
+    const Outcome outcome = command({"report", BOARD, "--json", "--since", "2026-11-20"});
+    EXPECT_NE(outcome.err.find("30 events without a date are not shown"), std::string::npos)
+        << outcome.err;
+}
+
 TEST(ReportChoice, LeavesEventsOutAndSaysSo)
 {
     const Json document = documentOf({BOARD, "--since", "2026-11-20"});
@@ -657,6 +874,7 @@ TEST(ReportChoice, LeavesEventsOutAndSaysSo)
         EXPECT_EQ(list[row]["sensor_name"], state["sensor_name"]);
     }
     EXPECT_EQ(withoutRow, 1U);
+    EXPECT_EQ(document["asserted"][0]["row"], document["asserted"][0]["since_row"]);
     EXPECT_EQ(document["verdict"]["reasons"].back()["kind"], "left out");
 }
 
@@ -714,6 +932,52 @@ TEST(ReportPage, IsTheSameForTheSameTime)
     EXPECT_EQ(readFile(root.path() + "/one.html"), readFile(root.path() + "/two.html"));
 }
 
+TEST(ReportChoice, FindsTheRowsOfStatesInTheirLogAndFile)
+{
+    // The same slots in the files of two boards, and of two files of a board.
+    const ScratchRoot root;
+    const std::string at = root.path() + "/board";
+    fs::create_directories(at + "/tmp");
+    fs::create_directories(at + "/var/tav/fmem/ipmi");
+    const auto slot = [](unsigned char id, unsigned char sensor) {
+        Bytes bytes = {0xFF, 0xFF, id, 0, 2,      id, 0x10, 0x2A, 0x67,
+                       0x20, 0,    4,  4, sensor, 1,  0x52, 4,    5};
+        bytes.resize(138, 0);
+        return bytes;
+    };
+    const auto file = [&](const std::string& path, const std::vector<Bytes>& slots) {
+        Bytes content;
+        for (const Bytes& each : slots) {
+            content = content + each;
+        }
+        content.resize(110400, 0xFF);
+        writeFile(at + path, content);
+    };
+    std::vector<Bytes> full;
+    for (unsigned int i = 0; i < 800; ++i) {
+        full.push_back(slot(static_cast<unsigned char>(1 + i % 200), 0x10));
+    }
+    file("/tmp/sb0_bmc_sel0", {slot(201, 0x20), slot(202, 0x21)});
+    file("/var/tav/fmem/ipmi/sb0_bmc_sel0", {slot(201, 0x20), slot(202, 0x21)});
+    file("/var/tav/fmem/ipmi/sb0_bmc_sel1", full);
+    file("/tmp/sb1_bmc_sel0", {slot(203, 0x30), slot(204, 0x31)});
+    file("/var/tav/fmem/ipmi/sb1_bmc_sel0", {slot(203, 0x30), slot(204, 0x31)});
+    const Json document = documentOf({at, "--deasserted"});
+    EXPECT_EQ(document["events"]["count"], 0);
+    ASSERT_EQ(document["asserted"].size(), 5U);
+    EXPECT_TRUE(document["asserted"][0]["row"].is_null());
+    for (const char* const sensor : {"0x20", "0x21", "0x30", "0x31"}) {
+        const Json one = documentOf({at, "--sensor", sensor});
+        ASSERT_EQ(one["events"]["count"], 1) << sensor;
+        const auto log = one["events"]["sensors"][0]["log"];
+        for (const Json& state : one["asserted"]) {
+            const bool isOne =
+                state["log"] == log && state["sensor"] == std::stoi(sensor, nullptr, 16);
+            EXPECT_EQ(state["row"], isOne ? Json(0) : Json()) << sensor << state;
+        }
+    }
+}
+
 TEST(ReportUsage, NeedsAPageOrJson)
 {
     for (const Arguments& words :
@@ -723,8 +987,10 @@ TEST(ReportUsage, NeedsAPageOrJson)
         EXPECT_EQ(outcome.err,
                   "recordkit: expected -o FILE for the page, or --json for its document\n");
     }
-    const Outcome outcome =
-        run(ourCommand({"report", BOARD, "--json"}), "", {"SOURCE_DATE_EPOCH=yesterday"});
-    EXPECT_EQ(outcome.status, 2);
-    EXPECT_EQ(outcome.err, "recordkit: SOURCE_DATE_EPOCH: expected seconds since 1970\n");
+    for (const char* const time : {"yesterday", "12x", "", "-1", "4294967296"}) {
+        const Outcome outcome = run(ourCommand({"report", BOARD, "--json"}), "",
+                                    {std::string("SOURCE_DATE_EPOCH=") + time});
+        EXPECT_EQ(outcome.status, 2) << time;
+        EXPECT_EQ(outcome.err, "recordkit: SOURCE_DATE_EPOCH: expected seconds since 1970\n");
+    }
 }
