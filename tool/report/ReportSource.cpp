@@ -6,7 +6,6 @@
 #include <iterator>
 #include <utility>
 
-#include <recordkit/eeprom/PanelEEPROMIndex.h>
 #include <recordkit/host/HostRoot.h>
 #include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/event/AssertedEvents.h>
@@ -31,7 +30,6 @@ namespace recordkit::tool {
 
 namespace fs = std::filesystem;
 using TAVLib::RecordKit::EFIBackupEEPROMIndex;
-using TAVLib::RecordKit::PanelEEPROMIndex;
 using TAVLib::RecordKit::SELStoreCheck;
 
 namespace {
@@ -102,15 +100,6 @@ std::vector<fs::directory_entry> entriesOf(const std::string& folder, std::error
     } while (error == std::errc::interrupted);
     std::sort(entries.begin(), entries.end());
     return entries;
-}
-
-std::vector<SettingEntry> settingEntries(ByteView content)
-{
-    const PanelEEPROMIndex index;
-    const auto size =
-        static_cast<std::size_t>(index.getIndexLastNumber() + 1) * index.getIndexSize();
-    const bool isIndexFile = content.size() == size;
-    return parseSettingIndex(content.part(isIndexFile ? 0 : index.getIndexOffset(), size));
 }
 
 EFIBackupEEPROMIndex efiIndex(ByteView content)
@@ -313,7 +302,7 @@ std::vector<std::string> ReportSource::readAs(const Recognised& recognised, cons
         break;
     case ImageKind::SETTING_INDEX:
         report.settings.push_back(
-            {place, settingEntries(ByteView(content)), readSettingIndexFile()});
+            {place, parseSettingIndex(*settingIndexIn(content)), readSettingIndexFile()});
         found = indexProblems(report.settings.back().entries);
         break;
     case ImageKind::EFI_INDEX:

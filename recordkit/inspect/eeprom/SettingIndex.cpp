@@ -48,6 +48,18 @@ std::array<unsigned char, ENTRY_SIZE> bytesOf(const SettingEntry& entry)
 
 }
 
+std::optional<ByteView> settingIndexIn(ByteView content)
+{
+    const std::size_t size = entryCount() * ENTRY_SIZE;
+    const std::size_t offset = PanelEEPROMIndex().getIndexOffset();
+    if (content.size() == size) {
+        return content;
+    }
+    return content.contains(offset, size) && content.size() <= SETTING_EEPROM_SIZE
+               ? std::optional(content.part(offset, size))
+               : std::nullopt;
+}
+
 std::vector<SettingEntry> parseSettingIndex(ByteView bytes)
 {
     std::vector<SettingEntry> entries;

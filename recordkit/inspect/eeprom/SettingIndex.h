@@ -3,6 +3,7 @@
 #define RECORDKIT_INSPECT_EEPROM_SETTINGINDEX_H
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,10 @@ struct SettingEntry {
 
     unsigned int end() const { return offset + size; }
 };
+
+/// The bytes of the index in an index file, or in the image of the EEPROM that contains it; nothing
+/// for a content that has no room for it.
+std::optional<ByteView> settingIndexIn(ByteView content);
 
 /// All entries of an index of 432 bytes.
 std::vector<SettingEntry> parseSettingIndex(ByteView bytes);

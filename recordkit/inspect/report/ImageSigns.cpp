@@ -211,13 +211,8 @@ bool isDamagedSpdData(ByteView content)
 
 bool isSettingIndex(ByteView content)
 {
-    const PanelEEPROMIndex index;
-    const std::size_t size =
-        static_cast<std::size_t>(index.getIndexLastNumber() + 1) * index.getIndexSize();
-    const std::size_t offset = index.getIndexOffset();
-    return (content.size() == size && isIndexOfSettings(content)) ||
-           (content.contains(offset, size) && content.size() <= MOST_EEPROM &&
-            isIndexOfSettings(content.part(offset, size)));
+    const std::optional<ByteView> index = settingIndexIn(content);
+    return index && isIndexOfSettings(*index);
 }
 
 bool isEfiIndex(ByteView content)
