@@ -69,12 +69,6 @@ bool isRoot(const std::string& folder)
     return false;
 }
 
-bool hasAnyFile(const std::vector<SELStoreCheck::File>& files)
-{
-    return std::any_of(files.begin(), files.end(),
-                       [](const SELStoreCheck::File& file) { return !file.isMissing; });
-}
-
 /// "eeprom11.bin", as folders of images have them.
 bool isEepromName(const std::string& path)
 {
@@ -100,6 +94,29 @@ std::vector<fs::directory_entry> entriesOf(const std::string& folder, std::error
     } while (error == std::errc::interrupted);
     std::sort(entries.begin(), entries.end());
     return entries;
+}
+
+/// The boards of the system root that have any event file, whatever boards the machine has.
+std::vector<unsigned char> boardsWithFiles()
+{
+    std::set<std::string> names;
+    for (const std::string& file : {workingFile(0), backupFile(0)}) {
+        std::error_code none; // who looks through the folder says what cannot be read
+        for (const fs::directory_entry& entry : entriesOf(fs::path(file).parent_path(), none)) {
+            names.insert(entry.path().filename());
+        }
+    }
+    std::vector<unsigned char> boards;
+    for (int each = 0; each < MOST_BOARDS; ++each) {
+        const auto board = static_cast<unsigned char>(each);
+        std::string stem = fs::path(workingFile(board)).filename();
+        stem.pop_back(); // the index
+        const auto first = names.lower_bound(stem);
+        if (first != names.end() && first->compare(0, stem.size(), stem) == 0) {
+            boards.push_back(board);
+        }
+    }
+    return boards;
 }
 
 EFIBackupEEPROMIndex efiIndex(ByteView content)
@@ -174,8 +191,8 @@ void ReportSource::addRoot(const std::string& path)
     report.inputs.push_back({{name, path}, ROOT_KIND, false, {}});
     nameBoards(path);
     const std::size_t others = report.logs.size();
-    for (int board = 0; board < MOST_BOARDS; ++board) {
-        addBoard(static_cast<unsigned char>(board), path);
+    for (const unsigned char board : boardsWithFiles()) {
+        addBoard(board, path);
     }
     if (report.logs.size() == others) {
         problems.add(inputName(name), "no board has an event log");
@@ -198,9 +215,6 @@ void ReportSource::nameBoards(const std::string& root)
 void ReportSource::addBoard(unsigned char board, const std::string& root)
 {
     const SELStoreCheck check(board);
-    if (!hasAnyFile(check.getFiles())) {
-        return;
-    }
     ReportLog log;
     log.name = "board " + std::to_string(board);
     log.root = root;
