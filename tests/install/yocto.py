@@ -179,7 +179,7 @@ def build(data, work, flags):
     for (name, flag), value in data.flags.items():
         if name != "PACKAGECONFIG":
             fail("the flag %s[%s] does nothing" % (name, flag))
-        parts = (value + ",,").split(",")
+        parts = (data.expand(value) + ",,").split(",")
         chosen = flag in data.getVar("PACKAGECONFIG").split()
         arguments.append(parts[0] if chosen else parts[1])
         depends += parts[2].split() if chosen else []
