@@ -51,7 +51,7 @@ Object processorObject(const inspect::CpuRom& rom, std::size_t size);
 /// decode.
 List fieldObjects(const inspect::DecodedFields& fields);
 
-/// eeprom setting list; `master` has the entries of the index file, none if there is no file.
+/// eeprom setting list; `master` has the entries of the index file, if there is one.
 List settingObjects(const std::vector<inspect::SettingEntry>& entries,
                     const std::vector<inspect::SettingEntry>& master);
 

@@ -42,7 +42,7 @@ function requireVerdict({ verdict, asserted, summary }) {
     }
 }
 
-/// Boards of several roots have the same names; with their roots they are told apart.
+/// Boards of several roots have the same names; their roots tell them apart.
 function nameLogs(logs) {
     const times = new Map();
     logs.forEach(({ name }) => times.set(name, (times.get(name) ?? 0) + 1));

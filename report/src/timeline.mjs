@@ -60,7 +60,7 @@ export class Timeline {
         const seen = (sensor) => this.log < 0 || sensor.log === this.log;
         const key = (sensor) => (this.byLog ? sensor.log : sensor);
         const lanes = new Map();
-        // A name that several logs have is told apart by theirs.
+        // A name that several logs have is followed by that of the log.
         const logsOf = new Map();
         events.sensors.forEach((sensor) => {
             const name = sensorName(sensor);

@@ -20,7 +20,7 @@ const TAGS = [
     (handler) => `<img/src="x"/${handler}=${RUN}//`,
 ];
 
-// What a text could stand in, and so has to leave first.
+// What a text could be inside, and so has to leave first.
 const ESCAPES = ['">', '\'>', '</script>', '</title>', '</textarea>', '</style>', '-->', ']]>', '</svg>', '</select>', '</td></table>', '\\">', '\';', '");', '`', '</noscript>'];
 
 const BODIES = [

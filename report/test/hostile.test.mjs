@@ -18,7 +18,7 @@ after(() => browser.stop());
 
 const IMAGE = Buffer.alloc(64).toString('base64');
 
-// Where each text came from is told by its end, which no string contains.
+// The end of each text, which no string contains, says where it came from.
 const at = (place, index) => `${HOSTILE[index]} ·${place}${index}·`;
 
 const each = (make) => HOSTILE.map((_, index) => make((place) => at(place, index), index));

@@ -343,7 +343,7 @@ describe('an empty log', () => {
 });
 
 describe('a damaged document', () => {
-    it('is said to be so', async () => {
+    it('is reported as such', async () => {
         const damaged = synthetic(10);
         damaged.events.columns.time.data = '';
         const { page, heard, close } = await browser.open(damaged, {}, '#verdict-word:not(:empty)');

@@ -80,7 +80,7 @@ struct ReportRecord {
 struct ReportSettings {
     ReportPlace place;
     std::vector<SettingEntry> entries;
-    std::vector<SettingEntry> master; ///< of the index file; none if there is no file
+    std::vector<SettingEntry> master; ///< of the index file, if there is one
 };
 struct ReportEfi {
     ReportPlace place;
