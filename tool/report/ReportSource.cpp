@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <recordkit/host/HostRoot.h>
+#include <recordkit/inspect/bytes/Hex.h>
 #include <recordkit/inspect/bytes/Text.h>
 #include <recordkit/inspect/event/AssertedEvents.h>
 #include <recordkit/inspect/event/EventRules.h>
@@ -22,9 +23,7 @@
 #include "../print/Output.h"
 #include "../print/Progress.h"
 #include "../sel/EventNames.h"
-#include "../sel/SavedEvents.h"
 #include "../sel/Store.h"
-#include "../spd/SpdFile.h"
 
 namespace recordkit::tool {
 
@@ -296,14 +295,15 @@ std::vector<std::string> ReportSource::readAs(const Recognised& recognised, cons
     switch (recognised.kind) {
     case ImageKind::EVENT_LOG:
     case ImageKind::EVENT_RECORDS:
-        saved.push_back(file);
+        saved.push_back({file.path, content});
+        rootOfSaved[inputName(file.path)] = file.root;
         break;
     case ImageKind::FRU:
         report.fru.push_back({place, content, parseFruImage(content)});
         found = report.fru.back().image.allProblems();
         break;
     case ImageKind::SPD:
-        report.memory.push_back({place, parseSpd(readSpdFile(file.path))});
+        report.memory.push_back({place, parseSpd(parseImage(inputName(file.path), content))});
         found = spdProblems(report.memory.back().spd);
         break;
     case ImageKind::SDR:
@@ -386,12 +386,6 @@ void ReportSource::applyRules(const std::vector<std::string>& paths, std::vector
 
 void ReportSource::addSaved()
 {
-    std::vector<std::string> paths;
-    std::map<std::string, std::string> rootOfName;
-    for (const File& file : saved) {
-        paths.push_back(file.path);
-        rootOfName[inputName(file.path)] = file.root;
-    }
     for (const std::string& path : EventNames::repositories(arguments, EventNames::SAVED_FILES)) {
         addRepository(path, "");
     }
@@ -403,9 +397,9 @@ void ReportSource::addSaved()
         }
     }
     std::map<unsigned int, SavedLog> byLog;
-    for (Event& event : readSavedEvents(paths, problems)) {
+    for (Event& event : readSavedEvents(saved, problems)) {
         SavedLog& log = byLog[event.log];
-        log.root = rootOfName[event.source];
+        log.root = rootOfSaved[event.source];
         log.events.push_back(std::move(event));
     }
     const SensorNames* const outside = namesFrom(repositories);
@@ -427,7 +421,7 @@ void ReportSource::addSaved()
     }
     for (ReportInput& input : report.inputs) {
         const std::string name = inputName(input.place.path);
-        const bool isSaved = rootOfName.count(name) != 0;
+        const bool isSaved = rootOfSaved.count(name) != 0;
         const bool hasEvents = std::any_of(logs.begin(), logs.end(), [&name](const auto& events) {
             return std::any_of(events.begin(), events.end(),
                                [&name](const Event& event) { return event.source == name; });

@@ -15,6 +15,7 @@
 #include "../print/Problems.h"
 #include "../sel/EventFilter.h"
 #include "../sel/LogProblems.h"
+#include "../sel/SavedEvents.h"
 
 namespace recordkit::tool {
 
@@ -71,8 +72,9 @@ private:
     std::vector<Event> allEvents; ///< also those that a filter left out, if there is one
     std::vector<std::vector<Event>> logs;
     std::vector<File> files;
-    std::vector<File> saved;
-    std::set<std::string> known; ///< paths that need not be read again
+    std::vector<SavedFile> saved;                   ///< with events
+    std::map<std::string, std::string> rootOfSaved; ///< by the name of the file
+    std::set<std::string> known;                    ///< paths that need not be read again
     std::deque<SensorNames> allNames;
     std::map<std::string, const SensorNames*> namesOfRoot;
     Problems problems;

@@ -2,6 +2,7 @@
 #include "SavedEvents.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <utility>
@@ -79,16 +80,21 @@ LogPart partOf(const std::string& path)
     return {path.substr(0, path.size() - 1) + '/', '0' - path.back()};
 }
 
-}
+/// A file, and how its content is had: reading can fail.
+struct Source {
+    std::string path;
+    std::function<std::string()> read;
+};
 
-std::vector<Event> readSavedEvents(const std::vector<std::string>& paths, Problems& problems)
+std::vector<Event> eventsOf(const std::vector<Source>& sources, Problems& problems)
 {
     // In the order in which they are given, which decides between equal times.
     std::vector<std::pair<std::string, std::map<int, std::vector<Event>>>> logs;
-    for (const std::string& path : paths) {
+    for (const Source& source : sources) {
+        const std::string& path = source.path;
         const std::string name = inputName(path);
         problems.run(name, [&] {
-            const std::string content = readInput(path, LARGE_LIMIT);
+            const std::string content = source.read();
             const SlotView view{ByteView(content)};
             const bool isLog = isEventFile(content);
             std::vector<Event> events =
@@ -115,6 +121,26 @@ std::vector<Event> readSavedEvents(const std::vector<std::string>& paths, Proble
         }
     }
     return mergeByTime(std::move(wholeLogs));
+}
+
+}
+
+std::vector<Event> readSavedEvents(const std::vector<std::string>& paths, Problems& problems)
+{
+    std::vector<Source> sources;
+    for (const std::string& path : paths) {
+        sources.push_back({path, [&path] { return readInput(path, LARGE_LIMIT); }});
+    }
+    return eventsOf(sources, problems);
+}
+
+std::vector<Event> readSavedEvents(const std::vector<SavedFile>& files, Problems& problems)
+{
+    std::vector<Source> sources;
+    for (const SavedFile& file : files) {
+        sources.push_back({file.path, [&file] { return file.content; }});
+    }
+    return eventsOf(sources, problems);
 }
 
 }

@@ -19,6 +19,15 @@ using namespace inspect;
 /// damaged in one, is reported.
 std::vector<Event> readSavedEvents(const std::vector<std::string>& paths, Problems& problems);
 
+/// A file that was read already.
+struct SavedFile {
+    std::string path;
+    std::string content;
+};
+
+/// The same of files that were read already.
+std::vector<Event> readSavedEvents(const std::vector<SavedFile>& files, Problems& problems);
+
 }
 
 #endif

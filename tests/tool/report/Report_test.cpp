@@ -470,6 +470,22 @@ TEST(ReportInputs, AreFilesOfAnyKind)
     EXPECT_EQ(document["inputs"].size(), 7U) << "each file once";
 }
 
+TEST(ReportInputs, AreReadOnceFromAPipe)
+{
+    for (const char* const path :
+         {"/spd/sb0/dimm0.bin", "/fru/fan-tray.bin", "/tmp/sb1_bmc_sel0"}) {
+        const Outcome outcome = run(
+            Arguments{"sh", "-c", "exec 3<\"$1\"; shift; cat <&3 | \"$@\"", "sh", BOARD + path} +
+            ourCommand({"report", "-", "--json"}));
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        const Json document = Json::parse(outcome.out);
+        EXPECT_EQ(document["memory"].size() + document["fru"].size() + document["logs"].size(), 1U)
+            << path;
+        EXPECT_EQ(document["inputs"][0]["name"], "standard input");
+        EXPECT_FALSE(document["inputs"][0]["left_out"]);
+    }
+}
+
 TEST(ReportInputs, SavedEventsAreNamedByTheGivenRepository)
 {
     const ScratchRoot root;
