@@ -128,6 +128,7 @@ std::vector<Event> eventsOf(const std::vector<Source>& sources, Problems& proble
 std::vector<Event> readSavedEvents(const std::vector<std::string>& paths, Problems& problems)
 {
     std::vector<Source> sources;
+    sources.reserve(paths.size());
     for (const std::string& path : paths) {
         sources.push_back({path, [&path] { return readInput(path, LARGE_LIMIT); }});
     }
@@ -137,6 +138,7 @@ std::vector<Event> readSavedEvents(const std::vector<std::string>& paths, Proble
 std::vector<Event> readSavedEvents(const std::vector<SavedFile>& files, Problems& problems)
 {
     std::vector<Source> sources;
+    sources.reserve(files.size());
     for (const SavedFile& file : files) {
         sources.push_back({file.path, [&file] { return file.content; }});
     }
